@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Export.h>
+#include <Ferro/IArchive.h>
+#include <Ferro/Timestamp.h>
+#include <Ferro/Types.h>
+
+#include <iosfwd>
+#include <string>
+
+namespace Ferro {
+
+/// How much a message matters.
+enum class LogLevel : ui32_t { Debug = 0, Info = 1, Warning = 2, Error = 3 };
+
+/// One log message with its time, process and level.
+///
+/// Archive form, in order: process ID u32, time (archived string, ISO 8601), level u32, message string.
+class FERRO_API LogEntry : public IArchive {
+ public:
+  LogEntry() = default;
+  LogEntry(LogLevel level, std::string message);
+
+  ui32_t PID = 0;
+  Timestamp EventTime;
+  LogLevel Level = LogLevel::Info;
+  std::string Message;
+
+  /// "2026-03-01T12:00:00+00:00 [1234] ERROR: message", without the message's own line end.
+  [[nodiscard]] std::string EncodeLine() const;
+
+  [[nodiscard]] bool HasValue() const override;
+  [[nodiscard]] ui32_t ArchiveLength() const override;
+  [[nodiscard]] bool Archive(MemIOWriter* Writer) const override;
+  [[nodiscard]] bool Unarchive(MemIOReader* Reader) override;
+};
+
+/// Inserts EncodeLine and a line end.
+FERRO_API std::ostream& operator<<(std::ostream& stream, const LogEntry& entry);
+
+}  // namespace Ferro

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Export.h>
+#include <Ferro/LogEntry.h>
+#include <Ferro/Mutex.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Ferro {
+
+/// Where messages go. The printf-style operations build the whole message, then hand it over in one piece; any thread
+/// may call them. Messages end in "\n" by convention.
+class FERRO_API ILogSink {
+ public:
+  virtual ~ILogSink();
+  virtual void WriteEntry(const LogEntry& entry) = 0;
+
+  void Debug(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  void Info(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  void Warn(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  void Error(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+ protected:
+  ILogSink() = default;
+  ILogSink(const ILogSink&) = default;
+  ILogSink& operator=(const ILogSink&) = default;
+};
+
+/// The sink used where none is passed. Standard error until SetDefaultLogSink is called.
+[[nodiscard]] FERRO_API ILogSink& DefaultLogSink();
+/// Makes `sink` the default, or the first one again when null. The sink must outlive its use. Returns the one before
+/// (null for the first). Any thread may call it.
+FERRO_API ILogSink* SetDefaultLogSink(ILogSink* sink);
+
+/// Writes each message as one line to standard error.
+class FERRO_API StdErrLogSink : public ILogSink {
+ public:
+  void WriteEntry(const LogEntry& entry) override;
+};
+
+/// Appends each message as one line to a file, which is created when missing. Messages that cannot be written are
+/// counted, never thrown.
+class FERRO_API FileLogSink : public ILogSink {
+ public:
+  explicit FileLogSink(const std::string& filename);
+  ~FileLogSink() override;
+  [[nodiscard]] bool IsOpen() const;
+  [[nodiscard]] ui64_t LostCount() const;
+  void WriteEntry(const LogEntry& entry) override;
+
+ private:
+  struct State;
+  std::unique_ptr<State> m_State;
+};
+
+/// Keeps the messages, for tests and for showing them later.
+class FERRO_API MemoryLogSink : public ILogSink {
+ public:
+  void WriteEntry(const LogEntry& entry) override;
+  [[nodiscard]] std::vector<LogEntry> Entries() const;
+  /// True when some message has this level and exactly this text (line end included).
+  [[nodiscard]] bool Contains(LogLevel level, const std::string& message) const;
+  void Clear();
+
+ private:
+  mutable Mutex m_Lock;
+  std::vector<LogEntry> m_Entries;  // guarded by m_Lock
+};
+
+/// Passes each message on to several sinks, which must outlive it.
+class FERRO_API TeeLogSink : public ILogSink {
+ public:
+  explicit TeeLogSink(std::vector<ILogSink*> sinks);
+  void WriteEntry(const LogEntry& entry) override;
+
+ private:
+  const std::vector<ILogSink*> m_Sinks;
+};
+
+}  // namespace Ferro

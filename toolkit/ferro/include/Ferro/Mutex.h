@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Export.h>
+
+#include <mutex>
+
+namespace Ferro {
+
+/// A mutual-exclusion lock, not recursive. The thread that locked it unlocks it.
+class FERRO_API Mutex {
+ public:
+  Mutex() = default;
+  Mutex(const Mutex&) = delete;
+  Mutex& operator=(const Mutex&) = delete;
+
+  void Lock();
+  void Unlock();
+
+ private:
+  std::mutex m_Mutex;
+};
+
+/// Holds a Mutex for the length of a scope.
+class [[nodiscard]] AutoMutex {
+ public:
+  explicit AutoMutex(Mutex& mutex) : m_Mutex(mutex) { m_Mutex.Lock(); }
+  ~AutoMutex() { m_Mutex.Unlock(); }
+  AutoMutex(const AutoMutex&) = delete;
+  AutoMutex& operator=(const AutoMutex&) = delete;
+
+ private:
+  Mutex& m_Mutex;
+};
+
+}  // namespace Ferro

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Export.h>
+#include <Ferro/Result.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace Ferro {
+
+/// An XML element for writing documents: a name, attributes, and either text or child elements, all in the order in
+/// which they were added. Owns its children; references stay valid until the tree is destroyed. One thread at a time.
+class FERRO_API XMLElement {
+ public:
+  /// `name` may carry a prefix; it must be an XML name (assertion).
+  explicit XMLElement(std::string name);
+  ~XMLElement();
+  XMLElement(const XMLElement&) = delete;
+  XMLElement& operator=(const XMLElement&) = delete;
+
+  [[nodiscard]] const std::string& Name() const { return m_Name; }
+  /// Appends an attribute, or replaces the value of one of that name.
+  void SetAttr(std::string_view name, std::string_view value);
+  void SetBody(std::string_view text);
+  void AppendBody(std::string_view text);
+  XMLElement& AddChild(std::string_view name);
+  /// A child that holds `text`.
+  XMLElement& AddChildWithContent(std::string_view name, std::string_view text);
+  /// A comment among the children; "--" in the text is refused by Render.
+  void AddComment(std::string_view text);
+
+  /// Renders the document: declaration, this element, two blanks of indentation per level, one line per element. Text
+  /// content is never altered by indentation. Text and attributes are escaped.
+  /// @return RESULT_OK; RESULT_PARAM when some text holds a character that XML 1.0 cannot carry (control characters,
+  /// invalid UTF-8), `out` then being unchanged.
+  [[nodiscard]] Result_t Render(std::string& out) const;
+
+ private:
+  bool RenderElement(std::string& out, unsigned depth) const;
+
+  std::string m_Name;
+  std::string m_Body;
+  bool m_IsComment = false;
+  std::vector<std::pair<std::string, std::string>> m_Attributes;
+  std::vector<std::unique_ptr<XMLElement>> m_Children;
+};
+
+}  // namespace Ferro
