@@ -26,15 +26,3 @@ function(strata_add_module name)
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()
-
-# strata_add_test(<name> SOURCES <file>... [LIBS <lib>...] [LABELS <label>...])
-# A GoogleTest program whose tests appear one by one in CTest as <prefix><name>.<Suite>.<Test>. The label "threads"
-# marks what also runs under the thread sanitizer.
-function(strata_add_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBS;LABELS" ${ARGN})
-  add_executable(${name} ${arg_SOURCES})
-  strata_compile_options(${name})
-  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} TEST_PREFIX "${STRATA_TEST_PREFIX}${name}." DISCOVERY_MODE PRE_TEST
-                       DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 600)
-endfunction()
