@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QUIRE/EssenceType.h>
+#include <QUIRE/Export.h>
+#include <QUIRE/FrameBuffer.h>
+#include <QUIRE/Result.h>
+#include <QUIRE/WriterInfo.h>
+
+#include <memory>
+#include <string>
+
+namespace QUIRE {
+
+class AESDecContext;
+class HMACContext;
+class h__Reader;
+
+namespace MXF {
+class OP1aHeader;
+class RIP;
+}  // namespace MXF
+
+/// What the readers of all kinds have in common. Only the kinds themselves are created.
+///
+/// A reader opens what the field holds: SMPTE and Interop files, open or incomplete headers, a missing or wrong random
+/// index pack or index, cut files. What is out of order is logged once through the default log sink, with the file, the
+/// thing and the offset. Opening reads the header; the random index pack and the index are read when the first frame is
+/// asked for. A file is never written.
+///
+/// One reader serves one thread at a time; any number of readers may have one file open.
+class QUIRE_API TrackFileReader {
+ public:
+  TrackFileReader(const TrackFileReader&) = delete;
+  TrackFileReader& operator=(const TrackFileReader&) = delete;
+
+  /// Opens a track file of the reader's kind; one that is open already is closed first.
+  /// @return RESULT_OK; the failures of Ferro::FileReader::OpenRead; RESULT_FORMAT for a file that is no track file, that
+  /// is of another kind, or whose header is broken. On failure the reader is closed.
+  [[nodiscard]] Result_t OpenRead(const std::string& filename);
+  /// Closes the file. Header and random index pack references given out end here. RESULT_INIT when none is open.
+  Result_t Close();
+  [[nodiscard]] bool IsOpen() const { return m_Reader != nullptr; }
+
+  /// @return RESULT_OK, or RESULT_INIT when no file is open.
+  [[nodiscard]] Result_t FillWriterInfo(WriterInfo& info) const;
+
+  /// The header metadata. A file must be open (assertion); valid until it is closed.
+  [[nodiscard]] MXF::OP1aHeader& OP1aHeader();
+  /// The partitions in file order, from the random index pack, or found by walking the file where it has none. A file
+  /// must be open (assertion); valid until it is closed.
+  [[nodiscard]] MXF::RIP& RIP();
+
+ protected:
+  explicit TrackFileReader(EssenceType_t kind);
+  ~TrackFileReader();
+
+  std::unique_ptr<h__Reader> m_Reader;  // set while a file is open
+
+ private:
+  EssenceType_t m_Kind;
+};
+
+}  // namespace QUIRE

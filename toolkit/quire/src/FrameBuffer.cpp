@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/FrameBuffer.h>
+
+#include <Ferro/Assert.h>
+
+#include <new>
+
+namespace QUIRE {
+
+Result_t FrameBuffer::Capacity(ui32_t bytes) {
+  if (bytes == m_Capacity) return Ferro::RESULT_OK;
+  std::unique_ptr<ui8_t[]> data(bytes == 0 ? nullptr : new (std::nothrow) ui8_t[bytes]);
+  if (bytes != 0 && !data) return Ferro::RESULT_ALLOC;
+  m_Data = std::move(data);
+  m_Capacity = bytes;
+  Clear();
+  return Ferro::RESULT_OK;
+}
+
+void FrameBuffer::Size(ui32_t bytes) {
+  FERRO_ASSERT(bytes <= m_Capacity);
+  m_Size = bytes;
+}
+
+void FrameBuffer::Clear() {
+  m_Size = 0;
+  m_FrameNumber = NoFrame;
+  m_SourceLength = 0;
+  m_PlaintextOffset = 0;
+}
+
+}  // namespace QUIRE
