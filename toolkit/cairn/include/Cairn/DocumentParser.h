@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/DCPFormat.h>
+#include <Cairn/DOMTreeErrorReporter.h>
+#include <Cairn/Export.h>
+#include <Cairn/Result.h>
+
+#include <Ferro/LogSink.h>
+
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/sax/EntityResolver.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+#include <string>
+
+namespace Cairn {
+
+/// A DOM parser for documents from outside. Refuses document type declarations, so nothing expands and nothing is
+/// loaded; opens no file and no connection; bounds size, depth and the number of elements. Comments and processing
+/// instructions are left out of the tree and CDATA sections become text, so that an element's text is one node.
+class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
+ public:
+  static constexpr size_t MaxDocumentSize = 64 * 1024 * 1024;  // bytes
+  static constexpr unsigned MaxDepth = 256;                    // elements inside each other
+  static constexpr unsigned MaxElementCount = 1'000'000;
+  static constexpr unsigned MaxAttributeCount = 1024;  // of one element
+
+  DocumentParser();
+  ~DocumentParser() override;
+
+  /// Parses a document, all of whose diagnostics go to `reporter`. Understands UTF-8, UTF-16 with a byte order mark,
+  /// US-ASCII and ISO-8859-1; the declared encoding must agree with the bytes.
+  /// @return RESULT_OK; RESULT_XML_PARSE, logged, when the document is malformed or refused; Ferro::RESULT_TOOLARGE,
+  /// logged, beyond MaxDocumentSize. May throw what Xerces-C throws.
+  [[nodiscard]] Result_t ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log);
+
+  // Events of the parser, overridden to hold the limits.
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
+                    const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count, bool is_empty,
+                    bool is_root) override;
+  void endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
+                  const XMLCh* prefix) override;
+  void doctypeDecl(const xercesc::DTDElementDecl& declaration, const XMLCh* public_id, const XMLCh* system_id,
+                   bool has_internal_subset, bool has_external_subset) override;
+  void docCharacters(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
+  void docPI(const XMLCh* target, const XMLCh* data) override;
+
+ private:
+  xercesc::SecurityManager m_Limits;
+  unsigned m_Depth = 0;
+  unsigned m_ElementCount = 0;
+};
+
+/// Finds out a document's flavour from its document element, without building a tree.
+/// @return RESULT_OK; RESULT_XML_PARSE or RESULT_XML_NAMESPACE, logged.
+[[nodiscard]] CAIRN_API Result_t ClassifyXMLDocument(const std::string& xml, DCPFormat_t& format, Ferro::ILogSink& log);
+
+/// Logs the exception being handled, which a library below threw. To be called in a catch block.
+/// @return RESULT_XML_PARSE.
+[[nodiscard]] CAIRN_API Result_t LogXMLException(Ferro::ILogSink& log);
+
+}  // namespace Cairn
