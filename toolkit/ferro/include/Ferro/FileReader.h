@@ -33,6 +33,9 @@ class FERRO_API FileReader {
   /// @return RESULT_OK when all bytes were read; RESULT_ENDOFFILE when the file ends before (`out` is then unspecified);
   /// RESULT_READFAIL on an error of the system; RESULT_INIT when no file is open.
   [[nodiscard]] Result_t ReadAt(fsize_t position, std::span<ui8_t> out) const;
+  /// Fills the parts, at most 16, one after another with the consecutive bytes from `position` on, in one request to the
+  /// system. Results are those of ReadAt; RESULT_PARAM for more parts.
+  [[nodiscard]] Result_t ReadPartsAt(fsize_t position, std::span<const std::span<ui8_t>> parts) const;
   /// Reads as many bytes as there are, at most out.size(); `count` receives how many. RESULT_OK also for none.
   [[nodiscard]] Result_t ReadUpTo(fsize_t position, std::span<ui8_t> out, size_t& count) const;
   /// Tells the system that the file will be read front to back.
