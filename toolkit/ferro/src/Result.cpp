@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Ferro/Result.h>
 
+#include <atomic>
+
 namespace Ferro {
 namespace {
 
-constinit const ResultTable* s_FirstTable = nullptr;
+constinit std::atomic<const ResultTable*> s_FirstTable = nullptr;
 
 constexpr Result_t s_Results[] = {
     RESULT_FALSE,     RESULT_OK,         RESULT_FAIL,     RESULT_PTR,      RESULT_NULL_STR,  RESULT_ALLOC,
@@ -18,7 +20,9 @@ const ResultTable s_Table{s_Results};
 }  // namespace
 
 ResultTable::ResultTable(std::span<const Result_t> results) noexcept : m_Results(results), m_Next(s_FirstTable) {
-  s_FirstTable = this;
+  // Modules may be loaded while other threads look results up.
+  while (!s_FirstTable.compare_exchange_weak(m_Next, this)) {
+  }
 }
 
 const ResultTable* ResultTable::First() noexcept {

@@ -20,18 +20,23 @@ class FERRO_API FileWriter {
   FileWriter(FileWriter&& other) noexcept;
   FileWriter& operator=(FileWriter&& other) noexcept;
 
-  /// @return RESULT_OK; RESULT_NULL_STR; RESULT_STATE when a file is open already; RESULT_NO_PERM; RESULT_FILEOPEN.
+  /// Begins a file. A regular file of that name stays until Commit; a symbolic link is replaced, not followed.
+  /// @return RESULT_OK; RESULT_NULL_STR; RESULT_STATE when a file is open already; RESULT_NOT_FOUND when the folder is
+  /// missing; RESULT_NOTAFILE when a folder, device or pipe stands under the name; RESULT_NO_PERM; RESULT_FILEOPEN.
   [[nodiscard]] Result_t OpenWrite(const std::string& filename);
   [[nodiscard]] bool IsOpen() const { return m_Descriptor >= 0; }
-  /// Appends at the cursor. RESULT_WRITEFAIL on any error of the system (a full disk), RESULT_INIT when not open.
+  /// Writes at the cursor and moves it behind the bytes. RESULT_WRITEFAIL on any error of the system (a full disk), after
+  /// which Commit fails too; RESULT_INIT when not open.
   [[nodiscard]] Result_t Write(std::span<const ui8_t> bytes);
   [[nodiscard]] Result_t Write(std::string_view text);
   /// Overwrites bytes at `position`; the cursor stays.
   [[nodiscard]] Result_t WriteAt(fsize_t position, std::span<const ui8_t> bytes);
-  /// Moves the cursor; past the end leaves a hole that reads as zeros.
+  /// Moves the cursor. Bytes written beyond the end leave a hole before them that reads as zeros. RESULT_BADSEEK beyond
+  /// what a file can hold, RESULT_INIT when not open.
   [[nodiscard]] Result_t Seek(fsize_t position);
   [[nodiscard]] fsize_t Tell() const { return m_Position; }
-  /// Completes the file under its name, replacing what stood there. RESULT_WRITEFAIL leaves nothing.
+  /// Completes the file under its name, replacing what stood there, and closes it. RESULT_WRITEFAIL removes what was
+  /// written and leaves what stood there; RESULT_INIT when not open.
   [[nodiscard]] Result_t Commit();
   /// Removes what was written; nothing happens when no file is open.
   void Abandon();
@@ -41,6 +46,7 @@ class FERRO_API FileWriter {
   std::string m_TemporaryName;
   int m_Descriptor = -1;
   fsize_t m_Position = 0;
+  bool m_Failed = false;  // some write was
 };
 
 }  // namespace Ferro

@@ -78,4 +78,9 @@ class Identifier : public IArchive {
   bool m_HasValue = false;
 };
 
+// The sizes of UUID, SHA1 and UMID are instantiated once, in libferro.
+extern template class FERRO_API Identifier<16>;
+extern template class FERRO_API Identifier<20>;
+extern template class FERRO_API Identifier<32>;
+
 }  // namespace Ferro

@@ -40,11 +40,12 @@ class FERRO_API XMLElement {
   [[nodiscard]] Result_t Render(std::string& out) const;
 
  private:
-  bool RenderElement(std::string& out, unsigned depth) const;
+  XMLElement();
+  bool RenderElement(std::string& out, unsigned depth, bool indent) const;
 
   std::string m_Name;
   std::string m_Body;
-  bool m_IsComment = false;
+  bool m_IsComment = false;  // then only m_Body is used
   std::vector<std::pair<std::string, std::string>> m_Attributes;
   std::vector<std::unique_ptr<XMLElement>> m_Children;
 };

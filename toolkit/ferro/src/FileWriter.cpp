@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Ferro/FileWriter.h>
+#include <Ferro/Path.h>
+#include <Ferro/Random.h>
+#include <Ferro/TextEncoding.h>
+
+#include "SystemError.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Ferro {
+namespace {
+
+constexpr auto s_MaxPosition = static_cast<fsize_t>(std::numeric_limits<off_t>::max());
+
+// Hidden, in the same folder so that renaming stays within one file system, and random so that several writers of one
+// name do not meet. The original name is cut to leave room within the usual 255 bytes.
+std::string TemporaryNameFor(const std::string& filename) {
+  std::array<ui8_t, 8> random{};
+  FillRandom(random);
+  const std::string name = "." + PathBasename(filename).substr(0, 200) + "." + bin2hex(random) + ".tmp";
+  return PathJoin(PathDirname(filename), name);
+}
+
+bool SomethingElseStandsAt(const std::string& filename) {
+  struct stat status {};
+  return stat(filename.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+// Makes a rename durable. Some file systems cannot synchronise folders; the file is complete nevertheless.
+void SynchroniseFolderOf(const std::string& filename) {
+  const std::string folder = PathDirname(filename);
+  const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;
+  fsync(descriptor);
+  close(descriptor);
+}
+
+bool WriteWhole(int descriptor, fsize_t position, std::span<const ui8_t> bytes) {
+  if (position > s_MaxPosition || bytes.size() > s_MaxPosition - position) return false;
+  while (!bytes.empty()) {
+    const ssize_t count = pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(position));
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes = bytes.subspan(static_cast<size_t>(count));
+    position += static_cast<fsize_t>(count);
+  }
+  return true;
+}
+
+}  // namespace
+
+FileWriter::~FileWriter() {
+  Abandon();
+}
+
+FileWriter::FileWriter(FileWriter&& other) noexcept {
+  *this = std::move(other);
+}
+
+FileWriter& FileWriter::operator=(FileWriter&& other) noexcept {
+  if (this == &other) return *this;
+  Abandon();
+  m_Filename = std::exchange(other.m_Filename, {});
+  m_TemporaryName = std::exchange(other.m_TemporaryName, {});
+  m_Descriptor = std::exchange(other.m_Descriptor, -1);
+  m_Position = std::exchange(other.m_Position, 0);
+  m_Failed = std::exchange(other.m_Failed, false);
+  return *this;
+}
+
+Result_t FileWriter::OpenWrite(const std::string& filename) {
+  if (IsOpen()) return RESULT_STATE;
+  if (const Result_t result = CheckFilename(filename); result.Failure()) return result;
+  if (PathBasename(filename).empty() || SomethingElseStandsAt(filename)) return RESULT_NOTAFILE;
+
+  std::string temporary_name = TemporaryNameFor(filename);
+  const int descriptor = open(temporary_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (descriptor < 0) return ResultOfOpenError(errno);
+  m_Filename = filename;
+  m_TemporaryName = std::move(temporary_name);
+  m_Descriptor = descriptor;
+  m_Position = 0;
+  m_Failed = false;
+  return RESULT_OK;
+}
+
+Result_t FileWriter::Write(std::span<const ui8_t> bytes) {
+  const Result_t result = WriteAt(m_Position, bytes);
+  if (result.Success()) m_Position += bytes.size();
+  return result;
+}
+
+Result_t FileWriter::Write(std::string_view text) {
+  return Write(std::span(reinterpret_cast<const ui8_t*>(text.data()), text.size()));
+}
+
+Result_t FileWriter::WriteAt(fsize_t position, std::span<const ui8_t> bytes) {
+  if (!IsOpen()) return RESULT_INIT;
+  if (WriteWhole(m_Descriptor, position, bytes)) return RESULT_OK;
+  m_Failed = true;
+  return RESULT_WRITEFAIL;
+}
+
+Result_t FileWriter::Seek(fsize_t position) {
+  if (!IsOpen()) return RESULT_INIT;
+  if (position > s_MaxPosition) return RESULT_BADSEEK;
+  m_Position = position;
+  return RESULT_OK;
+}
+
+Result_t FileWriter::Commit() {
+  if (!IsOpen()) return RESULT_INIT;
+  const bool written = !m_Failed && fsync(m_Descriptor) == 0;
+  const bool closed = close(std::exchange(m_Descriptor, -1)) == 0;
+  if (!written || !closed || std::rename(m_TemporaryName.c_str(), m_Filename.c_str()) != 0) {
+    unlink(m_TemporaryName.c_str());
+    return RESULT_WRITEFAIL;
+  }
+  SynchroniseFolderOf(m_Filename);
+  return RESULT_OK;
+}
+
+void FileWriter::Abandon() {
+  if (!IsOpen()) return;
+  close(std::exchange(m_Descriptor, -1));
+  unlink(m_TemporaryName.c_str());
+}
+
+}  // namespace Ferro

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Ferro/Assert.h>
+#include <Ferro/LogSink.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Ferro {
+namespace {
+
+constinit std::atomic<ILogSink*> s_DefaultSink = nullptr;
+constinit std::mutex s_StdErrMutex;
+
+std::string Format(const char* format, va_list arguments) {
+  va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  std::string message = format;  // what is left to say when the arguments cannot be formatted
+  if (length >= 0) {
+    message.resize(static_cast<size_t>(length));
+    std::vsnprintf(message.data(), message.size() + 1, format, again);
+  }
+  va_end(again);
+  return message;
+}
+
+/// The number of bytes written, which is less than all of them after an error of the system.
+size_t WriteText(int descriptor, std::string_view text) {
+  size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t count = write(descriptor, text.data() + done, text.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) break;
+    done += static_cast<size_t>(count);
+  }
+  return done;
+}
+
+}  // namespace
+
+ILogSink::~ILogSink() = default;
+
+void ILogSink::Debug(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  WriteEntry(LogEntry(LogLevel::Debug, Format(format, arguments)));
+  va_end(arguments);
+}
+
+void ILogSink::Info(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  WriteEntry(LogEntry(LogLevel::Info, Format(format, arguments)));
+  va_end(arguments);
+}
+
+void ILogSink::Warn(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  WriteEntry(LogEntry(LogLevel::Warning, Format(format, arguments)));
+  va_end(arguments);
+}
+
+void ILogSink::Error(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  WriteEntry(LogEntry(LogLevel::Error, Format(format, arguments)));
+  va_end(arguments);
+}
+
+ILogSink& DefaultLogSink() {
+  if (ILogSink* sink = s_DefaultSink.load()) return *sink;
+  // Never destroyed: destructors of static objects may still log.
+  static StdErrLogSink& first = *new StdErrLogSink;
+  return first;
+}
+
+ILogSink* SetDefaultLogSink(ILogSink* sink) {
+  return s_DefaultSink.exchange(sink);
+}
+
+void StdErrLogSink::WriteEntry(const LogEntry& entry) {
+  const std::string line = entry.EncodeLine() + '\n';
+  const std::lock_guard lock(s_StdErrMutex);
+  WriteText(STDERR_FILENO, line);
+}
+
+struct FileLogSink::State {
+  explicit State(const std::string& filename)
+      : Descriptor(open(filename.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0666)) {}
+  ~State() {
+    if (Descriptor >= 0) close(Descriptor);
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+
+  const int Descriptor;
+
+  Mutex Lock;
+  ui64_t Lost = 0;         // guarded by Lock
+  bool LineIsCut = false;  // guarded by Lock
+};
+
+FileLogSink::FileLogSink(const std::string& filename) : m_State(std::make_unique<State>(filename)) {}
+FileLogSink::~FileLogSink() = default;
+
+bool FileLogSink::IsOpen() const {
+  return m_State->Descriptor >= 0;
+}
+
+ui64_t FileLogSink::LostCount() const {
+  const AutoMutex lock(m_State->Lock);
+  return m_State->Lost;
+}
+
+void FileLogSink::WriteEntry(const LogEntry& entry) {
+  std::string line = entry.EncodeLine() + '\n';
+  const AutoMutex lock(m_State->Lock);
+  if (m_State->LineIsCut) line.insert(0, 1, '\n');
+  const size_t count = IsOpen() ? WriteText(m_State->Descriptor, line) : 0;
+  if (count < line.size()) ++m_State->Lost;
+  if (count > 0) m_State->LineIsCut = count < line.size();
+}
+
+void MemoryLogSink::WriteEntry(const LogEntry& entry) {
+  const AutoMutex lock(m_Lock);
+  m_Entries.push_back(entry);
+}
+
+std::vector<LogEntry> MemoryLogSink::Entries() const {
+  const AutoMutex lock(m_Lock);
+  return m_Entries;
+}
+
+bool MemoryLogSink::Contains(LogLevel level, const std::string& message) const {
+  const AutoMutex lock(m_Lock);
+  return std::any_of(m_Entries.begin(), m_Entries.end(),
+                     [&](const LogEntry& entry) { return entry.Level == level && entry.Message == message; });
+}
+
+void MemoryLogSink::Clear() {
+  const AutoMutex lock(m_Lock);
+  m_Entries.clear();
+}
+
+TeeLogSink::TeeLogSink(std::vector<ILogSink*> sinks) : m_Sinks(std::move(sinks)) {
+  for (const ILogSink* sink : m_Sinks) FERRO_ASSERT(sink != nullptr);
+}
+
+void TeeLogSink::WriteEntry(const LogEntry& entry) {
+  for (ILogSink* sink : m_Sinks) sink->WriteEntry(entry);
+}
+
+}  // namespace Ferro
