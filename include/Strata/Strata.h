@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+/// @file
+/// The playlist and timeline engine of a digital-cinema playback server.
+///
+/// A server makes a playlist (NewPlaylist) and initialises it from a show playlist, from a composition playlist, or from
+/// a list of identifiers. The playlist resolves every asset through the server's IAssetLookup and lays the show out as
+/// a timeline of reels, each with its tracks. The server then moves the position by edit units, asks for the track of a
+/// type and channel, takes its frames, and hears of positions and events through its ITransportNotify.
+///
+///     show        |---------- composition A ---------|------- composition B -------| ...
+///     timeline    |-- reel --|-- reel --|--  reel  --|--   reel   --|--   reel   --| ...
+///     per reel    picture, sound, on-screen text, up to 6 off-screen texts, any number of data tracks
+///
+/// The headers in the order in which they explain each other:
+
+#include <Strata/Export.h>
+#include <Strata/Result.h>
+#include <Strata/Types.h>
+#include <Strata/Version.h>
+
+#include <Strata/ITimelineTrack.h>
+#include <Strata/TrackType.h>
+
+#include <Strata/Command.h>
+#include <Strata/CommandType.h>
+#include <Strata/CompositionInfo.h>
+#include <Strata/DeviceStatus.h>
+#include <Strata/EssenceParams.h>
+#include <Strata/IPlaylist.h>
+#include <Strata/ITransportNotify.h>
+#include <Strata/PlaylistEvent.h>
+#include <Strata/TimelinePosition.h>
+#include <Strata/TransportException.h>
+
+#include <Strata/AssetInfo.h>
+#include <Strata/DiskFreeInfo.h>
+#include <Strata/PlaylistInfo.h>
+#include <Strata/RPCInitInfo.h>
+#include <Strata/TaskStatus.h>
+#include <Strata/TaskType.h>
+
+#include <Strata/RestartInternals.h>
+#include <Strata/ServerEvents.h>
+#include <Strata/ServerOptions.h>
+#include <Strata/TransportOptions.h>
