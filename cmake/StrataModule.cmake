@@ -15,14 +15,28 @@ function(strata_compile_options target)
 endfunction()
 
 # strata_add_module(<name> INCLUDE <folder> SOURCES <file>... [PUBLIC <lib>...] [PRIVATE <lib>...])
-# A shared library lib<name> with its public headers below INCLUDE and its private ones below src/.
+# A shared library lib<name> with its public headers below INCLUDE and its private ones beside its sources. Tests of
+# what is not exported link <name>_internals, a static library of the same objects, instead of <name>.
 function(strata_add_module name)
   cmake_parse_arguments(arg "" "INCLUDE" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
-  add_library(${name} SHARED ${arg_SOURCES})
+  add_library(${name}_objects OBJECT ${arg_SOURCES})
+  strata_compile_options(${name}_objects)
+  set_target_properties(${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  target_include_directories(${name}_objects PUBLIC ${arg_INCLUDE} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name}_objects PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+
+  add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
   add_library(Strata::${name} ALIAS ${name})
   strata_compile_options(${name})
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE}>
                                             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
-  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
+                                           SOVERSION ${PROJECT_VERSION_MAJOR})
+
+  add_library(${name}_internals STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:${name}_objects>)
+  target_compile_features(${name}_internals PUBLIC cxx_std_20)
+  target_include_directories(${name}_internals PUBLIC ${arg_INCLUDE} ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name}_internals PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+  set_target_properties(${name}_internals PROPERTIES LINKER_LANGUAGE CXX)
 endfunction()

@@ -116,7 +116,8 @@ class STRATA_API IPlaylist {
 
   /// The track of a type and channel at `position`, or null. Makes the tracks of this type ready in that reel and two
   /// reels on each side, and puts the others to rest. The track belongs to the playlist.
-  [[nodiscard]] virtual ITimelineTrack* GetReaderForChannel(TrackType_t type, ui32_t channel, ui32_t position) = 0;
+  [[nodiscard]] virtual ITimelineTrack* GetReaderForChannel(TrackType_t type, ui32_t channel,
+                                                            ui32_t position) const = 0;
   /// The number of channels of a type at `position`.
   [[nodiscard]] virtual ui32_t GetChannelCountForType(TrackType_t type, ui32_t position) const = 0;
 
