@@ -13,35 +13,47 @@
 ///     timeline    |-- reel --|-- reel --|--  reel  --|--   reel   --|--   reel   --| ...
 ///     per reel    picture, sound, on-screen text, up to 6 off-screen texts, any number of data tracks
 ///
-/// The headers in the order in which they explain each other:
+/// A good order to read the headers in:
+///   Types, Result, Version          numbers, identifiers, results
+///   TrackType, ITimelineTrack       one track of one reel
+///   CommandType, Command            what the transport is asked to do
+///   TimelinePosition, CompositionInfo, EssenceParams, PlaylistEvent
+///                                   where the show stands, and what plays there
+///   DeviceStatus, TransportException, ITransportNotify
+///                                   what is reported while it plays
+///   IPlaylist                       the timeline
+///   ShowPlaylist, ResourcePresentationList
+///                                   the documents of its own that it reads and writes
+///   AssetInfo, PlaylistInfo, TaskType, TaskStatus, DiskFreeInfo, RPCInitInfo
+///                                   the rest of the control protocol
+///   RestartInternals, ServerEvents, ServerOptions, TransportOptions
+///                                   names for the server that links the library
 
-#include <Strata/Export.h>
-#include <Strata/Result.h>
-#include <Strata/Types.h>
-#include <Strata/Version.h>
-
-#include <Strata/ITimelineTrack.h>
-#include <Strata/TrackType.h>
-
+#include <Strata/AssetInfo.h>
 #include <Strata/Command.h>
 #include <Strata/CommandType.h>
 #include <Strata/CompositionInfo.h>
 #include <Strata/DeviceStatus.h>
+#include <Strata/DiskFreeInfo.h>
 #include <Strata/EssenceParams.h>
+#include <Strata/Export.h>
 #include <Strata/IPlaylist.h>
+#include <Strata/ITimelineTrack.h>
 #include <Strata/ITransportNotify.h>
 #include <Strata/PlaylistEvent.h>
-#include <Strata/TimelinePosition.h>
-#include <Strata/TransportException.h>
-
-#include <Strata/AssetInfo.h>
-#include <Strata/DiskFreeInfo.h>
 #include <Strata/PlaylistInfo.h>
 #include <Strata/RPCInitInfo.h>
-#include <Strata/TaskStatus.h>
-#include <Strata/TaskType.h>
-
+#include <Strata/ResourcePresentationList.h>
 #include <Strata/RestartInternals.h>
+#include <Strata/Result.h>
 #include <Strata/ServerEvents.h>
 #include <Strata/ServerOptions.h>
+#include <Strata/ShowPlaylist.h>
+#include <Strata/TaskStatus.h>
+#include <Strata/TaskType.h>
+#include <Strata/TimelinePosition.h>
+#include <Strata/TrackType.h>
+#include <Strata/TransportException.h>
 #include <Strata/TransportOptions.h>
+#include <Strata/Types.h>
+#include <Strata/Version.h>
