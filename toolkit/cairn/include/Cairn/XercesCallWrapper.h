@@ -11,6 +11,7 @@
 #include <Ferro/LogSink.h>
 
 #include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNodeFilter.hpp>
 #include <xercesc/dom/DOMTreeWalker.hpp>
 
