@@ -25,7 +25,11 @@ spdx() {
   done
 }
 
-length() { code | xargs awk 'FNR == 601 { print FILENAME ": longer than 600 lines" }'; }
+# A table of facts that stands alone in its file may be longer.
+length() {
+  code | grep -vx 'toolkit/quire/src/DictionaryTable.cpp' |
+    xargs awk 'FNR == 601 { print FILENAME ": longer than 600 lines" }'
+}
 
 todo() { { code; scripts; } | xargs grep -nwE 'TO''DO|FIX''ME|X''XX' || true; }
 
