@@ -5,7 +5,7 @@ namespace QUIRE {
 
 // Each entry: the dictionary entry, its label in four groups of 32 bits, its static local tag (0 where it has none), its
 // name. (ST 395, ST 335, ST 400 and ST 2088 registers; tags: ST 377-1.)
-constinit const MDDEntry DictionaryTable[MDD_Max] = {
+constexpr MDDEntry DictionaryTable[MDD_Max] = {
     // Packs and keys of KLVs
     Entry(MDD_PartitionPack, {0x060e2b34, 0x02050101, 0x0d010201, 0x01010000}, 0x0000, "PartitionPack"),
     Entry(MDD_Primer, {0x060e2b34, 0x02050101, 0x0d010201, 0x01050100}, 0x0000, "Primer"),
