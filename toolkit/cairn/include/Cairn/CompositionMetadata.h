@@ -41,6 +41,7 @@ struct PictureArea {
 /// Empty texts are absent elements.
 struct CompositionMetadata : GenericAsset {
   std::string FullContentTitle;
+  std::string FullContentTitleLanguage;  ///< tag; empty: the standard's default, "en"
   std::string ReleaseTerritory;
   std::string ReleaseTerritoryScope;  ///< empty: the standard's default
   bool HasVersionNumber = false;

@@ -23,7 +23,8 @@ struct Rating {
   friend bool operator==(const Rating&, const Rating&) = default;
 };
 
-/// A composition playlist of either flavour (ST 429-7:2006 with its extensions; Interop). A plain value.
+/// A composition playlist of either flavour (ST 429-7:2006 with its extensions; Interop). A plain value. The language
+/// attributes of titles and annotations are not kept.
 class CAIRN_API CompositionPlaylist {
  public:
   std::string NamespaceName;  ///< of the document element as read; not written

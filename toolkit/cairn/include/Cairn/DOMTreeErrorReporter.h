@@ -30,6 +30,9 @@ class CAIRN_API DOMTreeErrorReporter : public xercesc::ErrorHandler {
 
   ui32_t m_ErrorCount = 0;
   Ferro::ILogSink* m_LogSink = nullptr;  ///< not owned; null: the default sink
+
+ private:
+  [[nodiscard]] Ferro::ILogSink& Log() const;
 };
 
 }  // namespace Cairn

@@ -9,22 +9,21 @@
 #include <Ferro/LogSink.h>
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/sax/EntityResolver.hpp>
-#include <xercesc/util/SecurityManager.hpp>
 
 #include <string>
 
 namespace Cairn {
 
-/// A DOM parser for documents from outside. Refuses document type declarations, so nothing expands and nothing is
-/// loaded; opens no file and no connection; bounds size, depth and the number of elements. Comments and processing
+/// A DOM parser for documents from outside. Refuses document type declarations and has no code for them in use, so
+/// nothing expands and nothing is loaded; opens no file and no connection; bounds size, depth and counts. Comments and processing
 /// instructions are left out of the tree and CDATA sections become text, so that an element's text is one node.
 class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
  public:
   static constexpr size_t MaxDocumentSize = 64 * 1024 * 1024;  // bytes
   static constexpr unsigned MaxDepth = 256;                    // elements inside each other
-  static constexpr unsigned MaxElementCount = 1'000'000;
-  static constexpr unsigned MaxAttributeCount = 1024;  // of one element
+  static constexpr unsigned MaxElementCount = 500'000;
+  static constexpr unsigned MaxAttributeCount = 256;   // of one element
+  static constexpr unsigned MaxNamespaceCount = 8192;  // declarations in a document
 
   DocumentParser();
   ~DocumentParser() override;
@@ -41,13 +40,10 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
                     bool is_root) override;
   void endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
                   const XMLCh* prefix) override;
-  void doctypeDecl(const xercesc::DTDElementDecl& declaration, const XMLCh* public_id, const XMLCh* system_id,
-                   bool has_internal_subset, bool has_external_subset) override;
   void docCharacters(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
   void docPI(const XMLCh* target, const XMLCh* data) override;
 
  private:
-  xercesc::SecurityManager m_Limits;
   unsigned m_Depth = 0;
   unsigned m_ElementCount = 0;
 };

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Cairn {
+
+/// Looks for what must not reach the parser: a document type declaration, and more attributes or namespace declarations
+/// than the parser, whose time for them grows with the square, can take. One pass, no memory.
+/// @param text  UTF-8.
+/// @return an empty text, or the reason for which the document is refused.
+[[nodiscard]] std::string CheckDocumentText(std::string_view text);
+
+}  // namespace Cairn

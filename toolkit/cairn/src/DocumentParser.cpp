@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Cairn/DocumentParser.h>
+
+#include "DocumentEncoding.h"
+#include "DocumentGuard.h"
+#include "DocumentRefused.h"
+
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <string_view>
+
+namespace Cairn {
+namespace {
+
+constexpr char SystemIdentifier[] = "pidc_rules_file";
+
+Result_t Refuse(Ferro::ILogSink& log, const std::string& reason) {
+  log.Error("XML document refused: %s\n", reason.c_str());
+  return RESULT_XML_PARSE;
+}
+
+}  // namespace
+
+DocumentParser::DocumentParser() {
+  useScanner(xercesc::XMLUni::fgWFXMLScanner);  // the scanner without DTD and schema: no entity is ever resolved
+  setDoNamespaces(true);
+  setDoSchema(false);
+  setValidationScheme(xercesc::XercesDOMParser::Val_Never);
+  setLoadExternalDTD(false);
+  setDisableDefaultEntityResolution(true);
+  setExitOnFirstFatalError(false);
+  setCreateCommentNodes(false);
+  setCreateEntityReferenceNodes(false);
+}
+
+DocumentParser::~DocumentParser() = default;
+
+Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log) {
+  if (xml.size() > MaxDocumentSize) {
+    log.Error("XML document refused: it has more than %zu bytes\n", MaxDocumentSize);
+    return Ferro::RESULT_TOOLARGE;
+  }
+  std::string buffer;
+  std::string_view text;
+  if (const std::string reason = DecodeDocumentText(xml, buffer, text); !reason.empty()) return Refuse(log, reason);
+  if (const std::string reason = CheckDocumentText(text); !reason.empty()) return Refuse(log, reason);
+
+  xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(), SystemIdentifier);
+  source.setEncoding(xercesc::XMLUni::fgUTF8EncodingString);  // whatever the declaration says: it was converted
+  m_Depth = 0;
+  m_ElementCount = 0;
+  setErrorHandler(&reporter);
+  try {
+    parse(source);
+  } catch (const DocumentRefused& refusal) {
+    return Refuse(log, refusal.Reason);
+  } catch (const TooManyErrors&) {
+    // The count below says so.
+  }
+  if (reporter.m_ErrorCount == 0) return Ferro::RESULT_OK;
+  log.Error("XML parser error count: %u\n", reporter.m_ErrorCount);
+  return RESULT_XML_PARSE;
+}
+
+void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
+                                  const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count,
+                                  bool is_empty, bool is_root) {
+  if (++m_Depth > MaxDepth)
+    throw DocumentRefused("it nests more than " + std::to_string(MaxDepth) + " elements inside each other");
+  if (++m_ElementCount > MaxElementCount)
+    throw DocumentRefused("it has more than " + std::to_string(MaxElementCount) + " elements");
+  XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
+}
+
+// Called for empty elements too.
+void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
+                                const XMLCh* prefix) {
+  --m_Depth;
+  XercesDOMParser::endElement(declaration, uri, is_root, prefix);
+}
+
+void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool) {
+  XercesDOMParser::docCharacters(text, length, false);
+}
+
+void DocumentParser::docPI(const XMLCh*, const XMLCh*) {}
+
+}  // namespace Cairn

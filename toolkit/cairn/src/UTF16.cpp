@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "UTF16.h"
+
+namespace Cairn {
+namespace {
+
+constexpr char32_t Replacement = 0xFFFD;
+
+constexpr bool IsHighSurrogate(char32_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+constexpr bool IsLowSurrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+}  // namespace
+
+void AppendUTF8(std::string& out, char32_t code_point) {
+  const auto tail = [&](unsigned shift) { out += static_cast<char>(0x80 | ((code_point >> shift) & 0x3F)); };
+  if (code_point < 0x80) {
+    out += static_cast<char>(code_point);
+  } else if (code_point < 0x800) {
+    out += static_cast<char>(0xC0 | (code_point >> 6));
+    tail(0);
+  } else if (code_point < 0x10000) {
+    out += static_cast<char>(0xE0 | (code_point >> 12));
+    tail(6);
+    tail(0);
+  } else {
+    out += static_cast<char>(0xF0 | (code_point >> 18));
+    tail(12);
+    tail(6);
+    tail(0);
+  }
+}
+
+std::string UTF16ToUTF8(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    char32_t code_point = text[i];
+    if (IsHighSurrogate(code_point) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
+      code_point = 0x10000 + ((code_point - 0xD800) << 10) + (text[++i] - 0xDC00u);
+    } else if (IsHighSurrogate(code_point) || IsLowSurrogate(code_point)) {
+      code_point = Replacement;
+    }
+    AppendUTF8(out, code_point);
+  }
+  return out;
+}
+
+}  // namespace Cairn
