@@ -78,7 +78,7 @@ circles() {
 umbrella() {
   local header
   for header in $(find include/Strata -name '*.h' ! -name Strata.h -printf 'Strata/%P\n' | LC_ALL=C sort); do
-    grep -qxE "#include [<\"]$header[>\"]" include/Strata/Strata.h || echo "include/Strata/Strata.h: does not include $header"
+    grep -qxE "#include [<\"]${header}[>\"]" include/Strata/Strata.h || echo "include/Strata/Strata.h: does not include $header"
   done
 }
 
