@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "BigEndian.h"
 #include "FormatError.h"
+#include "ParsePartition.h"
 
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/MXF/Partition.h>
@@ -27,6 +28,23 @@ std::optional<std::pair<PartitionKind, PartitionStatus>> KindOfKey(const UL& key
   if (kind == 3 && status == 0x11) return std::pair(PartitionKind::GenericStream, PartitionStatus::ClosedComplete);
   if (kind < 2 || kind > 4 || status < 1 || status > 4) return std::nullopt;
   return std::pair(PartitionKind{kind}, PartitionStatus{status});
+}
+
+Partition FixedFields(const ui8_t* value) {
+  Partition read;
+  read.MajorVersion = LoadBE<ui16_t>(value);
+  read.MinorVersion = LoadBE<ui16_t>(value + 2);
+  read.KAGSize = LoadBE<ui32_t>(value + 4);
+  read.ThisPartition = LoadBE<ui64_t>(value + 8);
+  read.PreviousPartition = LoadBE<ui64_t>(value + 16);
+  read.FooterPartition = LoadBE<ui64_t>(value + 24);
+  read.HeaderByteCount = LoadBE<ui64_t>(value + 32);
+  read.IndexByteCount = LoadBE<ui64_t>(value + 40);
+  read.IndexSID = LoadBE<ui32_t>(value + 48);
+  read.BodyOffset = LoadBE<ui64_t>(value + 52);
+  read.BodySID = LoadBE<ui32_t>(value + 60);
+  read.OperationalPattern.Set(value + 64);
+  return read;
 }
 
 }  // namespace
@@ -58,41 +76,31 @@ void Partition::Write(std::vector<ui8_t>& out) const {
   for (const UL& label : EssenceContainers) AppendBytes(out, label.Bytes());
 }
 
-Result_t Partition::Read(std::span<const ui8_t> bytes, ui64_t offset) {
+std::optional<std::string> ParsePartition(std::span<const ui8_t> bytes, ui64_t offset, Partition& partition) {
   const auto packet = ParseKLV(bytes, 0, bytes.size());
-  if (!packet) return FormatError(offset, "no whole partition pack");
+  if (!packet) return "no whole partition pack";
   const auto kind = KindOfKey(packet->Key);
-  if (!kind) return FormatError(offset, "key %s is no partition pack", packet->Key.EncodeString().c_str());
+  if (!kind) return "key " + packet->Key.EncodeString() + " is no partition pack";
   if (packet->ValueLength < FixedLength)
-    return FormatError(offset, "partition pack of only %llu bytes",
-                       static_cast<unsigned long long>(packet->ValueLength));
+    return "partition pack of only " + std::to_string(packet->ValueLength) + " bytes";
   const ui8_t* value = bytes.data() + packet->HeaderLength;
-
-  Partition read;
-  read.Kind = kind->first;
-  read.Status = kind->second;
-  read.MajorVersion = LoadBE<ui16_t>(value);
-  read.MinorVersion = LoadBE<ui16_t>(value + 2);
-  read.KAGSize = LoadBE<ui32_t>(value + 4);
-  read.ThisPartition = LoadBE<ui64_t>(value + 8);
-  read.PreviousPartition = LoadBE<ui64_t>(value + 16);
-  read.FooterPartition = LoadBE<ui64_t>(value + 24);
-  read.HeaderByteCount = LoadBE<ui64_t>(value + 32);
-  read.IndexByteCount = LoadBE<ui64_t>(value + 40);
-  read.IndexSID = LoadBE<ui32_t>(value + 48);
-  read.BodyOffset = LoadBE<ui64_t>(value + 52);
-  read.BodySID = LoadBE<ui32_t>(value + 60);
-  read.OperationalPattern.Set(value + 64);
   const ui64_t count = LoadBE<ui32_t>(value + 80);
   const ui64_t size = LoadBE<ui32_t>(value + 84);
   if (count != 0 && (size < LabelLength || count > (packet->ValueLength - FixedLength) / size))
-    return FormatError(offset, "partition pack with %llu container labels of %llu bytes beyond its end",
-                       static_cast<unsigned long long>(count), static_cast<unsigned long long>(size));
-  for (ui64_t i = 0; i < count; ++i) read.EssenceContainers.emplace_back().Set(value + FixedLength + i * size);
-  read.FileOffset = offset;
-  read.PackLength = packet->End();
-  *this = std::move(read);
-  return Ferro::RESULT_OK;
+    return "partition pack with " + std::to_string(count) + " container labels of " + std::to_string(size) +
+           " bytes beyond its end";
+  partition = FixedFields(value);
+  partition.Kind = kind->first;
+  partition.Status = kind->second;
+  for (ui64_t i = 0; i < count; ++i) partition.EssenceContainers.emplace_back().Set(value + FixedLength + i * size);
+  partition.FileOffset = offset;
+  partition.PackLength = packet->End();
+  return std::nullopt;
+}
+
+Result_t Partition::Read(std::span<const ui8_t> bytes, ui64_t offset) {
+  const auto error = ParsePartition(bytes, offset, *this);
+  return error ? FormatError(offset, "%s", error->c_str()) : Ferro::RESULT_OK;
 }
 
 bool IsPartitionKey(const UL& key) {

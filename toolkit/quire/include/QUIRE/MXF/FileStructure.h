@@ -57,6 +57,16 @@ class QUIRE_API FileStructure {
   /// keys of the stream. `elements` KLVs make one edit unit (2 for stereoscopic pictures).
   [[nodiscard]] Result_t ReadOrRebuildIndex(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs,
                                             ui32_t body_sid, ui32_t elements, IndexTable& index) const;
+
+ private:
+  [[nodiscard]] bool ReadByRandomIndex(const Ferro::FileReader& file);
+  [[nodiscard]] bool ReadByFooter(const Ferro::FileReader& file);
+  [[nodiscard]] Result_t Walk(const Ferro::FileReader& file);
+  [[nodiscard]] Result_t PreferBetterMetadata(const Ferro::FileReader& file);
+  /// The end of a partition: the next one, the random index pack, or the end of the file.
+  [[nodiscard]] ui64_t EndOf(const Ferro::FileReader& file, size_t partition) const;
+
+  bool m_HasAllPartitions = false;
 };
 
 /// Where a stream offset lies in the file; no value outside the runs. Constant time for a stream of one run.

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SetTables.h"
+
+#include <QUIRE/MXF/SubDescriptors.h>
+
+namespace QUIRE::MXF {
+namespace {
+
+constexpr auto JPEG2000PictureSubDescriptorProperties = Join(
+    InterchangeObjectProperties,
+    std::to_array<Property>({
+        Field<&JPEG2000PictureSubDescriptor::Rsiz>(MDD_JPEG2000PictureSubDescriptor_Rsiz),
+        Field<&JPEG2000PictureSubDescriptor::Xsiz>(MDD_JPEG2000PictureSubDescriptor_Xsiz),
+        Field<&JPEG2000PictureSubDescriptor::Ysiz>(MDD_JPEG2000PictureSubDescriptor_Ysiz),
+        Field<&JPEG2000PictureSubDescriptor::XOsiz>(MDD_JPEG2000PictureSubDescriptor_XOsiz),
+        Field<&JPEG2000PictureSubDescriptor::YOsiz>(MDD_JPEG2000PictureSubDescriptor_YOsiz),
+        Field<&JPEG2000PictureSubDescriptor::XTsiz>(MDD_JPEG2000PictureSubDescriptor_XTsiz),
+        Field<&JPEG2000PictureSubDescriptor::YTsiz>(MDD_JPEG2000PictureSubDescriptor_YTsiz),
+        Field<&JPEG2000PictureSubDescriptor::XTOsiz>(MDD_JPEG2000PictureSubDescriptor_XTOsiz),
+        Field<&JPEG2000PictureSubDescriptor::YTOsiz>(MDD_JPEG2000PictureSubDescriptor_YTOsiz),
+        Field<&JPEG2000PictureSubDescriptor::Csiz>(MDD_JPEG2000PictureSubDescriptor_Csiz),
+        Field<&JPEG2000PictureSubDescriptor::PictureComponentSizing>(
+            MDD_JPEG2000PictureSubDescriptor_PictureComponentSizing),
+        Field<&JPEG2000PictureSubDescriptor::CodingStyleDefault>(MDD_JPEG2000PictureSubDescriptor_CodingStyleDefault),
+        Field<&JPEG2000PictureSubDescriptor::QuantizationDefault>(MDD_JPEG2000PictureSubDescriptor_QuantizationDefault),
+        Field<&JPEG2000PictureSubDescriptor::J2CLayout>(MDD_JPEG2000PictureSubDescriptor_J2CLayout),
+        OptionalList<&JPEG2000PictureSubDescriptor::J2KProfile>(MDD_JPEG2000PictureSubDescriptor_J2KProfile),
+        OptionalList<&JPEG2000PictureSubDescriptor::J2KCorrespondingProfile>(
+            MDD_JPEG2000PictureSubDescriptor_J2KCorrespondingProfile),
+    }));
+
+constexpr auto MCALabelSubDescriptorProperties = Join(
+    InterchangeObjectProperties,
+    std::to_array<Property>({
+        Field<&MCALabelSubDescriptor::MCALabelDictionaryID>(MDD_MCALabelSubDescriptor_MCALabelDictionaryID),
+        Field<&MCALabelSubDescriptor::MCALinkID>(MDD_MCALabelSubDescriptor_MCALinkID),
+        Field<&MCALabelSubDescriptor::MCATagSymbol>(MDD_MCALabelSubDescriptor_MCATagSymbol),
+        Field<&MCALabelSubDescriptor::MCATagName>(MDD_MCALabelSubDescriptor_MCATagName),
+        Field<&MCALabelSubDescriptor::MCAChannelID>(MDD_MCALabelSubDescriptor_MCAChannelID),
+        Field<&MCALabelSubDescriptor::RFC5646SpokenLanguage, ISO7Codec>(
+            MDD_MCALabelSubDescriptor_RFC5646SpokenLanguage),
+        Field<&MCALabelSubDescriptor::MCATitle>(MDD_MCALabelSubDescriptor_MCATitle),
+        Field<&MCALabelSubDescriptor::MCATitleVersion>(MDD_MCALabelSubDescriptor_MCATitleVersion),
+        Field<&MCALabelSubDescriptor::MCATitleSubVersion>(MDD_MCALabelSubDescriptor_MCATitleSubVersion),
+        Field<&MCALabelSubDescriptor::MCAEpisode>(MDD_MCALabelSubDescriptor_MCAEpisode),
+        Field<&MCALabelSubDescriptor::MCAPartitionKind>(MDD_MCALabelSubDescriptor_MCAPartitionKind),
+        Field<&MCALabelSubDescriptor::MCAPartitionNumber>(MDD_MCALabelSubDescriptor_MCAPartitionNumber),
+        Field<&MCALabelSubDescriptor::MCAAudioContentKind>(MDD_MCALabelSubDescriptor_MCAAudioContentKind),
+        Field<&MCALabelSubDescriptor::MCAAudioElementKind>(MDD_MCALabelSubDescriptor_MCAAudioElementKind),
+        Field<&MCALabelSubDescriptor::MCAContent>(MDD_MCALabelSubDescriptor_MCAContent),
+        Field<&MCALabelSubDescriptor::MCAUseClass>(MDD_MCALabelSubDescriptor_MCAUseClass),
+        Field<&MCALabelSubDescriptor::MCAContentSubtype>(MDD_MCALabelSubDescriptor_MCAContentSubtype),
+        Field<&MCALabelSubDescriptor::MCAContentDifferentiator>(MDD_MCALabelSubDescriptor_MCAContentDifferentiator),
+        Field<&MCALabelSubDescriptor::MCASpokenLanguageAttribute, ISO7Codec>(
+            MDD_MCALabelSubDescriptor_MCASpokenLanguageAttribute),
+        Field<&MCALabelSubDescriptor::RFC5646AdditionalSpokenLanguages, ISO7Codec>(
+            MDD_MCALabelSubDescriptor_RFC5646AdditionalSpokenLanguages),
+        Field<&MCALabelSubDescriptor::MCAAdditionalLanguageAttributes, ISO7Codec>(
+            MDD_MCALabelSubDescriptor_MCAAdditionalLanguageAttributes),
+    }));
+
+constexpr auto AudioChannelLabelSubDescriptorProperties =
+    Join(MCALabelSubDescriptorProperties, std::to_array<Property>({
+                                              Field<&AudioChannelLabelSubDescriptor::SoundfieldGroupLinkID>(
+                                                  MDD_AudioChannelLabelSubDescriptor_SoundfieldGroupLinkID),
+                                          }));
+
+constexpr auto SoundfieldGroupLabelSubDescriptorProperties =
+    Join(MCALabelSubDescriptorProperties,
+         std::to_array<Property>({
+             OptionalList<&SoundfieldGroupLabelSubDescriptor::GroupOfSoundfieldGroupsLinkID>(
+                 MDD_SoundfieldGroupLabelSubDescriptor_GroupOfSoundfieldGroupsLinkID),
+         }));
+
+constexpr auto TimedTextResourceSubDescriptorProperties =
+    Join(InterchangeObjectProperties,
+         std::to_array<Property>({
+             Field<&TimedTextResourceSubDescriptor::AncillaryResourceID>(
+                 MDD_TimedTextResourceSubDescriptor_AncillaryResourceID),
+             Field<&TimedTextResourceSubDescriptor::MIMEMediaType>(MDD_TimedTextResourceSubDescriptor_MIMEType),
+             Field<&TimedTextResourceSubDescriptor::EssenceStreamID>(MDD_TimedTextResourceSubDescriptor_BodySID),
+         }));
+
+constexpr auto IADataEssenceSubDescriptorProperties = Join(
+    InterchangeObjectProperties,
+    std::to_array<Property>({
+        Field<&IADataEssenceSubDescriptor::ImmersiveAudioID>(MDD_IADataEssenceSubDescriptor_ImmersiveAudioID),
+        Field<&IADataEssenceSubDescriptor::FirstFrame>(MDD_IADataEssenceSubDescriptor_FirstFrame),
+        Field<&IADataEssenceSubDescriptor::MaxChannelCount>(MDD_IADataEssenceSubDescriptor_MaxChannelCount),
+        Field<&IADataEssenceSubDescriptor::MaxObjectCount>(MDD_IADataEssenceSubDescriptor_MaxObjectCount),
+        Field<&IADataEssenceSubDescriptor::ImmersiveAudioVersion>(MDD_IADataEssenceSubDescriptor_ImmersiveAudioVersion),
+        Field<&IADataEssenceSubDescriptor::IABSampleRate>(MDD_IADataEssenceSubDescriptor_IABSampleRate),
+    }));
+
+}  // namespace
+
+constinit const SetDefinition JPEG2000PictureSubDescriptorSet{
+    MDD_JPEG2000PictureSubDescriptor, JPEG2000PictureSubDescriptorProperties, CreateSet<JPEG2000PictureSubDescriptor>};
+constinit const SetDefinition StereoscopicPictureSubDescriptorSet{
+    MDD_StereoscopicPictureSubDescriptor, InterchangeObjectProperties, CreateSet<StereoscopicPictureSubDescriptor>};
+constinit const SetDefinition AudioChannelLabelSubDescriptorSet{MDD_AudioChannelLabelSubDescriptor,
+                                                                AudioChannelLabelSubDescriptorProperties,
+                                                                CreateSet<AudioChannelLabelSubDescriptor>};
+constinit const SetDefinition SoundfieldGroupLabelSubDescriptorSet{MDD_SoundfieldGroupLabelSubDescriptor,
+                                                                   SoundfieldGroupLabelSubDescriptorProperties,
+                                                                   CreateSet<SoundfieldGroupLabelSubDescriptor>};
+constinit const SetDefinition GroupOfSoundfieldGroupsLabelSubDescriptorSet{
+    MDD_GroupOfSoundfieldGroupsLabelSubDescriptor, MCALabelSubDescriptorProperties,
+    CreateSet<GroupOfSoundfieldGroupsLabelSubDescriptor>};
+constinit const SetDefinition TimedTextResourceSubDescriptorSet{MDD_TimedTextResourceSubDescriptor,
+                                                                TimedTextResourceSubDescriptorProperties,
+                                                                CreateSet<TimedTextResourceSubDescriptor>};
+constinit const SetDefinition IADataEssenceSubDescriptorSet{
+    MDD_IADataEssenceSubDescriptor, IADataEssenceSubDescriptorProperties, CreateSet<IADataEssenceSubDescriptor>};
+
+}  // namespace QUIRE::MXF
