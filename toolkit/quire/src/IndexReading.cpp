@@ -93,11 +93,14 @@ class IndexRebuilder {
 
   Result_t Scan(const EssenceRun& run) {
     const ui64_t end = run.FileOffset + run.Length;
-    for (ui64_t at = run.FileOffset; const auto packet = m_Scanner.At(at, end); at = packet->End()) {
+    ui64_t at = run.FileOffset;
+    while (const auto packet = m_Scanner.At(at, end)) {
+      at = packet->End();
       if (!IsEssenceKey(packet->Key)) continue;
-      if (m_Count++ % m_Elements == 0) m_Starts.push_back({run.StreamOffset + (at - run.FileOffset), 0, 0, 0x80});
-      m_StreamEnd = run.StreamOffset + (packet->End() - run.FileOffset);
-      if (m_Starts.size() > MaxIndexEntries) return FormatError(at, "too many edit units");
+      const ui64_t start = run.StreamOffset + (packet->Offset - run.FileOffset);
+      if (m_Count++ % m_Elements == 0) m_Starts.push_back({start, 0, 0, 0x80});
+      m_StreamEnd = start + (packet->End() - packet->Offset);
+      if (m_Starts.size() > MaxIndexEntries) return FormatError(packet->Offset, "too many edit units");
     }
     return m_Scanner.LastRead();
   }
