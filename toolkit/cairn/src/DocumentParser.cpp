@@ -6,6 +6,9 @@
 #include "DocumentRefused.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include <string_view>
@@ -48,8 +51,7 @@ Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter&
 
   xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(), SystemIdentifier);
   source.setEncoding(xercesc::XMLUni::fgUTF8EncodingString);  // whatever the declaration says: it was converted
-  m_Depth = 0;
-  m_ElementCount = 0;
+  Reset();
   setErrorHandler(&reporter);
   try {
     parse(source);
@@ -63,20 +65,55 @@ Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter&
   return RESULT_XML_PARSE;
 }
 
+void DocumentParser::Reset() {
+  m_ElementCount = 0;
+  m_AttributeCount = 0;
+  m_NamespaceCounts.clear();
+  m_Names.clear();
+}
+
+// The tree keeps its names in a table of fixed size: many different ones would make it crawl.
+void DocumentParser::NoteName(const XMLCh* name) {
+  m_Names.emplace(name);
+  if (m_Names.size() > MaxNameCount)
+    throw DocumentRefused("it has more than " + std::to_string(MaxNameCount) + " different names");
+}
+
+void DocumentParser::CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t count) {
+  m_AttributeCount += count;
+  if (m_AttributeCount > MaxTotalAttributeCount)
+    throw DocumentRefused("it has more than " + std::to_string(MaxTotalAttributeCount) + " attributes");
+  size_t declarations = m_NamespaceCounts.empty() ? 0 : m_NamespaceCounts.back();
+  for (size_t i = 0; i < count; ++i) {
+    const xercesc::XMLAttr* attribute = attributes.elementAt(i);
+    const std::u16string_view name(attribute->getQName());
+    NoteName(attribute->getQName());
+    if (name.starts_with(u"xmlns")) ++declarations;
+    if (xercesc::XMLString::stringLen(attribute->getValue()) > MaxAttributeLength)
+      throw DocumentRefused("an attribute's value is longer than " + std::to_string(MaxAttributeLength) +
+                            " characters");
+  }
+  if (declarations > MaxNamespaceCount)
+    throw DocumentRefused("it has more than " + std::to_string(MaxNamespaceCount) + " namespace declarations in scope");
+  m_NamespaceCounts.push_back(declarations);
+}
+
 void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count,
                                   bool is_empty, bool is_root) {
-  if (++m_Depth > MaxDepth)
+  if (m_NamespaceCounts.size() >= MaxDepth)
     throw DocumentRefused("it nests more than " + std::to_string(MaxDepth) + " elements inside each other");
   if (++m_ElementCount > MaxElementCount)
     throw DocumentRefused("it has more than " + std::to_string(MaxElementCount) + " elements");
+  NoteName(declaration.getFullName());
+  CheckAttributes(attributes, attribute_count);
   XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
 }
 
-// Called for empty elements too.
+// Called for empty elements too; in a malformed document, not always for an open one.
 void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
                                 const XMLCh* prefix) {
-  --m_Depth;
+  if (!m_NamespaceCounts.empty()) m_NamespaceCounts.pop_back();
   XercesDOMParser::endElement(declaration, uri, is_root, prefix);
 }
 

@@ -11,6 +11,8 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace Cairn {
 
@@ -22,8 +24,11 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
   static constexpr size_t MaxDocumentSize = 64 * 1024 * 1024;  // bytes
   static constexpr unsigned MaxDepth = 256;                    // elements inside each other
   static constexpr unsigned MaxElementCount = 500'000;
-  static constexpr unsigned MaxAttributeCount = 256;   // of one element
-  static constexpr unsigned MaxNamespaceCount = 8192;  // declarations in a document
+  static constexpr unsigned MaxNameCount = 4096;  // different names of elements and attributes
+  static constexpr unsigned MaxTotalAttributeCount = 1'000'000;
+  static constexpr unsigned MaxAttributeCount = 64;     // of one element
+  static constexpr size_t MaxAttributeLength = 65'536;  // UTF-16 units of one value
+  static constexpr unsigned MaxNamespaceCount = 256;    // declarations in scope
 
   DocumentParser();
   ~DocumentParser() override;
@@ -44,8 +49,14 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
   void docPI(const XMLCh* target, const XMLCh* data) override;
 
  private:
-  unsigned m_Depth = 0;
+  void CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t count);
+  void NoteName(const XMLCh* name);
+  void Reset();
+
   unsigned m_ElementCount = 0;
+  size_t m_AttributeCount = 0;
+  std::vector<size_t> m_NamespaceCounts;  // declarations in scope, for each open element
+  std::unordered_set<std::u16string> m_Names;
 };
 
 /// Finds out a document's flavour from its document element, without building a tree.

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Cairn/DOMTreeErrorReporter.h>
+
+#include "RecordedLog.h"
+
+#include <Cairn/XMLLibraries.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <xercesc/sax/SAXParseException.hpp>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DOMTreeErrorReporter : public testing::Test {
+ protected:
+  void SetUp() override { Cairn::init_xml_libs(); }
+
+  static xercesc::SAXParseException At(XMLFileLoc line, const XMLCh* message) {
+    return xercesc::SAXParseException(message, u"", u"", line, 1);
+  }
+
+  CairnTest::RecordedLog m_Log;
+  Cairn::DOMTreeErrorReporter m_Reporter;
+};
+
+TEST_F(DOMTreeErrorReporter, AnErrorIsCountedAndLogged) {
+  m_Reporter.error(At(7, u"caf\u00E9"));
+  EXPECT_EQ(m_Reporter.m_ErrorCount, 1u);
+  EXPECT_THAT(m_Log.Errors(), ElementsAre("line 7: caf\xC3\xA9\n"));
+}
+
+TEST_F(DOMTreeErrorReporter, AFatalErrorIsCountedAndLogged) {
+  m_Reporter.fatalError(At(8, u"broken"));
+  EXPECT_EQ(m_Reporter.m_ErrorCount, 1u);
+  EXPECT_THAT(m_Log.Errors(), ElementsAre("line 8: broken\n"));
+}
+
+TEST_F(DOMTreeErrorReporter, AWarningIsLoggedAndNotCounted) {
+  m_Reporter.warning(At(9, u"odd"));
+  EXPECT_EQ(m_Reporter.m_ErrorCount, 0u);
+  EXPECT_THAT(m_Log.Warnings(), ElementsAre("line 9: odd\n"));
+  EXPECT_THAT(m_Log.Errors(), IsEmpty());
+}
+
+TEST_F(DOMTreeErrorReporter, ResetSetsTheCountToZero) {
+  m_Reporter.error(At(1, u"x"));
+  m_Reporter.resetErrors();
+  EXPECT_EQ(m_Reporter.m_ErrorCount, 0u);
+}
+
+TEST_F(DOMTreeErrorReporter, ASinkOfItsOwnTakesTheLines) {
+  Ferro::MemoryLogSink sink;
+  m_Reporter.m_LogSink = &sink;
+  m_Reporter.error(At(2, u"x"));
+  EXPECT_TRUE(sink.Contains(Ferro::LogLevel::Error, "line 2: x\n"));
+  EXPECT_THAT(m_Log.Errors(), IsEmpty());
+}
+
+}  // namespace
