@@ -5,7 +5,7 @@
 function(strata_test_options target)
   strata_compile_options(${target})
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # Wrong about strings compared and joined in expectations; the address sanitizer finds the true ones.
     target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
   endif()
