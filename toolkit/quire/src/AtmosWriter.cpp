@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/AtmosWriter.h>
+
+#include "h__Writer.h"
+
+#include <utility>
+
+namespace QUIRE::ATMOS {
+
+namespace {
+
+MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const AtmosDescriptor& atmos) {
+  auto& set = sets.Add<MXF::IADataEssenceDescriptor>();
+  set.DataEssenceCoding =
+      atmos.DataEssenceCoding.HasValue() ? atmos.DataEssenceCoding : DefaultSMPTEDict().ul(MDD_ImmersiveAudioCoding);
+  auto& details = sets.AddSubDescriptor<MXF::IADataEssenceSubDescriptor>(set);
+  details.ImmersiveAudioID = atmos.AtmosID;
+  details.FirstFrame = atmos.FirstFrame;
+  details.MaxChannelCount = atmos.MaxChannelCount;
+  details.MaxObjectCount = atmos.MaxObjectCount;
+  details.ImmersiveAudioVersion = atmos.AtmosVersion;
+  return set;
+}
+
+}  // namespace
+
+Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const AtmosDescriptor& descriptor,
+                              const WriterOptions& options) {
+  if (m_Writer) return Ferro::RESULT_STATE;
+  auto writer = std::make_unique<h__Writer>();
+  const Result_t result = writer->Open(
+      filename, AtmosKind, info, descriptor.EditRate,
+      options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
+  if (result.Success()) m_Writer = std::move(writer);
+  return result;
+}
+
+Result_t MXFWriter::WriteFrame(const DCData::FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
+  if (!m_Writer) return Ferro::RESULT_INIT;
+  h__Writer::EntryFacts facts;
+  facts.Flags = 0;  // what immersive audio files in the field have
+  return m_Writer->WriteEditUnit(frame, facts, encryption, integrity);
+}
+
+}  // namespace QUIRE::ATMOS

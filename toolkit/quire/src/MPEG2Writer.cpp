@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/MPEG2Writer.h>
+
+#include <QUIRE/Codestream.h>
+
+#include "h__Writer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace QUIRE::MPEG2 {
+
+namespace {
+
+constexpr ui32_t TemporalReferenceCycle = 1024;
+
+MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const VideoDescriptor& video) {
+  auto& set = sets.Add<MXF::MPEG2VideoDescriptor>();
+  set.SampleRate = video.SampleRate;
+  set.FrameLayout = video.FrameLayout;
+  set.StoredWidth = video.StoredWidth;
+  set.StoredHeight = video.StoredHeight;
+  set.AspectRatio = video.AspectRatio;
+  set.VideoLineMap = {0, 0};
+  if (video.PictureEssenceCoding.HasValue()) set.PictureEssenceCoding = video.PictureEssenceCoding;
+  set.ComponentDepth = video.ComponentDepth;
+  set.HorizontalSubsampling = video.HorizontalSubsampling;
+  set.VerticalSubsampling = video.VerticalSubsampling;
+  set.ColorSiting = video.ColorSiting;
+  set.CodedContentType = video.CodedContentType;
+  set.LowDelay = video.LowDelay;
+  set.BitRate = video.BitRate;
+  set.ProfileAndLevel = video.ProfileAndLevel;
+  return set;
+}
+
+// ST 377-1, 11.2.3: random access, sequence header, forward and backward prediction; the low bits repeat the type.
+ui8_t IndexFlags(const PictureHeader& picture) {
+  switch (picture.Type) {
+    case PT_I:
+      return picture.HasSequenceHeader ? 0xc0 : 0x80;
+    case PT_P:
+      return 0x22;
+    case PT_B:
+      break;
+  }
+  return 0x33;
+}
+
+i8_t Saturate(i64_t value) {
+  return static_cast<i8_t>(std::clamp<i64_t>(value, INT8_MIN, INT8_MAX));
+}
+
+}  // namespace
+
+Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const VideoDescriptor& descriptor,
+                              const WriterOptions& options) {
+  if (m_Writer) return Ferro::RESULT_STATE;
+  auto writer = std::make_unique<h__Writer>();
+  const Result_t result = writer->Open(
+      filename, MPEG2Kind, info, descriptor.EditRate,
+      options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
+  if (result.Failure()) return result;
+  m_Writer = std::move(writer);
+  m_GroupStart = m_LastIntra = 0;
+  m_DisplayPositions.clear();
+  return result;
+}
+
+Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
+  if (!m_Writer) return Ferro::RESULT_INIT;
+  PictureHeader picture;
+  if (const Result_t result = ParsePicture(std::span(frame.RoData(), frame.Size()), picture); result.Failure()) {
+    return result;
+  }
+  const ui32_t position = m_Writer->EditUnitCount();
+  const ui32_t intra = picture.Type == PT_I ? position : m_LastIntra;
+  const h__Writer::EntryFacts facts{IndexFlags(picture), Saturate(i64_t{intra} - position)};
+  const Result_t result = m_Writer->WriteEditUnit(frame, facts, encryption, integrity);
+  if (result.Failure()) return result;
+
+  m_LastIntra = intra;
+  if (picture.StartsGroup) m_GroupStart = position;
+  // Without group headers the references start over after 1024 pictures.
+  ui32_t display = m_GroupStart + picture.TemporalReference;
+  while (display + TemporalReferenceCycle / 2 < position) display += TemporalReferenceCycle;
+  m_DisplayPositions.push_back(display);
+  return result;
+}
+
+Result_t MXFWriter::Finalize() {
+  if (!m_Writer) return Ferro::RESULT_INIT;
+  auto& entries = m_Writer->Entries();
+  for (size_t stored = 0; stored < m_DisplayPositions.size(); ++stored) {
+    const size_t display = m_DisplayPositions[stored];
+    if (display >= entries.size()) continue;  // its place lies behind the end: the stream was cut
+    entries[display].TemporalOffset = Saturate(static_cast<i64_t>(stored) - static_cast<i64_t>(display));
+  }
+  return TrackFileWriter::Finalize();
+}
+
+}  // namespace QUIRE::MPEG2
