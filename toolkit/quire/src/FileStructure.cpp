@@ -136,7 +136,7 @@ Result_t FileStructure::Walk(const Ferro::FileReader& file) {
 
 ui64_t FileStructure::EndOf(const Ferro::FileReader& file, size_t partition) const {
   if (partition + 1 < Partitions.size()) return Partitions[partition + 1].FileOffset;
-  return RandomIndex.PairArray.empty() ? file.Size() : file.Size() - RandomIndex.ArchiveLength();
+  return file.Size() - RandomIndex.PackLength;
 }
 
 Result_t FileStructure::ReadEssenceRuns(const Ferro::FileReader& file, ui32_t body_sid,

@@ -2,6 +2,7 @@
 #include "HeaderPack.h"
 
 #include "FormatError.h"
+#include "KLVScanner.h"
 
 #include <QUIRE/MXF/OP1aHeader.h>
 
@@ -15,6 +16,7 @@ namespace {
 // An ordinary header partition fills this exactly.
 constexpr size_t FirstRead = 16384;
 constexpr size_t LongestRunIn = 65535;
+constexpr size_t LongestKL = 25;
 // How every header partition pack begins, up to the state of the partition.
 constexpr ui8_t HeaderPackHead[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05, 0x01, 0x01, 0x0d, 0x01, 0x02, 0x01, 0x01, 0x02};
 constexpr size_t VersionByte = 7;
@@ -39,6 +41,13 @@ size_t FindHeaderPack(std::span<const ui8_t> bytes) {
   return bytes.size();
 }
 
+// The KLV after the pack, from what was read already where that suffices.
+std::optional<KLVPacket> NextKLV(const Ferro::FileReader& file, const HeaderPack& pack) {
+  const ui64_t offset = pack.Pack.FileOffset + pack.Pack.PackLength;
+  if (pack.Bytes.size() < pack.Pack.PackLength + LongestKL) return KLVScanner(file).At(offset, file.Size());
+  return ParseKLV(std::span<const ui8_t>(pack.Bytes).subspan(pack.Pack.PackLength), offset, file.Size());
+}
+
 }  // namespace
 
 Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack) {
@@ -56,22 +65,25 @@ Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack) {
   return pack.Pack.Read(bytes, run_in);
 }
 
-Result_t ReadHeaderMetadata(const Ferro::FileReader& file, const HeaderPack& pack, std::vector<ui8_t>& metadata) {
-  const ui64_t start = pack.Pack.FileOffset + pack.Pack.PackLength;
+Result_t ReadHeaderMetadata(const Ferro::FileReader& file, const HeaderPack& pack, std::vector<ui8_t>& metadata,
+                            ui64_t& offset) {
   const ui64_t length = pack.Pack.HeaderByteCount;
-  if (!Ferro::RangeFits<ui64_t>(start, length, file.Size()))
+  const std::span<const ui8_t> have(pack.Bytes);
+  offset = pack.Pack.FileOffset + pack.Pack.PackLength;
+  // The count starts after fill that aligns the metadata (ST 377-1, 7.1).
+  if (const auto next = NextKLV(file, pack); next && IsFillKey(next->Key)) offset = next->End();
+  if (!Ferro::RangeFits<ui64_t>(offset, length, file.Size()))
     return FormatError(pack.Pack.FileOffset, "header metadata of %llu bytes beyond the end of the file",
                        static_cast<unsigned long long>(length));
   if (length > OP1aHeader::MaxMetadataBytes)
     return FormatError(pack.Pack.FileOffset, "header metadata of %llu bytes, more than the limit",
                        static_cast<unsigned long long>(length));
-  const ui64_t pack_length = std::min<ui64_t>(pack.Pack.PackLength, pack.Bytes.size());
-  const auto have = std::span<const ui8_t>(pack.Bytes).subspan(pack_length);
-  const ui64_t taken = std::min<ui64_t>(have.size(), length);
-  metadata.assign(have.begin(), have.begin() + static_cast<std::ptrdiff_t>(taken));
+  const auto rest = have.subspan(std::min<ui64_t>(offset - pack.Pack.FileOffset, have.size()));
+  const auto taken = rest.first(std::min<ui64_t>(rest.size(), length));
+  metadata.assign(taken.begin(), taken.end());
   metadata.resize(length);
-  if (taken == length) return Ferro::RESULT_OK;
-  return file.ReadAt(start + taken, std::span<ui8_t>(metadata).subspan(taken));
+  if (taken.size() == length) return Ferro::RESULT_OK;
+  return file.ReadAt(offset + taken.size(), std::span<ui8_t>(metadata).subspan(taken.size()));
 }
 
 }  // namespace QUIRE::MXF

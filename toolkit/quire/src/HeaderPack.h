@@ -20,9 +20,10 @@ struct HeaderPack {
 /// @return RESULT_OK; RESULT_FORMAT with one log line; what the reader returns.
 [[nodiscard]] Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack);
 
-/// Reads the header metadata of the pack's partition; takes what was read already, and the rest in one read.
+/// Reads the header metadata of the pack's partition; takes what was read already, and the rest in one read. `offset`
+/// receives where they lie.
 /// @return RESULT_OK; RESULT_FORMAT with one log line where the file or our limit is smaller; what the reader returns.
 [[nodiscard]] Result_t ReadHeaderMetadata(const Ferro::FileReader& file, const HeaderPack& pack,
-                                          std::vector<ui8_t>& metadata);
+                                          std::vector<ui8_t>& metadata, ui64_t& offset);
 
 }  // namespace QUIRE::MXF

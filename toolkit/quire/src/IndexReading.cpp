@@ -134,11 +134,23 @@ class IndexRebuilder {
   std::vector<IndexEntry> m_Starts;
 };
 
+// The bytes that keys of a generic container share from the ninth on (ST 379-1).
+bool IsContainerKey(const UL& key) {
+  const UL element = DefaultSMPTEDict().ul(MDD_WAVEssence);
+  return std::equal(key.Value() + 8, key.Value() + 12, element.Value() + 8);
+}
+
+// Other kinds of track files begin each edit unit with a system item.
+bool IsSystemItemKey(const UL& key) {
+  const ui8_t item = key.Value()[12];
+  return IsContainerKey(key) && (item == 0x04 || item == 0x14);
+}
+
 bool IsEssenceAt(KLVScanner& scanner, const std::vector<EssenceRun>& runs, ui64_t stream_offset) {
   const auto offset = FilePosition(runs, stream_offset);
   if (!offset) return false;
   const auto packet = scanner.At(*offset, ~ui64_t{0});
-  return packet && IsEssenceKey(packet->Key);
+  return packet && (IsEssenceKey(packet->Key) || IsSystemItemKey(packet->Key));
 }
 
 // The entries, moved so that the first one leads to the start of the stream.
@@ -167,7 +179,7 @@ bool IsEssenceKey(const UL& key) {
   const Dictionary& dictionary = DefaultSMPTEDict();
   if (dictionary.Is(key, MDD_CryptEssence) || dictionary.Is(key, MDD_IADataEssence)) return true;
   const auto begins_like = [&key](MDD_t entry, size_t length) {
-    const auto label = DefaultSMPTEDict().ul(entry);
+    const UL label = DefaultSMPTEDict().ul(entry);
     for (size_t i = 0; i < length; ++i)
       if (i != 7 && key.Value()[i] != label.Value()[i]) return false;
     return true;

@@ -37,18 +37,20 @@ Result_t OP1aHeader::InitFromFile(const Ferro::FileReader& file) {
   if (result.Failure()) return result;
   HeaderPartition = pack.Pack;
   std::vector<ui8_t> metadata;
-  result = ReadHeaderMetadata(file, pack, metadata);
+  ui64_t offset = 0;
+  result = ReadHeaderMetadata(file, pack, metadata, offset);
   if (result.Failure()) return result;
-  return InitFromBuffer(metadata, HeaderPartition.FileOffset + HeaderPartition.PackLength);
+  return InitFromBuffer(metadata, offset);
 }
 
 Result_t OP1aHeader::InitFromPartition(const Ferro::FileReader& file, const Partition& partition) {
   const HeaderPack pack{partition, {}};
   std::vector<ui8_t> metadata;
-  const Result_t result = ReadHeaderMetadata(file, pack, metadata);
+  ui64_t offset = 0;
+  const Result_t result = ReadHeaderMetadata(file, pack, metadata, offset);
   if (result.Failure()) return result;
   HeaderPartition = partition;
-  return InitFromBuffer(metadata, partition.FileOffset + partition.PackLength);
+  return InitFromBuffer(metadata, offset);
 }
 
 Result_t OP1aHeader::InitFromBuffer(std::span<const ui8_t> metadata, ui64_t offset) {
@@ -63,6 +65,7 @@ Result_t OP1aHeader::InitFromBuffer(std::span<const ui8_t> metadata, ui64_t offs
       if (IsZero(rest)) break;
       return FormatError(offset + at, "header metadata with something that is no whole KLV");
     }
+    if (IsPartitionKey(packet->Key)) break;  // the header byte count says too much
     at = packet->End();
     if (IsFillKey(packet->Key)) continue;
     const auto value = rest.subspan(packet->HeaderLength, packet->ValueLength);

@@ -42,6 +42,7 @@ Result_t RIP::Read(std::span<const ui8_t> bytes, ui64_t offset) {
     value += PairLength;
   }
   PairArray = std::move(pairs);
+  PackLength = packet->End();
   return Ferro::RESULT_OK;
 }
 

@@ -21,6 +21,8 @@ struct QUIRE_API RIP {
   };
   /// One pair for each partition, in file order.
   std::vector<Pair> PairArray;
+  /// Bytes of the whole KLV as it was found; set by reading only.
+  ui64_t PackLength = 0;
 
   /// Bytes of the pack as Write appends it.
   [[nodiscard]] ui64_t ArchiveLength() const { return 24 + 12 * ui64_t(PairArray.size()); }
