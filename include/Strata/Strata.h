@@ -16,6 +16,7 @@
 /// A good order to read the headers in:
 ///   Types, Result, Version          numbers, identifiers, results
 ///   TrackType, ITimelineTrack       one track of one reel
+///   SoundConfiguration              how a sound track file uses its channels, as a text
 ///   CommandType, Command            what the transport is asked to do
 ///   TimelinePosition, CompositionInfo, EssenceParams, PlaylistEvent
 ///                                   where the show stands, and what plays there
@@ -49,6 +50,7 @@
 #include <Strata/ServerEvents.h>
 #include <Strata/ServerOptions.h>
 #include <Strata/ShowPlaylist.h>
+#include <Strata/SoundConfiguration.h>
 #include <Strata/TaskStatus.h>
 #include <Strata/TaskType.h>
 #include <Strata/TimelinePosition.h>

@@ -19,6 +19,8 @@ class PCMReaderWrapper : public QUIRE::PCM::MXFReader {
   /// Opens the file and sets the members below from its wave audio descriptor (ST 382).
   /// @return the reader's result; the failure of the look-up when the header has no wave audio descriptor.
   [[nodiscard]] QUIRE::Result_t OpenRead(const std::string& filename);
+  /// The second half of OpenRead: sets the members from `header`, which is that of `filename`.
+  [[nodiscard]] QUIRE::Result_t InitChannels(QUIRE::MXF::OP1aHeader& header, const std::string& filename);
 
   QUIRE::UL m_ChannelAssignment;  ///< no value when the file gives none
   std::string m_MCALabelString;   ///< sound configuration in its parenthesised form

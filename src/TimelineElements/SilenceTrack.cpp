@@ -13,6 +13,10 @@ namespace {
 /// Longer than any reel, so that every span of it fits.
 constexpr ui32_t SilenceDuration = 1000000;
 
+/// The descriptor comes from a track file, which may claim anything; far above what sound can be (16 channels of 96 kHz,
+/// 24 bits and 1 edit unit per second take 4.6 MB).
+constexpr ui32_t MaxFrameBytes = 64 * 1024 * 1024;
+
 /// Bytes of one edit unit, kept to 32 bits; 0 when a rate is missing or not positive. A sampling rate that is no
 /// multiple of the edit rate gives one sample more in each frame than the average: 1602 for 48000 at 30000/1001.
 ui32_t FrameBytes(const QUIRE::PCM::AudioDescriptor& descriptor) {
@@ -48,7 +52,7 @@ const QUIRE::Rational& SilenceTimelineTrack::EditRate() const {
 SilenceTimelineElement::SilenceTimelineElement(const QUIRE::PCM::AudioDescriptor& descriptor)
     : SilenceTimelineTrack(descriptor) {
   const ui32_t bytes = FrameBytes(descriptor);
-  if (bytes == 0 || m_SilenceFB.Capacity(bytes).Failure()) return;
+  if (bytes == 0 || bytes > MaxFrameBytes || m_SilenceFB.Capacity(bytes).Failure()) return;
   std::memset(m_SilenceFB.Data(), 0, bytes);
   m_SilenceFB.Size(bytes);
 }

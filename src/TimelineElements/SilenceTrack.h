@@ -84,7 +84,7 @@ class SilenceTimelineTrack : public ITimelineTrack {
 class SilenceTimelineElement final : public SilenceTimelineTrack {
  public:
   /// @param descriptor  what the silence sounds like: edit rate, sampling rate, sample size and channel count are used.
-  ///                    One without rates, or whose frame cannot be held in memory, gives an empty frame.
+  ///                    One without rates, or whose frame would exceed 64 MiB, gives an empty frame.
   explicit SilenceTimelineElement(const QUIRE::PCM::AudioDescriptor& descriptor);
   ~SilenceTimelineElement() override;
 
