@@ -3,6 +3,7 @@
 
 #include "SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <utility>
@@ -12,6 +13,11 @@
 #include <unistd.h>
 
 namespace Ferro {
+namespace {
+
+constexpr auto s_MaxPosition = static_cast<fsize_t>(std::numeric_limits<off_t>::max());
+
+}  // namespace
 
 FileReader::~FileReader() {
   Close();
@@ -67,9 +73,10 @@ Result_t FileReader::ReadAt(fsize_t position, std::span<ui8_t> out) const {
 Result_t FileReader::ReadUpTo(fsize_t position, std::span<ui8_t> out, size_t& count) const {
   count = 0;
   if (!IsOpen()) return RESULT_INIT;
-  while (count < out.size()) {
-    if (position > static_cast<fsize_t>(std::numeric_limits<off_t>::max())) break;
-    const ssize_t got = pread(m_Descriptor, out.data() + count, out.size() - count, static_cast<off_t>(position));
+  while (count < out.size() && position < s_MaxPosition) {
+    // The system refuses ranges that leave its type for positions, even where the file ends before.
+    const size_t wanted = std::min<fsize_t>(out.size() - count, s_MaxPosition - position);
+    const ssize_t got = pread(m_Descriptor, out.data() + count, wanted, static_cast<off_t>(position));
     if (got == 0) break;
     if (got < 0) {
       if (errno == EINTR) continue;

@@ -4,8 +4,7 @@
 #include <Ferro/FileWriter.h>
 
 #include <algorithm>
-#include <new>
-#include <stdexcept>
+#include <utility>
 
 namespace Ferro {
 namespace {
@@ -36,13 +35,7 @@ Result_t ReadFileIntoString(const std::string& filename, std::string& out, fsize
   if (const Result_t result = reader.OpenRead(filename); result.Failure()) return result;
   if (reader.Size() > limit) return RESULT_TOOLARGE;
   std::string text;
-  try {
-    if (const Result_t result = ReadToEnd(reader, text, limit); result.Failure()) return result;
-  } catch (const std::bad_alloc&) {
-    return RESULT_ALLOC;
-  } catch (const std::length_error&) {
-    return RESULT_ALLOC;
-  }
+  if (const Result_t result = ReadToEnd(reader, text, limit); result.Failure()) return result;
   out = std::move(text);
   return RESULT_OK;
 }

@@ -2,6 +2,7 @@
 #include <Ferro/Result.h>
 
 #include <atomic>
+#include <ostream>
 
 namespace Ferro {
 namespace {
@@ -34,6 +35,10 @@ Result_t Result_t::Find(i32_t value) noexcept {
     for (const Result_t& result : table->Results())
       if (result.Value() == value) return result;
   return RESULT_UNKNOWN;
+}
+
+std::ostream& operator<<(std::ostream& stream, const Result_t& result) {
+  return stream << result.Symbol() << " (" << result.Value() << ')';
 }
 
 }  // namespace Ferro

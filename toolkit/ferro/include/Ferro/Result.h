@@ -4,6 +4,7 @@
 #include <Ferro/Export.h>
 #include <Ferro/Types.h>
 
+#include <iosfwd>
 #include <span>
 
 namespace Ferro {
@@ -39,6 +40,9 @@ class [[nodiscard]] Result_t {
   const char* m_Symbol;
   const char* m_Label;
 };
+
+/// Inserts symbol and code: "NOT_FOUND (-9)".
+FERRO_API std::ostream& operator<<(std::ostream& stream, const Result_t& result);
 
 /// Adds one module's table of results to the registry behind Result_t::Find. Construct it once per module, with static
 /// storage duration, beside the table.
