@@ -15,14 +15,10 @@ class EndlessThread : public Thread {
  public:
   Result_t ThreadInit() override { return RESULT_OK; }
   Result_t ThreadBody() override {
-    m_Never.Pend();
-    return RESULT_OK;
+    for (;;) pause();
   }
   Result_t ThreadFini(Result_t result) override { return result; }
   Result_t ThreadStop() override { return RESULT_OK; }
-
- private:
-  Event m_Never{"Never"};
 };
 
 class SelfStoppingThread : public Thread {
