@@ -16,6 +16,7 @@ enum class LogLevel : ui32_t { Debug = 0, Info = 1, Warning = 2, Error = 3 };
 
 /// One log message with its time, process and level.
 ///
+/// Made with a level and a message it has this process's ID and the present time.
 /// Archive form, in order: process ID u32, time (archived string, ISO 8601), level u32, message string.
 class FERRO_API LogEntry : public IArchive {
  public:
@@ -27,7 +28,8 @@ class FERRO_API LogEntry : public IArchive {
   LogLevel Level = LogLevel::Info;
   std::string Message;
 
-  /// "2026-03-01T12:00:00+00:00 [1234] ERROR: message", without the message's own line end.
+  /// "2026-03-01T12:00:00+00:00 [1234] ERROR: message", without the message's own line end. The levels are DEBUG, INFO,
+  /// WARNING and ERROR. Line ends and control characters within the message show as "\n", "\r" and "\x1b".
   [[nodiscard]] std::string EncodeLine() const;
 
   [[nodiscard]] bool HasValue() const override;

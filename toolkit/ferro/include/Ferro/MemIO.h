@@ -16,6 +16,7 @@ class FERRO_API MemIOWriter {
  public:
   /// `capacity` in bytes; `buffer` may be null only when it is 0.
   MemIOWriter(ui8_t* buffer, ui32_t capacity) noexcept;
+  /// A buffer of less than 4 GiB (assertion).
   explicit MemIOWriter(std::span<ui8_t> buffer) noexcept;
 
   [[nodiscard]] bool WriteRaw(const ui8_t* bytes, ui32_t length) noexcept;
@@ -44,6 +45,7 @@ class FERRO_API MemIOWriter {
 class FERRO_API MemIOReader {
  public:
   MemIOReader(const ui8_t* bytes, ui32_t length) noexcept;
+  /// Less than 4 GiB of bytes (assertion).
   explicit MemIOReader(std::span<const ui8_t> bytes) noexcept;
 
   [[nodiscard]] bool ReadRaw(ui8_t* out, ui32_t length) noexcept;

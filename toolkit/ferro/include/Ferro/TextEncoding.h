@@ -20,7 +20,8 @@ namespace Ferro {
 [[nodiscard]] FERRO_API std::string bin2UUIDhex(std::span<const ui8_t, 16> bytes);
 /// Base64 (RFC 4648, 4) with padding.
 [[nodiscard]] FERRO_API std::string base64encode(std::span<const ui8_t> bytes);
-/// Decodes Base64; white space is passed over, padding must be right. False when malformed; `out` is then empty.
+/// Decodes Base64; white space is passed over, padding must be right and unused bits 0 (as XML Schema's base64Binary
+/// demands). False when malformed; `out` is then empty.
 [[nodiscard]] FERRO_API bool base64decode(std::string_view text, std::vector<ui8_t>& out);
 /// Fills `out` exactly; false when malformed or of another length, `out` then being unspecified.
 [[nodiscard]] FERRO_API bool base64decode(std::string_view text, std::span<ui8_t> out);

@@ -20,7 +20,7 @@ class FERRO_API UUID : public Identifier<16> {
   [[nodiscard]] static UUID Random();
   /// Reads the hyphenated or plain hexadecimal form, either case; no value when it is malformed.
   [[nodiscard]] static std::optional<UUID> FromHex(std::string_view text);
-  /// Reads "urn:uuid:" followed by a hexadecimal form; no value when it is malformed.
+  /// Reads "urn:uuid:", in either case, followed by a hexadecimal form; no value when it is malformed.
   [[nodiscard]] static std::optional<UUID> FromURN(std::string_view text);
 
   /// The hyphenated lower-case form, 36 characters (8-4-4-4-12).

@@ -12,8 +12,8 @@
 
 namespace Ferro {
 
-/// An XML element for writing documents: a name, attributes, and either text or child elements, all in the order in
-/// which they were added. Owns its children; references stay valid until the tree is destroyed. One thread at a time.
+/// An XML element for writing documents: a name, attributes, text and child elements, each in the order in which they
+/// were added; text stands before the children. Owns its children; references stay valid until the tree is destroyed. One thread at a time.
 class FERRO_API XMLElement {
  public:
   /// `name` may carry a prefix; it must be an XML name (assertion).
@@ -30,13 +30,14 @@ class FERRO_API XMLElement {
   XMLElement& AddChild(std::string_view name);
   /// A child that holds `text`.
   XMLElement& AddChildWithContent(std::string_view name, std::string_view text);
-  /// A comment among the children; "--" in the text is refused by Render.
+  /// A comment among the children; "--" in the text and "-" at its end are refused by Render.
   void AddComment(std::string_view text);
 
   /// Renders the document: declaration, this element, two blanks of indentation per level, one line per element. Text
-  /// content is never altered by indentation. Text and attributes are escaped.
+  /// content is never altered by indentation: beside text, children follow without white space. Text and attributes are
+  /// escaped.
   /// @return RESULT_OK; RESULT_PARAM when some text holds a character that XML 1.0 cannot carry (control characters,
-  /// invalid UTF-8), `out` then being unchanged.
+  /// invalid UTF-8) or a comment "--" or a "-" at its end, `out` then being unchanged.
   [[nodiscard]] Result_t Render(std::string& out) const;
 
  private:
