@@ -92,8 +92,8 @@ Bytes MakeAccessUnit(MPEG2::PictureType_t type, ui16_t temporal_reference, ui32_
   if (type == MPEG2::PT_B) picture.Put(7, 4);
   picture.Put(0, 1).Append(0x00, out);
   BitWriter coding;  // frame picture, progressive
-  coding.Put(8, 4).Put(type == MPEG2::PT_I ? 0xffff : 0x1111, 16).Put(0, 2).Put(3, 2).Put(0, 1).Put(1, 1).Put(0, 7);
-  coding.Put(1, 1).Put(0, 1).Append(0xb5, out);
+  coding.Put(8, 4).Put(type == MPEG2::PT_I ? 0xffff : 0x1111, 16).Put(0, 2).Put(3, 2).Put(0, 1).Put(1, 1).Put(0, 5);
+  coding.Put(3, 2).Put(0, 1).Append(0xb5, out);
   AppendBE(out, 0x101, 4);  // one slice of bytes that cannot be taken for a start code
   for (ui8_t byte : MakeNoise(200 + number % 50, number)) out.push_back(byte | 1);
   return out;
