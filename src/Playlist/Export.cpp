@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The loaded timeline as documents and lists.
+#include "Playlist/TimelineExport.h"
+#include "Playlist/h__Playlist.h"
+
+namespace Strata {
+
+// The encoders cannot fail on what a timeline holds but for text that XML cannot carry, which leaves the output as it
+// was; neither operation reports that.
+Result_t h__Playlist::GetShowPlaylistForTimeline(std::string& document) const {
+  ShowPlaylist spl;
+  FillShowPlaylist(m_Timeline, m_EventList, m_DurationSeconds, spl);
+  static_cast<void>(spl.EncodeXML(document, Cairn::DFT_NONE));
+  return Ferro::RESULT_OK;
+}
+
+Result_t h__Playlist::GetPresentationListForTimeline(const std::string& base_path, std::string& document,
+                                                     ui32_t& playout_id) const {
+  ResourcePresentationList rpl;
+  FillPresentationList(m_Timeline, base_path, rpl);
+  static_cast<void>(rpl.EncodeXML(document));
+  playout_id = rpl.PlayoutID;
+  return rpl.ReelResourcesList.empty() ? Ferro::RESULT_FALSE : Ferro::RESULT_OK;
+}
+
+void h__Playlist::GetLastCPLContext(UUID& id, Cairn::AssetInfoList& assets) const {
+  id = m_ThisCPL_ID;
+  assets = m_ThisCPL_AssetList;
+}
+
+void h__Playlist::GetKeyIDList(UUIDList& out) const {
+  out = m_KeyIDList;
+}
+
+void h__Playlist::GetCPLIDList(UUIDList& out) const {
+  out = m_CPLIDList;
+}
+
+void h__Playlist::GetCiphertextCPLIDList(UUIDList& out) const {
+  out = m_CiphertextCPLIDList;
+}
+
+}  // namespace Strata
