@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/AssetInfo.h>
+#include <Cairn/Export.h>
+#include <Cairn/Types.h>
+
+#include <string>
+#include <vector>
+
+namespace Cairn {
+
+/// What can be wrong with an asset in a store; bits of AssetRecord::Problems.
+enum AssetProblem_t : ui32_t {
+  AP_MISSING_FILE = 1,     ///< the asset map or packing list names a file that is not there
+  AP_WRONG_SIZE = 2,       ///< the file's size is not the one listed
+  AP_DIGEST_MISMATCH = 4,  ///< the file's digest is not the one listed; known after verification only
+  AP_NOT_PACKED = 8,       ///< in the packing list, not in the asset map
+  AP_NOT_LISTED = 16,      ///< in the package, but in none of its packing lists
+  AP_WRONG_ID = 32,        ///< the file says it is another asset
+  AP_BAD_PATH = 64,        ///< the asset map's path leaves the package or is no relative path
+  AP_SPLIT = 128,          ///< the asset is split into several files, which is not supported
+  AP_UNREADABLE = 256,     ///< the file could not be read, or the document not understood
+  AP_PATH_CASE = 512,      ///< found only by disregarding the letter case of its path
+};
+
+/// Those problems with which an asset cannot be used.
+inline constexpr ui32_t FatalAssetProblems =
+    AP_MISSING_FILE | AP_WRONG_SIZE | AP_DIGEST_MISMATCH | AP_BAD_PATH | AP_SPLIT | AP_UNREADABLE;
+
+/// One asset of a store: what it is, where it came from and what is wrong with it. A plain value.
+struct AssetRecord {
+  AssetInfo Info;       ///< Digest is the listed one; RealFilename is empty where no file could be found
+  std::string Package;  ///< folder of the package, or of a loose file
+  bool HasListedSize = false;
+  fsize_t ListedSize = 0;       ///< bytes, as the packing list says
+  bool DigestVerified = false;  ///< the present file's digest was computed and is the listed one
+  ui32_t Problems = 0;          ///< AssetProblem_t bits
+
+  /// One sentence per problem, for a user: "The file is missing." Empty when nothing is wrong.
+  [[nodiscard]] CAIRN_API std::vector<std::string> Reasons() const;
+};
+
+/// One package of a store. A plain value.
+struct PackageRecord {
+  std::string Folder;  ///< that holds the asset map or packing list
+  UUID AssetMapID;     ///< no value where there is no readable asset map
+  UUIDList PackingLists;
+  std::vector<std::string> Findings;  ///< what is wrong with the package itself, a sentence each
+};
+
+}  // namespace Cairn

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/AssetRecord.h>
+#include <Cairn/Export.h>
+#include <Cairn/IAssetLookup.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Cairn {
+
+/// How far a verification has come.
+struct VerifyProgress {
+  ui64_t BytesDone = 0;
+  ui64_t BytesTotal = 0;
+  ui32_t FilesDone = 0;
+  ui32_t FilesTotal = 0;
+  double BytesPerSecond = 0;  ///< over the whole verification so far
+};
+
+/// The stock asset lookup: folders of packages and loose files, indexed in SQLite.
+///
+/// Packages are found by their asset maps, at any depth below the folders given; a folder with a packing list alone, and
+/// files of no package, serve too. What a file is, is found by looking inside. All folders answer together, so that a
+/// supplemental package in one place finds its original in another. Nothing in a folder is ever changed.
+///
+/// The index lies in memory, or in a file that survives restarts: a file whose size and time are as they were is not
+/// opened again. Several processes may use one index file at once; each change is one transaction, so that a process
+/// that dies leaves the index as it was before or after.
+///
+/// Any thread may call the const operations at any time; the others belong to one thread at a time.
+class CAIRN_API AssetStore : public IAssetLookup {
+ public:
+  AssetStore();
+  ~AssetStore() override;
+  AssetStore(const AssetStore&) = delete;
+  AssetStore& operator=(const AssetStore&) = delete;
+
+  /// Opens the index; one that is open already is closed first. Without a name the index lies in memory.
+  /// @return RESULT_OK; RESULT_CN_STORE, logged, for a file that is no index of this version or cannot be opened.
+  [[nodiscard]] Result_t Open(const std::string& index_file = "");
+
+  /// Adds a folder, or looks for changes in it when it was added before.
+  /// @return RESULT_OK; RESULT_INIT before Open; RESULT_NOT_FOUND, RESULT_NO_PERM, RESULT_NOTAFILE (no folder);
+  ///         RESULT_CN_STORE.
+  [[nodiscard]] Result_t AddFolder(const std::string& folder);
+  /// Looks for changes in all folders. A folder that is not there now keeps its assets, which are then missing.
+  [[nodiscard]] Result_t Refresh();
+  /// Forgets a folder with its assets. RESULT_NOT_FOUND for one that was not added.
+  [[nodiscard]] Result_t Forget(const std::string& folder);
+  [[nodiscard]] std::vector<std::string> Folders() const;
+
+  /// Every asset, in order of package and path; one that lies in several places has a record for each.
+  [[nodiscard]] std::vector<AssetRecord> Assets() const;
+  /// Every place of one asset, the one that lookups answer first.
+  [[nodiscard]] std::vector<AssetRecord> FindAsset(const UUID& id) const;
+  [[nodiscard]] std::vector<PackageRecord> Packages() const;
+
+  /// Computes digests of files with a listed digest and keeps what was found in the index.
+  /// @param ids       which assets; all when empty. Those verified before and not changed since are not read again.
+  /// @param threads   how many files are read at once; 0 chooses by the processor.
+  /// @param progress  called from time to time, by one thread at once; false from it cancels.
+  /// @return RESULT_OK when every digest is the listed one; RESULT_FALSE when some is not or some file is missing;
+  ///         RESULT_CANCELLED; RESULT_CN_STORE.
+  [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0,
+                                       const std::function<bool(const VerifyProgress&)>& progress = {});
+
+  [[nodiscard]] Result_t GetAssetIDList(UUIDList& out) const override;
+  /// Adds one file as a loose asset. RESULT_CN_STORE; RESULT_CN_VALUE for a file without an identifier of its own.
+  [[nodiscard]] Result_t RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) override;
+  /// With `flag` true only assets without fatal problems are answered. RESULT_NOT_FOUND for others.
+  [[nodiscard]] Result_t GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const override;
+  [[nodiscard]] Result_t GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& out, bool flag) const override;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> m_Impl;
+};
+
+}  // namespace Cairn

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/Export.h>
+#include <Cairn/FileType.h>
+#include <Cairn/Result.h>
+#include <Cairn/Types.h>
+
+#include <string>
+
+namespace Cairn {
+
+/// What a look inside a file tells.
+struct FileContent {
+  FileType_t Type = FT_UNKNOWN;
+  UUID ID;  ///< the file's own: a document's Id or SubtitleID, a track file's asset; no value where there is none
+};
+
+/// Finds out what a file holds from its bytes; its name does not count. Logs nothing: that a file is nothing known, or
+/// is broken beyond its first tag, is an answer. Only the beginning of a file is read, and documents whole.
+/// @return RESULT_OK whenever the file could be read; else the failure of Ferro::FileReader. Any thread may call it.
+[[nodiscard]] CAIRN_API Result_t InspectFile(const std::string& filename, FileContent& content);
+
+}  // namespace Cairn

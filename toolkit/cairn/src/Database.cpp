@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Database.h"
+
+namespace Cairn {
+
+namespace {
+
+constexpr int BusyTimeout = 30'000;  // milliseconds to wait for another process
+
+}  // namespace
+
+Database::Database(const std::string& filename) {
+  sqlite3* handle = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
+  const int code = sqlite3_open_v2(filename.c_str(), &handle, flags, nullptr);
+  m_Handle.reset(handle);
+  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errstr(code)};
+  sqlite3_busy_timeout(handle, BusyTimeout);
+}
+
+void Database::Execute(const char* sql) {
+  char* message = nullptr;
+  if (sqlite3_exec(Handle(), sql, nullptr, nullptr, &message) == SQLITE_OK) return;
+  DatabaseError error{message != nullptr ? message : sqlite3_errmsg(Handle())};
+  sqlite3_free(message);
+  throw error;
+}
+
+Statement::Statement(const Database& database, const char* sql) {
+  sqlite3_stmt* handle = nullptr;
+  const int code = sqlite3_prepare_v2(database.Handle(), sql, -1, &handle, nullptr);
+  m_Handle.reset(handle);
+  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errmsg(database.Handle())};
+}
+
+Statement& Statement::Bind(std::string_view text) {
+  Check(sqlite3_bind_text64(m_Handle.get(), m_Parameter++, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+  return *this;
+}
+
+Statement& Statement::Bind(i64_t number) {
+  Check(sqlite3_bind_int64(m_Handle.get(), m_Parameter++, number));
+  return *this;
+}
+
+Statement& Statement::Bind(std::span<const ui8_t> bytes) {
+  Check(sqlite3_bind_blob64(m_Handle.get(), m_Parameter++, bytes.data(), bytes.size(), SQLITE_TRANSIENT));
+  return *this;
+}
+
+Statement& Statement::BindNull() {
+  Check(sqlite3_bind_null(m_Handle.get(), m_Parameter++));
+  return *this;
+}
+
+bool Statement::Step() {
+  m_Column = 0;
+  const int code = sqlite3_step(m_Handle.get());
+  if (code != SQLITE_ROW && code != SQLITE_DONE) Check(code);
+  return code == SQLITE_ROW;
+}
+
+void Statement::Run() {
+  while (Step()) {
+  }
+  Reset();
+}
+
+void Statement::Reset() {
+  sqlite3_reset(m_Handle.get());
+  m_Parameter = 1;
+}
+
+std::string Statement::Text() {
+  const int column = m_Column++;
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_Handle.get(), column));
+  const int length = sqlite3_column_bytes(m_Handle.get(), column);
+  return text == nullptr ? std::string() : std::string(text, static_cast<size_t>(length));
+}
+
+i64_t Statement::Number() {
+  return sqlite3_column_int64(m_Handle.get(), m_Column++);
+}
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errmsg(sqlite3_db_handle(m_Handle.get()))};
+}
+
+Transaction::Transaction(Database& database) : m_Database(database) {
+  m_Database.Execute("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+  if (m_Open) sqlite3_exec(m_Database.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::Commit() {
+  m_Database.Execute("COMMIT");
+  m_Open = false;
+}
+
+}  // namespace Cairn

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/Result.h>
+#include <Cairn/Types.h>
+
+#include <map>
+#include <string>
+
+namespace Cairn {
+
+/// What tells that a file is still the one looked into before.
+struct FileStamp {
+  fsize_t Size = 0;
+  i64_t ModifiedNs = 0;  ///< nanoseconds since 1970
+
+  friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+/// The stamp of a file now; false when it cannot be found.
+[[nodiscard]] bool StampFile(const std::string& path, FileStamp& stamp);
+
+/// Files by path, in byte order, so that what lies below one folder stands together.
+using FileStamps = std::map<std::string, FileStamp>;
+
+/// Finds the regular files below a folder, at any depth. Folders that are symbolic links are not entered; a symbolic
+/// link to a file counts when the file lies below `folder`. Folders that cannot be read are logged and left out.
+/// @param folder  its canonical path, without a separator at the end.
+/// @return RESULT_OK; RESULT_NOT_FOUND, RESULT_NO_PERM or RESULT_NOTAFILE for the folder itself.
+[[nodiscard]] Result_t ScanFolder(const std::string& folder, FileStamps& files);
+
+}  // namespace Cairn
