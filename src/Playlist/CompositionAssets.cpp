@@ -11,6 +11,8 @@
 #include "TimelineElements/PCMTimelineElement.h"
 #include "TimelineElements/TextTrack.h"
 
+#include <Strata/EssenceParams.h>
+
 #include <Cairn/Result.h>
 #include <Ferro/Assert.h>
 #include <Ferro/LogSink.h>
