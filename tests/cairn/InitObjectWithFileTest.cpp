@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Cairn/InitObjectWithFile.h>
+
+#include "RecordedLog.h"
+#include "SchemaCheck.h"
+
+#include <Cairn/AssetMap.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr size_t Limit = 8'388'608;
+
+std::string Document(size_t size) {
+  const std::string start = "<VolumeIndex xmlns=\"http://www.smpte-ra.org/schemas/429-9/2007/AM\"><Index>4</Index>";
+  const std::string end = "</VolumeIndex>";
+  return start + std::string(size - start.size() - end.size(), ' ') + end;
+}
+
+TEST(InitObjectWithFile, AFileOfEightMebibytesIsDecoded) {
+  const CairnTest::TemporaryFolder folder;
+  Cairn::VolumeIndex volume;
+  EXPECT_EQ(Cairn::InitObjectWithFile(volume, folder.Write("a.xml", Document(Limit))), Ferro::RESULT_OK);
+  EXPECT_EQ(volume.Index, 4u);
+}
+
+TEST(InitObjectWithFile, AByteMoreFailsWithTheReadersResult) {
+  const CairnTest::TemporaryFolder folder;
+  Cairn::VolumeIndex volume;
+  EXPECT_EQ(Cairn::InitObjectWithFile(volume, folder.Write("a.xml", Document(Limit + 1))), Ferro::RESULT_TOOLARGE);
+  EXPECT_EQ(volume.Index, 1u);
+}
+
+TEST(InitObjectWithFile, AMissingFileFailsWithTheReadersResult) {
+  Cairn::VolumeIndex volume;
+  EXPECT_EQ(Cairn::InitObjectWithFile(volume, "/nonexistent/a.xml"), Ferro::RESULT_NOT_FOUND);
+}
+
+TEST(InitObjectWithFile, TheDecodersResultIsReturned) {
+  const CairnTest::RecordedLog log;
+  const CairnTest::TemporaryFolder folder;
+  Cairn::AssetMap map;
+  EXPECT_EQ(Cairn::InitObjectWithFile(map, folder.Write("a.xml", Document(200))), Cairn::RESULT_NOT_ASSETMAP);
+}
+
+}  // namespace
