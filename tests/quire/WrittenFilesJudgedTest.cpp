@@ -142,8 +142,7 @@ TEST_F(WrittenFile, SoundIsUnderstoodAtEachRateAndWidth) {
       EXPECT_EQ(PacketsByFFmpeg(m_Path), ExpectedPackets(TrackKind::Sound, spec));
 
       EXPECT_EQ(AskMediaInfo(m_Path, "Audio", "%Channel(s)%|%BitDepth%|%SamplingRate%|%FrameCount%"),
-                std::to_string(channels) + "|" + std::string("24") + "|" + std::to_string(sampling_rate.Numerator) +
-                    "|" + std::string("10"));
+                std::to_string(channels) + "|24|" + std::to_string(sampling_rate.Numerator) + "|10");
     }
   }
 }
