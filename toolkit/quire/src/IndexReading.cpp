@@ -7,6 +7,7 @@
 #include <QUIRE/MXF/FileStructure.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace QUIRE::MXF {
@@ -146,11 +147,11 @@ bool IsSystemItemKey(const UL& key) {
   return IsContainerKey(key) && (item == 0x04 || item == 0x14);
 }
 
-bool IsEssenceAt(KLVScanner& scanner, const std::vector<EssenceRun>& runs, ui64_t stream_offset) {
+// The key alone is looked at: one element with a damaged length does not make the index wrong for all others.
+bool IsEssenceAt(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, ui64_t stream_offset) {
   const auto offset = FilePosition(runs, stream_offset);
-  if (!offset) return false;
-  const auto packet = scanner.At(*offset, ~ui64_t{0});
-  return packet && (IsEssenceKey(packet->Key) || IsSystemItemKey(packet->Key));
+  std::array<ui8_t, KeyLength> key{};
+  return offset && file.ReadAt(*offset, key).Success() && (IsEssenceKey(UL(key)) || IsSystemItemKey(UL(key)));
 }
 
 // The entries, moved so that the first one leads to the start of the stream.
@@ -164,13 +165,13 @@ IndexTable Rebased(const IndexTable& index, ui64_t stream_start) {
 }
 
 // Looks at the second edit unit of a constant size, and at the first and the last of a variable one.
-bool LeadsToEssence(KLVScanner& scanner, const std::vector<EssenceRun>& runs, const IndexTable& index) {
+bool LeadsToEssence(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, const IndexTable& index) {
   if (index.EditUnitByteCount() == 0)
-    return IsEssenceAt(scanner, runs, index.Entries().front().StreamOffset) &&
-           IsEssenceAt(scanner, runs, index.Entries().back().StreamOffset);
+    return IsEssenceAt(file, runs, index.Entries().front().StreamOffset) &&
+           IsEssenceAt(file, runs, index.Entries().back().StreamOffset);
   const ui64_t second = runs.front().StreamOffset + index.EditUnitByteCount();
-  return IsEssenceAt(scanner, runs, runs.front().StreamOffset) &&
-         (!FilePosition(runs, second) || IsEssenceAt(scanner, runs, second));
+  return IsEssenceAt(file, runs, runs.front().StreamOffset) &&
+         (!FilePosition(runs, second) || IsEssenceAt(file, runs, second));
 }
 
 }  // namespace
@@ -205,12 +206,11 @@ Result_t FileStructure::ReadOrRebuildIndex(const Ferro::FileReader& file, const 
   const Result_t result = ReadIndex(file, body_sid, index);
   if (result.Failure() && result != RESULT_FORMAT) return result;
   if (runs.empty()) return Ferro::RESULT_OK;
-  KLVScanner scanner(file);
   if (result.Success() && !index.IsEmpty()) {
-    if (LeadsToEssence(scanner, runs, index)) return Ferro::RESULT_OK;
+    if (LeadsToEssence(file, runs, index)) return Ferro::RESULT_OK;
     if (index.EditUnitByteCount() == 0) {
       IndexTable rebased = Rebased(index, runs.front().StreamOffset);
-      if (LeadsToEssence(scanner, runs, rebased)) {
+      if (LeadsToEssence(file, runs, rebased)) {
         index = std::move(rebased);
         return Ferro::RESULT_OK;
       }

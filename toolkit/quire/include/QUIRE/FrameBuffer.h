@@ -50,7 +50,7 @@ class QUIRE_API FrameBuffer {
   void SourceLength(ui32_t bytes) { m_SourceLength = bytes; }
   [[nodiscard]] ui32_t SourceLength() const { return m_SourceLength; }
 
-  /// How many leading bytes of the source are left in clear when it is encrypted.
+  /// How many leading bytes of the source are in clear while the rest is encrypted; 0 where SourceLength is.
   void PlaintextOffset(ui32_t bytes) { m_PlaintextOffset = bytes; }
   [[nodiscard]] ui32_t PlaintextOffset() const { return m_PlaintextOffset; }
 

@@ -4,6 +4,8 @@
 #include <QUIRE/EssenceType.h>
 #include <QUIRE/Export.h>
 #include <QUIRE/FrameBuffer.h>
+#include <QUIRE/MXF/OP1aHeader.h>
+#include <QUIRE/MXF/RIP.h>
 #include <QUIRE/Result.h>
 #include <QUIRE/WriterInfo.h>
 
@@ -15,11 +17,6 @@ namespace QUIRE {
 class AESDecContext;
 class HMACContext;
 class h__Reader;
-
-namespace MXF {
-class OP1aHeader;
-class RIP;
-}  // namespace MXF
 
 /// What the readers of all kinds have in common. Only the kinds themselves are created.
 ///

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ReaderFixture.h"
+
+#include <malloc.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <new>
+#include <thread>
+
+// What opening and reading may cost in bytes read, memory and allocations.
+
+namespace {
+
+thread_local size_t Allocations = 0;
+thread_local size_t HeldBytes = 0;  // allocated and not freed, as the allocator rounds them
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++Allocations;
+  HeldBytes += malloc_usable_size(memory);
+  return memory;
+}
+void operator delete(void* memory) noexcept {
+  HeldBytes -= malloc_usable_size(memory);
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+
+namespace {
+
+using namespace testsupport;
+using namespace QUIRE;
+using Ferro::RESULT_OK;
+
+struct Calls {
+  long long Bytes = 0;
+  long long Reads = 0;
+};
+
+// What the process has read so far, by the system's own count; reading the count adds to it.
+Calls SystemCount() {
+  std::ifstream file("/proc/self/io");
+  Calls calls;
+  std::string name;
+  long long value = 0;
+  while (file >> name >> value) {
+    if (name == "rchar:") calls.Bytes = value;
+    if (name == "syscr:") calls.Reads = value;
+  }
+  return calls;
+}
+
+template <class F>
+Calls CostOf(const F& work) {
+  const Calls idle_from = SystemCount();
+  const Calls from = SystemCount();
+  work();
+  const Calls to = SystemCount();
+  return {to.Bytes - from.Bytes - (from.Bytes - idle_from.Bytes),
+          to.Reads - from.Reads - (from.Reads - idle_from.Reads)};
+}
+
+TEST(ReaderCost, OpeningReadsLittleMoreThanTheHeader) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 3000);
+  builder.HeaderFill = 12000;
+  const TemporaryFile file(builder.Build());
+  JP2K::MXFReader reader;
+  JP2K::PictureDescriptor descriptor;
+  const Calls cost = CostOf([&] {
+    ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+    ASSERT_EQ(reader.FillPictureDescriptor(descriptor), RESULT_OK);
+  });
+  EXPECT_LE(cost.Bytes, static_cast<long long>(builder.HeaderEnd) * 12 / 10);
+  EXPECT_LE(cost.Reads, 2);
+}
+
+TEST(ReaderCost, FrameIsOneReadOfItsOwnBytes) {
+  for (auto kind : {MxfBuilder::JP2K, MxfBuilder::PCM}) {
+    for (const Bytes& key : {Bytes(), Bytes(16, 3)}) {
+      MxfBuilder builder = MakeBuilder(kind, 50);
+      builder.Key = key;
+      const TemporaryFile file(builder.Build());
+      JP2K::MXFReader picture;
+      PCM::MXFReader sound;
+      JP2K::FrameBuffer picture_frame;
+      PCM::FrameBuffer sound_frame;
+      ASSERT_EQ(picture_frame.Capacity(20000), RESULT_OK);
+      ASSERT_EQ(sound_frame.Capacity(20000), RESULT_OK);
+      const auto read = [&](ui32_t i) {
+        return kind == MxfBuilder::JP2K ? picture.ReadFrame(i, picture_frame) : sound.ReadFrame(i, sound_frame);
+      };
+      LogCapture log;
+      ASSERT_EQ(kind == MxfBuilder::JP2K ? picture.OpenRead(file.Name()) : sound.OpenRead(file.Name()), RESULT_OK);
+      ASSERT_EQ(read(7), RESULT_OK);
+      for (ui32_t i : {8u, 3u, 49u, 0u}) {
+        const Calls cost = CostOf([&] { ASSERT_EQ(read(i), RESULT_OK); });
+        EXPECT_EQ(cost.Reads, 1);
+        const size_t end = i < 49 ? builder.ElementAt[i + 1] : builder.EssenceEnd;
+        EXPECT_LE(cost.Bytes, static_cast<long long>(end - builder.ElementAt[i]));
+      }
+    }
+  }
+}
+
+TEST(ReaderCost, FrameIsReadWithoutAllocation) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 50);
+  const TemporaryFile file(builder.Build());
+  JP2K::MXFReader reader;
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  JP2K::FrameBuffer frame;
+  ASSERT_EQ(frame.Capacity(20000), RESULT_OK);
+  ASSERT_EQ(reader.ReadFrame(0, frame), RESULT_OK);
+  const size_t before = Allocations;
+  for (ui32_t i = 0; i < 50; ++i) ASSERT_EQ(reader.ReadFrame(49 - i, frame), RESULT_OK);
+  EXPECT_EQ(Allocations, before);
+}
+
+TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd16BytesPerIndexedEditUnit) {
+  // Two files of different length show what an entry takes.
+  size_t held[2] = {};
+  const size_t counts[2] = {1000, 21000};
+  for (int i = 0; i < 2; ++i) {
+    MxfBuilder builder(MxfBuilder::JP2K);
+    builder.Frames = MakeFrames(counts[i], 10, 0);
+    const TemporaryFile file(builder.Build());
+    JP2K::FrameBuffer frame;
+    ASSERT_EQ(frame.Capacity(1000), RESULT_OK);
+    const size_t before = HeldBytes;
+    JP2K::MXFReader reader;
+    ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+    ASSERT_EQ(reader.ReadFrame(5, frame), RESULT_OK);
+    held[i] = HeldBytes - before;
+  }
+  EXPECT_LE(held[0], 180u * 1024 + 1000 * 16);
+  EXPECT_LE(held[1] - held[0], (counts[1] - counts[0]) * 16 + 64);
+}
+
+TEST(ReaderCost, ManyReadersOfOneFileWorkSideBySide) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 50);
+  const TemporaryFile file(builder.Build());
+  std::vector<std::thread> threads;
+  std::vector<size_t> failures(8, 0);
+  for (size_t t = 0; t < failures.size(); ++t)
+    threads.emplace_back([&, t] {
+      JP2K::MXFReader reader;
+      JP2K::FrameBuffer frame;
+      if (reader.OpenRead(file.Name()).Failure() || frame.Capacity(2000).Failure()) ++failures[t];
+      for (ui32_t i = 0; i < 500; ++i) {
+        const auto number = static_cast<ui32_t>((i * 7 + t) % 50);
+        if (reader.ReadFrame(number, frame).Failure() || Content(frame) != builder.Frames[number]) ++failures[t];
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(failures, std::vector<size_t>(8, 0));
+}
+
+}  // namespace

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/LogSink.h>
+
+#include <string>
+
+namespace testsupport {
+
+/// Takes the place of the default log sink as long as it exists, and keeps what was logged.
+class LogCapture : public Ferro::MemoryLogSink {
+ public:
+  LogCapture() : m_Before(Ferro::SetDefaultLogSink(this)) {}
+  ~LogCapture() override { Ferro::SetDefaultLogSink(m_Before); }
+  LogCapture(const LogCapture&) = delete;
+  LogCapture& operator=(const LogCapture&) = delete;
+
+  /// All messages one after another.
+  [[nodiscard]] std::string Text() const {
+    std::string text;
+    for (const auto& entry : Entries()) text += entry.Message;
+    return text;
+  }
+  /// How many messages have this level.
+  [[nodiscard]] size_t Count(Ferro::LogLevel level) const {
+    size_t count = 0;
+    for (const auto& entry : Entries()) count += entry.Level == level ? 1 : 0;
+    return count;
+  }
+
+ private:
+  Ferro::ILogSink* m_Before;
+};
+
+}  // namespace testsupport

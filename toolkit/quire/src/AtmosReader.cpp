@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/AtmosReader.h>
+
+#include "FillDCData.h"
+
+#include <QUIRE/MXF/SubDescriptors.h>
+
+namespace QUIRE::ATMOS {
+
+MXFReader::MXFReader() : TrackFileReader(ESS_ATMOS) {}
+
+Result_t MXFReader::FillAtmosDescriptor(AtmosDescriptor& descriptor) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  AtmosDescriptor filled;
+  const Result_t result = FillDCData(*m_Reader, filled);
+  if (result.Failure()) return result;
+  for (const Ferro::UUID& id : m_Reader->Facts().Descriptor->SubDescriptors) {
+    const auto* sub = m_Reader->Header().Resolve<MXF::IADataEssenceSubDescriptor>(id);
+    if (sub == nullptr) continue;
+    filled.FirstFrame = sub->FirstFrame.value_or(0);
+    filled.MaxChannelCount = sub->MaxChannelCount.value_or(0);
+    filled.MaxObjectCount = sub->MaxObjectCount.value_or(0);
+    filled.AtmosID = sub->ImmersiveAudioID.value_or(Ferro::UUID());
+    filled.AtmosVersion = sub->ImmersiveAudioVersion.value_or(0);
+    break;
+  }
+  descriptor = filled;
+  return Ferro::RESULT_OK;
+}
+
+Result_t MXFReader::ReadFrame(ui32_t frame_number, DCData::FrameBuffer& frame, AESDecContext* decryption,
+                              HMACContext* integrity) {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  return m_Reader->ReadFrame(frame_number, {decryption, integrity}, frame);
+}
+
+}  // namespace QUIRE::ATMOS

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/TrackFileReader.h>
+
+#include "h__Reader.h"
+
+#include <Ferro/Assert.h>
+
+namespace QUIRE {
+
+TrackFileReader::TrackFileReader(EssenceType_t kind) : m_Kind(kind) {}
+
+TrackFileReader::~TrackFileReader() = default;
+
+Result_t TrackFileReader::OpenRead(const std::string& filename) {
+  m_Reader.reset();
+  return h__Reader::Open(filename, m_Kind, m_Reader);
+}
+
+Result_t TrackFileReader::Close() {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  m_Reader.reset();
+  return Ferro::RESULT_OK;
+}
+
+Result_t TrackFileReader::FillWriterInfo(WriterInfo& info) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  info = m_Reader->Info();
+  return Ferro::RESULT_OK;
+}
+
+MXF::OP1aHeader& TrackFileReader::OP1aHeader() {
+  FERRO_ASSERT(m_Reader);
+  return m_Reader->Header();
+}
+
+MXF::RIP& TrackFileReader::RIP() {
+  FERRO_ASSERT(m_Reader);
+  return m_Reader->RIP();
+}
+
+}  // namespace QUIRE
