@@ -47,8 +47,8 @@ bool TakeItem(InterchangeObject& object, const SetItem& item, const Property* kn
     return true;
   }
   if (!item.Value.empty() && !known->Read(object, item.Value)) return false;
-  known->Write(object, stored.Canonical);
-  stored.Verbatim = !std::equal(item.Value.begin(), item.Value.end(), stored.Canonical.begin(), stored.Canonical.end());
+  const bool has_value = known->Write(object, stored.Canonical);
+  stored.Verbatim = !has_value || !std::ranges::equal(item.Value, stored.Canonical);
   if (stored.Verbatim)
     stored.Found.assign(item.Value.begin(), item.Value.end());
   else
