@@ -51,6 +51,8 @@ size_t MostAttributes(std::string_view text) {
 }  // namespace
 
 std::string CheckDocumentText(std::string_view text) {
+  // The parser takes it for the end of the text in some places.
+  if (text.find('\0') != std::string_view::npos) return "it has a NUL character";
   if (HasDocumentType(text)) return "it has a document type declaration";
   if (MostAttributes(text) > DocumentParser::MaxAttributeCount)
     return "an element has more than " + std::to_string(DocumentParser::MaxAttributeCount) + " attributes";
