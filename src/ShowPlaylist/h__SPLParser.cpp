@@ -20,6 +20,12 @@ using Cairn::TrimmedText;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 
+// The element's name when it is of its parent's namespace, so that extensions are passed over whatever their names are.
+std::string OwnName(const DOMElement* element) {
+  const bool own = Cairn::NamespaceName(element) == Cairn::NamespaceName(element->getParentNode());
+  return own ? LocalName(element) : std::string();
+}
+
 Result_t ReadID(const DOMElement* element, UUID& out, Ferro::ILogSink& log) {
   const std::string text = TrimmedText(element);
   const std::optional<UUID> id = UUID::FromURN(text);
@@ -58,7 +64,7 @@ enum class Place { InSequence, InComposition };
 ShowPlaylist::MarkerItem ReadMarker(const DOMElement* element, Place place) {
   ShowPlaylist::MarkerItem marker;
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string name = LocalName(child);
+    const std::string name = OwnName(child);
     if (name == "Label") {
       marker.Label = TextContent(child);
       marker.Scope = Cairn::XMLAttrPtr::get_attr_with_name(child, "scope");
@@ -73,7 +79,7 @@ ShowPlaylist::MarkerItem ReadMarker(const DOMElement* element, Place place) {
 
 Result_t ReadComposition(const DOMElement* element, ShowPlaylist::CompositionItem& composition, Ferro::ILogSink& log) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string name = LocalName(child);
+    const std::string name = OwnName(child);
     if (name == "CompositionId") {
       if (const Result_t result = ReadID(child, composition.ID, log); result.Failure()) return result;
     } else if (name == "AnnotationText") {
@@ -93,7 +99,7 @@ Result_t ReadComposition(const DOMElement* element, ShowPlaylist::CompositionIte
 
 Result_t ReadSequence(const DOMElement* element, ShowPlaylist& playlist, Ferro::ILogSink& log) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string name = LocalName(child);
+    const std::string name = OwnName(child);
     if (name == "Marker") {
       playlist.ShowSequence.push_back(std::make_unique<ShowPlaylist::MarkerItem>(ReadMarker(child, Place::InSequence)));
     } else if (name == "ShowPlaylist") {
@@ -117,14 +123,14 @@ void ReadIssueDate(const DOMElement* element, Ferro::Timestamp& out, Ferro::ILog
 }
 
 Result_t ReadField(const DOMElement* element, ShowPlaylist& playlist, Ferro::ILogSink& log) {
-  const std::string name = LocalName(element);
+  const std::string name = OwnName(element);
   if (name == "Id") return ReadID(element, playlist.ID, log);
   if (name == "ShowSequence") return ReadSequence(element, playlist, log);
   if (name == "IssueDate") {
     ReadIssueDate(element, playlist.IssueDate, log);
   } else if (name == "EstimatedDuration") {
     playlist.EstimatedDuration = static_cast<ui32_t>(ReadNumber(element));
-  } else if (name == "Signature") {
+  } else if (LocalName(element) == "Signature") {  // of XML Signature's namespace
     Cairn::ReadSignature(element, playlist.SignatureMode, playlist.SignatureChain);
   } else if (name == "AnnotationText") {
     playlist.Annotation = TextContent(element);

@@ -196,6 +196,16 @@ TEST(ShowPlaylistParser, UnknownElementsArePassedOver) {
   EXPECT_EQ(log.Text(), "");
 }
 
+TEST(ShowPlaylistParser, ElementsOfAnotherNamespaceArePassedOver) {
+  ShowPlaylist playlist;
+  Decode(playlist, Document("<Label>yes</Label><x:Label xmlns:x=\"urn:x\">no</x:Label><Id xmlns=\"urn:x\">no</Id>"
+                            "<ShowSequence><Marker xmlns=\"urn:x\"/><Marker><Label>m</Label>"
+                            "<Label xmlns=\"urn:x\">no</Label></Marker></ShowSequence>"));
+  EXPECT_EQ(playlist.Label, "yes");
+  ASSERT_EQ(playlist.ShowSequence.size(), 1u);
+  EXPECT_EQ(ItemAt<Marker>(playlist, 0).Label, "m");
+}
+
 TEST(ShowPlaylistParser, ItemsAreAddedAfterThoseThatAreThere) {
   ShowPlaylist playlist;
   Decode(playlist, Sequence("<Marker><Label>a</Label></Marker>"));
