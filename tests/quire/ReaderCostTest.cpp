@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <new>
-#include <thread>
 
 // What opening and reading may cost in bytes read, memory and allocations.
 
@@ -139,25 +138,6 @@ TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd16BytesPerIndexedEditUnit) {
   }
   EXPECT_LE(held[0], 180u * 1024 + 1000 * 16);
   EXPECT_LE(held[1] - held[0], (counts[1] - counts[0]) * 16 + 64);
-}
-
-TEST(ReaderCost, ManyReadersOfOneFileWorkSideBySide) {
-  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 50);
-  const TemporaryFile file(builder.Build());
-  std::vector<std::thread> threads;
-  std::vector<size_t> failures(8, 0);
-  for (size_t t = 0; t < failures.size(); ++t)
-    threads.emplace_back([&, t] {
-      JP2K::MXFReader reader;
-      JP2K::FrameBuffer frame;
-      if (reader.OpenRead(file.Name()).Failure() || frame.Capacity(2000).Failure()) ++failures[t];
-      for (ui32_t i = 0; i < 500; ++i) {
-        const auto number = static_cast<ui32_t>((i * 7 + t) % 50);
-        if (reader.ReadFrame(number, frame).Failure() || Content(frame) != builder.Frames[number]) ++failures[t];
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(failures, std::vector<size_t>(8, 0));
 }
 
 }  // namespace
