@@ -56,6 +56,7 @@ TEST_F(HostileFile, EmptyOrForeignFileIsRefusedWithOneLine) {
     m_Log.Clear();
     EXPECT_EQ(Open(bytes), RESULT_FORMAT);
     EXPECT_EQ(m_Log.Count(Ferro::LogLevel::Error), 1u) << m_Log.Text();
+    EXPECT_EQ(m_Log.Text().find(m_File.Name() + ": "), 0u) << m_Log.Text();
     EXPECT_FALSE(m_Reader.IsOpen());
   }
 }

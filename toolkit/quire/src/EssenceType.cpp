@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/EssenceType.h>
 
+#include "FormatError.h"
 #include "TrackFacts.h"
 
 #include <QUIRE/MXF/FileStructure.h>
@@ -47,6 +48,7 @@ Result_t EssenceType(const std::string& filename, EssenceType_t& type) {
   if (result.Failure() || !is_mxf) return result;
 
   type = ESS_MXF_OTHER;
+  const LogSubject subject(filename);
   MXF::FileStructure structure;
   result = structure.ReadHeader(file);
   if (result == RESULT_FORMAT) return Ferro::RESULT_OK;

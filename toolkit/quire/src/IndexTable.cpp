@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/MXF/IndexTable.h>
 
+#include "FormatError.h"
+
 #include <Ferro/CheckedMath.h>
 #include <Ferro/LogSink.h>
 
@@ -13,7 +15,7 @@ namespace {
 constexpr ui8_t RandomAccess = 0x80;
 
 Result_t Unusable(const char* reason, i64_t position) {
-  Ferro::DefaultLogSink().Error("MXF: index segments %s at edit unit %lld.\n", reason,
+  Ferro::DefaultLogSink().Error("%s: index segments %s at edit unit %lld.\n", CurrentLogSubject(), reason,
                                 static_cast<long long>(position));
   return RESULT_FORMAT;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "h__Reader.h"
 
+#include "FormatError.h"
+
 #include <QUIRE/Crypto.h>
 
 #include <Ferro/LogSink.h>
@@ -72,7 +74,9 @@ bool ReadsType(EssenceType_t kind, EssenceType_t type) {
 Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::unique_ptr<h__Reader>& reader) {
   std::unique_ptr<h__Reader> opened(new h__Reader);
   Result_t result = opened->m_File.OpenRead(filename);
-  if (result.Success()) result = opened->m_Structure.ReadHeader(opened->m_File);
+  if (result.Failure()) return result;
+  const LogSubject subject(filename);
+  result = opened->m_Structure.ReadHeader(opened->m_File);
   if (result.Failure()) return result;
 
   TrackFacts& facts = opened->m_Facts;
@@ -91,6 +95,7 @@ Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::u
 }
 
 Result_t h__Reader::ReadPartitions() {
+  const LogSubject subject(m_File.Filename());
   if (!m_PartitionsResult) m_PartitionsResult = m_Structure.ReadPartitions(m_File);
   return *m_PartitionsResult;
 }
@@ -116,6 +121,7 @@ Result_t h__Reader::ReadIndex() {
 }
 
 Result_t h__Reader::LoadIndex() {
+  const LogSubject subject(m_File.Filename());
   Result_t result = ReadPartitions();
   if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, m_Facts.BodySID, m_Runs);
   if (result.Success()) {
@@ -281,6 +287,7 @@ Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuf
 }
 
 Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
+  const LogSubject subject(m_File.Filename());
   std::vector<MXF::EssenceRun> runs;
   Result_t result = ReadPartitions();
   if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, body_sid != 0 ? body_sid : m_Facts.BodySID, runs);

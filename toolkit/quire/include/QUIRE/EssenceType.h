@@ -22,8 +22,8 @@ enum EssenceType_t : ui32_t {
   ESS_ATMOS = 23,        ///< immersive audio
 };
 
-/// Finds out what a file holds by reading its header, encrypted files included. Logs nothing: that a file is none of
-/// these is an answer.
+/// Finds out what a file holds by reading its header, encrypted files included. That a file is none of these is an
+/// answer, and not logged; a line says what is wrong with an MXF file whose header cannot be understood.
 /// @param type receives the answer; ESS_UNKNOWN on failure.
 /// @return RESULT_OK whenever the file could be read; else what Ferro::FileReader::OpenRead or ReadAt returned.
 /// Any thread may call it.
