@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
+#include <thread>
+#include <vector>
 
 namespace Strata {
 namespace {
@@ -353,6 +356,21 @@ TEST(ShowPlaylistParser, DocumentTypeDeclarationsAreRefused) {
     EXPECT_NE(log.Text(), "");
     EXPECT_EQ(playlist.Label, "");
   }
+}
+
+TEST(ShowPlaylistParser, ThreadsMayReadAtTheSameTime) {
+  std::atomic<size_t> items = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      for (int n = 0; n < 25; ++n) {
+        ShowPlaylist playlist;
+        if (playlist.DecodeXML(WholeShow).Success()) items += playlist.ShowSequence.size();
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(items, 300u);
 }
 
 TEST(ShowPlaylistParser, DeepNestingIsRefused) {
