@@ -43,7 +43,6 @@ bool IsContainer(const UL& label, ui8_t kind) {
 }
 
 constexpr ui8_t MPEGContainer = 0x04;
-constexpr ui8_t SoundContainer = 0x06;
 constexpr ui8_t JPEG2000Container = 0x0c;
 
 EssenceType_t FindType(const MXF::OP1aHeader& header, const TrackFacts& facts) {
