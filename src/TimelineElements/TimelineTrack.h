@@ -74,15 +74,13 @@ class TimelineTrack : public ITimelineTrack {
     m_TrackFile.set(new TrackFileT);
     const Result_t result = m_TrackFile->OpenRead(m_Filename);
     if (result.Failure()) {
-      LogFailure(result);
+      Ferro::DefaultLogSink().Error("%s: %s\n", m_Filename.c_str(), result.Label());
       m_TrackFile.set(nullptr);
       return;
     }
     m_ReaderThread.set(new ReaderThreadT(m_TrackFile.get()));
     FERRO_ASSERT(m_ReaderThread->SetupFrameBuffers(m_TrackFile->FrameBufferSize()));
-    // Without its thread the track stays ready as it is, and no bracket on it ends: the log has to say why.
-    const Result_t started = m_ReaderThread->Start("TimelineTrack");
-    if (started.Failure()) LogFailure(started);
+    static_cast<void>(m_ReaderThread->Start("TimelineTrack"));  // a refusal is logged there
   }
 
   bool MakeDormant() override {
@@ -155,10 +153,6 @@ class TimelineTrack : public ITimelineTrack {
  private:
   static constexpr ui32_t StopTimeout = 10000;  // milliseconds until a warning; the wait goes on
 
-  void LogFailure(const Result_t& result) const {
-    Ferro::DefaultLogSink().Error("%s: %s\n", m_Filename.c_str(), result.Label());
-  }
-
   void StopReaderThread() {
     static_cast<void>(m_ReaderThread->Stop(StopTimeout, true));
     m_ReaderThread.set(nullptr);
@@ -180,6 +174,7 @@ class TimelineTrack : public ITimelineTrack {
     }
   }
 
+ protected:
   Ferro::mem_ptr<TrackFileT> m_TrackFile;  // set exactly while ready, as m_ReaderThread is
   UUID m_AssetID;
   QUIRE::Rational m_EditRate;

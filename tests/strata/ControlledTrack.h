@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ControlledReader.h"
+#include "TimelineElements/MonoTimelineTrack.h"
+
+#include <QUIRE/AudioDescriptor.h>
+#include <QUIRE/WriterInfo.h>
+
+#include <string>
+
+namespace Test {
+
+/// What the controlled track file below says of itself, and what its operations return.
+struct FileFacts {
+  Ferro::Result_t OpenResult = Ferro::RESULT_OK;
+  Ferro::Result_t InfoResult = Ferro::RESULT_OK;
+  Ferro::Result_t DescriptorResult = Ferro::RESULT_OK;
+  QUIRE::WriterInfo Info;
+  QUIRE::PCM::AudioDescriptor Descriptor;
+  ui32_t Capacity = 256;
+  std::string OpenedName;
+  int OpenCount = 0;
+  Ferro::Event* OpenBegun = nullptr;  ///< when set, opening posts it and pends on OpenLetGo
+  Ferro::Event* OpenLetGo = nullptr;
+};
+
+/// A controlled reader that can be opened like a track file of sound.
+class ControlledFile : public ControlledReader {
+ public:
+  static inline FileFacts Facts;  ///< of all files; a test sets it anew
+
+  QUIRE::UL m_ChannelAssignment;
+  std::string m_MCALabelString = "label";
+
+  Ferro::Result_t OpenRead(const std::string& filename) {
+    Facts.OpenedName = filename;
+    ++Facts.OpenCount;
+    if (Facts.OpenBegun != nullptr) {
+      Facts.OpenBegun->Post();
+      Facts.OpenLetGo->Pend();
+    }
+    return Facts.OpenResult;
+  }
+  Ferro::Result_t FillWriterInfo(QUIRE::WriterInfo& info) const {
+    info = Facts.Info;
+    return Facts.InfoResult;
+  }
+  [[nodiscard]] ui32_t FrameBufferSize() const { return Facts.Capacity; }
+};
+
+inline Ferro::Result_t FillDescriptor(const ControlledFile& file, QUIRE::PCM::AudioDescriptor& descriptor) {
+  descriptor = file.Facts.Descriptor;
+  return file.Facts.DescriptorResult;
+}
+
+/// A sound track on such a file, open to tests.
+class ControlledTrack final
+    : public Strata::MonoTimelineTrack<ControlledFile, QUIRE::PCM::FrameBuffer, QUIRE::PCM::AudioDescriptor> {
+ public:
+  using TimelineTrack::m_ReaderThread;
+  using TimelineTrack::m_TrackFile;
+};
+
+}  // namespace Test

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TrackFixtures.h"
+
+#include "TimelineElements/AtmosTimelineElement.h"
+#include "TimelineElements/DCDataTimelineElement.h"
+#include "TimelineElements/JP2KSTimelineElement.h"
+#include "TimelineElements/JP2KTimelineElement.h"
+#include "TimelineElements/MPEG2TimelineElement.h"
+#include "TimelineElements/PCMTimelineElement.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace Test {
+
+std::unique_ptr<Strata::ITimelineTrack> MakeTrack(testsupport::TrackKind kind) {
+  using testsupport::TrackKind;
+  switch (kind) {
+    case TrackKind::Picture:
+      return std::make_unique<Strata::JP2KTimelineElement>();
+    case TrackKind::StereoscopicPicture:
+      return std::make_unique<Strata::JP2KSTimelineElement>();
+    case TrackKind::MPEG2:
+      return std::make_unique<Strata::MPEG2TimelineElement>();
+    case TrackKind::Sound:
+      return std::make_unique<Strata::PCMTimelineElement>();
+    case TrackKind::Data:
+      return std::make_unique<Strata::DCDataTimelineElement>();
+    case TrackKind::Atmos:
+      return std::make_unique<Strata::AtmosTimelineElement>();
+    case TrackKind::Text:
+      break;
+  }
+  ADD_FAILURE() << "no track-file track of this kind";
+  return nullptr;
+}
+
+int CountReaderThreads() {
+  int count = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::string name;
+    std::getline(std::ifstream(task.path() / "comm"), name);
+    if (name == "TimelineTrack") ++count;
+  }
+  return count;
+}
+
+int CountOpenFiles() {
+  int count = -1;  // the iterator's own
+  for ([[maybe_unused]] const auto& file : std::filesystem::directory_iterator("/proc/self/fd")) ++count;
+  return count;
+}
+
+}  // namespace Test

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "TemporaryFolder.h"
+#include "TrackFileMaker.h"
+
+#include <Strata/ITimelineTrack.h>
+
+#include <Ferro/LogSink.h>
+#include <QUIRE/FrameBuffer.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Test {
+
+/// True when the test program runs under a sanitizer, where tests that repeat much repeat less.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool Sanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool Sanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+inline constexpr bool Sanitized = false;
+#endif
+
+/// Keeps the default log's messages for the length of a test.
+class LoggedTest : public testing::Test {
+ protected:
+  LoggedTest() : m_Previous(Ferro::SetDefaultLogSink(&Log)) {}
+  ~LoggedTest() override { Ferro::SetDefaultLogSink(m_Previous); }
+
+  /// The messages so far, which all have to be errors.
+  [[nodiscard]] std::vector<std::string> Errors() const {
+    std::vector<std::string> messages;
+    for (const Ferro::LogEntry& entry : Log.Entries()) {
+      EXPECT_EQ(entry.Level, Ferro::LogLevel::Error);
+      messages.push_back(entry.Message);
+    }
+    return messages;
+  }
+
+  Ferro::MemoryLogSink Log;
+
+ private:
+  Ferro::ILogSink* m_Previous;
+};
+
+/// A new dormant track of this kind. Text has none here.
+std::unique_ptr<Strata::ITimelineTrack> MakeTrack(testsupport::TrackKind kind);
+
+inline testsupport::Bytes BytesOf(const QUIRE::FrameBuffer& frame) {
+  return {frame.RoData(), frame.RoData() + frame.Size()};
+}
+
+/// How many of this process's threads the system knows by the reader threads' name.
+int CountReaderThreads();
+/// How many file descriptors the process has open.
+int CountOpenFiles();
+
+}  // namespace Test
