@@ -10,7 +10,7 @@
 #include <cstring>
 #include <set>
 
-namespace Test {
+namespace testsupport {
 
 using Ferro::ui32_t;
 using Ferro::ui8_t;
@@ -67,4 +67,4 @@ inline bool Holds(const QUIRE::FrameBuffer& frame, ui32_t position) {
   return true;
 }
 
-}  // namespace Test
+}  // namespace testsupport

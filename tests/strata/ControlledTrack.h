@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace Test {
+namespace testsupport {
 
 /// What the controlled track file below says of itself, and what its operations return.
 struct FileFacts {
@@ -62,4 +62,4 @@ class ControlledTrack final
   using TimelineTrack::m_TrackFile;
 };
 
-}  // namespace Test
+}  // namespace testsupport

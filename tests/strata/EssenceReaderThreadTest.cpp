@@ -17,8 +17,8 @@ namespace {
 
 using Strata::NoFrame;
 using Strata::ui32_t;
-using Test::ControlledReader;
-using Test::Holds;
+using testsupport::ControlledReader;
+using testsupport::Holds;
 
 /// Opens to the tests what only the template itself touches.
 template <class FrameBufferT>

@@ -18,8 +18,8 @@ using Ferro::ui32_t;
 using Ferro::UUID;
 using QUIRE::TimedText::FrameBuffer;
 using Strata::TextTimelineElement;
-using Test::BytesOf;
 using testsupport::Bytes;
+using testsupport::BytesOf;
 using testsupport::TrackFileSpec;
 using testsupport::TrackKind;
 using NameList = Ferro::ArchivableList<Ferro::ArchivableString>;
@@ -30,7 +30,7 @@ std::string TextOf(const FrameBuffer& buffer) {
 }
 
 /// A text track and a folder for its files.
-class TextTrack : public Test::LoggedTest {
+class TextTrack : public testsupport::LoggedTest {
  protected:
   void WriteFile(const std::string& name, const std::string& content) {
     std::filesystem::create_directories(std::filesystem::path(Folder.Path(name)).parent_path());
@@ -368,7 +368,7 @@ TEST_F(TextTrack, AnyOtherStartIsParsedAsInterop) {
   EXPECT_EQ(Init("a"), Cairn::RESULT_XML_PARSE);
   EXPECT_EQ(Track.TextEssenceFormat(), Cairn::DFT_Interop);
   WriteFile("b", "<?xml version=\"1.0\"?><Other/>");
-  EXPECT_EQ(Init("b"), Cairn::RESULT_NOT_SUBTITLE);
+  EXPECT_EQ(Init("b"), Cairn::RESULT_XML_NAMESPACE);
 }
 
 TEST_F(TextTrack, FailedInitSetsNoTimes) {

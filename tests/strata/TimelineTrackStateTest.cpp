@@ -11,8 +11,8 @@
 namespace {
 
 using Strata::ui32_t;
-using Test::ControlledFile;
-using Test::ControlledTrack;
+using testsupport::ControlledFile;
+using testsupport::ControlledTrack;
 
 class TimelineTrackState : public testing::Test {
  protected:

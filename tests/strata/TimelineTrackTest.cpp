@@ -14,13 +14,13 @@ namespace {
 
 using Ferro::ui32_t;
 using Strata::ITimelineTrack;
-using Test::BytesOf;
+using testsupport::BytesOf;
 using testsupport::TrackFileKey;
 using testsupport::TrackFileSpec;
 using testsupport::TrackKind;
 
 /// A track of each kind on a file of five edit units.
-class TimelineTrack : public Test::LoggedTest, public testing::WithParamInterface<TrackKind> {
+class TimelineTrack : public testsupport::LoggedTest, public testing::WithParamInterface<TrackKind> {
  protected:
   void SetUp() override { Write(); }
 
@@ -47,7 +47,7 @@ class TimelineTrack : public Test::LoggedTest, public testing::WithParamInterfac
   testsupport::TemporaryFolder Folder;
   const std::string Filename = Folder.Path("track.mxf");
   TrackFileSpec Spec;
-  std::unique_ptr<ITimelineTrack> Track = Test::MakeTrack(GetParam());
+  std::unique_ptr<ITimelineTrack> Track = testsupport::MakeTrack(GetParam());
 };
 
 TEST_P(TimelineTrack, DeliversEveryFrameByteForByte) {
@@ -83,7 +83,7 @@ TEST_P(TimelineTrack, KnowsWhatTheFileSaysWithoutBeingReady) {
   EXPECT_EQ(Track->ChannelCount(), sound ? 6u : 0u);
   EXPECT_EQ(Track->ChannelAssignment().HasValue(), sound);
   EXPECT_EQ(Track->MCALabelString(), sound ? "51(L,R,C,LFE,Ls,Rs)" : "");
-  EXPECT_EQ(Test::CountReaderThreads(), 0);
+  EXPECT_EQ(testsupport::CountReaderThreads(), 0);
 }
 
 TEST_P(TimelineTrack, StartsFromZeroAndEmpty) {
@@ -183,28 +183,28 @@ TEST_P(TimelineTrack, PositionBeyondTheEndIsLoggedAndShowsThePreviousFrame) {
 
 TEST_P(TimelineTrack, ReadyTrackHasOneThreadAndOneOpenFile) {
   Init();
-  const int files = Test::CountOpenFiles();
-  EXPECT_EQ(Test::CountReaderThreads(), 0);
+  const int files = testsupport::CountOpenFiles();
+  EXPECT_EQ(testsupport::CountReaderThreads(), 0);
   Track->MakeReady();
   ExpectFrame(0);  // the thread has its name when it has served a request
   Track->MakeReady();
-  EXPECT_EQ(Test::CountReaderThreads(), 1);
-  EXPECT_EQ(Test::CountOpenFiles(), files + 1);
+  EXPECT_EQ(testsupport::CountReaderThreads(), 1);
+  EXPECT_EQ(testsupport::CountOpenFiles(), files + 1);
   EXPECT_TRUE(Track->MakeDormant());
   EXPECT_FALSE(Track->MakeDormant());
-  EXPECT_EQ(Test::CountReaderThreads(), 0);
-  EXPECT_EQ(Test::CountOpenFiles(), files);
+  EXPECT_EQ(testsupport::CountReaderThreads(), 0);
+  EXPECT_EQ(testsupport::CountOpenFiles(), files);
 }
 
 TEST_P(TimelineTrack, DestroyingAReadyTrackEndsItsThreadAndClosesItsFile) {
   Init();
-  const int files = Test::CountOpenFiles();
+  const int files = testsupport::CountOpenFiles();
   Track->MakeReady();
   Track->ReadyFrameAtLocation(0);
   Track->ReadyFrameAtLocation(1);
   Track.reset();
-  EXPECT_EQ(Test::CountReaderThreads(), 0);
-  EXPECT_EQ(Test::CountOpenFiles(), files);
+  EXPECT_EQ(testsupport::CountReaderThreads(), 0);
+  EXPECT_EQ(testsupport::CountOpenFiles(), files);
 }
 
 TEST_P(TimelineTrack, MakeReadyOnAFileThatDisappearedIsLoggedAndLeavesItDormant) {
@@ -258,9 +258,11 @@ TEST_P(TimelineTrackDeathTest, MakeReadyBeforeInit) {
 
 TEST_P(TimelineTrackDeathTest, InitOfAReadyTrack) {
   Init();
-  Track->MakeReady();
-  EXPECT_DEATH(static_cast<void>(Track->InitWithFilename(Filename, 0, 1)),
-               "Assertion 'm_TrackFile.empty\\(\\) && m_ReaderThread.empty\\(\\)' failed\\.");
+  const auto init_ready_track = [this] {
+    Track->MakeReady();
+    static_cast<void>(Track->InitWithFilename(Filename, 0, 1));
+  };
+  EXPECT_DEATH(init_ready_track(), "Assertion 'm_TrackFile.empty\\(\\) && m_ReaderThread.empty\\(\\)' failed\\.");
 }
 
 std::string KindName(const testing::TestParamInfo<TrackKind>& info) {

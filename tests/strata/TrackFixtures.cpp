@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace Test {
+namespace testsupport {
 
 std::unique_ptr<Strata::ITimelineTrack> MakeTrack(testsupport::TrackKind kind) {
   using testsupport::TrackKind;
@@ -51,4 +51,4 @@ int CountOpenFiles() {
   return count;
 }
 
-}  // namespace Test
+}  // namespace testsupport

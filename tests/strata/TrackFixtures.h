@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace Test {
+namespace testsupport {
 
 /// True when the test program runs under a sanitizer, where tests that repeat much repeat less.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -60,4 +60,4 @@ int CountReaderThreads();
 /// How many file descriptors the process has open.
 int CountOpenFiles();
 
-}  // namespace Test
+}  // namespace testsupport
