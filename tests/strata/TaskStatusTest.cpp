@@ -3,6 +3,7 @@
 
 #include "RecordCheck.h"
 
+#include <iomanip>
 #include <sstream>
 
 namespace Strata {
@@ -132,6 +133,13 @@ TEST(TaskStatusDump, WithoutMessagesSaysSo) {
             "Progress: 40\n"
             "Size: 72623859790382856\n"
             "No messages.\n");
+}
+
+TEST(TaskStatusDump, TakesTheStreamsFormatAndReturnsTheStream) {
+  std::ostringstream stream;
+  stream << std::setfill('.') << std::setw(12) << Ingest() << "end";
+  EXPECT_EQ(stream.str().substr(0, 49), "...AssetID: 00112233-4455-6677-8899-aabbccddeeff\n");
+  EXPECT_EQ(stream.str().substr(stream.str().size() - 16), "No messages.\nend");
 }
 
 TEST(TaskStatusDump, MessagesFollowOneLineEach) {
