@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: BSD-3-Clause
+//
+// What the writers write, the readers read: frames byte for byte, descriptors and writer information field for field.
+#include "TemporaryFolder.h"
+#include "TrackFileMaker.h"
+
+#include <QUIRE/AtmosReader.h>
+#include <QUIRE/DCDataReader.h>
+#include <QUIRE/JP2KReader.h>
+#include <QUIRE/MPEG2Reader.h>
+#include <QUIRE/PCMReader.h>
+#include <QUIRE/TimedTextReader.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace {
+
+using namespace QUIRE;
+using namespace testsupport;
+
+constexpr ui32_t BufferCapacity = 2 * 1024 * 1024;
+
+Bytes Contents(const FrameBuffer& buffer) {
+  return {buffer.RoData(), buffer.RoData() + buffer.Size()};
+}
+
+// The contexts for reading a spec's file.
+struct ReadContexts {
+  explicit ReadContexts(const TrackFileSpec& spec) {
+    if (!spec.Key) return;
+    EXPECT_EQ(Decryption.InitKey(spec.Key->Key), Ferro::RESULT_OK);
+    DecryptionPtr = &Decryption;
+    if (!spec.Key->UsesHMAC) return;
+    EXPECT_EQ(Integrity.InitKey(spec.Key->Key, spec.LabelSet), Ferro::RESULT_OK);
+    IntegrityPtr = &Integrity;
+  }
+  AESDecContext Decryption;
+  HMACContext Integrity;
+  AESDecContext* DecryptionPtr = nullptr;
+  HMACContext* IntegrityPtr = nullptr;
+};
+
+std::string Describe(const TrackFileSpec& spec) {
+  std::string text = spec.EditRate.EncodeString() + (spec.LabelSet == LS_MXF_SMPTE ? " SMPTE" : " Interop");
+  if (spec.Key) text += spec.Key->UsesHMAC ? " encrypted with integrity" : " encrypted";
+  return text;
+}
+
+// A spec in clear, encrypted, and encrypted with integrity codes, with both label sets.
+std::vector<TrackFileSpec> Variants(const TrackFileSpec& base) {
+  std::vector<TrackFileSpec> variants;
+  for (const LabelSet_t label_set : {LS_MXF_SMPTE, LS_MXF_INTEROP}) {
+    for (int protection = 0; protection < 3; ++protection) {
+      TrackFileSpec& spec = variants.emplace_back(base);
+      spec.LabelSet = label_set;
+      if (protection > 0) spec.Key = TrackFileKey{};
+      if (protection > 0) spec.Key->UsesHMAC = protection == 2;
+    }
+  }
+  return variants;
+}
+
+class TrackRoundTrip : public testing::Test {
+ protected:
+  template <class ReaderT>
+  void Open(ReaderT& reader, TrackKind kind, const TrackFileSpec& spec) {
+    ASSERT_EQ(MakeTrackFile(kind, m_Path, spec), Ferro::RESULT_OK);
+    ASSERT_EQ(reader.OpenRead(m_Path), Ferro::RESULT_OK);
+    WriterInfo info;
+    ASSERT_EQ(reader.FillWriterInfo(info), Ferro::RESULT_OK);
+    EXPECT_EQ(info, MakeWriterInfo(spec));
+  }
+
+  // Frames from the last to the first, and none beyond the last.
+  template <class ReaderT, class BufferT>
+  void ExpectFrames(ReaderT& reader, TrackKind kind, const TrackFileSpec& spec) {
+    ReadContexts contexts(spec);
+    BufferT buffer;
+    ASSERT_EQ(buffer.Capacity(BufferCapacity), Ferro::RESULT_OK);
+    for (ui32_t i = spec.Duration; i-- > 0;) {
+      ASSERT_EQ(reader.ReadFrame(i, buffer, contexts.DecryptionPtr, contexts.IntegrityPtr), Ferro::RESULT_OK) << i;
+      ASSERT_EQ(Contents(buffer), MakeFrame(kind, spec, i)) << i;
+      ASSERT_EQ(buffer.FrameNumber(), i);
+    }
+    EXPECT_EQ(reader.ReadFrame(spec.Duration, buffer, contexts.DecryptionPtr, contexts.IntegrityPtr), RESULT_RANGE);
+    if (spec.Key) ExpectCiphertext<ReaderT, BufferT>(reader, kind, spec);
+  }
+
+  // Without a context encrypted essence comes as it is stored.
+  template <class ReaderT, class BufferT>
+  void ExpectCiphertext(ReaderT& reader, TrackKind kind, const TrackFileSpec& spec) {
+    BufferT buffer;
+    ASSERT_EQ(buffer.Capacity(BufferCapacity), Ferro::RESULT_OK);
+    ASSERT_EQ(reader.ReadFrame(0, buffer), Ferro::RESULT_OK);
+    const Bytes plain = MakeFrame(kind, spec, 0);
+    EXPECT_EQ(buffer.SourceLength(), plain.size());
+    EXPECT_EQ(buffer.PlaintextOffset(), spec.Key->PlaintextOffset);
+    Bytes decrypted(plain.size());
+    AESDecContext context;
+    ASSERT_EQ(context.InitKey(spec.Key->Key), Ferro::RESULT_OK);
+    ASSERT_EQ(DecryptFrame(std::span(buffer.RoData(), buffer.Size()), buffer.SourceLength(), buffer.PlaintextOffset(),
+                           context, decrypted),
+              Ferro::RESULT_OK);
+    EXPECT_EQ(decrypted, plain);
+  }
+
+  TemporaryFolder m_Folder;
+  const std::string m_Path = m_Folder.Path("file.mxf");
+};
+
+const Rational Rates[] = {{24, 1}, {25, 1}, {30, 1}, {48, 1}, {60, 1}, {30000, 1001}};
+
+TEST_F(TrackRoundTrip, FlatPictures) {
+  for (const Rational& rate : Rates) {
+    TrackFileSpec base;
+    base.EditRate = rate;
+    for (const TrackFileSpec& spec : Variants(base)) {
+      SCOPED_TRACE(Describe(spec));
+      JP2K::MXFReader reader;
+      Open(reader, TrackKind::Picture, spec);
+      JP2K::PictureDescriptor descriptor;
+      ASSERT_EQ(reader.FillPictureDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakePictureDescriptor(spec));
+      ExpectFrames<JP2K::MXFReader, JP2K::FrameBuffer>(reader, TrackKind::Picture, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, StereoscopicPictures) {
+  for (const Rational& rate : {EditRate_24, EditRate_30, EditRate_48}) {
+    TrackFileSpec base;
+    base.EditRate = rate;
+    for (const TrackFileSpec& spec : Variants(base)) {
+      SCOPED_TRACE(Describe(spec));
+      JP2K::MXFSReader reader;
+      Open(reader, TrackKind::StereoscopicPicture, spec);
+      JP2K::PictureDescriptor descriptor;
+      ASSERT_EQ(reader.FillPictureDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakePictureDescriptor(spec, true));
+      ReadContexts contexts(spec);
+      JP2K::SFrameBuffer pair;
+      ASSERT_EQ(pair.Left.Capacity(BufferCapacity), Ferro::RESULT_OK);
+      ASSERT_EQ(pair.Right.Capacity(BufferCapacity), Ferro::RESULT_OK);
+      for (ui32_t i = 0; i < spec.Duration; ++i) {
+        ASSERT_EQ(reader.ReadFrame(i, pair, contexts.DecryptionPtr, contexts.IntegrityPtr), Ferro::RESULT_OK) << i;
+        ASSERT_EQ(Contents(pair.Left), MakeFrame(TrackKind::StereoscopicPicture, spec, i)) << i;
+        ASSERT_EQ(Contents(pair.Right), MakeFrame(TrackKind::StereoscopicPicture, spec, i, true)) << i;
+      }
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, MPEG2Pictures) {
+  for (const Rational& rate : {EditRate_24, EditRate_25, EditRate_30, EditRate_60, Rational(30000, 1001)}) {
+    TrackFileSpec base;
+    base.EditRate = rate;
+    base.Duration = 14;
+    for (const TrackFileSpec& spec : Variants(base)) {
+      SCOPED_TRACE(Describe(spec));
+      MPEG2::MXFReader reader;
+      Open(reader, TrackKind::MPEG2, spec);
+      MPEG2::VideoDescriptor descriptor;
+      ASSERT_EQ(reader.FillVideoDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakeVideoDescriptor(spec));
+      ExpectFrames<MPEG2::MXFReader, MPEG2::FrameBuffer>(reader, TrackKind::MPEG2, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, MPEG2FramesTellTheirIndexEntry) {
+  TrackFileSpec spec;
+  spec.Duration = 3;
+  MPEG2::MXFReader reader;
+  Open(reader, TrackKind::MPEG2, spec);
+  MPEG2::FrameBuffer buffer;
+  ASSERT_EQ(buffer.Capacity(BufferCapacity), Ferro::RESULT_OK);
+  ASSERT_EQ(reader.ReadFrame(0, buffer), Ferro::RESULT_OK);
+  EXPECT_EQ(buffer.IndexFlags(), 0xc0);
+  EXPECT_EQ(buffer.TemporalOffset(), 0);
+  ASSERT_EQ(reader.ReadFrame(1, buffer), Ferro::RESULT_OK);
+  EXPECT_EQ(buffer.IndexFlags(), 0x22);
+  EXPECT_EQ(buffer.TemporalOffset(), 1);
+}
+
+TEST_F(TrackRoundTrip, SoundAtEachRate) {
+  for (const Rational& rate : Rates) {
+    for (const Rational& sampling_rate : {SampleRate_48k, SampleRate_96k}) {
+      TrackFileSpec base;
+      base.EditRate = rate;
+      base.SamplingRate = sampling_rate;
+      for (const TrackFileSpec& spec : Variants(base)) {
+        SCOPED_TRACE(Describe(spec));
+        PCM::MXFReader reader;
+        Open(reader, TrackKind::Sound, spec);
+        PCM::AudioDescriptor descriptor;
+        ASSERT_EQ(reader.FillAudioDescriptor(descriptor), Ferro::RESULT_OK);
+        EXPECT_EQ(descriptor, MakeAudioDescriptor(spec));
+        ExpectFrames<PCM::MXFReader, PCM::FrameBuffer>(reader, TrackKind::Sound, spec);
+      }
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, SoundOfEachWidthAndChannelFormat) {
+  for (ui32_t channels = 2; channels <= 16; ++channels) {
+    for (const ui32_t bits : {16u, 24u}) {
+      TrackFileSpec spec;
+      spec.ChannelCount = channels;
+      spec.QuantizationBits = bits;
+      spec.Duration = 2;
+      spec.ChannelFormat = static_cast<PCM::ChannelFormat_t>(channels % 7);
+      SCOPED_TRACE(channels);
+      PCM::MXFReader reader;
+      Open(reader, TrackKind::Sound, spec);
+      PCM::AudioDescriptor descriptor;
+      ASSERT_EQ(reader.FillAudioDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakeAudioDescriptor(spec));
+      ExpectFrames<PCM::MXFReader, PCM::FrameBuffer>(reader, TrackKind::Sound, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, AuxiliaryData) {
+  for (const Rational& rate : Rates) {
+    TrackFileSpec base;
+    base.EditRate = rate;
+    for (const TrackFileSpec& spec : Variants(base)) {
+      SCOPED_TRACE(Describe(spec));
+      DCData::MXFReader reader;
+      Open(reader, TrackKind::Data, spec);
+      DCData::DCDataDescriptor descriptor;
+      ASSERT_EQ(reader.FillDCDataDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakeDataDescriptor(spec));
+      ExpectFrames<DCData::MXFReader, DCData::FrameBuffer>(reader, TrackKind::Data, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, ImmersiveAudio) {
+  for (const Rational& rate : Rates) {
+    TrackFileSpec base;
+    base.EditRate = rate;
+    base.FirstFrame = 192;
+    for (const TrackFileSpec& spec : Variants(base)) {
+      SCOPED_TRACE(Describe(spec));
+      ATMOS::MXFReader reader;
+      Open(reader, TrackKind::Atmos, spec);
+      ATMOS::AtmosDescriptor descriptor;
+      ASSERT_EQ(reader.FillAtmosDescriptor(descriptor), Ferro::RESULT_OK);
+      EXPECT_EQ(descriptor, MakeAtmosDescriptor(spec));
+      ExpectFrames<ATMOS::MXFReader, DCData::FrameBuffer>(reader, TrackKind::Atmos, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, FramesWithAPlaintextOffset) {
+  TrackFileSpec spec;
+  spec.Key = TrackFileKey{};
+  for (const ui32_t offset : {1u, 15u, 16u, 107u}) {
+    spec.Key->PlaintextOffset = offset;
+    JP2K::MXFReader reader;
+    Open(reader, TrackKind::Picture, spec);
+    ExpectFrames<JP2K::MXFReader, JP2K::FrameBuffer>(reader, TrackKind::Picture, spec);
+  }
+}
+
+void ExpectText(const std::string& path, const TrackFileSpec& spec) {
+  TimedText::MXFReader reader;
+  ASSERT_EQ(reader.OpenRead(path), Ferro::RESULT_OK);
+  WriterInfo info;
+  ASSERT_EQ(reader.FillWriterInfo(info), Ferro::RESULT_OK);
+  EXPECT_EQ(info, MakeWriterInfo(spec));
+  TimedText::TimedTextDescriptor descriptor;
+  ASSERT_EQ(reader.FillTimedTextDescriptor(descriptor), Ferro::RESULT_OK);
+  EXPECT_EQ(descriptor, MakeTextDescriptor(spec));
+
+  ReadContexts contexts(spec);
+  std::string text;
+  ASSERT_EQ(reader.ReadTimedTextResource(text, contexts.DecryptionPtr, contexts.IntegrityPtr), Ferro::RESULT_OK);
+  EXPECT_EQ(text, MakeText(spec));
+  const std::vector<Bytes> resources = MakeResources(spec);
+  for (size_t i = resources.size(); i-- > 0;) {
+    TimedText::FrameBuffer buffer;
+    const Ferro::UUID& id = descriptor.ResourceList[i].ResourceID;
+    ASSERT_EQ(reader.ReadAncillaryResource(id, buffer, contexts.DecryptionPtr, contexts.IntegrityPtr),
+              Ferro::RESULT_OK);
+    EXPECT_EQ(Contents(buffer), resources[i]) << i;
+    EXPECT_EQ(buffer.AssetID(), id);
+  }
+}
+
+TEST_F(TrackRoundTrip, TimedTextWithResourcesOfAllSizes) {
+  TrackFileSpec none;
+  TrackFileSpec one;
+  one.FontSizes = {1};
+  TrackFileSpec twenty;
+  twenty.FontSizes = {383804, 16, 15, 17};
+  twenty.ImageSizes = {1,     2,    16, 31, 32, 33, 82, 100, 1000, 65535, 65536, 100000, 1000000, 5 * 1024 * 1024,
+                       20000, 20001};
+  for (const TrackFileSpec& base : {none, one, twenty}) {
+    for (const bool is_encrypted : {false, true}) {
+      TrackFileSpec spec = base;
+      spec.Duration = 240;
+      if (is_encrypted) spec.Key = TrackFileKey{};
+      ASSERT_EQ(MakeTrackFile(TrackKind::Text, m_Path, spec), Ferro::RESULT_OK);
+      ExpectText(m_Path, spec);
+    }
+  }
+}
+
+TEST_F(TrackRoundTrip, TimedTextAtEachRate) {
+  for (const Rational& rate : Rates) {
+    TrackFileSpec spec;
+    spec.EditRate = rate;
+    spec.ImageSizes = {100};
+    ASSERT_EQ(MakeTrackFile(TrackKind::Text, m_Path, spec), Ferro::RESULT_OK);
+    ExpectText(m_Path, spec);
+  }
+}
+
+TEST_F(TrackRoundTrip, AWrongKeyAndATamperedFrameAreToldApart) {
+  TrackFileSpec spec;
+  spec.Key = TrackFileKey{};
+  JP2K::MXFReader reader;
+  Open(reader, TrackKind::Picture, spec);
+  JP2K::FrameBuffer buffer;
+  ASSERT_EQ(buffer.Capacity(BufferCapacity), Ferro::RESULT_OK);
+  TrackFileSpec other = spec;
+  other.Key->Key[0] ^= 1;
+  ReadContexts wrong(other);
+  EXPECT_EQ(reader.ReadFrame(0, buffer, wrong.DecryptionPtr), RESULT_CHECKFAIL);
+  EXPECT_EQ(reader.Close(), Ferro::RESULT_OK);
+
+  {
+    std::fstream file(m_Path, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(16524 + 400);  // within the first frame's ciphertext
+    file.put(0x5a).put(0x5a).put(0x5a).put(0x5a);
+  }
+  ReadContexts right(spec);
+  ASSERT_EQ(reader.OpenRead(m_Path), Ferro::RESULT_OK);
+  EXPECT_EQ(reader.ReadFrame(0, buffer, right.DecryptionPtr, right.IntegrityPtr), RESULT_HMACFAIL);
+  EXPECT_EQ(reader.ReadFrame(1, buffer, right.DecryptionPtr, right.IntegrityPtr), Ferro::RESULT_OK);
+}
+
+}  // namespace
