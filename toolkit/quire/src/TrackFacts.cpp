@@ -72,6 +72,12 @@ bool IsClipWrapped(const UL& container) {
          (IsContainer(container, MPEGContainer) && container.Value()[15] == 0x02);
 }
 
+// Sound whose edit units are single samples is one clip as well, also where its label says otherwise.
+bool CountsSamples(const TrackFacts& facts) {
+  const auto* sound = dynamic_cast<const MXF::GenericSoundEssenceDescriptor*>(facts.Descriptor);
+  return sound != nullptr && sound->AudioSamplingRate == facts.EditRate;
+}
+
 const MXF::Sequence* SequenceOf(const MXF::OP1aHeader& header, const MXF::GenericTrack& track) {
   return header.Resolve<MXF::Sequence>(track.Sequence);
 }
@@ -190,6 +196,7 @@ const char* GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts) {
   facts.Type = FindType(header, facts);
   facts.EditRate = FindEditRate(header, track, facts);
   if (!IsProperRate(facts.EditRate)) return "its edit rate is not above 0";
+  if (CountsSamples(facts)) return "its essence is clip-wrapped";
   facts.Duration = FindDuration(header, track, facts);
   return nullptr;
 }
