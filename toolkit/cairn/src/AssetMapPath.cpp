@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/AssetMapPath.h>
 
+#include "Blanks.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -8,14 +10,6 @@
 
 namespace Cairn {
 namespace {
-
-constexpr std::string_view BlankChars = " \t\r\n";
-
-std::string_view Trim(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(BlankChars), text.size()));
-  text.remove_suffix(text.size() - (text.find_last_not_of(BlankChars) + 1));
-  return text;
-}
 
 std::string_view WithoutFileScheme(std::string_view path) {
   for (const std::string_view scheme : {"file:///", "file://", "file:/"})
@@ -78,7 +72,7 @@ std::string PercentDecode(std::string_view text) {
 
 Result_t AssetMapPathCandidates(std::string_view path, std::vector<std::string>& out) {
   out.clear();
-  const std::string_view plain = WithoutFileScheme(Trim(path));
+  const std::string_view plain = WithoutFileScheme(TrimBlanks(path));
   const std::string decoded = PercentDecode(plain);
   const auto first = Normalize(plain);
   const auto second = Normalize(decoded);

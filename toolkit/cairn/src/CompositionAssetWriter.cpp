@@ -21,16 +21,19 @@ void WriteTrackFileAsset(FieldWriter& fields, XMLElement& element, const Generic
   FieldWriter::OptionalDigest(element, "Hash", asset.Digest);
 }
 
+// SMPTE has two integers, Interop one decimal number.
+void WriteAspectRatio(FieldWriter& fields, XMLElement& element, const QUIRE::Rational& ratio) {
+  const bool is_known = ratio.Numerator > 0 && ratio.Denominator > 0;
+  if (!is_known) return fields.Missing(element.Name() + " ScreenAspectRatio");
+  const std::string text = fields.IsInterop() ? FormatDecimalFraction(ratio) : ratio.EncodeString();
+  if (text == "0") fields.Invalid(element.Name() + " ScreenAspectRatio", ratio.EncodeString());
+  element.AddChildWithContent("ScreenAspectRatio", text);
+}
+
 void WritePicture(FieldWriter& fields, XMLElement& element, const PictureAsset& asset) {
   WriteTrackFileAsset(fields, element, asset);
   fields.Rate(element, "FrameRate", asset.FrameRate);
-  const QUIRE::Rational& ratio = asset.ScreenAspectRatio;
-  if (ratio.Numerator <= 0 || ratio.Denominator <= 0) {
-    fields.Missing(element.Name() + " ScreenAspectRatio");
-  } else {
-    element.AddChildWithContent("ScreenAspectRatio",
-                                fields.IsInterop() ? FormatDecimalFraction(ratio) : ratio.EncodeString());
-  }
+  WriteAspectRatio(fields, element, asset.ScreenAspectRatio);
 }
 
 void WriteStereoscopicPicture(FieldWriter& fields, XMLElement& list, const PictureAsset& asset) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/DCSubtitle.h>
 
+#include "Blanks.h"
 #include "FieldReader.h"
 
 #include <Cairn/XMLAttrPtr.h>
@@ -16,11 +17,8 @@ using xercesc::DOMElement;
 
 constexpr char DocumentName[] = "DCSubtitle";
 
-std::string Trimmed(std::string text) {
-  static constexpr char BlankChars[] = " \t\r\n";
-  text.erase(text.find_last_not_of(BlankChars) + 1);
-  text.erase(0, text.find_first_not_of(BlankChars));
-  return text;
+std::string TrimmedAttribute(const DOMElement* element, const char* name) {
+  return std::string(TrimBlanks(XMLAttrPtr::get_attr_with_name(element, name)));
 }
 
 // Text and images of a spot, whatever Font elements stand around them. The parser bounds the depth.
@@ -39,15 +37,14 @@ void ReadSpotContent(const DOMElement* element, DCSubtitle::Spot& spot) {
 
 void ReadSpot(const DOMElement* element, DCSubtitle& document) {
   DCSubtitle::Spot& spot = document.SpotList.emplace_back();
-  spot.SpotNumber = Trimmed(XMLAttrPtr::get_attr_with_name(element, "SpotNumber"));
-  spot.TimeIn = Trimmed(XMLAttrPtr::get_attr_with_name(element, "TimeIn"));
-  spot.TimeOut = Trimmed(XMLAttrPtr::get_attr_with_name(element, "TimeOut"));
+  spot.SpotNumber = TrimmedAttribute(element, "SpotNumber");
+  spot.TimeIn = TrimmedAttribute(element, "TimeIn");
+  spot.TimeOut = TrimmedAttribute(element, "TimeOut");
   ReadSpotContent(element, spot);
 }
 
 void ReadFont(FieldReader& fields, const DOMElement* element, DCSubtitle& document) {
-  DCSubtitle::Font font{XMLAttrPtr::get_attr_with_name(element, "Id"),
-                        Trimmed(XMLAttrPtr::get_attr_with_name(element, "URI"))};
+  DCSubtitle::Font font{XMLAttrPtr::get_attr_with_name(element, "Id"), TrimmedAttribute(element, "URI")};
   if (font.URI.empty()) {
     fields.Log().Warn("%s: LoadFont without URI, ignored\n", DocumentName);
   } else {

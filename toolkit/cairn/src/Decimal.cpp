@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Decimal.h"
 
+#include "Blanks.h"
+
 #include <Ferro/CheckedMath.h>
 
 #include <charconv>
@@ -17,7 +19,6 @@ std::optional<ui64_t> ParseDecimal(std::string_view text) {
 }
 
 std::optional<std::pair<ui64_t, ui64_t>> ParseDecimalPair(std::string_view text) {
-  static constexpr std::string_view BlankChars = " \t\r\n";
   const size_t gap = text.find_first_of(BlankChars);
   if (gap == std::string_view::npos) return std::nullopt;
   const size_t next = text.find_first_not_of(BlankChars, gap);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "DocumentEncoding.h"
 
+#include "Blanks.h"
 #include "UTF16.h"
 
 #include <algorithm>
@@ -10,13 +11,6 @@ namespace Cairn {
 namespace {
 
 using namespace std::string_view_literals;
-
-constexpr std::string_view BlankChars = " \t\r\n";
-
-std::string_view SkipBlanks(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(BlankChars), text.size()));
-  return text;
-}
 
 /// The encoding that an XML declaration names, in upper case; empty when it names none or is malformed, of which the
 /// parser will have more to say.

@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "DocumentGuard.h"
 
+#include "Blanks.h"
+
 #include <Cairn/DocumentParser.h>
 
 #include <algorithm>
 
 namespace Cairn {
 namespace {
-
-using namespace std::string_view_literals;
-
-constexpr std::string_view BlankChars = " \t\r\n";
 
 /// The position after `end`, searched from `start`; the text's end when it is not there.
 size_t After(std::string_view text, std::string_view end, size_t start) {

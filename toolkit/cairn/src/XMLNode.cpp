@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/XMLNode.h>
 
+#include "Blanks.h"
 #include "UTF16.h"
 
 #include <xercesc/util/XMLString.hpp>
@@ -35,11 +36,7 @@ std::string TextContent(const DOMNode* node) {
 }
 
 std::string TrimmedText(const DOMNode* node) {
-  static constexpr char WhiteSpace[] = " \t\r\n";
-  std::string text = TextContent(node);
-  text.erase(text.find_last_not_of(WhiteSpace) + 1);
-  text.erase(0, text.find_first_not_of(WhiteSpace));
-  return text;
+  return std::string(TrimBlanks(TextContent(node)));
 }
 
 const DOMElement* FirstChildElement(const DOMNode* node) {

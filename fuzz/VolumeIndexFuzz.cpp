@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "DocumentRoundTrip.h"
+
+#include <Cairn/AssetMap.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size) {
+  CairnFuzz::CheckRoundTrip<Cairn::VolumeIndex>(data, size);
+  return 0;
+}
