@@ -119,7 +119,8 @@ int main(int argc, char** argv) {
                          Selected(3, counted)};
   int number = 0;
   for (const Bytes& seed : seeds)
-    if (Ferro::WriteStringIntoFile(Ferro::PathJoin(argv[1], std::to_string(number++)), {seed.begin(), seed.end()})
+    if (Ferro::WriteStringIntoFile(Ferro::PathJoin(argv[1], std::to_string(number++)),
+                                   std::string(seed.begin(), seed.end()))
             .Failure())
       return 1;
   return 0;

@@ -272,6 +272,21 @@ TEST(HeaderReading, ClearedFieldIsLeftOut) {
   EXPECT_EQ(Bytes(written.begin() + 28, written.end()), SetBytes(MDD_Track, {s_ID}));
 }
 
+TEST(HeaderReading, ItemsOfSetsUnderAnEarlierPrimerAreWrittenWithTagsOfTheLast) {
+  OP1aHeader header = Parse(Concat({PrimerBytes({{0x9000, MDD_JPEG2000PictureSubDescriptor_Xsiz}}),
+                                    SetBytes(MDD_JPEG2000PictureSubDescriptor, {s_ID, Item(0x9000, {0, 0, 8, 0})}),
+                                    PrimerBytes({{0x9000, MDD_JPEG2000PictureSubDescriptor_Rsiz}})}));
+  const OP1aHeader again = Parse(Written(header));
+  EXPECT_EQ(again.First<JPEG2000PictureSubDescriptor>()->Xsiz, 2048u);
+  EXPECT_EQ(again.First<JPEG2000PictureSubDescriptor>()->Rsiz, 0);
+}
+
+TEST(HeaderReading, ItemWithTagZeroIsWrittenBack) {
+  const Bytes set = SetBytes(MDD_Filler, {s_ID, Item(0x0000, {1})});
+  OP1aHeader header = Parse(Concat({PrimerBytes({}), set}));
+  EXPECT_EQ(Written(header), Concat({PrimerBytes({}), set}));
+}
+
 TEST(HeaderReading, FailureIsLoggedOnceAndNothingElse) {
   const LogCapture log;
   EXPECT_EQ(Parse(ExampleMetadata()).Objects().size(), 20u);

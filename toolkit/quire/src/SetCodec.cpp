@@ -85,29 +85,37 @@ void ReadOpaque(const UL& key, std::span<const ui8_t> value, OpaqueSet& set) {
 }
 
 Result_t AppendItem(ui16_t tag, std::span<const ui8_t> value, std::vector<ui8_t>& out) {
-  if (tag == 0 || value.size() > std::numeric_limits<ui16_t>::max()) return Ferro::RESULT_TOOLARGE;
+  if (value.size() > std::numeric_limits<ui16_t>::max()) return Ferro::RESULT_TOOLARGE;
   AppendBE(out, tag);
   AppendBE(out, static_cast<ui16_t>(value.size()));
   AppendBytes(out, value);
   return Ferro::RESULT_OK;
 }
 
-Result_t AppendNewItem(const InterchangeObject& object, const Property& property, Primer& primer,
+Result_t AppendNewItem(const Property& property, std::span<const ui8_t> value, Primer& primer,
                        std::vector<ui8_t>& out) {
-  std::vector<ui8_t> value;
-  if (!property.Write(object, value)) return Ferro::RESULT_OK;
-  return AppendItem(primer.TagFor(property.Entry), value, out);
+  const ui16_t tag = primer.TagFor(property.Entry);
+  return tag == 0 ? Ferro::RESULT_TOOLARGE : AppendItem(tag, value, out);
+}
+
+// Keeps the item's tag, unless the metadata had several primers and the last one gives the tag another meaning.
+Result_t AppendFoundItem(const SetDefinition& set, const StoredItem& item, std::span<const ui8_t> value, Primer& primer,
+                         std::vector<ui8_t>& out) {
+  const Property* meaning = FindProperty(set, item.Tag, primer);
+  if (meaning == item.Known) return AppendItem(item.Tag, value, out);
+  // What the tag of an unknown item meant is lost with its primer.
+  return item.Known != nullptr ? AppendNewItem(*item.Known, value, primer, out) : Ferro::RESULT_OK;
 }
 
 Result_t AppendStoredItem(const InterchangeObject& object, const StoredItem& item, Primer& primer,
                           std::vector<ui8_t>& out) {
-  if (item.Known == nullptr) return AppendItem(item.Tag, item.Found, out);
+  const SetDefinition& set = object.Definition();
+  if (item.Known == nullptr) return AppendFoundItem(set, item, item.Found, primer, out);
   std::vector<ui8_t> value;
   const bool has_value = item.Known->Write(object, value);
-  if (!item.Present)
-    return value == item.Canonical ? Ferro::RESULT_OK : AppendItem(primer.TagFor(item.Known->Entry), value, out);
-  if (item.Verbatim && value == item.Canonical) return AppendItem(item.Tag, item.Found, out);
-  return has_value ? AppendItem(item.Tag, value, out) : Ferro::RESULT_OK;
+  if (!item.Present) return value == item.Canonical ? Ferro::RESULT_OK : AppendNewItem(*item.Known, value, primer, out);
+  if (item.Verbatim && value == item.Canonical) return AppendFoundItem(set, item, item.Found, primer, out);
+  return has_value ? AppendFoundItem(set, item, value, primer, out) : Ferro::RESULT_OK;
 }
 
 Result_t AppendItems(const InterchangeObject& object, Primer& primer, std::vector<ui8_t>& out) {
@@ -118,7 +126,9 @@ Result_t AppendItems(const InterchangeObject& object, Primer& primer, std::vecto
   for (const Property& property : object.Definition().Properties) {
     const auto same = [&property](const StoredItem& item) { return item.Known == &property; };
     if (std::any_of(object.Items.begin(), object.Items.end(), same)) continue;
-    const Result_t result = AppendNewItem(object, property, primer, out);
+    std::vector<ui8_t> value;
+    if (!property.Write(object, value)) continue;
+    const Result_t result = AppendNewItem(property, value, primer, out);
     if (result.Failure()) return result;
   }
   return Ferro::RESULT_OK;
