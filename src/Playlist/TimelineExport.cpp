@@ -30,7 +30,10 @@ class ShowWriter {
     m_Out.ShowSequence.push_back(std::move(item));
   }
 
-  void ContinueComposition(const TimelineReel& reel) { current_cpl_item->Duration += reel.m_Duration; }
+  void ContinueComposition(const TimelineReel& reel) {
+    FERRO_ASSERT_TEXT(current_cpl_item != nullptr, "current_cpl_item");
+    current_cpl_item->Duration += reel.m_Duration;
+  }
 
   /// Places the events up to, not including, `position` inside the current composition.
   void PlaceMarkersBefore(ui32_t position) {
