@@ -143,6 +143,41 @@ TEST(TimedTextReader, OfTwoResourcesWithOneIdentifierTheFirstCounts) {
   EXPECT_EQ(Content(frame), builder.Resources[0].Data);
 }
 
+TEST(TimedTextReader, OfTwoResourcesWithOneStreamTheFirstCounts) {
+  MxfBuilder builder = MakeText(2);
+  builder.Resources[1].SID = builder.Resources[0].SID;
+  const TemporaryFile file(builder.Build());
+  TimedText::MXFReader reader;
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  TimedText::FrameBuffer frame;
+  for (ui8_t i : {ui8_t{0}, ui8_t{1}}) {
+    ASSERT_EQ(reader.ReadAncillaryResource(ID(ResourceID(i)), frame), RESULT_OK);
+    EXPECT_EQ(Content(frame), builder.Resources[0].Data);
+  }
+}
+
+TEST(TimedTextReader, ResourceInSeveralPartitionsIsJoined) {
+  MxfBuilder builder = MakeText(3);
+  for (size_t i : {1u, 2u}) {
+    builder.Resources[i].SID = builder.Resources[0].SID;
+    builder.Resources[i].BodyOffset = 2000 * i;
+    builder.Resources[i].Listed = false;
+  }
+  TemporaryFile file(builder.Build());
+  TimedText::MXFReader reader;
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  TimedText::FrameBuffer frame;
+  ASSERT_EQ(reader.ReadAncillaryResource(ID(ResourceID(0)), frame), RESULT_OK);
+  EXPECT_EQ(Content(frame), builder.Resources[0].Data + builder.Resources[1].Data + builder.Resources[2].Data);
+
+  builder.Key = ContentKey;
+  file.Write(builder.Build());
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  LogCapture log;
+  EXPECT_EQ(reader.ReadAncillaryResource(ID(ResourceID(0)), frame), RESULT_FORMAT);
+  EXPECT_NE(log.Text().find(file.Name() + ": encrypted stream in several partitions at offset "), std::string::npos);
+}
+
 TEST(TimedTextReader, PartitionListCoversDocumentAndResources) {
   MxfBuilder builder = MakeText(2);
   const TemporaryFile file(builder.Build());

@@ -190,10 +190,11 @@ Bytes MxfBuilder::Build() {
   for (size_t i = 0; i < Resources.size(); ++i) {
     const size_t at = EssenceEnd + streams.size();
     stream_packs.push_back({Resources[i].SID, at});
-    streams += KLV(Hex("060e2b34.02050101.0d010201.01031100"),
-                   BE16(1) + BE16(2) + BE32(1) + BE64(at) + BE64(previous) + Bytes(8 + 8 + 8 + 4 + 8) +
-                       BE32(Resources[i].SID) + Hex("060e2b34.04010101.0d010201.01010100") +
-                       ReferenceArray({Hex("060e2b34.01020101.0d010301.17010b01")}));
+    streams +=
+        KLV(Hex("060e2b34.02050101.0d010201.01031100"),
+            BE16(1) + BE16(2) + BE32(1) + BE64(at) + BE64(previous) + Bytes(8 + 8 + 8 + 4) +
+                BE64(Resources[i].BodyOffset) + BE32(Resources[i].SID) + Hex("060e2b34.04010101.0d010201.01010100") +
+                ReferenceArray({Hex("060e2b34.01020101.0d010301.17010b01")}));
     streams += Element(Hex("060e2b34.0101010c.0d010509.01000000"), Resources[i].Data, i + 2);
     previous = at;
   }

@@ -14,6 +14,8 @@ struct Resource {
   std::string MIMEType = "image/png";
   Bytes Data;
   ui32_t SID = 10;
+  ui64_t BodyOffset = 0;
+  bool Listed = true;  // in the header; a further piece of a stream is not
 };
 
 /// Builds a track file in memory, byte by byte as ST 377-1 and ST 429-3 describe it, with knobs for what goes wrong in

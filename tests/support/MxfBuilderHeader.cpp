@@ -171,7 +171,8 @@ void MxfBuilder::AddDataDescriptor(Bytes& out, Properties properties) {
                    {DynamicTag("060e2b34.01010105.0e090506.00000000"), BE8(1)}});
   }
   std::vector<Bytes> resources;
-  for (size_t i = 0; i < Resources.size(); ++i) resources.push_back(InstanceID("Resource" + std::to_string(i)));
+  for (size_t i = 0; i < Resources.size(); ++i)
+    if (Resources[i].Listed) resources.push_back(InstanceID("Resource" + std::to_string(i)));
   if (!resources.empty()) properties.push_back({children, ReferenceArray(resources)});
   properties.push_back({DynamicTag("060e2b34.0101010c.01011512.00000000"), DocumentID()});
   properties.push_back({DynamicTag("060e2b34.0101010c.04090500.00000000"), UTF16("UTF-8")});

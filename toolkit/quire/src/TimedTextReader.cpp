@@ -70,7 +70,7 @@ Result_t MXFReader::FillTimedTextDescriptor(TimedTextDescriptor& descriptor) con
 
 Result_t MXFReader::ReadTimedTextResource(FrameBuffer& frame, AESDecContext* decryption, HMACContext* integrity) {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  const Result_t result = m_Reader->ReadStream(0, 1, {decryption, integrity}, frame);
+  const Result_t result = m_Reader->ReadStream(m_Reader->Facts().BodySID, 1, {decryption, integrity}, frame);
   if (result.Failure()) return result;
   frame.FrameNumber(0);
   frame.AssetID(Descriptor(*m_Reader).ResourceID);

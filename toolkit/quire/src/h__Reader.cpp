@@ -273,40 +273,50 @@ Result_t h__Reader::ReadEyes(const Range& range, const CryptoContexts& contexts,
   return result.Success() ? m_Elements->Read(right, 0, contexts, frame.Right) : result;
 }
 
+// The elements of a stream. A later partition whose pack does not say where in the stream it goes on belongs to another
+// stream that was given the same number; the first counts.
+Result_t h__Reader::FindPieces(ui32_t body_sid, std::vector<ElementPlace>& pieces) {
+  std::vector<MXF::EssenceRun> runs;
+  Result_t result = ReadPartitions();
+  if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, body_sid, runs);
+  const ElementKeys keys = body_sid == m_Facts.BodySID ? ElementKeys::Essence : ElementKeys::GenericStream;
+  for (const MXF::EssenceRun& run : runs) {
+    const auto& partitions = m_Structure.Partitions;
+    const auto after = std::find_if(partitions.begin(), partitions.end(),
+                                    [&](const MXF::Partition& other) { return other.FileOffset > run.FileOffset; });
+    const bool goes_on = after != partitions.begin() && std::prev(after)->BodyOffset != 0;
+    if (result.Failure() || (!pieces.empty() && !goes_on)) break;
+    result = m_Elements->Locate(run.FileOffset, run.FileOffset + run.Length, keys, pieces.emplace_back());
+  }
+  if (result.Success() && pieces.empty()) return Ferro::RESULT_NOT_FOUND;
+  return result;
+}
+
 Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuffer& frame) const {
+  frame.Clear();
   size_t at = 0;
   for (const ElementPlace& piece : pieces) {
+    if (piece.Triplet) return FormatError(piece.Position, "encrypted stream in several partitions");
     const std::span<ui8_t> out(frame.Data() + at, static_cast<size_t>(piece.ValueLength));
     const Result_t result = m_File.ReadAt(piece.ValueAt, out);
     if (result.Failure()) return result;
     at += out.size();
   }
-  frame.Clear();
   frame.Size(static_cast<ui32_t>(at));
   return RESULT_OK;
 }
 
 Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   const LogSubject subject(m_File.Filename());
-  std::vector<MXF::EssenceRun> runs;
-  Result_t result = ReadPartitions();
-  if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, body_sid != 0 ? body_sid : m_Facts.BodySID, runs);
+  std::vector<ElementPlace> pieces;
+  Result_t result = FindPieces(body_sid, pieces);
   if (result.Failure()) return result;
-  if (runs.empty()) return Ferro::RESULT_NOT_FOUND;
-
-  const ElementKeys keys = body_sid != 0 ? ElementKeys::GenericStream : ElementKeys::Essence;
-  std::vector<ElementPlace> pieces(runs.size());
   ui64_t total = 0;
-  for (size_t i = 0; i < runs.size(); ++i) {
-    result = m_Elements->Locate(runs[i].FileOffset, runs[i].FileOffset + runs[i].Length, keys, pieces[i]);
-    if (result.Failure()) return result;
-    if (pieces[i].Triplet && runs.size() > 1) return RESULT_FORMAT;
-    total += pieces[i].DeliveredLength(contexts.Decryption != nullptr);
-  }
+  for (const ElementPlace& piece : pieces) total += piece.DeliveredLength(contexts.Decryption != nullptr);
   if (total > std::numeric_limits<ui32_t>::max()) return Ferro::RESULT_TOOLARGE;
   if (total > frame.Capacity()) result = frame.Capacity(static_cast<ui32_t>(total));
   if (result.Failure()) return result;
-  return runs.size() == 1 ? m_Elements->Read(pieces[0], sequence, contexts, frame) : JoinPieces(pieces, frame);
+  return pieces.size() == 1 ? m_Elements->Read(pieces[0], sequence, contexts, frame) : JoinPieces(pieces, frame);
 }
 
 }  // namespace QUIRE
