@@ -51,7 +51,7 @@ ui32_t FrameRateCode(const Rational& rate) {
   for (ui32_t i = 0; i < std::size(rates); ++i) {
     if (rates[i] == rate) return i + 1;
   }
-  FERRO_ASSERT(!"a rate that MPEG-2 has");
+  FERRO_ASSERT_TEXT(false, "a rate that MPEG-2 has");
   return 0;
 }
 

@@ -152,7 +152,7 @@ Bytes MakeFrame(TrackKind kind, const TrackFileSpec& spec, ui32_t number, bool r
     case TrackKind::Text:
       break;
   }
-  FERRO_ASSERT(!"a kind with frames");
+  FERRO_ASSERT_TEXT(false, "a kind with frames");
   return {};
 }
 
