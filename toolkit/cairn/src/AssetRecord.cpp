@@ -21,7 +21,7 @@ constexpr std::array Sentences = {
     Words{AP_WRONG_ID, "The file says that it is another asset."},
     Words{AP_BAD_PATH, "The asset map's path leaves the package."},
     Words{AP_SPLIT, "The asset is split into several files, which is not supported."},
-    Words{AP_UNREADABLE, "The file could not be read."},
+    Words{AP_UNREADABLE, "The file could not be read or understood."},
     Words{AP_PATH_CASE, "The file's name differs from the asset map's path in upper and lower case."},
 };
 

@@ -2,6 +2,7 @@
 #include <Cairn/AssetStore.h>
 
 #include "DigestVerification.h"
+#include "FolderUpdate.h"
 #include "StoreIndex.h"
 
 #include <Ferro/LogSink.h>
@@ -11,59 +12,12 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
-#include <map>
 #include <mutex>
-#include <set>
 #include <thread>
 
 namespace Cairn {
 
 namespace {
-
-// A folder's files as they are now: those that are as they were keep what was known of them, the others are looked into.
-struct FolderChanges {
-  ScannedFiles Files;                // all there are now
-  std::vector<std::string> Changed;  // new or changed
-  std::vector<std::string> Removed;
-  bool Rearranged = false;  // asset maps or packing lists came, went or changed
-};
-
-bool arranges(FileType_t type) {
-  return type == FT_ASSETMAP || type == FT_PKL;
-}
-
-FolderChanges find_changes(const FileStamps& found, const ScannedFiles& known) {
-  FolderChanges changes;
-  for (const auto& [path, stamp] : found) {
-    const auto before = known.find(path);
-    if (before != known.end() && before->second.Stamp == stamp) {
-      changes.Files.emplace_hint(changes.Files.end(), path, before->second);
-      continue;
-    }
-    ScannedFile file{stamp, {}};
-    if (const Result_t result = InspectFile(path, file.Content); result.Failure())
-      Ferro::DefaultLogSink().Warn("%s: %s\n", path.c_str(), result.Label());
-    changes.Rearranged |=
-        arranges(file.Content.Type) || (before != known.end() && arranges(before->second.Content.Type));
-    changes.Changed.push_back(path);
-    changes.Files.emplace_hint(changes.Files.end(), path, file);
-  }
-  for (const auto& [path, file] : known) {
-    if (found.contains(path)) continue;
-    changes.Rearranged |= arranges(file.Content.Type);
-    changes.Removed.push_back(path);
-  }
-  return changes;
-}
-
-std::map<std::string, ScannedFiles> by_package(const ScannedFiles& files, const std::vector<std::string>& roots) {
-  std::map<std::string, ScannedFiles> packages;
-  for (const auto& [path, file] : files) packages[RootOf(path, roots)].emplace(path, file);
-  return packages;
-}
-
-/// Stands for the folder of files that were registered one by one.
-constexpr const char* RegisteredFiles = "";
 
 Result_t canonical_path(const std::string& path, std::string& out) {
   char resolved[PATH_MAX];
@@ -77,8 +31,10 @@ bool is_inside(const std::string& path, const std::string& folder) {
   return (path + '/').starts_with(folder + '/');
 }
 
+constexpr ui32_t MaxThreads = 64;
+
 ui32_t threads_or_default(ui32_t threads) {
-  return threads != 0 ? threads : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+  return threads != 0 ? std::min(threads, MaxThreads) : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 }
 
 }  // namespace
@@ -87,36 +43,45 @@ class AssetStore::Impl {
  public:
   explicit Impl(const std::string& index_file) : m_Index(index_file) {}
 
-  Result_t Update(const std::string& folder) {
-    FileStamps found;
-    const Result_t result = ScanFolder(folder, found);
-    if (result.Failure()) return result;
-    ScannedFiles known;
-    {
-      const std::lock_guard lock(m_Mutex);
-      known = m_Index.Files(folder);
-    }
-    const FolderChanges changes = find_changes(found, known);
+  /// Asks the index something, one thread at a time.
+  template <class Question>
+  auto Ask(Question question) const {
     const std::lock_guard lock(m_Mutex);
-    Transaction transaction(m_Index.Connection());
-    m_Index.PutFolder(folder, true);
-    Apply(folder, changes);
-    transaction.Commit();
-    return Ferro::RESULT_OK;
+    return question(m_Index);
+  }
+
+  /// Brings the index up to date with a folder. All that takes time is done without the index: nobody waits for it.
+  /// @param may_add  false: a folder that another process has forgotten stays forgotten.
+  Result_t Update(const std::string& folder, bool may_add) {
+    for (;;) {
+      const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
+      if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
+      FileStamps found;
+      if (const Result_t result = Scan(folder, found); result.Failure()) return result;
+      const bool is_registered = folder == StoreIndex::RegisteredFiles;
+      const FolderUpdate update = is_registered ? CompareFiles(found, known.Files) : CompareFolder(found, known.Files);
+      if (known.Present && update.Empty()) return Ferro::RESULT_OK;
+
+      const std::lock_guard lock(m_Mutex);
+      Transaction transaction(m_Index.Connection(), Transaction::Writing);
+      if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
+      m_Index.Apply(folder, update);
+      transaction.Commit();
+      return Ferro::RESULT_OK;
+    }
+  }
+
+  std::vector<std::string> Folders() const {
+    return Ask([](const StoreIndex& index) { return index.Folders(); });
   }
 
   void MarkAbsent(const std::string& folder) {
-    const std::lock_guard lock(m_Mutex);
-    Transaction transaction(m_Index.Connection());
-    m_Index.PutFolder(folder, false);
-    transaction.Commit();
+    Change([&] { m_Index.MarkAbsent(folder); });
   }
 
   bool Forget(const std::string& folder) {
-    const std::lock_guard lock(m_Mutex);
-    Transaction transaction(m_Index.Connection());
-    const bool found = m_Index.RemoveFolder(folder);
-    transaction.Commit();
+    bool found = false;
+    Change([&] { found = m_Index.RemoveFolder(folder); });
     return found;
   }
 
@@ -124,9 +89,9 @@ class AssetStore::Impl {
     std::string path;
     if (const Result_t result = canonical_path(filename, path); result.Failure()) return result;
     ScannedFile file;
+    if (!StampFile(path, file.Stamp)) return Ferro::RESULT_NOT_FOUND;
     if (const Result_t result = InspectFile(path, file.Content); result.Failure()) return result;
     if (!file.Content.ID.HasValue()) return RESULT_CN_VALUE;
-    if (!StampFile(path, file.Stamp)) return Ferro::RESULT_NOT_FOUND;
 
     AssetRecord record;
     record.Info.ID = file.Content.ID;
@@ -136,53 +101,30 @@ class AssetStore::Impl {
     record.Info.FileType = file.Content.Type;
     record.Package = Ferro::PathDirname(path);
 
-    const std::lock_guard lock(m_Mutex);
-    Transaction transaction(m_Index.Connection());
-    m_Index.PutFolder(RegisteredFiles, true);
-    m_Index.PutFile(RegisteredFiles, path, file);
-    m_Index.RemoveAssets(RegisteredFiles, path);
-    m_Index.PutAsset(RegisteredFiles, record);
-    transaction.Commit();
+    Change([&] { m_Index.PutRegistered(file, record); });
     out = record.Info;
     return Ferro::RESULT_OK;
   }
 
-  void KeepDigests(const std::vector<DigestJob>& jobs) {
-    const std::lock_guard lock(m_Mutex);
-    Transaction transaction(m_Index.Connection());
-    for (const DigestJob& job : jobs)
-      if (job.Computed.HasValue()) m_Index.PutDigest(job.Path, job.Stamp, job.Computed);
-    transaction.Commit();
-  }
-
-  /// Asks the index something, one thread at a time.
-  template <class Question>
-  auto Ask(Question question) const {
-    const std::lock_guard lock(m_Mutex);
-    return question(m_Index);
+  void KeepDigest(const DigestJob& job) {
+    Change([&] { m_Index.PutDigest(job.Path, job.Stamp, job.Computed); });
   }
 
  private:
-  // Only packages that a change touches are worked out anew, unless documents changed that say what is a package.
-  void Apply(const std::string& folder, const FolderChanges& changes) {
-    if (changes.Changed.empty() && changes.Removed.empty()) return;
-    for (const std::string& path : changes.Removed) m_Index.RemoveFile(path);
-    for (const std::string& path : changes.Changed) m_Index.PutFile(folder, path, changes.Files.at(path));
+  template <class Operation>
+  void Change(Operation operation) {
+    const std::lock_guard lock(m_Mutex);
+    Transaction transaction(m_Index.Connection(), Transaction::Writing);
+    operation();
+    transaction.Commit();
+  }
 
-    const std::vector<std::string> roots = PackageRoots(changes.Files);
-    std::set<std::string> touched;
-    for (const auto* paths : {&changes.Changed, &changes.Removed})
-      for (const std::string& path : *paths) touched.insert(RootOf(path, roots));
-
-    if (changes.Rearranged) m_Index.RemovePackagesOf(folder);
-    const auto packages = by_package(changes.Files, roots);
-    for (const std::string& root : touched)
-      if (!packages.contains(root)) m_Index.RemovePackage(root);
-    for (const auto& [root, files] : packages) {
-      if (!changes.Rearranged && !touched.contains(root)) continue;
-      m_Index.RemovePackage(root);
-      m_Index.PutPackage(folder, ReadPackage(root, files));
-    }
+  Result_t Scan(const std::string& folder, FileStamps& found) const {
+    if (folder != StoreIndex::RegisteredFiles) return ScanFolder(folder, found);
+    FileStamp stamp;
+    for (const std::string& path : Ask([](const StoreIndex& index) { return index.RegisteredPaths(); }))
+      if (StampFile(path, stamp)) found.emplace(path, stamp);
+    return Ferro::RESULT_OK;
   }
 
   mutable std::mutex m_Mutex;
@@ -192,7 +134,7 @@ class AssetStore::Impl {
 namespace {
 
 Result_t log_failure(const DatabaseError& error) {
-  Ferro::DefaultLogSink().Error("Asset index: %s\n", error.Text.c_str());
+  Ferro::DefaultLogSink().Error("Asset index %s\n", error.Text.c_str());
   return RESULT_CN_STORE;
 }
 
@@ -235,19 +177,28 @@ Result_t AssetStore::AddFolder(const std::string& folder) {
   std::string path;
   if (const Result_t result = canonical_path(folder, path); result.Failure()) return result;
   // One file belongs to one folder: the outer one takes the inner ones in.
-  for (const std::string& known : Folders()) {
-    if (known != path && is_inside(path, known)) return guarded([&] { return m_Impl->Update(known); });
-    if (known != path && is_inside(known, path)) static_cast<void>(Forget(known));
-  }
-  return guarded([&] { return m_Impl->Update(path); });
+  return guarded([&] {
+    std::vector<std::string> inner;
+    for (const std::string& known : m_Impl->Folders()) {
+      if (known != path && is_inside(path, known)) return m_Impl->Update(known, true);
+      if (known != path && is_inside(known, path)) inner.push_back(known);
+    }
+    const Result_t result = m_Impl->Update(path, true);
+    if (result.Failure()) return result;
+    for (const std::string& known : inner) m_Impl->Forget(known);
+    return result;
+  });
 }
 
 Result_t AssetStore::Refresh() {
   if (m_Impl == nullptr) return Ferro::RESULT_INIT;
   return guarded([&] {
-    for (const std::string& folder : Folders())
-      if (m_Impl->Update(folder).Failure()) m_Impl->MarkAbsent(folder);
-    return Ferro::RESULT_OK;
+    for (const std::string& folder : m_Impl->Folders())
+      if (const Result_t result = m_Impl->Update(folder, false); result.Failure()) {
+        Ferro::DefaultLogSink().Warn("%s: its assets are missing: %s\n", folder.c_str(), result.Label());
+        m_Impl->MarkAbsent(folder);
+      }
+    return m_Impl->Update(StoreIndex::RegisteredFiles, false);
   });
 }
 
@@ -260,8 +211,7 @@ Result_t AssetStore::Forget(const std::string& folder) {
 
 std::vector<std::string> AssetStore::Folders() const {
   if (m_Impl == nullptr) return {};
-  return guarded_answer<std::vector<std::string>>(
-      [&] { return m_Impl->Ask([](const StoreIndex& index) { return index.Folders(); }); });
+  return guarded_answer<std::vector<std::string>>([&] { return m_Impl->Folders(); });
 }
 
 std::vector<AssetRecord> AssetStore::Assets() const {
@@ -285,30 +235,20 @@ std::vector<PackageRecord> AssetStore::Packages() const {
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,
                                    const std::function<bool(const VerifyProgress&)>& progress) {
   if (m_Impl == nullptr) return Ferro::RESULT_INIT;
-  const std::set<UUID> wanted(ids.begin(), ids.end());
-  const auto is_wanted = [&](const AssetRecord& record) {
-    return record.Info.Digest.HasValue() && (wanted.empty() || wanted.contains(record.Info.ID));
+  if (const Result_t result = Refresh(); result.Failure()) return result;
+  const VerificationPlan plan(ids);
+  std::vector<DigestJob> jobs = plan.Jobs(Assets());
+  Result_t kept = Ferro::RESULT_OK;
+  const auto keep = [&](const DigestJob& job) {
+    kept = guarded([&] {
+      m_Impl->KeepDigest(job);
+      return Ferro::RESULT_OK;
+    });
+    return kept.Success();
   };
-  std::map<std::string, DigestJob> jobs_by_path;
-  for (const AssetRecord& record : Assets()) {
-    const ui32_t unread = record.Problems & (AP_MISSING_FILE | AP_DIGEST_MISMATCH);
-    if (!is_wanted(record) || record.DigestVerified || unread != 0 || record.Info.RealFilename.empty()) continue;
-    jobs_by_path.try_emplace(record.Info.RealFilename,
-                             DigestJob{record.Info.RealFilename, record.Info.FileSize, record.Info.Digest, {}, {}});
-  }
-  std::vector<DigestJob> jobs;
-  for (auto& [path, job] : jobs_by_path) jobs.push_back(std::move(job));
-
-  const Result_t computed = ComputeDigests(jobs, threads_or_default(threads), progress);
-  const Result_t kept = guarded([&] {
-    m_Impl->KeepDigests(jobs);
-    return Ferro::RESULT_OK;
-  });
-  if (kept.Failure()) return kept;
-  if (computed.Failure()) return computed;
-  for (const AssetRecord& record : Assets())
-    if (is_wanted(record) && !record.DigestVerified) return Ferro::RESULT_FALSE;
-  return Ferro::RESULT_OK;
+  const Result_t computed = ComputeDigests(jobs, threads_or_default(threads), keep, progress);
+  if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
+  return plan.AreVerified(Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
 }
 
 Result_t AssetStore::GetAssetIDList(UUIDList& out) const {

@@ -9,28 +9,32 @@ constexpr int BusyTimeout = 30'000;  // milliseconds to wait for another process
 
 }  // namespace
 
-Database::Database(const std::string& filename) {
+Database::Database(const std::string& filename) : m_Name(filename.empty() ? "in memory" : filename) {
   sqlite3* handle = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
-  const int code = sqlite3_open_v2(filename.c_str(), &handle, flags, nullptr);
+  const int code = sqlite3_open_v2(filename.empty() ? ":memory:" : filename.c_str(), &handle, flags, nullptr);
   m_Handle.reset(handle);
-  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errstr(code)};
+  if (code != SQLITE_OK) throw Failure(sqlite3_errstr(code));
   sqlite3_busy_timeout(handle, BusyTimeout);
 }
 
-void Database::Execute(const char* sql) {
-  char* message = nullptr;
-  if (sqlite3_exec(Handle(), sql, nullptr, nullptr, &message) == SQLITE_OK) return;
-  DatabaseError error{message != nullptr ? message : sqlite3_errmsg(Handle())};
-  sqlite3_free(message);
-  throw error;
+DatabaseError Database::Failure(const char* reason) const {
+  return {m_Name + ": " + reason};
 }
 
-Statement::Statement(const Database& database, const char* sql) {
+void Database::Execute(const char* sql) const {
+  if (sqlite3_exec(Handle(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw Failure(sqlite3_errmsg(Handle()));
+}
+
+void Database::UseWriteAheadLog() const {
+  sqlite3_exec(Handle(), "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL", nullptr, nullptr, nullptr);
+}
+
+Statement::Statement(const Database& database, const char* sql) : m_Database(database) {
   sqlite3_stmt* handle = nullptr;
   const int code = sqlite3_prepare_v2(database.Handle(), sql, -1, &handle, nullptr);
   m_Handle.reset(handle);
-  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errmsg(database.Handle())};
+  Check(code);
 }
 
 Statement& Statement::Bind(std::string_view text) {
@@ -83,11 +87,11 @@ i64_t Statement::Number() {
 }
 
 void Statement::Check(int code) const {
-  if (code != SQLITE_OK) throw DatabaseError{sqlite3_errmsg(sqlite3_db_handle(m_Handle.get()))};
+  if (code != SQLITE_OK) throw m_Database.Failure(sqlite3_errmsg(m_Database.Handle()));
 }
 
-Transaction::Transaction(Database& database) : m_Database(database) {
-  m_Database.Execute("BEGIN IMMEDIATE");
+Transaction::Transaction(const Database& database, Kind_t kind) : m_Database(database) {
+  m_Database.Execute(kind == Writing ? "BEGIN IMMEDIATE" : "BEGIN");
 }
 
 Transaction::~Transaction() {

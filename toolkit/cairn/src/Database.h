@@ -7,7 +7,6 @@
 #include <sqlite3.h>
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,27 +15,36 @@ namespace Cairn {
 
 /// Thrown where SQLite refuses something; caught at the store's operations, which log it.
 struct DatabaseError {
-  std::string Text;
+  std::string Text;  ///< file and reason
 };
 
-/// One connection to an SQLite database.
+/// One connection to an SQLite database. One thread at a time.
 class Database {
  public:
+  /// Opens or creates a database; `filename` empty: in memory.
   explicit Database(const std::string& filename);
 
-  void Execute(const char* sql);
+  void Execute(const char* sql) const;
+  /// Lets readers go on while another process writes. Where that cannot be had, because the file system does not allow
+  /// it or another process is just doing the same, the database works as it is.
+  void UseWriteAheadLog() const;
+
+  /// An error of this database, to be thrown.
+  [[nodiscard]] DatabaseError Failure(const char* reason) const;
   [[nodiscard]] sqlite3* Handle() const { return m_Handle.get(); }
 
  private:
   struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
+  std::string m_Name;
   std::unique_ptr<sqlite3, Closer> m_Handle;
 };
 
 /// A prepared statement: bind its parameters in order, step through its rows, read its columns in order.
 class Statement {
  public:
+  /// The database must outlive it.
   Statement(const Database& database, const char* sql);
 
   Statement& Bind(std::string_view text);
@@ -72,6 +80,7 @@ class Statement {
   struct Finalizer {
     void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
   };
+  const Database& m_Database;
   std::unique_ptr<sqlite3_stmt, Finalizer> m_Handle;
   int m_Parameter = 1;
   int m_Column = 0;
@@ -80,15 +89,19 @@ class Statement {
 /// Begins a transaction and rolls it back unless it is committed.
 class Transaction {
  public:
-  /// A writing transaction waits for other processes' to end.
-  explicit Transaction(Database& database);
+  enum Kind_t {
+    Reading,  ///< sees the database as it is at its first statement
+    Writing,  ///< waits for other processes' to end
+  };
+  /// The database must outlive it.
+  Transaction(const Database& database, Kind_t kind);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
   void Commit();
 
  private:
-  Database& m_Database;
+  const Database& m_Database;
   bool m_Open = true;
 };
 

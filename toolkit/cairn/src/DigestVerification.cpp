@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace Cairn {
 
@@ -42,6 +44,11 @@ class ProgressReport {
     return !m_Cancelled;
   }
 
+  void Finish(const DigestJob& job, const std::function<bool(const DigestJob&)>& finished) {
+    const std::lock_guard lock(m_Mutex);
+    if (!finished(job)) m_Cancelled = true;
+  }
+
   bool Cancelled() {
     const std::lock_guard lock(m_Mutex);
     return m_Cancelled;
@@ -57,7 +64,7 @@ class ProgressReport {
   bool m_Cancelled = false;
 };
 
-void compute(DigestJob& job, ProgressReport& report) {
+void compute(DigestJob& job, ProgressReport& report, const std::function<bool(const DigestJob&)>& finished) {
   fsize_t reported = 0;
   const auto piece = [&](fsize_t done) {
     const fsize_t bytes = done - reported;
@@ -67,19 +74,49 @@ void compute(DigestJob& job, ProgressReport& report) {
   Result_t result = Ferro::RESULT_NOT_FOUND;
   if (StampFile(job.Path, job.Stamp)) result = Ferro::DigestFile(job.Path, job.Computed, piece);
   if (result == Ferro::RESULT_CANCELLED) return;
-  if (result.Failure()) Ferro::DefaultLogSink().Error("%s: %s\n", job.Path.c_str(), result.Label());
+  if (result.Success())
+    report.Finish(job, finished);
+  else
+    Ferro::DefaultLogSink().Error("%s: %s\n", job.Path.c_str(), result.Label());
   report.Add(0, 1);
 }
 
 }  // namespace
 
+std::vector<DigestJob> VerificationPlan::Jobs(const std::vector<AssetRecord>& assets) const {
+  std::map<std::string, DigestJob> jobs;
+  for (const AssetRecord& asset : assets) {
+    const bool is_there = !asset.Info.RealFilename.empty() && (asset.Problems & AP_MISSING_FILE) == 0;
+    const bool is_known = asset.DigestVerified || (asset.Problems & AP_DIGEST_MISMATCH) != 0;
+    if (Concerns(asset) && is_there && !is_known)
+      jobs.try_emplace(asset.Info.RealFilename, DigestJob{asset.Info.RealFilename, asset.Info.FileSize, {}, {}});
+  }
+  std::vector<DigestJob> list;
+  for (auto& [path, job] : jobs) list.push_back(std::move(job));
+  return list;
+}
+
+bool VerificationPlan::AreVerified(const std::vector<AssetRecord>& assets) const {
+  std::set<UUID> unknown = m_Wanted;
+  for (const AssetRecord& asset : assets) {
+    if (Concerns(asset) && !asset.DigestVerified) return false;
+    unknown.erase(asset.Info.ID);
+  }
+  return unknown.empty();
+}
+
+bool VerificationPlan::Concerns(const AssetRecord& asset) const {
+  return asset.Info.Digest.HasValue() && (m_Wanted.empty() || m_Wanted.contains(asset.Info.ID));
+}
+
 Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads,
+                        const std::function<bool(const DigestJob&)>& finished,
                         const std::function<bool(const VerifyProgress&)>& progress) {
   ProgressReport report(jobs, progress);
   std::atomic<size_t> next = 0;
   const auto work = [&] {
     for (size_t index = next++; index < jobs.size() && !report.Cancelled(); index = next++)
-      compute(jobs[index], report);
+      compute(jobs[index], report, finished);
   };
   {
     std::vector<std::jthread> workers;

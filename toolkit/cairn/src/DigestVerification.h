@@ -6,6 +6,7 @@
 #include <Cairn/AssetStore.h>
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,16 +16,35 @@ namespace Cairn {
 struct DigestJob {
   std::string Path;
   fsize_t Size = 0;  ///< expected, for the progress
-  SHA1 Listed;
-  FileStamp Stamp;  ///< receives the file's, taken before it was read
-  SHA1 Computed;    ///< receives the digest; no value when the file could not be read
+  FileStamp Stamp;   ///< receives the file's, taken before it was read
+  SHA1 Computed;     ///< receives the digest; no value when the file could not be read
 };
 
-/// Computes the digests of files, several at once. `progress` is called by one thread at a time, every now and then and
-/// at the end; false from it ends the work as soon as each thread has finished its piece.
-/// @param threads  at least 1.
+/// Which assets a verification is about.
+class VerificationPlan {
+ public:
+  /// @param ids  all assets when empty.
+  explicit VerificationPlan(const UUIDList& ids) : m_Wanted(ids.begin(), ids.end()) {}
+
+  /// What is to be read: each file once, and none whose digest is known.
+  [[nodiscard]] std::vector<DigestJob> Jobs(const std::vector<AssetRecord>& assets) const;
+  /// True when all wanted assets are there, and all listed digests are those of their files.
+  [[nodiscard]] bool AreVerified(const std::vector<AssetRecord>& assets) const;
+
+ private:
+  [[nodiscard]] bool Concerns(const AssetRecord& asset) const;
+
+  const std::set<UUID> m_Wanted;
+};
+
+/// Computes the digests of files, several at once. The callbacks are called by one thread at a time; they must not throw.
+/// @param threads   at least 1.
+/// @param finished  called with each digest that was computed; false from it ends the work.
+/// @param progress  called every now and then and at the end; false from it ends the work as soon as each thread has
+///                  finished its piece. May be empty.
 /// @return RESULT_OK, or RESULT_CANCELLED. Files that could not be read are logged.
 [[nodiscard]] Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads,
+                                      const std::function<bool(const DigestJob&)>& finished,
                                       const std::function<bool(const VerifyProgress&)>& progress);
 
 }  // namespace Cairn

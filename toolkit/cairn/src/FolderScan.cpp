@@ -64,7 +64,7 @@ void scan_one(DIR* directory, const std::string& path, const std::string& top, F
 
 bool StampFile(const std::string& path, FileStamp& stamp) {
   struct stat status = {};
-  if (stat(path.c_str(), &status) != 0) return false;
+  if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
   stamp = stamp_of(status);
   return true;
 }

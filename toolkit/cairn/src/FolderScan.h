@@ -17,7 +17,7 @@ struct FileStamp {
   friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-/// The stamp of a file now; false when it cannot be found.
+/// The stamp of a regular file now; false when there is none.
 [[nodiscard]] bool StampFile(const std::string& path, FileStamp& stamp);
 
 /// Files by path, in byte order, so that what lies below one folder stands together.

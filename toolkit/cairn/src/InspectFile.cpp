@@ -96,6 +96,9 @@ class IdentifierReader : public XercesCallWrapper<UUID> {
 FileType_t type_of_document(const std::string& xml) {
   Ferro::XMLDocType doctype;
   if (!Ferro::GetXMLDocType(xml, doctype)) return FT_UNKNOWN;
+  SilentSink silent;
+  DCPFormat_t format = DFT_NONE;
+  if (ClassifyXMLDocument(xml, format, silent).Failure()) return FT_XML;
   for (const Root& root : Roots)
     if (doctype.ElementName == root.Element) return root.Type;
   return FT_XML;

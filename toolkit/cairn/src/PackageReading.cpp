@@ -11,6 +11,8 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstdlib>
 #include <set>
 #include <utility>
 
@@ -24,16 +26,102 @@ bool is_asset_map(const std::string& path, const ScannedFile& file) {
          (strcasecmp(name.c_str(), "ASSETMAP") == 0 || strcasecmp(name.c_str(), "ASSETMAP.xml") == 0);
 }
 
+std::string lower_case(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return text;
+}
+
+// A finding is one line for a user.
+std::string printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
+  return text;
+}
+
+/// Leads the paths of asset maps to files of a package.
+class PathResolver {
+ public:
+  PathResolver(const std::string& root, const ScannedFiles& all) : m_Root(root), m_Files(all) {}
+
+  /// The file that an asset map names; empty, with the problem's bit, when there is none.
+  std::string Resolve(const AssetMap::Asset& asset, ui32_t& problems) {
+    if (asset.ChunkList.size() != 1 || asset.ChunkList.front().Offset != 0 || asset.ChunkList.front().VolumeIndex > 1) {
+      problems |= asset.ChunkList.empty() ? AP_MISSING_FILE : AP_SPLIT;
+      return {};
+    }
+    return ResolvePath(asset.ChunkList.front().Path, problems);
+  }
+
+  std::string ResolvePath(const std::string& text, ui32_t& problems) {
+    std::vector<std::string> candidates;
+    if (AssetMapPathCandidates(text, candidates).Failure()) {
+      problems |= AP_BAD_PATH;
+      return {};
+    }
+    std::string path = Find(candidates, problems);
+    if (path.empty()) {
+      problems |= AP_MISSING_FILE;
+    } else if (!LiesInside(path)) {
+      problems |= AP_BAD_PATH;
+      path.clear();
+    }
+    return path;
+  }
+
+ private:
+  std::string Find(const std::vector<std::string>& candidates, ui32_t& problems) {
+    for (const std::string& candidate : candidates)
+      if (const std::string path = m_Root + '/' + candidate; m_Files.contains(path)) return path;
+    for (const std::string& candidate : candidates)
+      if (const std::string path = FindDisregardingCase(candidate); !path.empty()) {
+        problems |= AP_PATH_CASE;
+        return path;
+      }
+    return {};
+  }
+
+  // Only a name that fits one file alone will do.
+  std::string FindDisregardingCase(const std::string& candidate) {
+    if (m_LowerCase.empty())
+      for (auto file = m_Files.lower_bound(m_Root + '/');
+           file != m_Files.end() && file->first.starts_with(m_Root + '/'); ++file) {
+        const auto [known, is_new] =
+            m_LowerCase.try_emplace(lower_case(file->first.substr(m_Root.size() + 1)), file->first);
+        if (!is_new) known->second.clear();
+      }
+    const auto found = m_LowerCase.find(lower_case(candidate));
+    return found == m_LowerCase.end() ? std::string() : found->second;
+  }
+
+  // The file itself may be a symbolic link out of the package.
+  bool LiesInside(const std::string& path) const {
+    char target[PATH_MAX];
+    return realpath(path.c_str(), target) == nullptr || std::string_view(target).starts_with(m_Root + '/');
+  }
+
+  const std::string& m_Root;
+  const ScannedFiles& m_Files;
+  std::map<std::string, std::string> m_LowerCase;  // to the path; to nothing where several files have the name
+};
+
 /// Works one package out; holds what is known of it so far.
 class PackageReader {
  public:
-  PackageReader(const std::string& root, const ScannedFiles& files) : m_Root(root), m_Files(files) {
+  PackageReader(const std::string& root, const ScannedFiles& own, const ScannedFiles& all)
+      : m_Root(root), m_Own(own), m_All(all), m_Resolver(root, all) {
     m_Reading.Package.Folder = root;
+    for (const auto& [path, file] : own)
+      if (file.Content.ID.HasValue()) m_ByID.try_emplace(file.Content.ID, path);
   }
 
   PackageReading Read() {
     const bool has_map = ReadAssetMap();
     ReadPackingLists();
+    if (has_map && m_Reading.Package.PackingLists.empty())
+      m_Reading.Package.Findings.emplace_back("The package has no packing list.");
+    if (!has_map && !m_Reading.Package.PackingLists.empty())
+      m_Reading.Package.Findings.emplace_back("The package has no asset map.");
     for (const AssetMap::Asset& asset : m_Map.AssetList) AddMapped(asset);
     AddUnpacked(has_map);
     AddFound(has_map);
@@ -42,14 +130,14 @@ class PackageReader {
 
  private:
   void AddFinding(const std::string& path, const char* text) {
-    m_Reading.Package.Findings.push_back(path.substr(m_Root.size() + 1) + ": " + text);
+    m_Reading.Package.Findings.push_back(printable(path.substr(m_Root.size() + 1)) + ": " + text);
   }
 
   // Of several asset maps the one counts more of whose paths lead to files.
   bool ReadAssetMap() {
     size_t best = 0;
     bool found = false;
-    for (const auto& [path, file] : m_Files) {
+    for (const auto& [path, file] : m_Own) {
       if (!is_asset_map(path, file) || Ferro::PathDirname(path) != m_Root) continue;
       AssetMap map;
       if (InitObjectWithFile(map, path).Failure()) {
@@ -68,15 +156,15 @@ class PackageReader {
     return found;
   }
 
-  size_t CountResolved(const AssetMap& map) const {
+  size_t CountResolved(const AssetMap& map) {
     return static_cast<size_t>(std::count_if(map.AssetList.begin(), map.AssetList.end(), [&](const auto& asset) {
       ui32_t problems = 0;
-      return !ResolvePath(asset, problems).empty();
+      return !m_Resolver.Resolve(asset, problems).empty();
     }));
   }
 
   void ReadPackingLists() {
-    for (const auto& [path, file] : m_Files) {
+    for (const auto& [path, file] : m_Own) {
       if (file.Content.Type != FT_PKL) continue;
       PackingList list;
       if (InitObjectWithFile(list, path).Failure()) {
@@ -84,47 +172,13 @@ class PackageReader {
         continue;
       }
       m_Reading.Package.PackingLists.push_back(list.ID);
+      bool disagrees = false;
       for (const PackingList::Asset& asset : list.AssetList) {
         const auto [known, is_new] = m_Listed.try_emplace(asset.ID, asset);
-        if (!is_new && (known->second.Digest != asset.Digest || known->second.Size != asset.Size))
-          AddFinding(path, "Packing lists disagree on an asset; the first counts.");
+        disagrees |= !is_new && (known->second.Digest != asset.Digest || known->second.Size != asset.Size);
       }
+      if (disagrees) AddFinding(path, "Packing lists disagree on an asset; the first counts.");
     }
-  }
-
-  // The file that an asset map's path names, among the package's own; empty with the problem's bit when there is none.
-  std::string ResolvePath(const AssetMap::Asset& asset, ui32_t& problems) const {
-    if (asset.ChunkList.size() != 1 || asset.ChunkList.front().Offset != 0 || asset.ChunkList.front().VolumeIndex > 1) {
-      problems |= asset.ChunkList.empty() ? AP_MISSING_FILE : AP_SPLIT;
-      return {};
-    }
-    std::vector<std::string> candidates;
-    if (AssetMapPathCandidates(asset.ChunkList.front().Path, candidates).Failure()) {
-      problems |= AP_BAD_PATH;
-      return {};
-    }
-    for (const std::string& candidate : candidates) {
-      const std::string path = m_Root + '/' + candidate;
-      if (m_Files.contains(path)) return path;
-    }
-    for (const std::string& candidate : candidates)
-      if (const std::string path = FindDisregardingCase(candidate); !path.empty()) {
-        problems |= AP_PATH_CASE;
-        return path;
-      }
-    problems |= AP_MISSING_FILE;
-    return {};
-  }
-
-  std::string FindDisregardingCase(const std::string& candidate) const {
-    std::string found;
-    const std::string sought = m_Root + '/' + candidate;
-    for (const auto& [path, file] : m_Files) {
-      if (strcasecmp(path.c_str(), sought.c_str()) != 0) continue;
-      if (!found.empty()) return {};  // not unique
-      found = path;
-    }
-    return found;
   }
 
   AssetRecord RecordOf(const UUID& id, const std::string& path) {
@@ -132,11 +186,9 @@ class PackageReader {
     record.Info.ID = id;
     record.Info.RealFilename = path;
     record.Package = m_Root;
-    if (const auto file = m_Files.find(path); file != m_Files.end()) {
+    if (const auto file = m_All.find(path); file != m_All.end()) {
       record.Info.FileSize = file->second.Stamp.Size;
       record.Info.FileType = file->second.Content.Type;
-      const UUID& own = file->second.Content.ID;
-      if (own.HasValue() && own != id && record.Info.FileType != FT_DCST) record.Problems |= AP_WRONG_ID;
       m_Taken.insert(path);
     }
     if (const auto listed = m_Listed.find(id); listed != m_Listed.end()) {
@@ -150,40 +202,50 @@ class PackageReader {
     return record;
   }
 
+  // The same asset at the same place twice does no harm.
   void AddMapped(const AssetMap::Asset& asset) {
     ui32_t problems = 0;
-    const std::string path = ResolvePath(asset, problems);
+    const std::string path = m_Resolver.Resolve(asset, problems);
+    auto& paths = m_Mapped[asset.ID];
+    if (!paths.insert(path).second) return;
+    if (paths.size() == 2)
+      m_Reading.Package.Findings.push_back("The asset map names " + asset.ID.EncodeString() + " more than once.");
     AssetRecord record = RecordOf(asset.ID, path);
     record.Problems |= problems;
+    if ((problems & AP_SPLIT) != 0) TakePieces(asset);
     const bool cut =
         !path.empty() && asset.ChunkList.front().HasLength && asset.ChunkList.front().Length != record.Info.FileSize;
     if (cut) record.Problems |= AP_WRONG_SIZE;
-    if (!m_Mapped.insert(asset.ID).second)
-      m_Reading.Package.Findings.push_back("The asset map names " + asset.ID.EncodeString() + " more than once.");
     m_Reading.Assets.push_back(std::move(record));
+  }
+
+  // The first piece of a split asset says that it is the asset, but is not the whole of it.
+  void TakePieces(const AssetMap::Asset& asset) {
+    ui32_t problems = 0;
+    for (const AssetMap::Chunk& chunk : asset.ChunkList) m_Taken.insert(m_Resolver.ResolvePath(chunk.Path, problems));
   }
 
   // Listed, but not mapped: such an asset serves when a file says that it is it.
   void AddUnpacked(bool has_map) {
     for (const auto& [id, listed] : m_Listed) {
       if (m_Mapped.contains(id)) continue;
-      AssetRecord record = RecordOf(id, FindByOwnID(id, listed.OriginalFileName));
+      AssetRecord record = RecordOf(id, FindUnmapped(id, listed.OriginalFileName));
       if (has_map) record.Problems |= AP_NOT_PACKED;
       if (record.Info.RealFilename.empty()) record.Problems |= AP_MISSING_FILE;
       m_Reading.Assets.push_back(std::move(record));
     }
   }
 
-  std::string FindByOwnID(const UUID& id, const std::string& name) const {
-    for (const auto& [path, file] : m_Files)
-      if (file.Content.ID.HasValue() && file.Content.ID == id) return path;
-    const auto named = m_Files.find(m_Root + '/' + name);
-    return named == m_Files.end() || named->second.Content.ID.HasValue() ? std::string() : named->first;
+  // By what a file says of itself; by its name where its kind says nothing.
+  std::string FindUnmapped(const UUID& id, const std::string& name) const {
+    if (const auto found = m_ByID.find(id); found != m_ByID.end()) return found->second;
+    const auto named = m_Own.find(m_Root + '/' + name);
+    return named == m_Own.end() || named->second.Content.ID.HasValue() ? std::string() : named->first;
   }
 
   // Neither mapped nor listed, but with an identifier of its own.
   void AddFound(bool has_map) {
-    for (const auto& [path, file] : m_Files) {
+    for (const auto& [path, file] : m_Own) {
       const bool is_asset = file.Content.ID.HasValue() && file.Content.Type != FT_ASSETMAP;
       if (!is_asset || m_Taken.contains(path)) continue;
       AssetRecord record = RecordOf(file.Content.ID, path);
@@ -193,13 +255,23 @@ class PackageReader {
   }
 
   const std::string& m_Root;
-  const ScannedFiles& m_Files;
+  const ScannedFiles& m_Own;
+  const ScannedFiles& m_All;
+  PathResolver m_Resolver;
+  std::map<UUID, std::string> m_ByID;  // what files say of themselves
   AssetMap m_Map;
   std::map<UUID, PackingList::Asset> m_Listed;
-  std::set<UUID> m_Mapped;
+  std::map<UUID, std::set<std::string>> m_Mapped;
   std::set<std::string> m_Taken;  // files that an asset was found to be
   PackageReading m_Reading;
 };
+
+// Calls `visit` with each folder around a path that is a root, from the innermost on, until it answers false.
+template <class Visitor>
+void visit_roots(std::string_view path, const std::vector<std::string>& sorted_roots, Visitor visit) {
+  for (std::string folder = Ferro::PathDirname(path); folder.size() > 1; folder = Ferro::PathDirname(folder))
+    if (std::binary_search(sorted_roots.begin(), sorted_roots.end(), folder) && !visit(folder)) return;
+}
 
 }  // namespace
 
@@ -208,22 +280,33 @@ std::vector<std::string> PackageRoots(const ScannedFiles& files) {
   for (const auto& [path, file] : files)
     if (is_asset_map(path, file)) roots.insert(Ferro::PathDirname(path));
   const std::vector<std::string> mapped(roots.begin(), roots.end());
-  for (const auto& [path, file] : files) {
-    const std::string folder = Ferro::PathDirname(path);
+  for (const auto& [path, file] : files)
     if (file.Content.Type == FT_PKL && !std::binary_search(mapped.begin(), mapped.end(), RootOf(path, mapped)))
-      roots.insert(folder);
-  }
+      roots.insert(Ferro::PathDirname(path));
   return {roots.begin(), roots.end()};
 }
 
 std::string RootOf(std::string_view path, const std::vector<std::string>& sorted_roots) {
-  for (std::string folder = Ferro::PathDirname(path); folder.size() > 1; folder = Ferro::PathDirname(folder))
-    if (std::binary_search(sorted_roots.begin(), sorted_roots.end(), folder)) return folder;
-  return Ferro::PathDirname(path);
+  std::string innermost;
+  visit_roots(path, sorted_roots, [&](const std::string& root) {
+    innermost = root;
+    return false;
+  });
+  return innermost.empty() ? Ferro::PathDirname(path) : innermost;
 }
 
-PackageReading ReadPackage(const std::string& root, const ScannedFiles& files) {
-  return PackageReader(root, files).Read();
+std::vector<std::string> PackagesAround(std::string_view path, const std::vector<std::string>& sorted_roots) {
+  std::vector<std::string> packages;
+  visit_roots(path, sorted_roots, [&](const std::string& root) {
+    packages.push_back(root);
+    return true;
+  });
+  if (packages.empty()) packages.push_back(Ferro::PathDirname(path));
+  return packages;
+}
+
+PackageReading ReadPackage(const std::string& root, const ScannedFiles& own, const ScannedFiles& all) {
+  return PackageReader(root, own, all).Read();
 }
 
 }  // namespace Cairn

@@ -9,35 +9,80 @@ namespace Cairn {
 
 namespace {
 
+// The application's number tells an index from other SQLite files. A version is read by itself alone.
+constexpr i64_t ApplicationID = 0x43415354;
 constexpr i64_t SchemaVersion = 1;
 
 // A file's stamp and content are what one look inside told; its digest is null until it is computed. A package's
 // findings and packing lists are line-separated texts. Rows of one folder go with it.
 constexpr const char* Schema = R"(
-CREATE TABLE folders (path TEXT PRIMARY KEY, present INTEGER NOT NULL) WITHOUT ROWID;
+CREATE TABLE folders (path TEXT PRIMARY KEY, present INTEGER NOT NULL, revision INTEGER NOT NULL) WITHOUT ROWID;
 CREATE TABLE files (
-  path TEXT PRIMARY KEY, folder TEXT NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL,
-  type INTEGER NOT NULL, id BLOB, digest BLOB) WITHOUT ROWID;
-CREATE INDEX files_by_folder ON files (folder);
+  folder TEXT NOT NULL, path TEXT NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL, readable INTEGER NOT NULL,
+  type INTEGER NOT NULL, id BLOB, digest BLOB, PRIMARY KEY (folder, path)) WITHOUT ROWID;
 CREATE TABLE packages (
-  root TEXT PRIMARY KEY, folder TEXT NOT NULL, map_id BLOB, packing_lists TEXT NOT NULL,
-  findings TEXT NOT NULL) WITHOUT ROWID;
+  folder TEXT NOT NULL, root TEXT NOT NULL, map_id BLOB, packing_lists TEXT NOT NULL, findings TEXT NOT NULL,
+  PRIMARY KEY (folder, root)) WITHOUT ROWID;
 CREATE TABLE assets (
   id BLOB NOT NULL, path TEXT NOT NULL, root TEXT NOT NULL, folder TEXT NOT NULL, listed_size INTEGER,
   listed_digest BLOB, problems INTEGER NOT NULL);
 CREATE INDEX assets_by_id ON assets (id);
-CREATE INDEX assets_by_root ON assets (root);
+CREATE INDEX assets_by_root ON assets (folder, root);
+PRAGMA application_id = 0x43415354;
 PRAGMA user_version = 1;
 )";
 
 // What stands in an asset's row, then what its file and its folder say today.
 constexpr std::string_view AssetRows =
     "SELECT a.id, a.path, a.root, a.listed_size IS NOT NULL, a.listed_size, a.listed_digest, a.problems, "
-    "f.path IS NOT NULL AND d.present, f.size, f.type, f.digest IS NOT NULL, f.digest FROM assets a "
-    "JOIN folders d ON d.path = a.folder LEFT JOIN files f ON f.path = a.path ";
+    "f.path IS NOT NULL AND d.present, f.size, f.readable, f.type, f.id, f.digest FROM assets a "
+    "JOIN folders d ON d.path = a.folder LEFT JOIN files f ON f.folder = a.folder AND f.path = a.path ";
 
 std::string asset_query(std::string_view rest) {
   return std::string(AssetRows).append(rest);
+}
+
+// Kinds of files that name themselves: without a name they are broken.
+bool has_own_id(FileType_t type) {
+  switch (type) {
+    case FT_CPL:
+    case FT_PKL:
+    case FT_SHOW:
+    case FT_RPL:
+    case FT_TI_SUBTITLE:
+    case FT_DCST:
+    case FT_QUIRE_MPEG2_VES:
+    case FT_QUIRE_JP2K_J2C:
+    case FT_QUIRE_JP2K_J2C_S:
+    case FT_QUIRE_PCM:
+    case FT_QUIRE_TIMED_TEXT:
+    case FT_QUIRE_DCDATA:
+    case FT_QUIRE_ATMOS:
+      return true;
+    default:
+      return false;
+  }
+}
+
+ui32_t file_problems(Statement& row, AssetRecord& record) {
+  const bool present = row.Number() != 0;
+  record.Info.FileSize = static_cast<fsize_t>(row.Number());
+  const bool readable = row.Number() != 0;
+  record.Info.FileType = static_cast<FileType_t>(row.Number());
+  const UUID own = row.Identifier<UUID>();
+  const SHA1 digest = row.Identifier<SHA1>();
+  if (!present && !record.Info.RealFilename.empty()) return AP_MISSING_FILE;
+  if (!present) return 0;
+
+  ui32_t problems = 0;
+  if (!readable || (has_own_id(record.Info.FileType) && !own.HasValue())) problems |= AP_UNREADABLE;
+  // The Id of a timed-text document is not its asset's (ST 428-7).
+  if (own.HasValue() && own != record.Info.ID && record.Info.FileType != FT_DCST) problems |= AP_WRONG_ID;
+  if (digest.HasValue() && record.Info.Digest.HasValue()) {
+    record.DigestVerified = digest == record.Info.Digest;
+    if (!record.DigestVerified) problems |= AP_DIGEST_MISMATCH;
+  }
+  return problems;
 }
 
 AssetRecord read_asset(Statement& row) {
@@ -49,17 +94,7 @@ AssetRecord read_asset(Statement& row) {
   record.ListedSize = static_cast<fsize_t>(row.Number());
   record.Info.Digest = row.Identifier<SHA1>();
   record.Problems = static_cast<ui32_t>(row.Number());
-  const bool present = row.Number() != 0;
-  record.Info.FileSize = static_cast<fsize_t>(row.Number());
-  record.Info.FileType = static_cast<FileType_t>(row.Number());
-  const bool computed = row.Number() != 0;
-  const SHA1 digest = row.Identifier<SHA1>();
-
-  if (!present && !record.Info.RealFilename.empty()) record.Problems |= AP_MISSING_FILE;
-  if (computed && record.Info.Digest.HasValue()) {
-    record.DigestVerified = digest == record.Info.Digest;
-    if (!record.DigestVerified) record.Problems |= AP_DIGEST_MISMATCH;
-  }
+  record.Problems |= file_problems(row, record);
   return record;
 }
 
@@ -79,27 +114,91 @@ std::vector<std::string> split_lines(const std::string& text) {
   return lines;
 }
 
+// The statements of an update, prepared once for many rows.
+class Writing {
+ public:
+  explicit Writing(const Database& database) : m_Database(database) {}
+
+  // A digest computed under another folder stays known for as long as the file is the same.
+  void PutFile(const std::string& folder, const std::string& path, const ScannedFile& file) {
+    m_PutFile.Bind(folder)
+        .Bind(path)
+        .Bind(static_cast<i64_t>(file.Stamp.Size))
+        .Bind(file.Stamp.ModifiedNs)
+        .Bind(i64_t{file.Readable})
+        .Bind(i64_t{file.Content.Type})
+        .Bind(file.Content.ID)
+        .Run();
+  }
+
+  void RemoveFile(const std::string& folder, const std::string& path) { m_RemoveFile.Bind(folder).Bind(path).Run(); }
+
+  void PutAsset(const std::string& folder, const AssetRecord& asset) {
+    m_PutAsset.Bind(std::span<const ui8_t>(asset.Info.ID.Bytes()))
+        .Bind(asset.Info.RealFilename)
+        .Bind(asset.Package)
+        .Bind(folder);
+    if (asset.HasListedSize)
+      m_PutAsset.Bind(static_cast<i64_t>(asset.ListedSize));
+    else
+      m_PutAsset.BindNull();
+    m_PutAsset.Bind(asset.Info.Digest).Bind(i64_t{asset.Problems}).Run();
+  }
+
+  void PutPackage(const std::string& folder, const PackageReading& reading) {
+    std::vector<std::string> lists;
+    for (const UUID& id : reading.Package.PackingLists) lists.push_back(id.EncodeString());
+    m_PutPackage.Bind(folder)
+        .Bind(reading.Package.Folder)
+        .Bind(reading.Package.AssetMapID)
+        .Bind(join_lines(lists))
+        .Bind(join_lines(reading.Package.Findings))
+        .Run();
+    for (const AssetRecord& asset : reading.Assets) PutAsset(folder, asset);
+  }
+
+  void RemovePackage(const std::string& folder, const std::string& root) {
+    m_RemoveAssets.Bind(folder).Bind(root).Run();
+    m_RemovePackage.Bind(folder).Bind(root).Run();
+  }
+
+ private:
+  const Database& m_Database;
+  Statement m_PutFile{m_Database,
+                      "INSERT OR REPLACE INTO files VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, (SELECT max(digest) FROM files "
+                      "WHERE folder IN (SELECT path FROM folders) AND path = ?2 AND size = ?3 AND modified = ?4))"};
+  Statement m_RemoveFile{m_Database, "DELETE FROM files WHERE folder = ? AND path = ?"};
+  Statement m_PutAsset{m_Database, "INSERT INTO assets VALUES (?, ?, ?, ?, ?, ?, ?)"};
+  Statement m_PutPackage{m_Database, "INSERT INTO packages VALUES (?, ?, ?, ?, ?)"};
+  Statement m_RemoveAssets{m_Database, "DELETE FROM assets WHERE folder = ? AND root = ?"};
+  Statement m_RemovePackage{m_Database, "DELETE FROM packages WHERE folder = ? AND root = ?"};
+};
+
 }  // namespace
 
-StoreIndex::StoreIndex(const std::string& filename) : m_Database(filename.empty() ? ":memory:" : filename) {
-  if (!filename.empty()) m_Database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
-  Transaction transaction(m_Database);
-  Create();
-  transaction.Commit();
+StoreIndex::StoreIndex(const std::string& filename) : m_Database(filename) {
+  if (!IsCreated()) {
+    Transaction transaction(m_Database, Transaction::Writing);
+    if (!IsCreated()) m_Database.Execute(Schema);  // no other process was quicker
+    transaction.Commit();
+  }
+  if (!filename.empty()) m_Database.UseWriteAheadLog();
 }
 
-void StoreIndex::Create() {
-  Statement version(m_Database, "PRAGMA user_version");
-  version.Step();
-  const i64_t found = version.Number();
-  version.Reset();
-  if (found == SchemaVersion) return;
-  Statement tables(m_Database, "SELECT count(*) FROM sqlite_master");
-  tables.Step();
-  const bool empty = tables.Number() == 0;
-  tables.Reset();
-  if (found != 0 || !empty) throw DatabaseError{"it is no asset index, or one of another version"};
-  m_Database.Execute(Schema);
+i64_t StoreIndex::Ask(const char* sql) const {
+  Statement row(m_Database, sql);
+  row.Step();
+  return row.Number();
+}
+
+bool StoreIndex::IsCreated() const {
+  const i64_t application = Ask("PRAGMA application_id");
+  const i64_t version = Ask("PRAGMA user_version");
+  if (application == ApplicationID && version == SchemaVersion) return true;
+  if (application == ApplicationID) throw m_Database.Failure("it is an asset index of another version");
+  if (application != 0 || version != 0 || Ask("SELECT count(*) FROM sqlite_master") != 0)
+    throw m_Database.Failure("it is no asset index");
+  return false;
 }
 
 std::vector<std::string> StoreIndex::Folders() const {
@@ -109,8 +208,44 @@ std::vector<std::string> StoreIndex::Folders() const {
   return folders;
 }
 
-void StoreIndex::PutFolder(const std::string& folder, bool present) {
-  Statement(m_Database, "INSERT OR REPLACE INTO folders VALUES (?, ?)").Bind(folder).Bind(i64_t{present}).Run();
+i64_t StoreIndex::Revision(const std::string& folder) const {
+  Statement row(m_Database, "SELECT revision FROM folders WHERE path = ?");
+  return row.Bind(folder).Step() ? row.Number() : 0;
+}
+
+StoreIndex::FolderState StoreIndex::Folder(const std::string& folder) const {
+  const Transaction transaction(m_Database, Transaction::Reading);
+  FolderState state;
+  Statement row(m_Database, "SELECT revision, present FROM folders WHERE path = ?");
+  if (!row.Bind(folder).Step()) return state;
+  state.Revision = row.Number();
+  state.Present = row.Number() != 0;
+
+  Statement rows(m_Database,
+                 "SELECT path, size, modified, readable, type, id FROM files WHERE folder = ? ORDER BY path");
+  rows.Bind(folder);
+  while (rows.Step()) {
+    std::string path = rows.Text();
+    ScannedFile file;
+    file.Stamp.Size = static_cast<fsize_t>(rows.Number());
+    file.Stamp.ModifiedNs = rows.Number();
+    file.Readable = rows.Number() != 0;
+    file.Content.Type = static_cast<FileType_t>(rows.Number());
+    file.Content.ID = rows.Identifier<UUID>();
+    state.Files.emplace_hint(state.Files.end(), std::move(path), std::move(file));
+  }
+  return state;
+}
+
+// A revision is never 0, and never one that was before but by the rarest chance.
+void StoreIndex::PutFolder(const std::string& folder) {
+  Statement(m_Database, "INSERT OR REPLACE INTO folders VALUES (?, 1, random() | 1)").Bind(folder).Run();
+}
+
+void StoreIndex::MarkAbsent(const std::string& folder) {
+  Statement(m_Database, "UPDATE folders SET present = 0, revision = random() | 1 WHERE path = ? AND present")
+      .Bind(folder)
+      .Run();
 }
 
 bool StoreIndex::RemoveFolder(const std::string& folder) {
@@ -120,82 +255,41 @@ bool StoreIndex::RemoveFolder(const std::string& folder) {
   return sqlite3_changes(m_Database.Handle()) > 0;
 }
 
-ScannedFiles StoreIndex::Files(const std::string& folder) const {
-  ScannedFiles files;
-  Statement rows(m_Database, "SELECT path, size, modified, type, id FROM files WHERE folder = ? ORDER BY path");
-  rows.Bind(folder);
-  while (rows.Step()) {
-    std::string path = rows.Text();
-    ScannedFile file;
-    file.Stamp.Size = static_cast<fsize_t>(rows.Number());
-    file.Stamp.ModifiedNs = rows.Number();
-    file.Content.Type = static_cast<FileType_t>(rows.Number());
-    file.Content.ID = rows.Identifier<UUID>();
-    files.emplace_hint(files.end(), std::move(path), std::move(file));
-  }
-  return files;
+void StoreIndex::Apply(const std::string& folder, const FolderUpdate& update) {
+  PutFolder(folder);
+  Writing writing(m_Database);
+  for (const std::string& path : update.Removed) writing.RemoveFile(folder, path);
+  for (const auto& [path, file] : update.Changed) writing.PutFile(folder, path, file);
+  for (const std::string& root : update.StalePackages) writing.RemovePackage(folder, root);
+  for (const PackageReading& package : update.Packages) writing.PutPackage(folder, package);
 }
 
-void StoreIndex::PutFile(const std::string& folder, const std::string& path, const ScannedFile& file) {
-  Statement(m_Database, "INSERT OR REPLACE INTO files VALUES (?, ?, ?, ?, ?, ?, NULL)")
-      .Bind(path)
-      .Bind(folder)
-      .Bind(static_cast<i64_t>(file.Stamp.Size))
-      .Bind(file.Stamp.ModifiedNs)
-      .Bind(i64_t{file.Content.Type})
-      .Bind(file.Content.ID)
-      .Run();
+void StoreIndex::PutRegistered(const ScannedFile& file, const AssetRecord& record) {
+  const std::string& path = record.Info.RealFilename;
+  PutFolder(RegisteredFiles);
+  Statement(m_Database, "DELETE FROM assets WHERE folder = ? AND path = ?").Bind(RegisteredFiles).Bind(path).Run();
+  Writing writing(m_Database);
+  writing.PutFile(RegisteredFiles, path, file);
+  writing.PutAsset(RegisteredFiles, record);
 }
 
-void StoreIndex::RemoveFile(const std::string& path) {
-  Statement(m_Database, "DELETE FROM files WHERE path = ?").Bind(path).Run();
+std::vector<std::string> StoreIndex::RegisteredPaths() const {
+  std::vector<std::string> paths;
+  Statement rows(m_Database, "SELECT path FROM assets WHERE folder = ?");
+  rows.Bind(RegisteredFiles);
+  while (rows.Step()) paths.push_back(rows.Text());
+  return paths;
 }
 
 void StoreIndex::PutDigest(const std::string& path, const FileStamp& stamp, const SHA1& digest) {
-  Statement(m_Database, "UPDATE files SET digest = ? WHERE path = ? AND size = ? AND modified = ?")
+  Statement(m_Database,
+            "UPDATE files SET digest = ? WHERE folder IN (SELECT path FROM folders) AND path = ? AND size = ? "
+            "AND modified = ?")
       .Bind(digest)
       .Bind(path)
       .Bind(static_cast<i64_t>(stamp.Size))
       .Bind(stamp.ModifiedNs)
       .Run();
-}
-
-void StoreIndex::PutPackage(const std::string& folder, const PackageReading& reading) {
-  std::vector<std::string> lists;
-  for (const UUID& id : reading.Package.PackingLists) lists.push_back(id.EncodeString());
-  Statement(m_Database, "INSERT OR REPLACE INTO packages VALUES (?, ?, ?, ?, ?)")
-      .Bind(reading.Package.Folder)
-      .Bind(folder)
-      .Bind(reading.Package.AssetMapID)
-      .Bind(join_lines(lists))
-      .Bind(join_lines(reading.Package.Findings))
-      .Run();
-
-  for (const AssetRecord& asset : reading.Assets) PutAsset(folder, asset);
-}
-
-void StoreIndex::PutAsset(const std::string& folder, const AssetRecord& asset) {
-  Statement insert(m_Database, "INSERT INTO assets VALUES (?, ?, ?, ?, ?, ?, ?)");
-  insert.Bind(asset.Info.ID).Bind(asset.Info.RealFilename).Bind(asset.Package).Bind(folder);
-  if (asset.HasListedSize)
-    insert.Bind(static_cast<i64_t>(asset.ListedSize));
-  else
-    insert.BindNull();
-  insert.Bind(asset.Info.Digest).Bind(i64_t{asset.Problems}).Run();
-}
-
-void StoreIndex::RemoveAssets(const std::string& folder, const std::string& path) {
-  Statement(m_Database, "DELETE FROM assets WHERE folder = ? AND path = ?").Bind(folder).Bind(path).Run();
-}
-
-void StoreIndex::RemovePackage(const std::string& root) {
-  Statement(m_Database, "DELETE FROM assets WHERE root = ?").Bind(root).Run();
-  Statement(m_Database, "DELETE FROM packages WHERE root = ?").Bind(root).Run();
-}
-
-void StoreIndex::RemovePackagesOf(const std::string& folder) {
-  Statement(m_Database, "DELETE FROM assets WHERE folder = ?").Bind(folder).Run();
-  Statement(m_Database, "DELETE FROM packages WHERE folder = ?").Bind(folder).Run();
 }
 
 std::vector<AssetRecord> StoreIndex::Assets() const {
@@ -230,11 +324,12 @@ UUIDList StoreIndex::AssetIDs() const {
 }
 
 AssetFinder::AssetFinder(const StoreIndex& index)
-    : m_Rows(index.Connection(), asset_query("WHERE a.id = ? ORDER BY a.root, a.path").c_str()) {}
+    : m_Transaction(index.Connection(), Transaction::Reading),
+      m_Rows(index.Connection(), asset_query("WHERE a.id = ? ORDER BY a.root, a.path").c_str()) {}
 
 std::vector<AssetRecord> AssetFinder::Find(const UUID& id) {
   std::vector<AssetRecord> records;
-  m_Rows.Bind(id);
+  m_Rows.Bind(std::span<const ui8_t>(id.Bytes()));
   while (m_Rows.Step()) records.push_back(read_asset(m_Rows));
   m_Rows.Reset();
   std::stable_sort(records.begin(), records.end(), [](const AssetRecord& a, const AssetRecord& b) {

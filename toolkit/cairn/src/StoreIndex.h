@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Database.h"
-#include "PackageReading.h"
+#include "FolderUpdate.h"
 
 #include <Cairn/AssetRecord.h>
 
@@ -14,42 +14,51 @@ namespace Cairn {
 /// The asset store's tables. Every operation throws DatabaseError; those that change run inside a caller's Transaction.
 class StoreIndex {
  public:
+  /// Stands for the folder of those files that were registered one by one.
+  static constexpr const char* RegisteredFiles = "";
+
+  /// What the index knows of a folder.
+  struct FolderState {
+    i64_t Revision = 0;    ///< another number after each change; 0 for an unknown folder
+    bool Present = false;  ///< found when it was last looked for
+    ScannedFiles Files;
+  };
+
   /// Opens or creates the index; `filename` empty: in memory.
   explicit StoreIndex(const std::string& filename);
 
-  [[nodiscard]] Database& Connection() { return m_Database; }
   [[nodiscard]] const Database& Connection() const { return m_Database; }
 
+  /// All folders but RegisteredFiles.
   [[nodiscard]] std::vector<std::string> Folders() const;
-  /// Adds a folder, or says whether one that is there can be found on disk now.
-  void PutFolder(const std::string& folder, bool present);
+  [[nodiscard]] i64_t Revision(const std::string& folder) const;
+  [[nodiscard]] FolderState Folder(const std::string& folder) const;
+  /// Says that a folder cannot be found on disk now; no change for one that is not there.
+  void MarkAbsent(const std::string& folder);
   /// False when the folder is not there.
   bool RemoveFolder(const std::string& folder);
+  /// Adds the folder where it is not there.
+  void Apply(const std::string& folder, const FolderUpdate& update);
 
-  [[nodiscard]] ScannedFiles Files(const std::string& folder) const;
-  /// Takes a new or changed file down; what was known of its digest is forgotten.
-  void PutFile(const std::string& folder, const std::string& path, const ScannedFile& file);
-  void RemoveFile(const std::string& path);
+  /// Makes one file known, instead of what was known of it before.
+  void PutRegistered(const ScannedFile& file, const AssetRecord& record);
+  [[nodiscard]] std::vector<std::string> RegisteredPaths() const;
   /// The computed digest of a file, kept for as long as it has this stamp.
   void PutDigest(const std::string& path, const FileStamp& stamp, const SHA1& digest);
-
-  void PutPackage(const std::string& folder, const PackageReading& reading);
-  void PutAsset(const std::string& folder, const AssetRecord& asset);
-  void RemoveAssets(const std::string& folder, const std::string& path);
-  void RemovePackage(const std::string& root);
-  void RemovePackagesOf(const std::string& folder);
 
   [[nodiscard]] std::vector<AssetRecord> Assets() const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
   [[nodiscard]] UUIDList AssetIDs() const;
 
  private:
-  void Create();
+  void PutFolder(const std::string& folder);
+  [[nodiscard]] bool IsCreated() const;
+  [[nodiscard]] i64_t Ask(const char* sql) const;
 
   Database m_Database;
 };
 
-/// Looks assets up by identifier; one for many look-ups is quickest.
+/// Looks assets up by identifier, all in one state of the index. One for many look-ups is quickest.
 class AssetFinder {
  public:
   explicit AssetFinder(const StoreIndex& index);
@@ -57,6 +66,7 @@ class AssetFinder {
   [[nodiscard]] std::vector<AssetRecord> Find(const UUID& id);
 
  private:
+  Transaction m_Transaction;
   Statement m_Rows;
 };
 

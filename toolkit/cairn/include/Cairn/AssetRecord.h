@@ -17,7 +17,7 @@ enum AssetProblem_t : ui32_t {
   AP_DIGEST_MISMATCH = 4,  ///< the file's digest is not the one listed; known after verification only
   AP_NOT_PACKED = 8,       ///< in the packing list, not in the asset map
   AP_NOT_LISTED = 16,      ///< in the package, but in none of its packing lists
-  AP_WRONG_ID = 32,        ///< the file says it is another asset
+  AP_WRONG_ID = 32,        ///< the file says it is another asset; not fatal, since packages repaired by hand have that
   AP_BAD_PATH = 64,        ///< the asset map's path leaves the package or is no relative path
   AP_SPLIT = 128,          ///< the asset is split into several files, which is not supported
   AP_UNREADABLE = 256,     ///< the file could not be read, or the document not understood

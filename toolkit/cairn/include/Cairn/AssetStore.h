@@ -31,7 +31,8 @@ struct VerifyProgress {
 /// opened again. Several processes may use one index file at once; each change is one transaction, so that a process
 /// that dies leaves the index as it was before or after.
 ///
-/// Any thread may call the const operations at any time; the others belong to one thread at a time.
+/// Any thread may call the const operations at any time once Open has returned; the others belong to one thread at a
+/// time. No operation of another process or thread that takes time keeps a const operation waiting.
 class CAIRN_API AssetStore : public IAssetLookup {
  public:
   AssetStore();
@@ -47,7 +48,8 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// @return RESULT_OK; RESULT_INIT before Open; RESULT_NOT_FOUND, RESULT_NO_PERM, RESULT_NOTAFILE (no folder);
   ///         RESULT_CN_STORE.
   [[nodiscard]] Result_t AddFolder(const std::string& folder);
-  /// Looks for changes in all folders. A folder that is not there now keeps its assets, which are then missing.
+  /// Looks for changes in all folders, and in the files registered. A folder that is not there now is logged and keeps
+  /// its assets, which are then missing.
   [[nodiscard]] Result_t Refresh();
   /// Forgets a folder with its assets. RESULT_NOT_FOUND for one that was not added.
   [[nodiscard]] Result_t Forget(const std::string& folder);
@@ -59,19 +61,24 @@ class CAIRN_API AssetStore : public IAssetLookup {
   [[nodiscard]] std::vector<AssetRecord> FindAsset(const UUID& id) const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
 
-  /// Computes digests of files with a listed digest and keeps what was found in the index.
-  /// @param ids       which assets; all when empty. Those verified before and not changed since are not read again.
-  /// @param threads   how many files are read at once; 0 chooses by the processor.
-  /// @param progress  called from time to time, by one thread at once; false from it cancels.
-  /// @return RESULT_OK when every digest is the listed one; RESULT_FALSE when some is not or some file is missing;
-  ///         RESULT_CANCELLED; RESULT_CN_STORE.
+  /// Looks for changes, then computes the digests of files with a listed digest. What is found of each file is kept in
+  /// the index at once, so that a verification that was cancelled goes on where it was.
+  /// @param ids       which assets; all when empty. Files verified before and not changed since are not read again.
+  /// @param threads   how many files are read at once, 64 at most; 0 chooses by the processor.
+  /// @param progress  called every 100 ms or so and at the end, from the threads that read, by one of them at a time;
+  ///                  false from it cancels. It must not throw, nor call operations of this store that are not const.
+  /// @return RESULT_OK when every listed digest is the file's; RESULT_FALSE when some is not, some file is missing or
+  ///         some asset not known; RESULT_CANCELLED; RESULT_CN_STORE.
   [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0,
                                        const std::function<bool(const VerifyProgress&)>& progress = {});
 
   [[nodiscard]] Result_t GetAssetIDList(UUIDList& out) const override;
-  /// Adds one file as a loose asset. RESULT_CN_STORE; RESULT_CN_VALUE for a file without an identifier of its own.
+  /// Adds one file as a loose asset, wherever it lies; `digest` may be without value.
+  /// @return RESULT_OK; RESULT_CN_VALUE for a file without an identifier of its own; RESULT_CN_STORE; otherwise as
+  ///         Ferro::FileReader.
   [[nodiscard]] Result_t RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) override;
-  /// With `flag` true only assets without fatal problems are answered. RESULT_NOT_FOUND for others.
+  /// With `flag` true only assets without fatal problems are answered, RESULT_NOT_FOUND for others. Of several places
+  /// of an asset the one with the least problems is answered.
   [[nodiscard]] Result_t GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const override;
   [[nodiscard]] Result_t GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& out, bool flag) const override;
 

@@ -16,8 +16,9 @@ struct FileContent {
   UUID ID;  ///< the file's own: a document's Id or SubtitleID, a track file's asset; no value where there is none
 };
 
-/// Finds out what a file holds from its bytes; its name does not count. Logs nothing: that a file is nothing known, or
-/// is broken beyond its first tag, is an answer. Only the beginning of a file is read, and documents whole.
+/// Finds out what a file holds from its bytes; its name does not count, and a document's namespace must be one of those of
+/// digital cinema. That a file is nothing known, or is broken beyond its first tag, is an answer and is not logged, but
+/// for the faults that QUIRE finds in an MXF file. Only the beginning of a file is read, and documents whole.
 /// @return RESULT_OK whenever the file could be read; else the failure of Ferro::FileReader. Any thread may call it.
 [[nodiscard]] CAIRN_API Result_t InspectFile(const std::string& filename, FileContent& content);
 

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "FolderScan.h"
+#include "PackageReading.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace Cairn {
+
+/// What is to change in an index so that it tells what is in a folder now.
+struct FolderUpdate {
+  ScannedFiles Changed;  ///< new ones too
+  std::vector<std::string> Removed;
+  std::set<std::string> StalePackages;  ///< roots of packages that go, or are replaced
+  std::vector<PackageReading> Packages;
+
+  [[nodiscard]] bool Empty() const { return Changed.empty() && Removed.empty(); }
+};
+
+/// Compares files alone. Those that are as they were are not opened, unless they could not be read then; the others are
+/// looked into. Files that cannot be read are logged.
+/// @param found  the files there are now.
+/// @param known  what is known of the files that there were.
+[[nodiscard]] FolderUpdate CompareFiles(const FileStamps& found, const ScannedFiles& known);
+
+/// Compares a folder: its files, and the packages that a change of files touches.
+[[nodiscard]] FolderUpdate CompareFolder(const FileStamps& found, const ScannedFiles& known);
+
+}  // namespace Cairn
