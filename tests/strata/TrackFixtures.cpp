@@ -13,6 +13,16 @@
 
 namespace testsupport {
 
+namespace {
+
+int CountEntries(const char* folder) {
+  int count = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
+  return count;
+}
+
+}  // namespace
+
 std::unique_ptr<Strata::ITimelineTrack> MakeTrack(testsupport::TrackKind kind) {
   using testsupport::TrackKind;
   switch (kind) {
@@ -45,10 +55,12 @@ int CountReaderThreads() {
   return count;
 }
 
-int CountOpenFiles() {
-  int count = -1;  // the iterator's own
-  for ([[maybe_unused]] const auto& file : std::filesystem::directory_iterator("/proc/self/fd")) ++count;
-  return count;
+int CountThreads() {
+  return CountEntries("/proc/self/task");
 }
+
+int CountOpenFiles() {
+  return CountEntries("/proc/self/fd") - 1;
+}  // without the iterator's own
 
 }  // namespace testsupport

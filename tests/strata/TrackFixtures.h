@@ -57,6 +57,8 @@ inline testsupport::Bytes BytesOf(const QUIRE::FrameBuffer& frame) {
 
 /// How many of this process's threads the system knows by the reader threads' name.
 int CountReaderThreads();
+/// How many threads the process has.
+int CountThreads();
 /// How many file descriptors the process has open.
 int CountOpenFiles();
 

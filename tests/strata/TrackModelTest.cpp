@@ -17,7 +17,7 @@ using testsupport::TrackFileSpec;
 using testsupport::TrackKind;
 
 constexpr ui32_t Duration = 40;
-constexpr ui32_t OperationsPerTrack = testsupport::Sanitized ? 25000 : 500000;
+constexpr ui32_t OperationsPerTrack = testsupport::Sanitized ? 200000 : 500000;
 
 /// What is known of a ready track: which position the front holds when request n is finished, and how many brackets ended.
 class Model {
