@@ -24,7 +24,8 @@
 //
 // The thread takes m_FBMutex for a few instructions at a time, never while it reads a file or waits for an event. The
 // transport holds it through its bracket. Each event is counted: a post made before its pend is kept for it. ReadEvent
-// has a ceiling of 1, because "the front was released since the last exchange" is a yes or a no; the other two have none.
+// has a ceiling of 1, because "the front was released since the last exchange" is a yes or a no; the other two have
+// none.
 //
 // Who may touch what:
 //   m_FBp_0, m_FBp_1 and m_CurrentPosition are written by the thread alone and under m_FBMutex. So the thread may read
@@ -32,42 +33,44 @@
 //   buffer's contents are read by the transport, inside its bracket, and are written by nobody: they were written when
 //   the buffer was the back buffer, before the exchange, which happens before every later bracket by way of the mutex.
 //
-// 1. No buffer is read while it is exchanged or written. A bracket holds m_FBMutex and so does an exchange: they exclude
-//    each other. Inside a bracket the pointers therefore stand still, and the thread writes through m_FBp_0 only, which
-//    is never the buffer that m_FBp_1 names, since SetupFrameBuffers makes them differ and an exchange keeps that.
+// 1. No buffer is read while it is exchanged or written. A bracket holds m_FBMutex and so does an exchange: they
+//    exclude each other. Inside a bracket the pointers therefore stand still, and the thread writes through m_FBp_0
+//    only, which is never the buffer that m_FBp_1 names, since SetupFrameBuffers makes them differ and an exchange
+//    keeps that.
 //
 // 2. No request is lost and none is served twice. RequestFrame adds the position before it posts NewFrameEvent, and the
-//    event loses no post: at any time there are at least as many positions queued as posts of requests not yet consumed.
-//    Each wake-up consumes one post and takes one position. The one post without a position is ThreadStop's, and it
-//    follows the store of m_RunOK = false: a thread that consumed it sees the flag down before it looks at the queue. A
-//    thread that consumed a request's post instead ends as well, or finds the position. Hence the assertion.
+//    event loses no post: at any time there are at least as many positions queued as posts of requests not yet
+//    consumed. Each wake-up consumes one post and takes one position. The one post without a position is ThreadStop's,
+//    and it follows the store of m_RunOK = false: a thread that consumed it sees the flag down before it looks at the
+//    queue. A thread that consumed a request's post instead ends as well, or finds the position. Hence the assertion.
 //
-// 3. Every request is answered by exactly one post of WriteEvent, unless the thread is stopped first: the loop has three
-//    ways from Taking back to Idle (current already, failed, exchanged) and each posts once. The event loses no post. So
-//    the n-th bracket begins after the n-th request is finished, and a bracket beyond the requests waits.
+// 3. Every request is answered by exactly one post of WriteEvent, unless the thread is stopped first: the loop has
+//    three ways from Taking back to Idle (current already, failed, exchanged) and each posts once. The event loses no
+//    post. So the n-th bracket begins after the n-th request is finished, and a bracket beyond the requests waits.
 //
-// 4. The thread never waits for ReadEvent in vain. The constructor posts it for the first exchange. Let an exchange have
-//    consumed it. The exchange then posts WriteEvent; the transport that made the request will bracket, and its
-//    BufferUnlock posts ReadEvent again; nothing but an exchange consumes it. A post lost at the ceiling is lost because
-//    the event is up, and the pend finds it up. A transport that never brackets keeps the thread in Full, asleep and with
-//    the frame ready; that is what pausing is.
+// 4. The thread never waits for ReadEvent in vain. The constructor posts it for the first exchange. Let an exchange
+//    have consumed it. The exchange then posts WriteEvent; the transport that made the request will bracket, and its
+//    BufferUnlock posts ReadEvent again; nothing but an exchange consumes it. A post lost at the ceiling is lost
+//    because the event is up, and the pend finds it up. A transport that never brackets keeps the thread in Full,
+//    asleep and with the frame ready; that is what pausing is.
 //
-// 5. No deadlock at stop. ThreadStop first lowers m_RunOK, then posts NewFrameEvent and ReadEvent. Idle and Full are the
-//    only states that wait for an event, and each is left by one of these posts (or by an earlier one; if the post is lost at
-//    the ceiling, the event is up and nobody waits for it). After either wait the thread looks at m_RunOK with m_FBMutex
-//    held, before anything else, and ends. Reading ends when the file system answers; what follows is Full, or a jump to
-//    the loop's head, where m_RunOK is read. For m_FBMutex it waits no longer than the transport's bracket, and there is
-//    none: the owner stops outside brackets. The lock order is trivial, there being one lock and no wait under it.
+// 5. No deadlock at stop. ThreadStop first lowers m_RunOK, then posts NewFrameEvent and ReadEvent. Idle and Full are
+//    the only states that wait for an event, and each is left by one of these posts (or by an earlier one; if the post
+//    is lost at the ceiling, the event is up and nobody waits for it). After either wait the thread looks at m_RunOK
+//    with m_FBMutex held, before anything else, and ends. Reading ends when the file system answers; what follows is
+//    Full, or a jump to the loop's head, where m_RunOK is read. For m_FBMutex it waits no longer than the transport's
+//    bracket, and there is none: the owner stops outside brackets. The lock order is trivial, there being one lock and
+//    no wait under it.
 //
 // 6. What a bracket shows. Write F(n) for the position the front holds when request n is finished: its own position,
 //    except after a failed read, where it is F(n-1). By 3, bracket n shows F(m) for some m >= n that was requested.
 //    - With one request at a time (request, lock, unlock) there is no m > n: the bracket shows F(n).
-//    - With requests ahead, all for new positions and readable. Count from a moment of rest, when every request so far was
-//      answered and bracketed: ReadEvent is up, once, thanks to its ceiling. Until bracket n ends it has been up n times
-//      (at rest, and after the brackets 1 to n-1), and the exchanges 1 to n consume just these. So exchange n+1 comes after
-//      the end of bracket n; and bracket n+1 comes after exchange n+1, which posts the WriteEvent it needs. Exchanges and
-//      brackets alternate, and bracket n shows F(n). This is the normal run: the thread reads frame n+1 while the
-//      transport reads frame n.
+//    - With requests ahead, all for new positions and readable. Count from a moment of rest, when every request so far
+//      was answered and bracketed: ReadEvent is up, once, thanks to its ceiling. Until bracket n ends it has been up n
+//      times (at rest, and after the brackets 1 to n-1), and the exchanges 1 to n consume just these. So exchange n+1
+//      comes after the end of bracket n; and bracket n+1 comes after exchange n+1, which posts the WriteEvent it needs.
+//      Exchanges and brackets alternate, and bracket n shows F(n). This is the normal run: the thread reads frame n+1
+//      while the transport reads frame n.
 //    - With requests ahead among which some fail or repeat the front's position, their WriteEvents come without an
 //      exchange, and a bracket may run ahead of the exchange or behind it: it shows F(n) or a later request's frame.
 //      It is a whole frame all the same, under its own number, because the number lies in the buffer and is written
@@ -95,8 +98,8 @@ namespace Strata {
 
 /// Reads requested frames of one track file ahead of the transport, into a pair of buffers.
 ///
-/// @tparam TrackFileT    has `Result_t ReadFrame(ui32_t position, FrameBufferT&, nullptr, nullptr)`: one edit unit as it
-///                       is stored, without decryption or integrity check.
+/// @tparam TrackFileT    has `Result_t ReadFrame(ui32_t position, FrameBufferT&, nullptr, nullptr)`: one edit unit as
+///                       it is stored, without decryption or integrity check.
 /// @tparam FrameBufferT  a frame buffer, or a pair of them named Left and Right.
 ///
 /// Construct, SetupFrameBuffers, Start; the owner calls Stop before it destroys the object.

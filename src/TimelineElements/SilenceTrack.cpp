@@ -13,8 +13,8 @@ namespace {
 /// Longer than any reel, so that every span of it fits.
 constexpr ui32_t SilenceDuration = 1000000;
 
-/// The descriptor comes from a track file, which may claim anything; far above what sound can be (16 channels of 96 kHz,
-/// 24 bits and 1 edit unit per second take 4.6 MB).
+/// The descriptor comes from a track file, which may claim anything; far above what sound can be (16 channels of 96
+/// kHz, 24 bits and 1 edit unit per second take 4.6 MB).
 constexpr ui32_t MaxFrameBytes = 64 * 1024 * 1024;
 
 /// Bytes of one edit unit, kept to 32 bits; 0 when a rate is missing or not positive. A sampling rate that is no

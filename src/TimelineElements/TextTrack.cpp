@@ -49,8 +49,8 @@ Result_t ReadWholeFile(const Ferro::FileReader& file, TextBuffer& out) {
   return result;
 }
 
-/// The gaps between a file's partitions, each rounded down to 16 bytes. They bound what lies in the partition before the
-/// gap's end. No gap is taken for larger than the file, whatever its index pack says.
+/// The gaps between a file's partitions, each rounded down to 16 bytes. They bound what lies in the partition before
+/// the gap's end. No gap is taken for larger than the file, whatever its index pack says.
 std::list<ui32_t> PartitionGaps(const QUIRE::MXF::RIP& index, Ferro::fsize_t file_size) {
   const Ferro::fsize_t limit = std::min<Ferro::fsize_t>(file_size, std::numeric_limits<ui32_t>::max());
   std::list<ui32_t> gaps;

@@ -20,8 +20,9 @@ class MXFReader;
 
 namespace Strata {
 
-/// A track of timed text: an Interop subtitle document with its fonts and images beside it, or an ST 429-5 track file with
-/// them inside. Initialisation loads all of it; the track then answers copies and has neither a ready nor a dormant state.
+/// A track of timed text: an Interop subtitle document with its fonts and images beside it, or an ST 429-5 track file
+/// with them inside. Initialisation loads all of it; the track then answers copies and has neither a ready nor a
+/// dormant state.
 ///
 /// InitWithFilename holds the buffer lock throughout. The getters do not lock: a caller that reads while another thread
 /// may initialise brackets its reads with BufferLock and BufferUnlock, and asks EditRate, which locks too, outside.
@@ -34,9 +35,10 @@ class TextTimelineTrack : public ITimelineTrack {
 
   /// Loads the document and its resources. A file whose first four bytes are those of an MXF key is taken for ST 429-5,
   /// any other for Interop.
-  /// @return RESULT_OK; QUIRE::RESULT_FORMAT for a file of fewer than 16 bytes; what opening, reading and decoding return.
-  /// A resource of an ST 429-5 file that cannot be read is logged and ends the loading with its failure. A resource of an
-  /// Interop document that cannot be read is logged and left out. After a failure the track is not to be used.
+  /// @return RESULT_OK; QUIRE::RESULT_FORMAT for a file of fewer than 16 bytes; what opening, reading and decoding
+  /// return. A resource of an ST 429-5 file that cannot be read is logged and ends the loading with its failure. A
+  /// resource of an Interop document that cannot be read is logged and left out. After a failure the track is not to be
+  /// used.
   Result_t InitWithFilename(const std::string& filename, const ui32_t& entry_point, const ui32_t& duration) override;
   void MakeReady() override {}
   bool MakeDormant() override { return true; }

@@ -15,8 +15,8 @@
 
 namespace Strata {
 
-/// A track whose essence lies in a track file. Dormant, it knows what the file says of itself; ready, it has the file open
-/// and a thread that reads requested frames ahead.
+/// A track whose essence lies in a track file. Dormant, it knows what the file says of itself; ready, it has the file
+/// open and a thread that reads requested frames ahead.
 ///
 /// InitWithFilename, MakeReady and MakeDormant lock m_Lock. The frame operations do not: they belong to one transport
 /// thread, which takes no frames while the track is made dormant.
@@ -24,7 +24,8 @@ namespace Strata {
 /// @tparam ReaderThreadT  an EssenceReaderThread of the next two
 /// @tparam TrackFileT     a track-file reader with FrameBufferSize()
 /// @tparam FrameBufferT   what it reads into
-/// @tparam DescriptorT    what it says of its essence; FillDescriptor(const TrackFileT&, DescriptorT&) is found by overload
+/// @tparam DescriptorT    what it says of its essence; FillDescriptor(const TrackFileT&, DescriptorT&) is found by
+///                        overload
 template <class ReaderThreadT, class TrackFileT, class FrameBufferT, class DescriptorT>
 class TimelineTrack : public ITimelineTrack {
  public:

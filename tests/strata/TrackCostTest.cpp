@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a track may cost: no allocation per frame, nothing left behind by ready and dormant, no processor while it waits.
+// What a track may cost: no allocation per frame, nothing left behind by ready and dormant, no processor time while it
+// waits.
 #include "TrackFixtures.h"
 
 #include <atomic>

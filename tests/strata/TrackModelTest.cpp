@@ -19,7 +19,8 @@ using testsupport::TrackKind;
 constexpr ui32_t Duration = 40;
 constexpr ui32_t OperationsPerTrack = testsupport::Sanitized ? 200000 : 500000;
 
-/// What is known of a ready track: which position the front holds when request n is finished, and how many brackets ended.
+/// What is known of a ready track: which position the front holds when request n is finished, and how many brackets
+/// ended.
 class Model {
  public:
   void Reset() { *this = Model(); }
@@ -34,8 +35,8 @@ class Model {
   [[nodiscard]] bool AllBracketed() const { return m_Brackets == m_Requests; }
   [[nodiscard]] size_t Waiting() const { return m_Requests - m_Brackets; }
 
-  /// Whether the next bracket may show `shown`. Request n is finished before bracket n begins, and so may those after be;
-  /// where each request since the last rest brought a new frame, bracket and exchange take turns.
+  /// Whether the next bracket may show `shown`. Request n is finished before bracket n begins, and so may those after
+  /// be; where each request since the last rest brought a new frame, bracket and exchange take turns.
   [[nodiscard]] bool Allows(ui32_t shown) const {
     const auto next = m_Front.begin() + static_cast<std::ptrdiff_t>(m_Brackets) + 1;
     return m_Surprises ? std::find(next, m_Front.end(), shown) != m_Front.end() : *next == shown;

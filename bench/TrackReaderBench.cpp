@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Frames per second through a ready track, each beside its physical limit measured in the same run: bare positioned
+// reads of the same bytes into one buffer, everything in page cache.
+//
+//   Ahead     the next frame is requested before the current one is released; the limit is the reads alone
+//   LockStep  a frame is requested when the one before was released; the limit is a read and one round trip between two
+//             threads over a mutex and a condition each way
+//
+// Track and limit take turns within every repetition; what is reported is the median over the repetitions.
+#include "EssenceMaker.h"
+#include "TemporaryFolder.h"
+#include "TimelineElements/JP2KTimelineElement.h"
+#include "TimelineElements/PCMTimelineElement.h"
+#include "TrackFileMaker.h"
+
+#include <Ferro/FileReader.h>
+#include <QUIRE/JP2KWriter.h>
+#include <QUIRE/MXF/KLV.h>
+
+#include <benchmark/benchmark.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Ferro::ui32_t;
+using Ferro::ui64_t;
+using Ferro::ui8_t;
+
+constexpr int Repetitions = 21;
+
+void Require(const Ferro::Result_t& result) {
+  if (result.Success()) return;
+  std::cerr << "TrackReaderBench: " << result.Label() << '\n';
+  std::exit(1);
+}
+
+struct Extent {
+  ui64_t Offset;
+  ui64_t Length;
+};
+
+/// A track file, and where the bytes of its frames lie.
+struct Essence {
+  std::string Filename;
+  std::vector<Extent> Frames;
+  std::unique_ptr<Strata::ITimelineTrack> Track;
+};
+
+/// Finds the frames: the KLVs of at least `smallest` bytes.
+std::vector<Extent> FindFrames(const std::string& filename, ui64_t smallest) {
+  Ferro::FileReader file;
+  Require(file.OpenRead(filename));
+  std::vector<Extent> frames;
+  QUIRE::MXF::KLVPacket packet;
+  for (ui64_t offset = 0; offset < file.Size(); offset = packet.End()) {
+    Require(QUIRE::MXF::ReadKLV(file, offset, file.Size(), packet));
+    if (packet.ValueLength >= smallest) frames.push_back({packet.ValueOffset(), packet.ValueLength});
+  }
+  return frames;
+}
+
+void MakeReady(Essence& essence, ui64_t smallest) {
+  Require(essence.Track->InitWithFilename(essence.Filename, 0, 1));
+  essence.Frames = FindFrames(essence.Filename, smallest);
+  essence.Track->MakeReady();
+}
+
+/// 48 pictures of 1.3 MB and a little more or less, as at 250 Mbit/s and 24 per second.
+Essence& Pictures() {
+  static testsupport::TemporaryFolder folder;
+  static Essence essence = [] {
+    Essence made{folder.Path("picture.mxf"), {}, std::make_unique<Strata::JP2KTimelineElement>()};
+    const testsupport::TrackFileSpec spec;
+    QUIRE::JP2K::MXFWriter writer;
+    Require(writer.OpenWrite(made.Filename, MakeWriterInfo(spec), MakePictureDescriptor(spec)));
+    for (ui32_t number = 0; number < 48; ++number) {
+      QUIRE::JP2K::FrameBuffer frame;
+      testsupport::FillBuffer(testsupport::MakeNoise(1290000 + 977 * (number % 21), number), frame);
+      Require(writer.WriteFrame(frame));
+    }
+    Require(writer.Finalize());
+    MakeReady(made, 1000000);
+    return made;
+  }();
+  return essence;
+}
+
+/// 500 edit units of sound of 86,400 bytes: 15 channels of 24 bits at 48 kHz and 25 per second.
+Essence& Sound() {
+  static testsupport::TemporaryFolder folder;
+  static Essence essence = [] {
+    Essence made{folder.Path("sound.mxf"), {}, std::make_unique<Strata::PCMTimelineElement>()};
+    testsupport::TrackFileSpec spec;
+    spec.EditRate = {25, 1};
+    spec.ChannelCount = 15;
+    spec.Duration = 500;
+    spec.ChannelFormat = QUIRE::PCM::CF_CFG_4;
+    Require(MakeTrackFile(testsupport::TrackKind::Sound, made.Filename, spec));
+    MakeReady(made, 86400);
+    return made;
+  }();
+  return essence;
+}
+
+/// `count` positions, in the file's order or shuffled, no frame twice in a row.
+std::vector<ui32_t> Positions(const Essence& essence, size_t count, bool random) {
+  const auto frames = static_cast<ui32_t>(essence.Frames.size());
+  std::mt19937 generator(1);
+  std::vector<ui32_t> positions;
+  while (positions.size() < count) {
+    const auto next =
+        random ? static_cast<ui32_t>(generator() % frames) : static_cast<ui32_t>(positions.size()) % frames;
+    if (positions.empty() || positions.back() != next) positions.push_back(next);
+  }
+  return positions;
+}
+
+double SecondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void Show(Strata::ITimelineTrack& track, ui32_t position) {
+  track.BufferLock();
+  if (track.FrameBuffer().FrameNumber() != position) Require(Ferro::RESULT_FAIL);
+  benchmark::DoNotOptimize(track.FrameBuffer().RoData());
+  track.BufferUnlock();
+}
+
+double TimeAhead(Essence& essence, const std::vector<ui32_t>& positions) {
+  const auto start = std::chrono::steady_clock::now();
+  essence.Track->ReadyFrameAtLocation(positions.front());
+  for (size_t i = 0; i < positions.size(); ++i) {
+    if (i + 1 < positions.size()) essence.Track->ReadyFrameAtLocation(positions[i + 1]);
+    Show(*essence.Track, positions[i]);
+  }
+  return SecondsSince(start);
+}
+
+double TimeLockStep(Essence& essence, const std::vector<ui32_t>& positions) {
+  const auto start = std::chrono::steady_clock::now();
+  for (const ui32_t position : positions) {
+    essence.Track->ReadyFrameAtLocation(position);
+    Show(*essence.Track, position);
+  }
+  return SecondsSince(start);
+}
+
+double TimeReads(const Essence& essence, const std::vector<ui32_t>& positions) {
+  static std::vector<ui8_t> buffer(4194304);
+  const int file = open(essence.Filename.c_str(), O_RDONLY | O_CLOEXEC);
+  const auto start = std::chrono::steady_clock::now();
+  for (const ui32_t position : positions) {
+    const Extent& frame = essence.Frames[position];
+    const ssize_t count = pread(file, buffer.data(), frame.Length, static_cast<off_t>(frame.Offset));
+    if (count != static_cast<ssize_t>(frame.Length)) Require(Ferro::RESULT_READFAIL);
+    benchmark::DoNotOptimize(buffer.data());
+  }
+  const double seconds = SecondsSince(start);
+  close(file);
+  return seconds;
+}
+
+/// `count` times to another thread and back, each way by a mutex and a condition.
+double TimeRoundTrips(size_t count) {
+  std::mutex mutex;
+  std::condition_variable changed;
+  bool there = false;
+  const auto travel = [&](bool to) {
+    for (size_t i = 0; i < count; ++i) {
+      std::unique_lock lock(mutex);
+      changed.wait(lock, [&] { return there != to; });
+      there = to;
+      lock.unlock();
+      changed.notify_one();
+    }
+  };
+  std::thread other([&] { travel(false); });
+  const auto start = std::chrono::steady_clock::now();
+  travel(true);
+  {
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [&] { return !there; });
+  }
+  const double seconds = SecondsSince(start);
+  other.join();
+  return seconds;
+}
+
+double Median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+  return values[values.size() / 2];
+}
+
+enum class Request { Ahead, LockStep };
+
+void Frames(benchmark::State& state, Essence& essence, size_t count, bool random, Request request) {
+  const std::vector<ui32_t> positions = Positions(essence, count, random);
+  const auto time_track = [&] {
+    return request == Request::Ahead ? TimeAhead(essence, positions) : TimeLockStep(essence, positions);
+  };
+  const auto time_limit = [&] {
+    return TimeReads(essence, positions) + (request == Request::LockStep ? TimeRoundTrips(count) : 0.0);
+  };
+  time_track();
+  time_limit();
+  std::vector<double> track;
+  std::vector<double> limit;
+  std::vector<double> ratio;
+  for (auto _ : state) {
+    const bool track_first = track.size() % 2 == 0;
+    const double first = track_first ? time_track() : time_limit();
+    const double second = track_first ? time_limit() : time_track();
+    track.push_back(track_first ? first : second);
+    limit.push_back(track_first ? second : first);
+    ratio.push_back(limit.back() / track.back());
+    state.SetIterationTime(track.back());
+  }
+  const auto frames = static_cast<double>(count);
+  state.counters["track_fps"] = frames / Median(track);
+  state.counters["limit_fps"] = frames / Median(limit);
+  state.counters["of_limit"] = Median(ratio);
+  state.counters["time_ratio"] = 1.0 / Median(ratio);
+}
+
+void PictureAhead(benchmark::State& state) {
+  Frames(state, Pictures(), 480, state.range(0) != 0, Request::Ahead);
+}
+void PictureLockStep(benchmark::State& state) {
+  Frames(state, Pictures(), 480, state.range(0) != 0, Request::LockStep);
+}
+void SoundAhead(benchmark::State& state) {
+  Frames(state, Sound(), 5000, state.range(0) != 0, Request::Ahead);
+}
+void SoundLockStep(benchmark::State& state) {
+  Frames(state, Sound(), 5000, state.range(0) != 0, Request::LockStep);
+}
+
+void Configure(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("random")->Arg(0)->Arg(1)->Iterations(Repetitions)->UseManualTime()->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(PictureAhead)->Apply(Configure);
+BENCHMARK(PictureLockStep)->Apply(Configure);
+BENCHMARK(SoundAhead)->Apply(Configure);
+BENCHMARK(SoundLockStep)->Apply(Configure);
+
+}  // namespace
