@@ -24,7 +24,7 @@ class ScratchFile {
     const int descriptor = mkstemp(name);
     m_Name = name;
     std::FILE* file = fdopen(descriptor, "wb");
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const bool written = bytes.empty() || std::fwrite(bytes.data(), bytes.size(), 1, file) == 1;
     const bool closed = std::fclose(file) == 0;
     EXPECT_TRUE(written && closed && Reader.OpenRead(m_Name).Success());
   }
