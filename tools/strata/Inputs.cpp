@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Inputs.h"
+
+#include <Cairn/CompositionPlaylist.h>
+#include <Cairn/InitObjectWithFile.h>
+#include <Cairn/InspectFile.h>
+#include <Ferro/FileText.h>
+#include <Ferro/Path.h>
+#include <Strata/ShowPlaylist.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <set>
+
+namespace {
+
+std::optional<Cairn::UUID> identifier_of(const std::string& name) {
+  if (const auto id = Cairn::UUID::FromURN(name)) return id;
+  return Cairn::UUID::FromHex(name);
+}
+
+std::string title_of(Cairn::FileType_t type, const std::string& path) {
+  Cairn::CompositionPlaylist cpl;
+  Strata::ShowPlaylist spl;
+  if (type == Cairn::FT_CPL && Cairn::InitObjectWithFile(cpl, path).Success()) return cpl.ContentTitle;
+  if (type == Cairn::FT_SHOW && Cairn::InitObjectWithFile(spl, path).Success()) return spl.ShowTitle;
+  return "";
+}
+
+std::string folder_of(const std::string& path) {
+  const std::string folder = Ferro::PathDirname(path);
+  return folder.empty() ? "." : folder;
+}
+
+/// The identifiers of the show playlists that `shows` contain.
+std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
+  std::set<Cairn::UUID> nested;
+  for (const Candidate& show : shows) {
+    Strata::ShowPlaylist spl;
+    if (Cairn::InitObjectWithFile(spl, show.Path).Failure()) continue;
+    for (const auto& item : spl.ShowSequence) {
+      if (item->m_Type != Strata::ShowPlaylist::SIT_SHOW) continue;
+      const auto& reference = static_cast<const Strata::ShowPlaylist::ShowPlaylistItem&>(*item);
+      if (const auto id = Cairn::UUID::FromURN(reference.URI)) nested.insert(*id);
+    }
+  }
+  return nested;
+}
+
+std::string list_of(const std::vector<Candidate>& candidates) {
+  std::string text;
+  for (const Candidate& candidate : candidates)
+    text += "\n  " + candidate.ID.EncodeString() + "  " + candidate.Path +
+            (candidate.Title.empty() ? "" : "  \"" + candidate.Title + '"');
+  return text;
+}
+
+}  // namespace
+
+void InputOptions::AddTo(CLI::App& command, const std::string& names, const std::string& description) {
+  command.add_option(names, Names, description)->required();
+  command.add_option("--store", Stores, "A folder to find assets in, beside those named; may be given several times")
+      ->type_name("FOLDER");
+  command
+      .add_option("--index", Index, "Keep what is known of the assets in this file, so that a second start is quick")
+      ->type_name("FILE");
+}
+
+bool OpenAssetStore(const InputOptions& options, Cairn::AssetStore& store, std::string& problem) {
+  if (const Strata::Result_t result = store.Open(options.Index); result.Failure()) {
+    problem = "The asset index " + options.Index + " cannot be used: " + result.Label();
+    return false;
+  }
+  for (const std::string& folder : options.Stores)
+    if (const Strata::Result_t result = store.AddFolder(folder); result.Failure()) {
+      problem = "The store " + folder + " cannot be opened: " + result.Label();
+      return false;
+    }
+  return true;
+}
+
+bool Inputs::Open(const InputOptions& options) {
+  if (!OpenAssetStore(options, m_Store, m_Problem)) return false;
+  return std::all_of(options.Names.begin(), options.Names.end(), [&](const auto& name) { return Resolve(name); });
+}
+
+bool Inputs::Fail(const std::string& problem) {
+  m_Problem = problem;
+  return false;
+}
+
+bool Inputs::AddFolder(const std::string& folder) {
+  const Strata::Result_t result = m_Store.AddFolder(folder);
+  return result.Success() || Fail("The folder " + folder + " cannot be opened: " + result.Label());
+}
+
+bool Inputs::Resolve(const std::string& name) {
+  std::error_code error;
+  if (std::filesystem::is_directory(name, error)) return ResolveFolder(name);
+  if (std::filesystem::exists(name, error)) return ResolveFile(name);
+  if (const auto id = identifier_of(name)) return ResolveIdentifier(*id);
+  return Fail(name + ": there is no such file or folder, and it is no identifier.");
+}
+
+bool Inputs::ResolveFolder(const std::string& folder) {
+  if (!AddFolder(folder)) return false;
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string() + '/';
+  std::vector<Candidate> shows;
+  std::vector<Candidate> compositions;
+  for (const Cairn::AssetRecord& record : m_Store.Assets()) {
+    const Cairn::AssetInfo& info = record.Info;
+    if (!info.RealFilename.starts_with(root)) continue;
+    if (info.FileType != Cairn::FT_SHOW && info.FileType != Cairn::FT_CPL) continue;
+    auto& list = info.FileType == Cairn::FT_SHOW ? shows : compositions;
+    list.push_back({info.FileType, info.ID, title_of(info.FileType, info.RealFilename), info.RealFilename});
+  }
+  const std::set<Cairn::UUID> nested = nested_in(shows);
+  std::erase_if(shows, [&](const Candidate& show) { return nested.contains(show.ID); });
+
+  const std::vector<Candidate>& meant = shows.empty() ? compositions : shows;
+  if (meant.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
+  if (meant.size() > 1)
+    return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
+                " could be meant. Name one of them:" + list_of(meant));
+  m_Shows.push_back(meant.front());
+  return true;
+}
+
+bool Inputs::ResolveFile(const std::string& path) {
+  Cairn::FileContent content;
+  const Strata::Result_t result = Cairn::InspectFile(path, content);
+  if (result.Failure()) return Fail(path + ": " + result.Label());
+  if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(folder_of(path));
+  if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
+    return Fail(path + ": this is neither a composition nor a show playlist.");
+  if (!AddFolder(folder_of(path))) return false;
+  m_Shows.push_back({content.Type, content.ID, title_of(content.Type, path), path});
+  return true;
+}
+
+bool Inputs::ResolveIdentifier(const Cairn::UUID& id) {
+  const std::vector<Cairn::AssetRecord> places = m_Store.FindAsset(id);
+  if (places.empty()) return Fail(id.EncodeString() + ": no store has this asset.");
+  const Cairn::AssetInfo& info = places.front().Info;
+  if (info.FileType != Cairn::FT_CPL && info.FileType != Cairn::FT_SHOW)
+    return Fail(id.EncodeString() + ": this is neither a composition nor a show playlist, but " + info.RealFilename);
+  m_Shows.push_back({info.FileType, id, title_of(info.FileType, info.RealFilename), info.RealFilename});
+  return true;
+}
+
+// One playlist is taken from its file, so that it plays even where its package is not in order.
+Strata::Result_t Inputs::Load(Strata::IPlaylist& playlist) const {
+  if (m_Shows.size() == 1) {
+    std::string document;
+    const Strata::Result_t result = Ferro::ReadFileIntoString(m_Shows.front().Path, document);
+    return result.Failure() ? result : playlist.InitWithPlaylist(document, m_Store, {});
+  }
+  Cairn::UUIDList ids;
+  for (const Candidate& show : m_Shows) ids.push_back(show.ID);
+  return playlist.InitWithUUIDList(ids, m_Store, {});
+}

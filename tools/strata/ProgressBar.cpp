@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ProgressBar.h"
+
+#include "TextForms.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace {
+
+constexpr auto FirstShown = std::chrono::seconds(1);
+constexpr auto Interval = std::chrono::milliseconds(100);
+constexpr unsigned BarWidth = 24;
+
+unsigned terminal_columns() {
+  winsize size = {};
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+}
+
+}  // namespace
+
+ProgressBar::ProgressBar(std::string what) : m_What(std::move(what)), m_OnTerminal(isatty(STDERR_FILENO) != 0) {}
+
+ProgressBar::~ProgressBar() {
+  if (m_IsShown) std::fputs("\r\x1b[K", stderr);
+}
+
+void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
+  const Clock::time_point now = Clock::now();
+  if (!m_OnTerminal || now - m_Started < FirstShown || now - m_Shown < Interval) return;
+  m_Shown = now;
+  m_IsShown = true;
+  const double seconds = std::chrono::duration<double>(now - m_Started).count();
+  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, terminal_columns() - 1).c_str());
+  std::fflush(stderr);
+}
+
+std::string ProgressBar::Line(const std::string& what, Ferro::ui64_t done, Ferro::ui64_t total, double seconds,
+                              unsigned columns) {
+  const double share = total > 0 ? std::min(1.0, double(done) / double(total)) : 0;
+  const double rate = seconds > 0 ? double(done) / seconds : 0;
+  const unsigned filled = static_cast<unsigned>(share * BarWidth);
+  std::string line = what + " [" + std::string(filled, '#') + std::string(BarWidth - filled, '.') + "] " +
+                     BytesText(done) + " of " + BytesText(total) + ", " + BytesText(static_cast<Ferro::ui64_t>(rate)) +
+                     "/s";
+  if (rate > 0 && done < total) line += ", " + DurationText(double(total - done) / rate) + " left";
+  return line.substr(0, columns);
+}
