@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ShowOutline.h"
+
+#include <Cairn/CompositionPlaylist.h>
+#include <Cairn/InitObjectWithFile.h>
+#include <Strata/ShowPlaylist.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr unsigned MostShows = 10'000;  // the engine takes no more
+
+const Cairn::AssetRecord* usable(const std::vector<Cairn::AssetRecord>& places) {
+  return places.empty() ? nullptr : &places.front();
+}
+
+}  // namespace
+
+const char* AssetKindName(AssetKind kind) {
+  switch (kind) {
+    case AssetKind::Picture:
+      return "picture";
+    case AssetKind::Sound:
+      return "sound";
+    case AssetKind::OnScreenText:
+      return "subtitle";
+    case AssetKind::OffScreenText:
+      return "closed caption";
+    case AssetKind::AuxData:
+      return "auxiliary data";
+  }
+  return "";
+}
+
+const OutlineAsset* OutlineReel::First(AssetKind kind) const {
+  const auto found = std::find_if(Assets.begin(), Assets.end(), [&](const auto& asset) { return asset.Kind == kind; });
+  return found == Assets.end() ? nullptr : &*found;
+}
+
+ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
+  for (const Candidate& show : inputs.Shows()) {
+    std::vector<std::string> paths{show.Path};
+    if (show.Type == Cairn::FT_SHOW)
+      AddShow(show, paths);
+    else
+      AddComposition(show.ID, show.Path);
+  }
+}
+
+void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths) {
+  Strata::ShowPlaylist spl;
+  if (const Strata::Result_t result = Cairn::InitObjectWithFile(spl, show.Path); result.Failure()) {
+    m_Problems.push_back("The show playlist " + show.Path + " cannot be read: " + result.Label());
+    return;
+  }
+  for (const auto& item : spl.ShowSequence) {
+    if (item->m_Type == Strata::ShowPlaylist::SIT_MARKER) {
+      const auto& marker = static_cast<const Strata::ShowPlaylist::MarkerItem&>(*item);
+      m_Markers.push_back({marker.Label, marker.Scope, m_Duration});
+    } else if (item->m_Type == Strata::ShowPlaylist::SIT_SHOW) {
+      AddNested(static_cast<const Strata::ShowPlaylist::ShowPlaylistItem&>(*item).URI, paths);
+    } else if (item->m_Type == Strata::ShowPlaylist::SIT_CPL) {
+      const auto& composition = static_cast<const Strata::ShowPlaylist::CompositionItem&>(*item);
+      const Ferro::ui32_t start = m_Duration;
+      const Ferro::ui32_t duration = AddComposition(composition.ID, "");
+      for (const auto& marker : composition.MarkerList) {
+        const Ferro::ui32_t offset = std::min(static_cast<Ferro::ui32_t>(marker.Offset), duration - 1);
+        m_Markers.push_back({marker.Label, marker.Scope, start + offset});
+      }
+    }
+  }
+}
+
+void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& paths) {
+  const auto id = Cairn::UUID::FromURN(uri);
+  const auto places = id ? m_Inputs.Store().FindAsset(*id) : std::vector<Cairn::AssetRecord>();
+  const Cairn::AssetRecord* place = usable(places);
+  if (place == nullptr || place->Info.FileType != Cairn::FT_SHOW) {
+    m_Problems.push_back("The show playlist " + uri + ", which the show contains, is in no store.");
+    return;
+  }
+  const std::string path = place->Info.RealFilename;
+  if (std::find(paths.begin(), paths.end(), path) != paths.end() || ++m_ShowCount > MostShows) {
+    m_Problems.push_back("The show playlist " + path + " contains itself.");
+    return;
+  }
+  paths.push_back(path);
+  AddShow({Cairn::FT_SHOW, *id, "", path}, paths);
+  paths.pop_back();
+}
+
+Ferro::ui32_t ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given_path) {
+  OutlineComposition outline;
+  outline.ID = id;
+  outline.Path = given_path;
+  outline.Start = m_Duration;
+  if (given_path.empty()) {
+    const auto places = m_Inputs.Store().FindAsset(id);
+    if (const Cairn::AssetRecord* place = usable(places)) outline.Path = place->Info.RealFilename;
+  }
+  Cairn::CompositionPlaylist cpl;
+  if (outline.Path.empty()) {
+    outline.IsMissing = true;
+    outline.Problem = "No store has this composition.";
+  } else if (const Strata::Result_t result = Cairn::InitObjectWithFile(cpl, outline.Path); result.Failure()) {
+    outline.Problem = std::string("The composition cannot be read: ") + result.Label();
+  }
+  outline.Title = cpl.ContentTitle;
+  outline.Format = cpl.DCPFormat;
+  outline.Stereoscopic = cpl.StereoscopicImage;
+  if (!cpl.ReelList.empty()) outline.EditRate = cpl.ReelList.front().MainPicture.EditRate;
+
+  for (const Cairn::Reel& reel : cpl.ReelList) {
+    OutlineReel out;
+    out.ID = reel.ID;
+    out.Duration = reel.MainPicture.Duration;
+    const auto add = [&](AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) {
+      if (asset.AssetID.HasValue()) out.Assets.push_back(Resolve(kind, asset, language));
+    };
+    add(AssetKind::Picture, reel.MainPicture, "");
+    add(AssetKind::Sound, reel.MainSound, reel.MainSound.Language);
+    add(AssetKind::OnScreenText, reel.MainSubtitle, reel.MainSubtitle.Language);
+    for (const auto& text : reel.OffScreenText) add(AssetKind::OffScreenText, text, text.Language);
+    for (const auto& data : reel.AuxData) add(AssetKind::AuxData, data, "");
+    outline.Duration += out.Duration;
+    outline.Reels.push_back(std::move(out));
+  }
+  m_Duration += outline.Duration;
+  m_Compositions.push_back(std::move(outline));
+  return m_Compositions.back().Duration;
+}
+
+OutlineAsset ShowOutline::Resolve(AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) const {
+  OutlineAsset out{kind, asset, language, {}};
+  const auto places = m_Inputs.Store().FindAsset(asset.AssetID);
+  if (const Cairn::AssetRecord* place = usable(places)) out.Found = *place;
+  return out;
+}
