@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "CheckCommand.h"
 #include "ExitCode.h"
 #include "Interrupt.h"
 #include "LogView.h"
@@ -15,8 +16,7 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand* Commands = nullptr;
-constexpr size_t CommandCount = 0;
+constexpr AddCommand Commands[] = {AddCheckCommand};
 
 int run(int argc, char** argv) {
   LogView log;
@@ -30,7 +30,7 @@ int run(int argc, char** argv) {
   app.add_flag("-v,--verbose", verbose, "Show every message of the libraries, not only warnings and errors");
   app.parse_complete_callback([&] { log.ShowAll(verbose); });
   int exit_code = Fine;
-  for (size_t i = 0; i < CommandCount; ++i) (*Commands[i])(app, exit_code);
+  for (const AddCommand add : Commands) add(app, exit_code);
 
   try {
     app.parse(argc, argv);

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "CheckCommand.h"
+
+#include "ExitCode.h"
+#include "Inputs.h"
+#include "Interrupt.h"
+#include "ProgressBar.h"
+#include "Report.h"
+#include "ShowFindings.h"
+#include "ShowOutline.h"
+#include "TextForms.h"
+
+#include <Ferro/LogSink.h>
+#include <Strata/IPlaylist.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace {
+
+struct CheckOptions {
+  InputOptions Inputs;
+  bool Hash = false;
+  bool AsJson = false;
+};
+
+/// What the engine says of the show when it loads it.
+struct EngineAnswer {
+  Strata::Result_t Result = Ferro::RESULT_OK;
+  std::vector<Finding> Findings;
+  Ferro::ui32_t DurationSeconds = 0;
+};
+
+EngineAnswer load_show(const Inputs& inputs) {
+  EngineAnswer answer;
+  Ferro::MemoryLogSink log;
+  Ferro::ILogSink* before = Ferro::SetDefaultLogSink(&log);
+  {
+    Ferro::mem_ptr<Strata::IPlaylist> playlist;
+    answer.Result = Strata::NewPlaylist(playlist);
+    if (answer.Result.Success()) answer.Result = inputs.Load(*playlist);
+    answer.DurationSeconds = playlist->GetDurationSeconds();
+  }
+  Ferro::SetDefaultLogSink(before);
+
+  for (const Ferro::LogEntry& entry : log.Entries()) {
+    if (entry.Level < Ferro::LogLevel::Warning) continue;
+    Finding& finding = answer.Findings.emplace_back();
+    const bool is_error = entry.Level == Ferro::LogLevel::Error && answer.Result.Failure();
+    finding.Level = is_error ? Severity::Error : Severity::Warning;
+    finding.Message = entry.Message.substr(0, entry.Message.find_last_not_of('\n') + 1);
+  }
+  if (answer.Result.Failure()) answer.Findings.emplace_back().Message = answer.Result.Label();
+  return answer;
+}
+
+/// Every asset of the show and the compositions themselves.
+Cairn::UUIDList assets_of(const ShowOutline& outline) {
+  Cairn::UUIDList ids;
+  for (const OutlineComposition& composition : outline.Compositions()) {
+    ids.push_back(composition.ID);
+    for (const OutlineReel& reel : composition.Reels)
+      for (const OutlineAsset& asset : reel.Assets) ids.push_back(asset.Asset.AssetID);
+  }
+  return ids;
+}
+
+/// False when the user stopped it.
+bool verify(Inputs& inputs) {
+  ProgressBar bar("Verifying");
+  const auto progress = [&](const Cairn::VerifyProgress& now) {
+    bar.Update(now.BytesDone, now.BytesTotal);
+    return !Interrupt::Requested();
+  };
+  const Cairn::UUIDList ids = assets_of(ShowOutline(inputs));
+  return ids.empty() || !(inputs.Store().VerifyDigests(ids, 0, progress) == Ferro::RESULT_CANCELLED);
+}
+
+Json composition_json(const OutlineComposition& composition) {
+  return Json{{"id", composition.ID.EncodeString()},
+              {"title", composition.Title},
+              {"file", composition.Path},
+              {"edit_rate", composition.EditRate.EncodeString()},
+              {"start", composition.Start},
+              {"duration", composition.Duration},
+              {"reels", composition.Reels.size()},
+              {"stereoscopic", composition.Stereoscopic}};
+}
+
+// An asset that is missing is told of by the outline; what the engine adds to that is only that it stopped.
+void add_engine_findings(const EngineAnswer& answer, std::vector<Finding>& findings) {
+  const bool explained = std::any_of(findings.begin(), findings.end(),
+                                     [](const Finding& finding) { return finding.Level == Severity::Missing; });
+  for (Finding finding : answer.Findings) {
+    if (explained && finding.Level == Severity::Error) finding.Level = Severity::Warning;
+    findings.push_back(finding);
+  }
+}
+
+std::string verdict_text(const std::vector<Finding>& findings, const EngineAnswer& answer, ExitCode code) {
+  if (code == Fine) return "This show will play: " + DurationText(answer.DurationSeconds) + ".";
+  if (code == NotPlayable) return "This show will not play.";
+  std::map<std::string, unsigned> missing;
+  for (const Finding& finding : findings)
+    if (finding.Level == Severity::Missing) ++missing[finding.AssetType];
+  std::string text = "This show will not play: missing";
+  const char* separator = " ";
+  for (const auto& [kind, count] : missing) {
+    text += separator + std::to_string(count) + " " + kind;
+    separator = ", ";
+  }
+  return text + ".";
+}
+
+Json make_report(const ShowOutline& outline, const std::vector<Finding>& findings, const EngineAnswer& answer,
+                 ExitCode code) {
+  Json report = NewReport("check");
+  report["playable"] = code == Fine;
+  report["exit_code"] = static_cast<int>(code);
+  report["duration"] = outline.Duration();
+  report["duration_seconds"] = answer.DurationSeconds;
+  report["compositions"] = Json::array();
+  for (const OutlineComposition& composition : outline.Compositions())
+    report["compositions"].push_back(composition_json(composition));
+  report["findings"] = Json::array();
+  for (const Finding& finding : findings) report["findings"].push_back(FindingToJson(finding));
+  report["verdict"] = verdict_text(findings, answer, code);
+  return report;
+}
+
+std::string render(const Json& report) {
+  std::string text;
+  for (const Json& composition : report["compositions"]) {
+    QUIRE::Rational rate;
+    static_cast<void>(rate.DecodeString(composition["edit_rate"].get<std::string>()));
+    text += TimeCodeText(composition["start"].get<unsigned>(), rate) + "  " + composition["title"].get<std::string>() +
+            "  (" + std::to_string(composition["reels"].get<size_t>()) + " reels, " + RateText(rate) + " fps" +
+            (composition["stereoscopic"].get<bool>() ? ", stereoscopic" : "") + ")\n";
+  }
+  for (const Json& finding : report["findings"]) text += FindingText(finding);
+  return text + report["verdict"].get<std::string>() + '\n';
+}
+
+ExitCode exit_code_for(const std::vector<Finding>& findings) {
+  const auto has = [&](Severity severity) {
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding& f) { return f.Level == severity; });
+  };
+  if (has(Severity::Error)) return NotPlayable;
+  return has(Severity::Missing) ? AssetsMissing : Fine;
+}
+
+ExitCode check(const CheckOptions& options) {
+  Inputs inputs;
+  if (!inputs.Open(options.Inputs)) {
+    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    return Usage;
+  }
+  if (options.Hash && !verify(inputs)) {
+    std::fputs("strata: interrupted\n", stderr);
+    return Interrupted;
+  }
+  const ShowOutline outline(inputs);
+  std::vector<Finding> findings = FindingsOf(outline);
+  const EngineAnswer answer = load_show(inputs);
+  add_engine_findings(answer, findings);
+  const ExitCode code = exit_code_for(findings);
+  PrintReport(make_report(outline, findings, answer, code), options.AsJson, render);
+  return code;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app, int& exit_code) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App* command = app.add_subcommand("check", "Say whether a show will play, and what is wrong with it");
+  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
+  command->add_flag("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
+  command->add_flag("--json", options->AsJson, "Print the report as JSON");
+  command->footer(
+      "Exit codes: 0 it plays, 2 it does not, 3 assets are missing, 4 interrupted.\n"
+      "Example: strata check /media/disk/TheFeature --store /srv/library --hash");
+  command->callback([options, &exit_code] { exit_code = check(*options); });
+}

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+/// `strata check`: will this show play?
+void AddCheckCommand(CLI::App& app, int& exit_code);
