@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "Interrupt.h"
 #include "LogView.h"
+#include "PlayCommand.h"
 
 #include <Strata/Version.h>
 
@@ -16,7 +17,7 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand};
+constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand};
 
 int run(int argc, char** argv) {
   LogView log;

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "LatencyHistogram.h"
+
+#include <Strata/IPlaylist.h>
+#include <Strata/ITimelineTrack.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// What one channel delivered so far.
+struct ChannelStatistics {
+  std::string Name;             ///< "picture", "closed caption 2"
+  Ferro::ui64_t Delivered = 0;  ///< frames
+  Ferro::ui64_t Late = 0;       ///< frames that came after their edit unit was over
+  Ferro::ui64_t Repeated = 0;   ///< frames that could not be read, so that the one before showed again
+  Ferro::ui64_t Bytes = 0;
+  LatencyHistogram Latency;  ///< how long the transport waited for a frame
+};
+
+/// One frame as the transport has it: valid during the call that hands it over.
+struct DeliveredFrame {
+  const Strata::ITimelineTrack& Track;
+  Ferro::ui32_t FilePosition;  ///< edit units of the track file
+  std::span<const Ferro::ui8_t> Frame;
+  std::span<const Ferro::ui8_t> RightEye;  ///< empty unless stereoscopic
+};
+
+/// Reads every channel of a playlist, edit unit by edit unit, as a media block does: the next frame is asked for before
+/// the present one is released, so that a track's thread reads while the transport waits for the clock.
+class ChannelReader {
+ public:
+  using Clock = std::chrono::steady_clock;
+  using Inspect = std::function<void(const DeliveredFrame&)>;
+
+  explicit ChannelReader(const Strata::IPlaylist& playlist) : m_Playlist(playlist) {}
+  ~ChannelReader();
+  ChannelReader(const ChannelReader&) = delete;
+  ChannelReader& operator=(const ChannelReader&) = delete;
+
+  /// Takes every channel's frame of `position`, and asks for that of `next` where it lies in the same reel.
+  /// @param length  of one edit unit; a frame that took longer counts as late.
+  void ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next, std::chrono::duration<double> length,
+                    const Inspect& inspect = {});
+
+  [[nodiscard]] std::vector<ChannelStatistics> Statistics() const;
+
+ private:
+  struct Channel {
+    Strata::ITimelineTrack* Track = nullptr;
+    std::optional<Ferro::ui32_t> Asked;  // file position asked for and not yet taken
+    bool IsReady = false;
+    ChannelStatistics Statistics;
+  };
+  using ChannelKey = std::pair<Strata::TrackType_t, Ferro::ui32_t>;
+
+  void FindTracks(Ferro::ui32_t position);
+  void Ask(Channel& channel, Ferro::ui32_t file_position);
+  void Take(Channel& channel, std::optional<Ferro::ui32_t> next, std::chrono::duration<double> length,
+            const Inspect& inspect);
+  void TakeWhatWasAsked();
+
+  const Strata::IPlaylist& m_Playlist;
+  std::map<ChannelKey, Channel> m_Channels;
+  std::optional<Ferro::ui32_t> m_Expected;  // the show position whose frames were asked for
+};

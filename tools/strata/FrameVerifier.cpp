@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FrameVerifier.h"
+
+#include <QUIRE/AtmosReader.h>
+#include <QUIRE/DCDataReader.h>
+#include <QUIRE/JP2KReader.h>
+#include <QUIRE/MPEG2Reader.h>
+#include <QUIRE/PCMReader.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+constexpr Ferro::ui32_t Capacity = 16 * 1024 * 1024;  // bytes; more than any frame that was delivered
+
+bool same(std::span<const Ferro::ui8_t> a, const QUIRE::FrameBuffer& b) {
+  return a.size() == b.Size() && std::equal(a.begin(), a.end(), b.RoData());
+}
+
+}  // namespace
+
+class FrameVerifier::Source {
+ public:
+  virtual ~Source() = default;
+  virtual bool Open(const std::string& filename) = 0;
+  virtual bool Holds(const DeliveredFrame& frame) = 0;
+};
+
+template <class Reader, class Buffer>
+class FrameVerifier::SourceOf : public Source {
+ public:
+  bool Open(const std::string& filename) override {
+    return m_Buffer.Capacity(Capacity).Success() && m_Reader.OpenRead(filename).Success();
+  }
+  bool Holds(const DeliveredFrame& frame) override {
+    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && same(frame.Frame, m_Buffer);
+  }
+
+ private:
+  Reader m_Reader;
+  Buffer m_Buffer;
+};
+
+class FrameVerifier::StereoSource : public Source {
+ public:
+  bool Open(const std::string& filename) override {
+    return m_Buffer.Left.Capacity(Capacity).Success() && m_Buffer.Right.Capacity(Capacity).Success() &&
+           m_Reader.OpenRead(filename).Success();
+  }
+  bool Holds(const DeliveredFrame& frame) override {
+    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && same(frame.Frame, m_Buffer.Left) &&
+           same(frame.RightEye, m_Buffer.Right);
+  }
+
+ private:
+  QUIRE::JP2K::MXFSReader m_Reader;
+  QUIRE::JP2K::SFrameBuffer m_Buffer;
+};
+
+FrameVerifier::FrameVerifier(const Cairn::AssetStore& store) : m_Store(store) {}
+FrameVerifier::~FrameVerifier() = default;
+
+void FrameVerifier::Inspect(const DeliveredFrame& frame) {
+  Source* source = SourceFor(frame.Track);
+  if (source == nullptr) return;
+  ++m_Compared;
+  if (!source->Holds(frame)) ++m_Different;
+}
+
+FrameVerifier::Source* FrameVerifier::SourceFor(const Strata::ITimelineTrack& track) {
+  const auto known = m_Sources.find(track.AssetID());
+  if (known != m_Sources.end()) return known->second.get();
+  if (m_Sources.size() >= MostOpen) m_Sources.clear();
+  return m_Sources.emplace(track.AssetID(), Open(track)).first->second.get();
+}
+
+std::unique_ptr<FrameVerifier::Source> FrameVerifier::Open(const Strata::ITimelineTrack& track) const {
+  Cairn::AssetInfo info;
+  if (!(m_Store.GetInfoForAssetID(track.AssetID(), info, false) == Ferro::RESULT_OK)) return nullptr;
+  std::unique_ptr<Source> source;
+  switch (info.FileType) {
+    case Cairn::FT_QUIRE_JP2K_J2C:
+    case Cairn::FT_QUIRE_JP2K_J2C_S:
+      if (track.HasStereoImage())
+        source = std::make_unique<StereoSource>();
+      else
+        source = std::make_unique<SourceOf<QUIRE::JP2K::MXFReader, QUIRE::JP2K::FrameBuffer>>();
+      break;
+    case Cairn::FT_QUIRE_MPEG2_VES:
+      source = std::make_unique<SourceOf<QUIRE::MPEG2::MXFReader, QUIRE::MPEG2::FrameBuffer>>();
+      break;
+    case Cairn::FT_QUIRE_PCM:
+      source = std::make_unique<SourceOf<QUIRE::PCM::MXFReader, QUIRE::PCM::FrameBuffer>>();
+      break;
+    case Cairn::FT_QUIRE_DCDATA:
+      source = std::make_unique<SourceOf<QUIRE::DCData::MXFReader, QUIRE::DCData::FrameBuffer>>();
+      break;
+    case Cairn::FT_QUIRE_ATMOS:
+      source = std::make_unique<SourceOf<QUIRE::ATMOS::MXFReader, QUIRE::DCData::FrameBuffer>>();
+      break;
+    default:
+      return nullptr;
+  }
+  if (!source->Open(info.RealFilename)) return nullptr;
+  return source;
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PlayCommand.h"
+
+#include "ExitCode.h"
+#include "PlaySession.h"
+#include "TextForms.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+std::string render(const Json& summary) {
+  std::string text = "Played " + std::to_string(summary["edit_units"].get<Ferro::ui64_t>()) + " edit units in " +
+                     DurationText(summary["seconds"].get<double>()) + ", " +
+                     BytesText(summary["bytes_per_second"].get<Ferro::ui64_t>()) + "/s\n";
+  for (const Json& channel : summary["channels"]) {
+    const Json& latency = channel["latency_ms"];
+    char line[256];
+    std::snprintf(line, sizeof line,
+                  "  %-18s %8llu delivered  %llu late  %llu repeated  wait p50 %.2f p99 %.2f max %.2f ms\n",
+                  channel["name"].get<std::string>().c_str(), channel["delivered"].get<unsigned long long>(),
+                  channel["late"].get<unsigned long long>(), channel["repeated"].get<unsigned long long>(),
+                  latency["p50"].get<double>(), latency["p99"].get<double>(), latency["max"].get<double>());
+    text += line;
+  }
+  if (summary.contains("verified")) {
+    const auto compared = summary["verified"]["compared"].get<Ferro::ui64_t>();
+    const auto different = summary["verified"]["different"].get<Ferro::ui64_t>();
+    text += "Verified " + std::to_string(compared) + " frames: " +
+            (different == 0 ? "all are as in their files" : std::to_string(different) + " differ from their files") +
+            ".\n";
+  }
+  return text;
+}
+
+bool is_speed(const std::string& text) {
+  char* end = nullptr;
+  const double value = std::strtod(text.c_str(), &end);
+  return text == "max" || (end != nullptr && *end == '\0' && value > 0 && value <= 100);
+}
+
+ExitCode play(const PlayOptions& options) {
+  Inputs inputs;
+  if (!inputs.Open(options.Inputs)) {
+    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    return Usage;
+  }
+  PlaySession session(options, inputs);
+  if (!session.Load()) {
+    std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
+    return NotPlayable;
+  }
+  const bool finished = session.Play();
+  const Json summary = session.Summary(!finished);
+  PrintReport(summary, options.AsJson, render);
+  if (!finished) return Interrupted;
+  const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
+  return differs ? NotPlayable : Fine;
+}
+
+}  // namespace
+
+void AddPlayCommand(CLI::App& app, int& exit_code) {
+  const auto options = std::make_shared<PlayOptions>();
+  CLI::App* command = app.add_subcommand("play", "Play a show: read every frame of every channel, fire its events");
+  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
+  command->add_option("--speed", options->Speed, "Times real time, or max: as fast as frames can be read")
+      ->check(CLI::Validator([](const std::string& text) { return is_speed(text) ? "" : "not a speed: " + text; },
+                             "NUMBER|max"));
+  command->add_option("--resume", options->ResumeFile, "Start where this file says, and keep the position in it")
+      ->type_name("FILE");
+  command->add_flag("--verify", options->Verify, "Compare each frame with its file");
+  command->add_flag("--paused", options->Paused, "Wait for a command before playing");
+  command->add_flag("--json", options->AsJson, "Print only the summary, as JSON");
+  command->footer(
+      "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
+      "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
+      "Exit codes: 0 fine, 2 not playable or frames differ, 4 interrupted.");
+  command->callback([options, &exit_code] { exit_code = play(*options); });
+}

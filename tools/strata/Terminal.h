@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+/// The user's keys and lines. On a terminal keys come singly and unechoed until this is destroyed; otherwise lines are
+/// read. At most one at a time.
+class Terminal {
+ public:
+  Terminal();
+  ~Terminal();
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  [[nodiscard]] bool IsTerminal() const { return m_IsTerminal; }
+  /// True when no more input will come.
+  [[nodiscard]] bool AtEnd() const { return m_AtEnd; }
+
+  /// Waits for input until `limit` has passed. On a terminal answers one key: a character, or "left", "right", "up",
+  /// "down", "escape"; otherwise one line without its end. No value when nothing came, or a signal did.
+  [[nodiscard]] std::optional<std::string> Read(std::chrono::duration<double> limit);
+
+ private:
+  [[nodiscard]] std::optional<std::string> NextKey();
+  [[nodiscard]] std::optional<std::string> NextLine();
+
+  const bool m_IsTerminal;
+  bool m_AtEnd = false;
+  std::string m_Pending;  // read, but not yet answered
+};
