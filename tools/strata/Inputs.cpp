@@ -61,7 +61,8 @@ std::string list_of(const std::vector<Candidate>& candidates) {
 void InputOptions::AddTo(CLI::App& command, const std::string& names, const std::string& description) {
   command.add_option(names, Names, description)->required();
   command.add_option("--store", Stores, "A folder to find assets in, beside those named; may be given several times")
-      ->type_name("FOLDER");
+      ->type_name("FOLDER")
+      ->allow_extra_args(false);
   command
       .add_option("--index", Index, "Keep what is known of the assets in this file, so that a second start is quick")
       ->type_name("FILE");
