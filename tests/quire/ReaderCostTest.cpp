@@ -16,18 +16,34 @@ thread_local size_t HeldBytes = 0;  // allocated and not freed, as the allocator
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
   ++Allocations;
   HeldBytes += malloc_usable_size(memory);
   return memory;
+}
+void* operator new(std::size_t size) {
+  void* memory = operator new(size, std::nothrow);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return operator new(size, nothrow);
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
 }
 void operator delete(void* memory) noexcept {
   HeldBytes -= malloc_usable_size(memory);
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+void operator delete[](void* memory) noexcept {
+  operator delete(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
   operator delete(memory);
 }
 

@@ -2,48 +2,47 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace testsupport {
 
-/// A file that exists as long as the object does.
+/// A file in memory that exists as long as the object does and is opened by its name like any other.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const std::vector<std::uint8_t>& bytes = {}) {
-    m_Name = (std::filesystem::temp_directory_path() / "strata-test-XXXXXX").string();
-    const int descriptor = mkstemp(m_Name.data());
-    if (descriptor < 0) throw std::runtime_error("cannot make a temporary file");
-    close(descriptor);
+  explicit TemporaryFile(const std::vector<std::uint8_t>& bytes = {})
+      : m_Descriptor(memfd_create("strata-test", MFD_CLOEXEC)) {
+    Check(m_Descriptor >= 0);
+    m_Name = "/proc/self/fd/" + std::to_string(m_Descriptor);
     Write(bytes);
   }
-  ~TemporaryFile() { std::remove(m_Name.c_str()); }
+  ~TemporaryFile() { close(m_Descriptor); }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
   [[nodiscard]] const std::string& Name() const { return m_Name; }
+  /// Replaces what the file holds.
   void Write(const std::vector<std::uint8_t>& bytes) const {
-    std::ofstream file(m_Name, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!file) throw std::runtime_error("cannot write a temporary file");
+    Truncate(0);
+    Patch(0, bytes);
   }
-  /// Overwrites bytes from `at` on; the file must reach that far.
+  /// Overwrites bytes from `at` on.
   void Patch(std::size_t at, const std::vector<std::uint8_t>& bytes) const {
-    std::fstream file(m_Name, std::ios::binary | std::ios::in | std::ios::out);
-    file.seekp(static_cast<std::streamoff>(at));
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!file) throw std::runtime_error("cannot change a temporary file");
+    Check(pwrite(m_Descriptor, bytes.data(), bytes.size(), static_cast<off_t>(at)) ==
+          static_cast<ssize_t>(bytes.size()));
   }
-  void Truncate(std::uintmax_t size) const { std::filesystem::resize_file(m_Name, size); }
+  void Truncate(std::size_t size) const { Check(ftruncate(m_Descriptor, static_cast<off_t>(size)) == 0); }
 
  private:
+  static void Check(bool success) {
+    if (!success) throw std::runtime_error("a temporary file could not be made or changed");
+  }
+
+  const int m_Descriptor;
   std::string m_Name;
 };
 
