@@ -167,6 +167,31 @@ Bytes MxfBuilder::IndexSegments() const {
   return all;
 }
 
+Bytes MxfBuilder::GenericStreams(std::vector<std::pair<ui32_t, size_t>>& packs) const {
+  Bytes streams;
+  size_t previous = BodyAt;
+  for (size_t i = 0; i < Resources.size(); ++i) {
+    const size_t at = EssenceEnd + streams.size();
+    packs.push_back({Resources[i].SID, at});
+    streams +=
+        KLV(Hex("060e2b34.02050101.0d010201.01031100"),
+            BE16(1) + BE16(2) + BE32(1) + BE64(at) + BE64(previous) + Bytes(8 + 8 + 8 + 4) +
+                BE64(Resources[i].BodyOffset) + BE32(Resources[i].SID) + Hex("060e2b34.04010101.0d010201.01010100") +
+                ReferenceArray({Hex("060e2b34.01020101.0d010301.17010b01")}));
+    streams += Element(Hex("060e2b34.0101010c.0d010509.01000000"), Resources[i].Data, i + 2);
+    previous = at;
+  }
+  return streams;
+}
+
+// The places were noted from the header partition pack on, those of sets from its end on.
+void MxfBuilder::ShiftPlaces(size_t pack) {
+  for (size_t* at : {&PrimerAt, &HeaderEnd, &BodyAt, &EssenceAt, &EssenceEnd, &FooterAt, &IndexAt, &RIPAt})
+    *at += RunIn.size();
+  for (size_t& at : ElementAt) at += RunIn.size();
+  for (auto& [name, at] : SetAt) at += pack + RunIn.size();
+}
+
 Bytes MxfBuilder::Build() {
   SetAt.clear();
   const Bytes metadata = Metadata();
@@ -184,20 +209,9 @@ Bytes MxfBuilder::Build() {
   EssenceEnd = EssenceAt + essence.size();
   for (size_t& at : ElementAt) at += EssenceAt;
 
-  Bytes streams;
   std::vector<std::pair<ui32_t, size_t>> stream_packs;
-  size_t previous = BodyAt;
-  for (size_t i = 0; i < Resources.size(); ++i) {
-    const size_t at = EssenceEnd + streams.size();
-    stream_packs.push_back({Resources[i].SID, at});
-    streams +=
-        KLV(Hex("060e2b34.02050101.0d010201.01031100"),
-            BE16(1) + BE16(2) + BE32(1) + BE64(at) + BE64(previous) + Bytes(8 + 8 + 8 + 4) +
-                BE64(Resources[i].BodyOffset) + BE32(Resources[i].SID) + Hex("060e2b34.04010101.0d010201.01010100") +
-                ReferenceArray({Hex("060e2b34.01020101.0d010301.17010b01")}));
-    streams += Element(Hex("060e2b34.0101010c.0d010509.01000000"), Resources[i].Data, i + 2);
-    previous = at;
-  }
+  const Bytes streams = GenericStreams(stream_packs);
+  const size_t previous = stream_packs.empty() ? BodyAt : stream_packs.back().second;
   FooterAt = EssenceEnd + streams.size();
   const ui64_t footer_known = FooterPartitionKnown && HasFooter ? FooterAt : 0;
 
@@ -233,11 +247,7 @@ Bytes MxfBuilder::Build() {
     if (HasFooter) entries += BE32(0) + BE64(FooterAt);
     file += KLV(Hex("060e2b34.02050101.0d010201.01110100"), entries + BE32(entries.size() + 24));
   }
-  for (auto& [name, at] : SetAt) at += pack;
-  for (size_t* at : {&PrimerAt, &HeaderEnd, &BodyAt, &EssenceAt, &EssenceEnd, &FooterAt, &IndexAt, &RIPAt})
-    *at += RunIn.size();
-  for (size_t& at : ElementAt) at += RunIn.size();
-  for (auto& [name, at] : SetAt) at += RunIn.size();
+  ShiftPlaces(pack);
   return RunIn + file + AfterRIP;
 }
 

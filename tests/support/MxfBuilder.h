@@ -129,6 +129,8 @@ class MxfBuilder {
   [[nodiscard]] Bytes Essence();
   [[nodiscard]] std::vector<ui64_t> StreamOffsets() const;
   [[nodiscard]] Bytes IndexSegment(ui64_t start, const std::vector<ui64_t>& offsets) const;
+  [[nodiscard]] Bytes GenericStreams(std::vector<std::pair<ui32_t, size_t>>& packs) const;
+  void ShiftPlaces(size_t pack);
   void AddSet(Bytes& out, const std::string& name, const Bytes& key, Properties properties);
   void AddPackages(Bytes& out);
   void AddTracks(Bytes& out, const std::string& package, const Bytes& clip_source);
