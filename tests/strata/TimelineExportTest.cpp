@@ -3,6 +3,7 @@
 
 #include "../support/AssertionText.h"
 #include "../support/FakeTimeline.h"
+#include "SchemaCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -124,6 +125,15 @@ TEST_F(TimelineExport, EachExportHasItsOwnIdentifier) {
   const std::string second = ShowPlaylistOf(Fake);
   EXPECT_EQ(Normalised(first), Normalised(second));
   EXPECT_NE(first.substr(first.find("<Id>"), 60), second.substr(second.find("<Id>"), 60));
+}
+
+TEST_F(TimelineExport, ShowPlaylistIsValid) {
+  std::vector<std::string> documents = {ShowPlaylistOf(FakeTimeline()), ShowPlaylistOf(Fake)};
+  AddEvent("start", 0);
+  AddEvent("<&>", 10, "");
+  AddEvent("between", 300);
+  documents.push_back(ShowPlaylistOf(Fake));
+  EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, documents), "");
 }
 
 TEST(TimelineExportTwice, CompositionPlayedTwiceIsTwoItems) {
@@ -260,6 +270,18 @@ TEST_F(TimelineExport, TextTracksAreAnnouncedReelByReel) {
   </ReelResources>
 </ResourcePresentationList>
 )");
+}
+
+TEST_F(TimelineExport, PresentationListIsValid) {
+  const char* folder = std::getenv("STRATA_SCHEMAS");
+  if (folder == nullptr || *folder == '\0')
+    GTEST_SKIP() << "NOT RUN: STRATA_SCHEMAS does not name a folder with the schema of ST 430-11:2010";
+  FakeTimeline::Add(Fake.Reel(1).OnScreenText, Text(71, "MainSubtitle", "fr"));
+  FakeTimeline::Add(Fake.Reel(1).OffScreenText, Text(72, "ClosedCaption", ""));
+  std::string document;
+  ui32_t playout_id = 0;
+  ASSERT_EQ(Playlist.GetPresentationListForTimeline("http://server/a b", document, playout_id), Ferro::RESULT_OK);
+  EXPECT_EQ(StrataTest::SchemaMessages(std::string(folder) + "/reconstructed-430-11-2010-RPL.xsd", {document}), "");
 }
 
 TEST_F(TimelineExport, TimelineWithoutTextIsAListWithoutReels) {
