@@ -274,9 +274,6 @@ TEST(TimelineReel, ChannelCountIsOneButForListedTracks) {
 // Readiness.
 
 struct ReelReadiness : testing::Test {
-  ReelReadiness() {
-    for (FakeTrack* track : All()) track->Is.AlwaysPutToRest = false;
-  }
   TimelineReel Reel;
   FakeTrack& Picture = FakeTimeline::Add(Reel.MainPicture);
   FakeTrack& Sound = FakeTimeline::Add(Reel.MainSound);
