@@ -6,9 +6,9 @@
 //   LockStep  a frame is requested when the one before was released; the limit is a read and one round trip between two
 //             threads over a mutex and a condition each way
 //
-// Track and limit take turns within every repetition; what is reported is the median over the repetitions. A track needs
-// two buffers, which fit the processor's caches less well than one: pair_of_one is what that alone costs, the speed of
-// bare reads into two buffers by turns relative to one.
+// Track and limit take turns within every repetition; what is reported is the median over the repetitions. A track
+// needs two buffers, which fit the processor's caches less well than one: pair_of_one is what that alone costs, the
+// speed of bare reads into two buffers by turns relative to one.
 #include "EssenceMaker.h"
 #include "TemporaryFolder.h"
 #include "TimelineElements/JP2KTimelineElement.h"

@@ -39,7 +39,8 @@ class STRATA_API ITimelineTrack {
   /// @param duration     number of edit units that play
   [[nodiscard]] virtual Result_t InitWithFilename(const std::string& filename, const ui32_t& entry_point,
                                                   const ui32_t& duration) = 0;
-  /// Opens the file and begins to prefetch. A failure is logged, and shows as empty frames.
+  /// Opens the file and begins to prefetch. A failure is logged and leaves the track dormant, where the five operations
+  /// that take a frame are a programming error (assertion); a later call tries again.
   virtual void MakeReady() = 0;
   /// Ends prefetching and closes the file. @return true when the track was ready.
   virtual bool MakeDormant() = 0;
