@@ -177,7 +177,12 @@ class Writing {
 }  // namespace
 
 StoreIndex::StoreIndex(const std::string& filename) : m_Database(filename) {
-  if (!IsCreated()) {
+  bool is_created = false;
+  {
+    const Transaction one_state(m_Database, Transaction::Reading);
+    is_created = IsCreated();
+  }
+  if (!is_created) {
     Transaction transaction(m_Database, Transaction::Writing);
     if (!IsCreated()) m_Database.Execute(Schema);  // no other process was quicker
     transaction.Commit();

@@ -52,6 +52,8 @@ class StoreIndex {
 
  private:
   void PutFolder(const std::string& folder);
+  /// False for an empty database; throws for one that is no index of this version. Runs inside a Transaction, lest another
+  /// process create the index meanwhile.
   [[nodiscard]] bool IsCreated() const;
   [[nodiscard]] i64_t Ask(const char* sql) const;
 
