@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "Interrupt.h"
 #include "LogView.h"
+#include "MakeSampleCommand.h"
 #include "PlayCommand.h"
 
 #include <Strata/Version.h>
@@ -17,7 +18,7 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand};
+constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand};
 
 int run(int argc, char** argv) {
   LogView log;

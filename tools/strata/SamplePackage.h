@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "SampleSeed.h"
+
+#include <Cairn/CompositionPlaylist.h>
+#include <Cairn/FileType.h>
+#include <Cairn/PackingList.h>
+
+#include <string>
+
+/// Issuer and creator of all documents of a sample show.
+inline constexpr char SampleIssuer[] = "Strata";
+
+/// One package of a sample show: a folder with the files of one composition, packing list, asset map and volume index.
+/// Every call throws std::runtime_error where a file cannot be read or written.
+class SamplePackage {
+ public:
+  /// Creates the folder, whose parent exists. All identifiers follow from `seed` and `title`.
+  SamplePackage(const SampleSeed& seed, std::string folder, std::string title);
+
+  [[nodiscard]] std::string PathOf(const std::string& filename) const;
+  /// Takes a file of the folder into the packing list. Returns its digest.
+  Ferro::SHA1 Add(const Ferro::UUID& id, const std::string& filename, Cairn::FileType_t type);
+  void AddComposition(const Cairn::CompositionPlaylist& composition, const std::string& filename);
+  /// Writes packing list, asset map and volume index.
+  void Finish();
+
+ private:
+  SampleSeed m_Seed;
+  std::string m_Folder;
+  std::string m_Title;
+  Cairn::PackingList m_PackingList;
+};

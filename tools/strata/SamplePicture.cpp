@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SamplePicture.h"
+
+#include "SampleFont.h"
+
+#include <openjpeg.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+constexpr Ferro::ui32_t GlyphWidth = 6;  // with the gap behind
+constexpr Ferro::ui32_t GlyphHeight = 7;
+constexpr Ferro::ui64_t LargestPicture = 2048 * 1080;  // pixels of the profile
+
+// The encoder writes to memory through these.
+struct MemoryStream {
+  std::vector<Ferro::ui8_t> Written;
+  size_t Position = 0;
+};
+
+OPJ_SIZE_T write_bytes(void* buffer, OPJ_SIZE_T size, void* user) {
+  auto& stream = *static_cast<MemoryStream*>(user);
+  stream.Written.resize(std::max(stream.Written.size(), stream.Position + size));
+  std::memcpy(stream.Written.data() + stream.Position, buffer, size);
+  stream.Position += size;
+  return size;
+}
+
+OPJ_OFF_T skip_bytes(OPJ_OFF_T count, void* user) {
+  static_cast<MemoryStream*>(user)->Position += static_cast<size_t>(count);
+  return count;
+}
+
+OPJ_BOOL seek_bytes(OPJ_OFF_T position, void* user) {
+  static_cast<MemoryStream*>(user)->Position = static_cast<size_t>(position);
+  return OPJ_TRUE;
+}
+
+template <auto Function>
+struct Deleter {
+  template <class T>
+  void operator()(T* object) const {
+    Function(object);
+  }
+};
+using ImagePtr = std::unique_ptr<opj_image_t, Deleter<opj_image_destroy>>;
+using CodecPtr = std::unique_ptr<opj_codec_t, Deleter<opj_destroy_codec>>;
+using StreamPtr = std::unique_ptr<opj_stream_t, Deleter<opj_stream_destroy>>;
+
+ImagePtr new_image(Ferro::ui32_t width, Ferro::ui32_t height) {
+  opj_image_cmptparm_t components[3] = {};
+  for (auto& component : components) {
+    component.dx = component.dy = 1;
+    component.w = width;
+    component.h = height;
+    component.prec = 12;
+  }
+  ImagePtr image(opj_image_create(3, components, OPJ_CLRSPC_SRGB));
+  if (!image) throw std::runtime_error("a picture cannot be encoded: no memory");
+  image->x1 = width;
+  image->y1 = height;
+  return image;
+}
+
+std::vector<Ferro::ui8_t> encode(opj_image_t& image) {
+  opj_cparameters_t parameters;
+  opj_set_default_encoder_parameters(&parameters);
+  parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
+  const double share = double(image.x1) * image.y1 / LargestPicture;
+  parameters.max_cs_size = static_cast<int>(OPJ_CINEMA_24_CS * share);
+  parameters.max_comp_size = static_cast<int>(OPJ_CINEMA_24_COMP * share);
+
+  MemoryStream memory;
+  const CodecPtr codec(opj_create_compress(OPJ_CODEC_J2K));
+  const StreamPtr stream(opj_stream_create(1 << 20, OPJ_FALSE));
+  if (!codec || !stream) throw std::runtime_error("a picture cannot be encoded: no memory");
+  opj_stream_set_write_function(stream.get(), write_bytes);
+  opj_stream_set_skip_function(stream.get(), skip_bytes);
+  opj_stream_set_seek_function(stream.get(), seek_bytes);
+  opj_stream_set_user_data(stream.get(), &memory, nullptr);
+  const bool encoded = opj_setup_encoder(codec.get(), &parameters, &image) != 0 &&
+                       opj_start_compress(codec.get(), &image, stream.get()) != 0 &&
+                       opj_encode(codec.get(), stream.get()) != 0 && opj_end_compress(codec.get(), stream.get()) != 0;
+  if (!encoded) throw std::runtime_error("a picture cannot be encoded: the encoder refuses it");
+  return memory.Written;
+}
+
+}  // namespace
+
+SamplePicture::SamplePicture(Ferro::ui32_t width, Ferro::ui32_t height, const Colour& background)
+    : m_Width(width), m_Height(height), m_Pixels(size_t{width} * height, background) {}
+
+void SamplePicture::Fill(Ferro::ui32_t left, Ferro::ui32_t top, Ferro::ui32_t width, Ferro::ui32_t height,
+                         const Colour& colour) {
+  const Ferro::ui32_t right = std::min(m_Width, left + width);
+  const Ferro::ui32_t bottom = std::min(m_Height, top + height);
+  for (Ferro::ui32_t y = top; y < bottom; ++y)
+    for (Ferro::ui32_t x = left; x < right; ++x) m_Pixels[size_t{y} * m_Width + x] = colour;
+}
+
+void SamplePicture::Write(const std::string& text, Ferro::ui32_t top, Ferro::ui32_t height, const Colour& colour) {
+  const auto columns = static_cast<Ferro::ui32_t>(text.size()) * GlyphWidth;
+  const Ferro::ui32_t dot = std::min(height / GlyphHeight, m_Width / std::max(columns, 1U));
+  Ferro::ui32_t left = (m_Width - columns * dot) / 2;
+  for (const char character : text) {
+    const SampleGlyph& glyph = SampleGlyphOf(character);
+    for (Ferro::ui32_t row = 0; row < GlyphHeight; ++row)
+      for (Ferro::ui32_t column = 0; column < GlyphWidth - 1; ++column)
+        if ((glyph[row] >> (GlyphWidth - 2 - column) & 1) != 0)
+          Fill(left + column * dot, top + row * dot, dot, dot, colour);
+    left += GlyphWidth * dot;
+  }
+}
+
+std::vector<Ferro::ui8_t> SamplePicture::Encode() const {
+  const ImagePtr image = new_image(m_Width, m_Height);
+  for (size_t c = 0; c < 3; ++c)
+    for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = m_Pixels[i][c];
+  return encode(*image);
+}

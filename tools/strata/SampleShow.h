@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "SampleOptions.h"
+
+#include <functional>
+#include <string>
+
+/// Makes a sample show in options.Folder: packages with a trailer, a feature of three reels with subtitles and captions,
+/// and stereoscopic, immersive and encrypted shorts; a show playlist that plays them, and one nested in it. Equal options
+/// make equal files. Written beside the folder and put in its place when complete; otherwise nothing is left.
+/// @param tell  called before each part with what comes.
+/// @return false when the user stopped it.
+/// Throws std::runtime_error, which includes the file system's errors, with what is wrong.
+[[nodiscard]] bool MakeSampleShow(const SampleOptions& options, const std::function<void(const std::string&)>& tell);

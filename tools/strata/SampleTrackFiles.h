@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "SampleOptions.h"
+#include "SamplePicture.h"
+#include "SampleSeed.h"
+
+#include <QUIRE/Crypto.h>
+#include <QUIRE/Rational.h>
+#include <QUIRE/WriterInfo.h>
+#include <QUIRE/WriterOptions.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Thrown when the user stopped the work.
+struct SampleStopped {};
+
+/// Writes the track files of one reel. Every call throws std::runtime_error where a file cannot be written.
+class SampleTrackFiles {
+ public:
+  /// What belongs to one reel: the title on its pictures, its number from 1, and the identifiers of its files.
+  struct Reel {
+    std::string Title;  ///< capital letters, digits and blanks
+    Ferro::ui32_t Number = 1;
+    SamplePicture::Colour Background = {};
+    bool Stereoscopic = false;
+    bool Encrypted = false;
+
+    /// What the identifiers and keys of one of its files follow from.
+    [[nodiscard]] std::string NameOf(const std::string& kind) const;
+  };
+
+  explicit SampleTrackFiles(const SampleOptions& options) : m_Options(options), m_Seed(options.Seed) {}
+
+  void WritePicture(const std::string& filename, const Reel& reel) const;
+  void WriteSound(const std::string& filename, const Reel& reel) const;
+  /// A line for each second. `kind` is "subtitle" or "caption".
+  void WriteText(const std::string& filename, const Reel& reel, const std::string& kind) const;
+  /// Frames of the length and number of immersive audio whose bytes are filler: no sound is coded in them.
+  void WriteImmersive(const std::string& filename, const Reel& reel) const;
+
+  /// The picture of one edit unit before it is encoded. `eye` is blank, 'L' or 'R'.
+  [[nodiscard]] SamplePicture Draw(const Reel& reel, Ferro::ui32_t number, char eye = ' ') const;
+
+  [[nodiscard]] Ferro::ui32_t Duration() const { return m_Options.Seconds * m_Options.Rate; }
+  [[nodiscard]] QUIRE::Rational EditRate() const { return {static_cast<Ferro::i32_t>(m_Options.Rate), 1}; }
+
+ private:
+  using Bytes = std::vector<Ferro::ui8_t>;
+
+  /// The codestreams of all edit units in order, encoded on all cores; for stereoscopic pictures left and right by turns.
+  void ForEachCodestream(const Reel& reel, const std::function<void(const Bytes&, char eye)>& take) const;
+  [[nodiscard]] QUIRE::WriterInfo Info(const Reel& reel, const std::string& kind) const;
+  [[nodiscard]] QUIRE::WriterOptions Options(const Reel& reel, const std::string& kind) const;
+  [[nodiscard]] std::string TextDocument(const Reel& reel, const std::string& kind) const;
+
+  SampleOptions m_Options;
+  SampleSeed m_Seed;
+};
