@@ -71,7 +71,7 @@ TEST_F(EncryptedReader, WithoutAKeyTheValueIsDeliveredAsStored) {
 }
 
 TEST_F(EncryptedReader, WithTheKeyThePlaintextIsDelivered) {
-  for (ui64_t offset : {0, 1, 16, 50}) {
+  for (ui64_t offset : {0U, 1U, 16U, 50U}) {
     MxfBuilder builder = EncryptedBuilder(MxfBuilder::JP2K, 4);
     builder.Frames.push_back(Bytes(144, 0x5a));  // a multiple of the block size
     builder.PlaintextOffset = offset;

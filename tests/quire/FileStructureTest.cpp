@@ -95,7 +95,7 @@ TEST(FileStructure, RandomIndexPackThatLiesIsNotBelieved) {
 }
 
 TEST(FileStructure, OffsetsCountFromTheEndOfARunIn) {
-  for (const size_t run_in : {1, 100, 20000, 65535}) {
+  for (const size_t run_in : {1U, 100U, 20000U, 65535U}) {
     Bytes bytes(run_in, 0x06);
     const Bytes example = ExampleFile();
     bytes.insert(bytes.end(), example.begin(), example.end());

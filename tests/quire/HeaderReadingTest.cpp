@@ -148,7 +148,7 @@ TEST(HeaderReading, MoreSetsThanTheLimitAreRefused) {
 }
 
 TEST(HeaderReading, LengthsOfAllSizesAreAccepted) {
-  for (const ui32_t size : {1, 2, 4, 8, 9}) {
+  for (const ui32_t size : {1U, 2U, 4U, 8U, 9U}) {
     Bytes metadata;
     AppendKL(metadata, DefaultSMPTEDict().ul(MDD_Filler), s_ID.size(), size);
     metadata.insert(metadata.end(), s_ID.begin(), s_ID.end());

@@ -280,7 +280,7 @@ TEST(IndexRebuilding, ElementsOfOneSizeMakeAConstantIndex) {
 TEST(IndexRebuilding, TwoElementsMakeAStereoscopicEditUnit) {
   FileAssembler assembler;
   assembler.Begin(PartitionKind::Body, 1);
-  for (const size_t size : {100, 90, 80, 70, 60}) assembler.Element(size);
+  for (const size_t size : {100U, 90U, 80U, 70U, 60U}) assembler.Element(size);
   Opened opened(assembler.File);
   ASSERT_EQ(opened.ReadOrRebuild(2), Ferro::RESULT_OK);
   EXPECT_THAT(opened.Offsets(), ElementsAre(0, 190));  // the fifth has no partner
@@ -289,7 +289,7 @@ TEST(IndexRebuilding, TwoElementsMakeAStereoscopicEditUnit) {
 TEST(IndexRebuilding, CutElementIsDropped) {
   FileAssembler assembler;
   assembler.Begin(PartitionKind::Body, 1);
-  for (const size_t size : {100, 90, 80}) assembler.Element(size);
+  for (const size_t size : {100U, 90U, 80U}) assembler.Element(size);
   assembler.File.pop_back();
   Opened opened(assembler.File);
   ASSERT_EQ(opened.ReadOrRebuild(), Ferro::RESULT_OK);
@@ -353,7 +353,7 @@ TEST(HostileFile, EveryByteAtItsExtremesIsReadOrRefused) {
 }
 
 TEST(HostileFile, EveryFieldOfThePacksAtItsExtremesIsReadOrRefused) {
-  for (const size_t pack : {0, 4057, 4398}) {
+  for (const size_t pack : {0U, 4057U, 4398U}) {
     for (size_t at = pack + 20; at + 8 <= pack + 140; at += 4) {
       for (const ui64_t value : {ui64_t{0}, ui64_t{1}, ~ui64_t{0} >> 1, ~ui64_t{0}}) {
         Bytes changed = ExampleFile();

@@ -132,7 +132,7 @@ TEST(Fill, BothVersionsAreKnown) {
 }
 
 TEST(Fill, TakesExactlyTheAskedBytes) {
-  for (const ui64_t size : {20, 21, 1000, 16777235, 16777236}) {
+  for (const ui64_t size : {20U, 21U, 1000U, 16777235U, 16777236U}) {
     Bytes bytes;
     AppendFill(bytes, size);
     ASSERT_EQ(bytes.size(), size);

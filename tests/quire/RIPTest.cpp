@@ -101,7 +101,7 @@ TEST(RIP, ImplausibleSizeWordMeansThatThereIsNone) {
 }
 
 TEST(RIP, FileShorterThanAPackHasNone) {
-  for (const size_t size : {0, 1, 4, 20}) {
+  for (const size_t size : {0U, 1U, 4U, 20U}) {
     const ScratchFile file(Bytes(size, 20));
     RIP index;
     EXPECT_EQ(index.ReadFromFile(file.Reader), Ferro::RESULT_NOT_FOUND);

@@ -232,7 +232,7 @@ TEST_F(FieldDefect, DurationMissingInTheDescriptorIsTheSequences) {
 }
 
 TEST_F(FieldDefect, ElementLengthsOfAnySize) {
-  for (size_t size : {3, 5, 8, 9}) {
+  for (size_t size : {3U, 5U, 8U, 9U}) {
     m_Builder.EssenceLengthSize = size;
     ExpectAllFrames(m_Builder);
   }

@@ -32,7 +32,7 @@ Bytes Batch(ui8_t size) {
 Bytes ValueFor(const Property& property) {
   std::vector<Bytes> candidates = {{1}, {0, 'M', 0, 'X', 0, 'F'}, {'e', 'n', '-', 'U', 'S'}};
   for (const ui8_t size : std::array<ui8_t, 4>{2, 3, 4, 16}) candidates.push_back(Batch(size));
-  for (const size_t length : {2, 4, 8, 10, 16, 32}) candidates.push_back(Counting(length));
+  for (const size_t length : {2U, 4U, 8U, 10U, 16U, 32U}) candidates.push_back(Counting(length));
   // A type without a length of its own takes anything: text is tried before numbers there, by the order above.
   for (const Bytes& candidate : candidates) {
     // A fresh object of any class that has the property.

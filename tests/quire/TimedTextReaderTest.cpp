@@ -74,7 +74,7 @@ TEST(TimedTextReader, EachMimeTypeHasItsKind) {
 }
 
 TEST(TimedTextReader, DocumentAndResourcesAreDeliveredByteForByte) {
-  for (size_t count : {0, 1, 20}) {
+  for (size_t count : {0U, 1U, 20U}) {
     MxfBuilder builder = MakeText(count);
     const TemporaryFile file(builder.Build());
     TimedText::MXFReader reader;

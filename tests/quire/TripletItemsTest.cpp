@@ -64,7 +64,7 @@ TEST(TripletItems, PlaintextOffsetBeyondTheSourceIsRefused) {
 }
 
 TEST(TripletItems, EncryptedLengthThatDoesNotFollowFromTheSourceIsRefused) {
-  for (ui64_t length : {0, 47, 48, 67, 69, 84}) EXPECT_FALSE(Parse(Items(BE64(4), BE64(20), Length4(length))));
+  for (ui64_t length : {0U, 47U, 48U, 67U, 69U, 84U}) EXPECT_FALSE(Parse(Items(BE64(4), BE64(20), Length4(length))));
 }
 
 TEST(TripletItems, SourceOfExabytesIsRefused) {

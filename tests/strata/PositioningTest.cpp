@@ -482,7 +482,8 @@ TEST_F(PositioningDeathTest, PositionOutsideTheReelsAsserts) {
 TEST_F(PositioningDeathTest, ReelOfAnUnknownCompositionAsserts) {
   Fake.State.Compositions.erase(NumberedID(2));
   EXPECT_DEATH(Playlist.MoveToEditUnit(300), Asserts("cmi != m_CompositionInfo.end()"));
-  EXPECT_DEATH((void)Playlist.GetCompositionInfoForPosition(300), Asserts("cmi != m_CompositionInfo.end()"));
+  EXPECT_DEATH(static_cast<void>(Playlist.GetCompositionInfoForPosition(300)),
+               Asserts("cmi != m_CompositionInfo.end()"));
 }
 
 TEST_F(PositioningDeathTest, PositionBeforeTheFirstReelAsserts) {
