@@ -134,20 +134,14 @@ std::string render(const Json& report) {
   for (const Json& composition : report["compositions"]) {
     QUIRE::Rational rate;
     static_cast<void>(rate.DecodeString(composition["edit_rate"].get<std::string>()));
+    const auto reels = composition["reels"].get<size_t>();
+    if (reels == 0) continue;  // it could not be read: a finding says why
     text += TimeCodeText(composition["start"].get<unsigned>(), rate) + "  " + composition["title"].get<std::string>() +
-            "  (" + std::to_string(composition["reels"].get<size_t>()) + " reels, " + RateText(rate) + " fps" +
+            "  (" + std::to_string(reels) + (reels == 1 ? " reel, " : " reels, ") + RateText(rate) + " fps" +
             (composition["stereoscopic"].get<bool>() ? ", stereoscopic" : "") + ")\n";
   }
   for (const Json& finding : report["findings"]) text += FindingText(finding);
   return text + report["verdict"].get<std::string>() + '\n';
-}
-
-ExitCode exit_code_for(const std::vector<Finding>& findings) {
-  const auto has = [&](Severity severity) {
-    return std::any_of(findings.begin(), findings.end(), [&](const Finding& f) { return f.Level == severity; });
-  };
-  if (has(Severity::Error)) return NotPlayable;
-  return has(Severity::Missing) ? AssetsMissing : Fine;
 }
 
 ExitCode check(const CheckOptions& options) {
@@ -164,7 +158,7 @@ ExitCode check(const CheckOptions& options) {
   std::vector<Finding> findings = FindingsOf(outline);
   const EngineAnswer answer = load_show(inputs);
   add_engine_findings(answer, findings);
-  const ExitCode code = exit_code_for(findings);
+  const ExitCode code = ExitCodeFor(findings);
   PrintReport(make_report(outline, findings, answer, code), options.AsJson, render);
   return code;
 }

@@ -3,6 +3,8 @@
 
 #include "ExitCode.h"
 #include "PlaySession.h"
+#include "ShowFindings.h"
+#include "ShowOutline.h"
 #include "TextForms.h"
 
 #include <cstdio>
@@ -49,7 +51,8 @@ ExitCode play(const PlayOptions& options) {
   PlaySession session(options, inputs);
   if (!session.Load()) {
     std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
-    return NotPlayable;
+    const ExitCode code = ExitCodeFor(FindingsOf(ShowOutline(inputs)));
+    return code == Fine ? NotPlayable : code;
   }
   const bool finished = session.Play();
   const Json summary = session.Summary(!finished);
@@ -76,6 +79,6 @@ void AddPlayCommand(CLI::App& app, int& exit_code) {
   command->footer(
       "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
       "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
-      "Exit codes: 0 fine, 2 not playable or frames differ, 4 interrupted.");
+      "Exit codes: 0 fine, 2 not playable or frames differ, 3 assets are missing, 4 interrupted.");
   command->callback([options, &exit_code] { exit_code = play(*options); });
 }

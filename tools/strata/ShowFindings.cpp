@@ -139,6 +139,14 @@ const char* SeverityName(Severity severity) {
   return "";
 }
 
+ExitCode ExitCodeFor(const std::vector<Finding>& findings) {
+  const auto has = [&](Severity severity) {
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding& f) { return f.Level == severity; });
+  };
+  if (has(Severity::Error)) return NotPlayable;
+  return has(Severity::Missing) ? AssetsMissing : Fine;
+}
+
 std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   std::vector<Finding> findings;
   for (const std::string& problem : outline.Problems()) findings.emplace_back().Message = problem;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "ExitCode.h"
 #include "Report.h"
 #include "ShowOutline.h"
 
@@ -25,6 +26,8 @@ struct Finding {
 
 /// What the documents and the store show to be wrong, in playing order.
 [[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);
+/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
+[[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
 
 /// "warning", "missing", "error".
 [[nodiscard]] const char* SeverityName(Severity severity);

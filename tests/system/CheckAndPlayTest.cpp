@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SampleFolder.h"
+
+#include <nlohmann/json.hpp>
+
+#include <signal.h>
+
+#include <fstream>
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using Json = nlohmann::json;
+
+namespace {
+
+class Check : public SampleFolder {
+ protected:
+  /// Checks the show after something was done to it: the exit code, and a text of the report.
+  void Expect(int code, const std::string& text) {
+    StrataProgram check({"check", Show()});
+    EXPECT_EQ(check.Wait(), code) << check.Output();
+    EXPECT_THAT(check.Output(), HasSubstr(text));
+  }
+};
+
+TEST_F(Check, SampleShowPlays) {
+  StrataProgram check({"check", Show(), "--hash"});
+  EXPECT_EQ(check.Wait(), 0);
+  EXPECT_EQ(check.Output(),
+            "00:00:00:00  SampleTrailer  (1 reel, 24 fps)\n"
+            "00:00:01:00  SampleEncrypted  (1 reel, 24 fps)\n"
+            "00:00:02:00  SampleFeature  (3 reels, 24 fps)\n"
+            "00:00:05:00  SampleStereoscopic  (1 reel, 24 fps, stereoscopic)\n"
+            "00:00:06:00  SampleImmersive  (1 reel, 24 fps)\n"
+            "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
+            "This show will play: 0:07.\n");
+  EXPECT_EQ(check.Errors(), "");
+}
+
+TEST_F(Check, ReportsAsJson) {
+  StrataProgram check({"check", Show(), "--json"});
+  EXPECT_EQ(check.Wait(), 0);
+  const Json report = Json::parse(check.Output());
+  EXPECT_EQ(report["schema"], "strata-check-1");
+  EXPECT_EQ(report["playable"], true);
+  EXPECT_EQ(report["exit_code"], 0);
+  EXPECT_EQ(report["duration"], 168);
+  EXPECT_EQ(report["duration_seconds"], 7);
+  ASSERT_EQ(report["compositions"].size(), 5U);
+  EXPECT_EQ(report["compositions"][2]["title"], "SampleFeature");
+  EXPECT_EQ(report["compositions"][2]["start"], 48);
+  EXPECT_EQ(report["compositions"][2]["reels"], 3);
+  EXPECT_EQ(report["compositions"][3]["stereoscopic"], true);
+}
+
+TEST_F(Check, MissingFileIsNamed) {
+  std::filesystem::remove(Show("Feature/sound-2.mxf"));
+  Expect(3, "missing: SampleFeature, reel 2, sound: The file is missing.\n");
+  Expect(3, "This show will not play: missing 1 sound.\n");
+}
+
+TEST_F(Check, MissingCompositionIsNamed) {
+  std::filesystem::remove(Show("Immersive/CPL.xml"));
+  Expect(3, "This show will not play: missing 1 composition.\n");
+}
+
+TEST_F(Check, MissingNestedShowIsAnError) {
+  std::filesystem::remove(Show("before-the-feature.xml"));
+  Expect(2, "which the show contains, is in no store.\n");
+}
+
+TEST_F(Check, TruncatedTrackFileIsNamedWithBothSizes) {
+  const auto size = std::filesystem::file_size(Show("Feature/picture-2.mxf"));
+  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 60000);
+  Expect(2, "error: SampleFeature, reel 2, picture: The file does not have the size that the package lists. Expected " +
+                std::to_string(size) + " bytes, found 60000 bytes.\n");
+}
+
+TEST_F(Check, FileThatIsNoTrackFileIsAnError) {
+  const auto size = std::filesystem::file_size(Show("Feature/picture-2.mxf"));
+  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 0);
+  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), size);
+  Expect(2, "This show will not play.\n");
+}
+
+TEST_F(Check, CompositionCutShortIsNamed) {
+  std::filesystem::resize_file(Show("Feature/CPL.xml"), 700);
+  Expect(2, "composition: The composition cannot be read: The XML document could not be parsed.\n");
+}
+
+TEST_F(Check, FileOfAnotherAssetIsAWarning) {
+  std::filesystem::copy_file(Show("Trailer/sound-1.mxf"), Show("Feature/sound-1.mxf"),
+                             std::filesystem::copy_options::overwrite_existing);
+  Expect(0, "warning: SampleFeature, reel 1, sound: The file says that it is another asset.\n");
+}
+
+TEST_F(Check, ChangedByteIsFoundByItsDigest) {
+  {
+    std::fstream file(Show("Feature/sound-1.mxf"), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(100'000);
+    file.put('\x55');
+  }
+  Expect(0, "This show will play");
+  StrataProgram check({"check", Show(), "--hash"});
+  EXPECT_EQ(check.Wait(), 2) << check.Output();
+  EXPECT_THAT(check.Output(), HasSubstr("error: SampleFeature, reel 1, sound: "));
+}
+
+TEST_F(Check, UnknownNameIsAUsageError) {
+  StrataProgram check({"check", Show("nothing")});
+  EXPECT_EQ(check.Wait(), 1);
+  EXPECT_EQ(check.Errors(),
+            "strata: " + Show("nothing") + ": there is no such file or folder, and it is no identifier.\n");
+}
+
+TEST_F(Check, WithoutAShowItIsAUsageError) {
+  StrataProgram check({"check"});
+  EXPECT_EQ(check.Wait(), 1);
+}
+
+class Play : public SampleFolder {};
+
+TEST_F(Play, EveryFrameIsAsInItsFile) {
+  StrataProgram play({"play", Show(), "--speed", "max", "--verify"});
+  EXPECT_EQ(play.Wait(), 0) << play.Errors();
+  const std::string output = play.Output();
+  EXPECT_THAT(output, HasSubstr("Played 168 edit units in "));
+  // 168 of picture and of sound, 24 of immersive audio.
+  EXPECT_THAT(output, HasSubstr("Verified 360 frames: all are as in their files.\n"));
+  EXPECT_EQ(play.Errors(), "");
+}
+
+TEST_F(Play, SummaryAsJsonTellsOfChannelsAndEvents) {
+  StrataProgram play({"play", Show(), "--speed", "max", "--verify", "--json"});
+  EXPECT_EQ(play.Wait(), 0);
+  const Json summary = Json::parse(play.Output());
+  EXPECT_EQ(summary["schema"], "strata-play-1");
+  EXPECT_EQ(summary["interrupted"], false);
+  EXPECT_EQ(summary["edit_units"], 168);
+  EXPECT_EQ(summary["position"], 167);
+  EXPECT_EQ(summary["verified"], Json::parse(R"({"compared": 360, "different": 0})"));
+  ASSERT_EQ(summary["channels"].size(), 3U);
+  EXPECT_EQ(summary["channels"][0]["delivered"], 168);
+  std::vector<std::pair<std::string, unsigned>> events;
+  for (const Json& event : summary["events"]) events.emplace_back(event["label"], event["position"]);
+  EXPECT_THAT(events, testing::ElementsAre(std::pair("SHOW_START", 0U), std::pair("LIGHTS_DOWN", 48U),
+                                           std::pair("FEATURE_SECOND_1", 72U), std::pair("CREDITS", 96U)));
+}
+
+TEST_F(Play, TellsOfCompositionsReelsAndEventsInOrder) {
+  StrataProgram play({"play", Show(), "--speed", "max"});
+  EXPECT_EQ(play.Wait(), 0);
+  const std::string output = play.Output();
+  size_t at = 0;
+  for (const char* line :
+       {"composition \"SampleTrailer\", reel 1 of 1\n", "event SHOW_START\n",
+        "composition \"SampleFeature\", reel 1 of 3\n", "event LIGHTS_DOWN\n",
+        "composition \"SampleFeature\", reel 2 of 3\n", "composition \"SampleFeature\", reel 3 of 3\n",
+        "event CREDITS\n", "composition \"SampleImmersive\", reel 1 of 1\n"}) {
+    at = output.find(line, at);
+    ASSERT_NE(at, std::string::npos) << line << output;
+  }
+}
+
+TEST_F(Play, ObeysCommandsFromStandardInput) {
+  StrataProgram play({"play", Show(), "--speed", "max", "--paused", "--json"}, "l30\njf\njf\njb\ns\n");
+  EXPECT_EQ(play.Wait(), 0);
+  const Json summary = Json::parse(play.Output());
+  EXPECT_EQ(summary["position"], 31);
+  EXPECT_EQ(summary["edit_units"], 5);  // 0, 30, 31, 32, 31
+}
+
+TEST_F(Play, SaysWhatACommandLooksLike) {
+  StrataProgram play({"play", Show(), "--paused"}, "?\nq\n");
+  EXPECT_EQ(play.Wait(), 0);
+  EXPECT_THAT(play.Output(), HasSubstr("(f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"));
+}
+
+TEST_F(Play, BrokenShowIsNotPlayed) {
+  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 60000);
+  StrataProgram play({"play", Show(), "--speed", "max"});
+  EXPECT_EQ(play.Wait(), 2);
+  EXPECT_THAT(play.Errors(),
+              HasSubstr("strata: this show cannot be played; `strata check` says what is wrong with it\n"));
+}
+
+TEST_F(Play, ShowWithMissingAssetsIsNotPlayed) {
+  std::filesystem::remove(Show("Feature/sound-2.mxf"));
+  StrataProgram play({"play", Show(), "--speed", "max"});
+  EXPECT_EQ(play.Wait(), 3);
+}
+
+TEST_F(Play, SpeedThatIsNoneIsAUsageError) {
+  StrataProgram play({"play", Show(), "--speed", "0"});
+  EXPECT_EQ(play.Wait(), 1);
+}
+
+TEST_F(Play, InterruptedItSaysHowFarItCame) {
+  StrataProgram play({"play", Show()});
+  ASSERT_TRUE(play.WaitForOutput("SampleTrailer"));
+  play.Signal(SIGINT);
+  EXPECT_EQ(play.Wait(), 4);
+  EXPECT_THAT(play.Output(), AllOf(HasSubstr("Played "), Not(HasSubstr("SampleImmersive"))));
+}
+
+TEST_F(Play, ResumesWhereItWasInterrupted) {
+  const std::string file = Beside("position");
+  {
+    StrataProgram first({"play", Show(), "--speed", "max", "--resume", file, "--paused"}, "l100\nq\n");
+    EXPECT_EQ(first.Wait(), 0);
+  }
+  StrataProgram second({"play", Show(), "--speed", "max", "--resume", file, "--json"});
+  EXPECT_EQ(second.Wait(), 0);
+  EXPECT_EQ(Json::parse(second.Output())["edit_units"], 68);  // 100 to 167
+}
+
+}  // namespace

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "TemporaryFolder.h"
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+/// A run of the built program, with standard input from a text and both outputs captured.
+class StrataProgram {
+ public:
+  explicit StrataProgram(const std::vector<std::string>& arguments, const std::string& input = "");
+  ~StrataProgram();
+  StrataProgram(const StrataProgram&) = delete;
+  StrataProgram& operator=(const StrataProgram&) = delete;
+
+  /// Waits until standard output holds `text`; false when it has not come after ten seconds.
+  bool WaitForOutput(const std::string& text);
+  void Signal(int number) const;
+  /// Waits for its end. The exit code; 128 and the number of the signal that ended it.
+  int Wait();
+
+  [[nodiscard]] std::string Output() const;
+  [[nodiscard]] std::string Errors() const;
+
+ private:
+  testsupport::TemporaryFolder m_Folder;
+  pid_t m_Process = -1;
+};
