@@ -2,6 +2,7 @@
 #include <Ferro/Assert.h>
 #include <Ferro/Event.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace Ferro {
@@ -36,7 +37,9 @@ bool Event::Pend(std::chrono::milliseconds limit) {
     return true;
   }
   std::unique_lock lock(m_Mutex);
-  if (!m_Posted.wait_for(lock, limit, [this] { return m_Count > 0; })) return false;
+  const auto wait =
+      std::max(limit, std::chrono::milliseconds(0));  // the longest negative limit overflows in nanoseconds
+  if (!m_Posted.wait_for(lock, wait, [this] { return m_Count > 0; })) return false;
   --m_Count;
   return true;
 }
