@@ -15,6 +15,7 @@ namespace {
 constexpr Ferro::ui32_t GlyphWidth = 6;  // with the gap behind
 constexpr Ferro::ui32_t GlyphHeight = 7;
 constexpr Ferro::ui64_t LargestPicture = 2048 * 1080;  // pixels of the profile
+constexpr double Filling = 0.9;                        // of the largest rate: the encoder counts no main header
 
 // The encoder writes to memory through these.
 struct MemoryStream {
@@ -70,7 +71,7 @@ std::vector<Ferro::ui8_t> encode(opj_image_t& image) {
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
   parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
-  const double share = double(image.x1) * image.y1 / LargestPicture;
+  const double share = Filling * double(image.x1) * image.y1 / LargestPicture;
   parameters.max_cs_size = static_cast<int>(OPJ_CINEMA_24_CS * share);
   parameters.max_comp_size = static_cast<int>(OPJ_CINEMA_24_COMP * share);
 
