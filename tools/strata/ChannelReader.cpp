@@ -88,6 +88,7 @@ void ChannelReader::Take(Channel& channel, std::optional<Ferro::ui32_t> next, st
   ITimelineTrack& track = *channel.Track;
   const Ferro::ui32_t position = *channel.Asked;
   channel.Asked.reset();
+  if (next) Ask(channel, *next);  // before the lock, so that it is read while this frame is used
   const Clock::time_point wanted_at = Clock::now();
   track.BufferLock();
   const Clock::duration waited = Clock::now() - wanted_at;
@@ -102,7 +103,6 @@ void ChannelReader::Take(Channel& channel, std::optional<Ferro::ui32_t> next, st
   } else {
     ++statistics.Repeated;
   }
-  if (next) Ask(channel, *next);
   track.BufferUnlock();
 
   statistics.Latency.Add(waited);

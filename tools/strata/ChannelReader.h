@@ -34,7 +34,7 @@ struct DeliveredFrame {
 };
 
 /// Reads every channel of a playlist, edit unit by edit unit, as a media block does: the next frame is asked for before
-/// the present one is released, so that a track's thread reads while the transport waits for the clock.
+/// the present one is taken, so that a track's thread reads it while the transport uses this one.
 class ChannelReader {
  public:
   using Clock = std::chrono::steady_clock;
