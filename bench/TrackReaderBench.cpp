@@ -10,50 +10,28 @@
 // needs two buffers, which fit the processor's caches less well than one: pair_of_one is what that alone costs, the
 // speed of bare reads into two buffers by turns relative to one.
 #include "EssenceMaker.h"
+#include "FrameReads.h"
 #include "TemporaryFolder.h"
 #include "TimelineElements/JP2KTimelineElement.h"
 #include "TimelineElements/PCMTimelineElement.h"
 #include "TrackFileMaker.h"
 
-#include <Ferro/FileReader.h>
 #include <QUIRE/JP2KWriter.h>
-#include <QUIRE/MXF/KLV.h>
 
 #include <benchmark/benchmark.h>
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <condition_variable>
-#include <cstdlib>
-#include <iostream>
 #include <memory>
 #include <mutex>
-#include <random>
 #include <thread>
 #include <vector>
 
 namespace {
 
-using Ferro::ui32_t;
-using Ferro::ui64_t;
-using Ferro::ui8_t;
+using namespace bench;
 
 constexpr int Repetitions = 21;
-
-void Require(const Ferro::Result_t& result) {
-  if (result.Success()) return;
-  std::cerr << "TrackReaderBench: " << result.Label() << '\n';
-  std::exit(1);
-}
-
-struct Extent {
-  ui64_t Offset;
-  ui64_t Length;
-};
 
 /// A track file, and where the bytes of its frames lie.
 struct Essence {
@@ -61,19 +39,6 @@ struct Essence {
   std::vector<Extent> Frames;
   std::unique_ptr<Strata::ITimelineTrack> Track;
 };
-
-/// Finds the frames: the KLVs of at least `smallest` bytes.
-std::vector<Extent> FindFrames(const std::string& filename, ui64_t smallest) {
-  Ferro::FileReader file;
-  Require(file.OpenRead(filename));
-  std::vector<Extent> frames;
-  QUIRE::MXF::KLVPacket packet;
-  for (ui64_t offset = 0; offset < file.Size(); offset = packet.End()) {
-    Require(QUIRE::MXF::ReadKLV(file, offset, file.Size(), packet));
-    if (packet.ValueLength >= smallest) frames.push_back({packet.ValueOffset(), packet.ValueLength});
-  }
-  return frames;
-}
 
 void MakeReady(Essence& essence, ui64_t smallest) {
   Require(essence.Track->InitWithFilename(essence.Filename, 0, 1));
@@ -118,23 +83,6 @@ Essence& Sound() {
   return essence;
 }
 
-/// `count` positions, in the file's order or shuffled, no frame twice in a row.
-std::vector<ui32_t> Positions(const Essence& essence, size_t count, bool random) {
-  const auto frames = static_cast<ui32_t>(essence.Frames.size());
-  std::mt19937 generator(1);
-  std::vector<ui32_t> positions;
-  while (positions.size() < count) {
-    const auto next =
-        random ? static_cast<ui32_t>(generator() % frames) : static_cast<ui32_t>(positions.size()) % frames;
-    if (positions.empty() || positions.back() != next) positions.push_back(next);
-  }
-  return positions;
-}
-
-double SecondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void Show(Strata::ITimelineTrack& track, ui32_t position) {
   track.BufferLock();
   if (track.FrameBuffer().FrameNumber() != position) Require(Ferro::RESULT_FAIL);
@@ -163,19 +111,9 @@ double TimeLockStep(Essence& essence, const std::vector<ui32_t>& positions) {
 
 /// Reads into one buffer, or into two by turns.
 double TimeReads(const Essence& essence, const std::vector<ui32_t>& positions, size_t buffer_count) {
-  static std::array<std::vector<ui8_t>, 2> buffers{std::vector<ui8_t>(4194304), std::vector<ui8_t>(4194304)};
-  const int file = open(essence.Filename.c_str(), O_RDONLY | O_CLOEXEC);
-  const auto start = std::chrono::steady_clock::now();
-  for (size_t i = 0; i < positions.size(); ++i) {
-    const Extent& frame = essence.Frames[positions[i]];
-    std::vector<ui8_t>& buffer = buffers[i % buffer_count];
-    const ssize_t count = pread(file, buffer.data(), frame.Length, static_cast<off_t>(frame.Offset));
-    if (count != static_cast<ssize_t>(frame.Length)) Require(Ferro::RESULT_READFAIL);
-    benchmark::DoNotOptimize(buffer.data());
-  }
-  const double seconds = SecondsSince(start);
-  close(file);
-  return seconds;
+  static std::vector<std::vector<ui8_t>> one(1, std::vector<ui8_t>(4194304));
+  static std::vector<std::vector<ui8_t>> two(2, std::vector<ui8_t>(4194304));
+  return bench::TimeReads(essence.Filename, essence.Frames, positions, buffer_count == 1 ? one : two);
 }
 
 /// `count` times to another thread and back, each way by a mutex and a condition.
@@ -204,15 +142,10 @@ double TimeRoundTrips(size_t count) {
   return seconds;
 }
 
-double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-  return values[values.size() / 2];
-}
-
 enum class Request { Ahead, LockStep };
 
 void Frames(benchmark::State& state, Essence& essence, size_t count, bool random, Request request) {
-  const std::vector<ui32_t> positions = Positions(essence, count, random);
+  const std::vector<ui32_t> positions = Positions(essence.Frames.size(), count, random);
   const auto time_track = [&] {
     return request == Request::Ahead ? TimeAhead(essence, positions) : TimeLockStep(essence, positions);
   };

@@ -54,7 +54,8 @@ class FieldFinder {
   }
 
   void AddPartition(size_t at) {
-    for (const size_t size : {2, 2, 4, 8, 8, 8, 8, 8, 4, 8, 4}) {
+    constexpr size_t sizes[] = {2, 2, 4, 8, 8, 8, 8, 8, 4, 8, 4};
+    for (const size_t size : sizes) {
       Add(at, size);
       at += size;
     }
