@@ -21,10 +21,11 @@ class FieldFinder {
   explicit FieldFinder(const Bytes& file) : m_File(file) {}
 
   std::vector<FileField> Find() {
-    for (size_t at = 0; at + 17 < m_File.size();) {
+    for (size_t at = 0; at < m_File.size();) {
       const size_t value = at + 16 + AddLength(at + 16);
-      AddValue(at, value, m_Length);
-      at = value + m_Length;
+      const size_t length = m_Length;
+      AddValue(at, value, length);
+      at = value + length;
     }
     return m_Fields;
   }
