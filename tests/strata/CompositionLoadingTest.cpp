@@ -375,6 +375,19 @@ TEST_F(CompositionLoading, SameCompositionTwiceKeepsTheFirstRecord) {
   EXPECT_EQ(State.Timeline[1].m_PlaylistReelNumber, 1u);
 }
 
+TEST_F(CompositionLoading, SecondCopyAfterAnotherCodingIsADistinctCoding) {
+  AddReel();
+  const CompositionPlaylist plain = CPL;
+  ExpectSuccess();
+  CPL = testsupport::EmptyComposition("MPEG-2");
+  AddReel(Files::Of(TrackKind::MPEG2));
+  ExpectSuccess();
+  CPL = plain;
+  ExpectSuccess();
+  EXPECT_FALSE(State.Timeline[0].m_StartDistinctCoding);
+  EXPECT_TRUE(State.Timeline[2].m_StartDistinctCoding);
+}
+
 TEST_F(CompositionLoading, SoundThatThePreviousHadNotIsADistinctCoding) {
   AddReel();
   ExpectSuccess();

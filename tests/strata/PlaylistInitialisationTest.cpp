@@ -350,4 +350,38 @@ TEST_F(PlaylistInitialisation, CompositionThatIsRefusedLeavesWhatCameBefore) {
   EXPECT_EQ(State.Compositions.size(), 1u);
 }
 
+TEST_F(PlaylistInitialisation, MarkersInCompositionsOfManyReels) {
+  ShowPlaylist spl = Show();
+  AddComposition(spl, Composition(60).ID);
+  AddComposition(spl, Composition(240).ID).MarkerList.push_back(Marker("Beyond", 5000));
+  AddMarker(spl, "After");
+  AddComposition(spl, Composition().ID);
+  EXPECT_EQ(InitShow(spl), Ferro::RESULT_OK);
+  EXPECT_EQ(Events(), "Beyond@1499 After@1500");
+}
+
+TEST_F(PlaylistInitialisation, EncryptedInteropCompositionLoadsWithTextAndSound) {
+  testsupport::TrackFileSpec spec;
+  spec.LabelSet = QUIRE::LS_MXF_INTEROP;
+  spec.Key = testsupport::TrackFileKey();
+  auto cpl = testsupport::EmptyComposition("Interop");
+  cpl.DCPFormat = Cairn::DFT_Interop;
+  auto& reel = cpl.ReelList.emplace_back(testsupport::ReelOf(Package.Track(testsupport::TrackKind::Picture, spec)));
+  reel.MainPicture.KeyID = spec.Key->KeyID;
+  spec.Key.reset();
+  reel.MainSound = testsupport::AssetOf<Cairn::SoundAsset>(Package.Track(testsupport::TrackKind::Sound, spec));
+  reel.MainSubtitle = testsupport::AssetOf<Cairn::TimedTextAsset>(Package.InteropText());
+  EXPECT_EQ(InitText(Package.Encode(cpl)), Ferro::RESULT_OK) << Log;
+  Ferro::UUIDList keys;
+  Playlist.GetKeyIDList(keys);
+  ASSERT_EQ(keys.size(), 1u);
+  EXPECT_EQ(keys.front(), testsupport::TrackFileKey().KeyID);
+  Ferro::UUIDList encrypted;
+  Playlist.GetCiphertextCPLIDList(encrypted);
+  ASSERT_EQ(encrypted.size(), 1u);
+  EXPECT_EQ(encrypted.front(), cpl.ID);
+  EXPECT_EQ(State.Timeline[0].MainSound->ChannelCount(), 6u);
+  EXPECT_EQ(State.Timeline[0].OnScreenText->TextEssenceFormat(), Cairn::DFT_Interop);
+}
+
 }  // namespace
