@@ -22,6 +22,7 @@
 #include <QUIRE/PCMWriter.h>
 
 #include <functional>
+#include <memory>
 
 namespace {
 
