@@ -64,7 +64,7 @@ class ShowWatcher {
         m_Playlist(playlist),
         m_Model(show),
         m_OpenFilesBefore(CountOpenFiles()),
-        m_ThreadsBefore(CountThreads()) {}
+        m_ThreadsBefore(CountReaderThreads()) {}
 
   /// Compares all that plays at the current position with what was written.
   void Check() {
@@ -137,9 +137,9 @@ class ShowWatcher {
   void CheckResources() {
     EXPECT_EQ(CountOpenFiles() - m_OpenFilesBefore, m_Model.Files());
     const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (CountThreads() - m_ThreadsBefore != m_Model.Files() && std::chrono::steady_clock::now() < until)
+    while (CountReaderThreads() - m_ThreadsBefore != m_Model.Files() && std::chrono::steady_clock::now() < until)
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_EQ(CountThreads() - m_ThreadsBefore, m_Model.Files());
+    EXPECT_EQ(CountReaderThreads() - m_ThreadsBefore, m_Model.Files());
   }
 
   const WholeShow& m_Show;
