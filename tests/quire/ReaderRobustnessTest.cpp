@@ -3,50 +3,14 @@
 // A file of each kind, cut short and with each of its numbers lying: whatever it says, there is a result, soon, and no
 // request for more memory than the file's size and a fixed bound.
 #include "FileFields.h"
+#include "LargestRequest.h"
 #include "ReaderFixture.h"
 
 #include <QUIRE/Crypto.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <new>
 #include <random>
-
-namespace {
-
-thread_local size_t LargestRequest = 0;  // bytes
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  LargestRequest = size > LargestRequest ? size : LargestRequest;
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  LargestRequest = size > LargestRequest ? size : LargestRequest;
-  return std::malloc(size == 0 ? 1 : size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
-  return operator new(size, nothrow);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace {
 
