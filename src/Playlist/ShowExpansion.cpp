@@ -75,9 +75,10 @@ Result_t ShowExpander::AddComposition(const ShowPlaylist::CompositionItem& item)
   const ui32_t duration = calc_cpl_duration(cpl);
   result = m_Load(cpl);
   if (result.Failure()) return result;
-  // A marker beyond the composition's end stands on its last edit unit.
+  // A marker beyond the composition's end stands on its last edit unit, or on its start where it has none.
+  const ui32_t last = duration == 0 ? 0 : duration - 1;
   for (const ShowPlaylist::MarkerItem& marker : item.MarkerList)
-    AddEvent(marker, start + std::min(static_cast<ui32_t>(marker.Offset), duration - 1));
+    AddEvent(marker, start + std::min(static_cast<ui32_t>(marker.Offset), last));
   return result;
 }
 

@@ -221,6 +221,15 @@ TEST_F(CompositionLoading, MPEG2InAStereoscopicInteropCompositionIsRefused) {
   EXPECT_FALSE(State.HasStereoImage);
 }
 
+TEST_F(CompositionLoading, PlainPictureOfAStereoscopicCompositionOfNoFlavourIsRefused) {
+  CPL.StereoscopicImage = true;
+  CPL.DCPFormat = Cairn::DFT_NONE;
+  AddReel();
+  ExpectFailure(QUIRE::RESULT_FORMAT, "E Stereoscopic image not supported for non-JPEG2000 essence in" + In(1) + "\n");
+  EXPECT_FALSE(State.HasStereoImage);
+  EXPECT_TRUE(State.Timeline[0].MainPicture.empty());
+}
+
 // Sound
 
 TEST_F(CompositionLoading, SoundAt96kHzLoads) {

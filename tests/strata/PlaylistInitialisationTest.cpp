@@ -256,6 +256,18 @@ TEST_F(PlaylistInitialisation, MarkerBeyondTheCompositionsEndIsPulledBack) {
   EXPECT_EQ(Events(), "Zero@5 Last@14 Beyond@14");
 }
 
+TEST_F(PlaylistInitialisation, MarkerOfACompositionWithoutEditUnitsStandsAtItsStart) {
+  auto cpl = testsupport::EmptyComposition("No edit units");
+  cpl.ReelList.push_back(testsupport::ReelOf(Package.Track(testsupport::TrackKind::Picture), 0));
+  Package.Composition(cpl);
+  ShowPlaylist spl = Show();
+  AddComposition(spl, Composition().ID);
+  AddComposition(spl, cpl.ID).MarkerList.push_back(Marker("M", 7));
+  AddComposition(spl, Composition(2).ID);
+  EXPECT_EQ(InitShow(spl), Ferro::RESULT_OK);
+  EXPECT_EQ(Events(), "M@5");
+}
+
 TEST_F(PlaylistInitialisation, MarkersOfACompositionThatFailsAreNoEvents) {
   ShowPlaylist spl = Show();
   const AssetInfo composition = Composition();
