@@ -3,6 +3,7 @@
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
+#include <Ferro/CheckedMath.h>
 #include <Strata/ShowPlaylist.h>
 
 #include <algorithm>
@@ -44,7 +45,7 @@ ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
     if (show.Type == Cairn::FT_SHOW)
       AddShow(show, paths);
     else
-      AddComposition(show.ID, show.Path);
+      AddComposition(show.ID, show.Path, nullptr);
   }
 }
 
@@ -54,22 +55,22 @@ void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths
     m_Problems.push_back("The show playlist " + show.Path + " cannot be read: " + result.Label());
     return;
   }
+  const size_t index = m_Shows.size();
+  m_Shows.push_back({spl.ID, spl.ShowTitle, show.Path, static_cast<unsigned>(paths.size() - 1), m_Duration, 0,
+                     m_Compositions.size(), 0});
   for (const auto& item : spl.ShowSequence) {
     if (item->m_Type == Strata::ShowPlaylist::SIT_MARKER) {
       const auto& marker = static_cast<const Strata::ShowPlaylist::MarkerItem&>(*item);
-      m_Markers.push_back({marker.Label, marker.Scope, m_Duration});
+      m_Markers.push_back({marker.Label, marker.Scope, m_Duration, m_Compositions.size()});
     } else if (item->m_Type == Strata::ShowPlaylist::SIT_SHOW) {
       AddNested(static_cast<const Strata::ShowPlaylist::ShowPlaylistItem&>(*item).URI, paths);
     } else if (item->m_Type == Strata::ShowPlaylist::SIT_CPL) {
       const auto& composition = static_cast<const Strata::ShowPlaylist::CompositionItem&>(*item);
-      const Ferro::ui32_t start = m_Duration;
-      const Ferro::ui32_t duration = AddComposition(composition.ID, "");
-      for (const auto& marker : composition.MarkerList) {
-        const Ferro::ui32_t offset = std::min(static_cast<Ferro::ui32_t>(marker.Offset), duration - 1);
-        m_Markers.push_back({marker.Label, marker.Scope, start + offset});
-      }
+      AddComposition(composition.ID, "", &composition);
     }
   }
+  m_Shows[index].Duration = m_Duration - m_Shows[index].Start;
+  m_Shows[index].CompositionCount = m_Compositions.size() - m_Shows[index].FirstComposition;
 }
 
 void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& paths) {
@@ -90,7 +91,8 @@ void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& pa
   paths.pop_back();
 }
 
-Ferro::ui32_t ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given_path) {
+void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given_path,
+                                 const Strata::ShowPlaylist::CompositionItem* item) {
   OutlineComposition outline;
   outline.ID = id;
   outline.Path = given_path;
@@ -107,32 +109,59 @@ Ferro::ui32_t ShowOutline::AddComposition(const Cairn::UUID& id, const std::stri
     outline.Problem = std::string("The composition cannot be read: ") + result.Label();
   }
   outline.Title = cpl.ContentTitle;
+  outline.Kind = cpl.ContentKindText;
   outline.Format = cpl.DCPFormat;
   outline.Stereoscopic = cpl.StereoscopicImage;
-  if (!cpl.ReelList.empty()) outline.EditRate = cpl.ReelList.front().MainPicture.EditRate;
-
-  for (const Cairn::Reel& reel : cpl.ReelList) {
-    OutlineReel out;
-    out.ID = reel.ID;
-    out.Duration = reel.MainPicture.Duration;
-    const auto add = [&](AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) {
-      if (asset.AssetID.HasValue()) out.Assets.push_back(Resolve(kind, asset, language));
-    };
-    add(AssetKind::Picture, reel.MainPicture, "");
-    add(AssetKind::Sound, reel.MainSound, reel.MainSound.Language);
-    add(AssetKind::OnScreenText, reel.MainSubtitle, reel.MainSubtitle.Language);
-    for (const auto& text : reel.OffScreenText) add(AssetKind::OffScreenText, text, text.Language);
-    for (const auto& data : reel.AuxData) add(AssetKind::AuxData, data, "");
-    outline.Duration += out.Duration;
-    outline.Reels.push_back(std::move(out));
+  if (outline.Problem.empty()) {
+    if (!cpl.ReelList.empty()) outline.EditRate = cpl.ReelList.front().MainPicture.EditRate;
+    for (const Cairn::Reel& reel : cpl.ReelList) AddReel(reel, outline);
+  } else if (item != nullptr) {
+    if (outline.Title.empty()) outline.Title = item->Annotation;
+    outline.EditRate = item->EditRate;
+    outline.Duration = item->Duration;
   }
+  if (!Ferro::CheckedAdd(m_Duration, outline.Duration)) {
+    m_Problems.push_back("The show is longer than can be counted, from " + outline.ID.EncodeString() + " on.");
+    return;
+  }
+  // A marker beyond the composition's end stands on its last edit unit, or on its start where it has none.
+  const Ferro::ui32_t last = outline.Duration == 0 ? 0 : outline.Duration - 1;
+  if (item != nullptr)
+    for (const auto& marker : item->MarkerList)
+      m_Markers.push_back({marker.Label, marker.Scope,
+                           m_Duration + std::min(static_cast<Ferro::ui32_t>(marker.Offset), last),
+                           m_Compositions.size()});
   m_Duration += outline.Duration;
   m_Compositions.push_back(std::move(outline));
-  return m_Compositions.back().Duration;
+}
+
+void ShowOutline::AddReel(const Cairn::Reel& reel, OutlineComposition& composition) const {
+  if (!Ferro::CheckedAdd(composition.Duration, reel.MainPicture.Duration)) {
+    composition.Problem = "The composition is longer than can be counted.";
+    return;
+  }
+  OutlineReel out;
+  out.ID = reel.ID;
+  out.Duration = reel.MainPicture.Duration;
+  out.Markers = reel.MainMarkers;
+  const auto add = [&](AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) {
+    if (asset.AssetID.HasValue()) out.Assets.push_back(Resolve(kind, asset, language));
+  };
+  add(AssetKind::Picture, reel.MainPicture, "");
+  add(AssetKind::Sound, reel.MainSound, reel.MainSound.Language);
+  add(AssetKind::OnScreenText, reel.MainSubtitle, reel.MainSubtitle.Language);
+  for (const auto& text : reel.OffScreenText) add(AssetKind::OffScreenText, text, text.Language);
+  for (const auto& data : reel.AuxData) {
+    if (!data.AssetID.HasValue()) continue;
+    add(AssetKind::AuxData, data, "");
+    out.Assets.back().DataType = data.DataType;
+  }
+  composition.Duration += out.Duration;
+  composition.Reels.push_back(std::move(out));
 }
 
 OutlineAsset ShowOutline::Resolve(AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) const {
-  OutlineAsset out{kind, asset, language, {}};
+  OutlineAsset out{kind, asset, language, "", {}};
   const auto places = m_Inputs.Store().FindAsset(asset.AssetID);
   if (const Cairn::AssetRecord* place = usable(places)) out.Found = *place;
   return out;

@@ -8,6 +8,7 @@
 #include <Cairn/DCPFormat.h>
 #include <Cairn/FileType.h>
 #include <QUIRE/Rational.h>
+#include <Strata/ShowPlaylist.h>
 
 #include <optional>
 #include <string>
@@ -25,6 +26,7 @@ struct OutlineAsset {
   AssetKind Kind = AssetKind::Picture;
   Cairn::GenericAsset Asset;  ///< as the composition has it
   std::string Language;
+  std::string DataType;                     ///< auxiliary data: the coding's label, as written
   std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it
 };
 
@@ -32,6 +34,7 @@ struct OutlineReel {
   Cairn::UUID ID;
   Ferro::ui32_t Duration = 0;        ///< edit units of the picture
   std::vector<OutlineAsset> Assets;  ///< picture, sound, on-screen text, off-screen texts, auxiliary data
+  Cairn::MarkerAsset Markers;        ///< the composition's own
 
   /// The first asset of a kind; null where there is none.
   [[nodiscard]] const OutlineAsset* First(AssetKind kind) const;
@@ -39,22 +42,36 @@ struct OutlineReel {
 
 struct OutlineComposition {
   Cairn::UUID ID;
-  std::string Title;
+  std::string Title;       ///< the show's annotation of it where it cannot be read
+  std::string Kind;        ///< of the content: "feature"; empty when not known
   std::string Path;        ///< of the document; empty when it could not be found
   std::string Problem;     ///< why there are no reels; empty when all is well
   bool IsMissing = false;  ///< no store has it
   Cairn::DCPFormat_t Format = Cairn::DFT_NONE;
   bool Stereoscopic = false;
-  QUIRE::Rational EditRate;    ///< of the first reel's picture
+  QUIRE::Rational EditRate;    ///< of the first reel's picture; as the show says where that cannot be read
+  Ferro::ui32_t Start = 0;     ///< edit units from the start of the show
+  Ferro::ui32_t Duration = 0;  ///< edit units; as the show says where the composition cannot be read
+  std::vector<OutlineReel> Reels;
+};
+
+/// A show playlist, and what of the show it makes up.
+struct OutlineShow {
+  Cairn::UUID ID;
+  std::string Title;
+  std::string Path;
+  unsigned Depth = 0;          ///< 0: it is in no other one
   Ferro::ui32_t Start = 0;     ///< edit units from the start of the show
   Ferro::ui32_t Duration = 0;  ///< edit units
-  std::vector<OutlineReel> Reels;
+  size_t FirstComposition = 0;
+  size_t CompositionCount = 0;
 };
 
 struct OutlineMarker {
   std::string Label;
   std::string Scope;
   Ferro::ui32_t Position = 0;  ///< edit units from the start of the show
+  size_t Composition = 0;      ///< that holds the position, or starts there; Compositions().size() at the end
 };
 
 /// A show, its nested show playlists expanded.
@@ -63,6 +80,8 @@ class ShowOutline {
   explicit ShowOutline(const Inputs& inputs);
 
   [[nodiscard]] const std::vector<OutlineComposition>& Compositions() const { return m_Compositions; }
+  /// In the order in which they start; a show playlist stands before those that it contains.
+  [[nodiscard]] const std::vector<OutlineShow>& Shows() const { return m_Shows; }
   [[nodiscard]] const std::vector<OutlineMarker>& Markers() const { return m_Markers; }
   /// What is wrong with the show playlists themselves, a sentence each.
   [[nodiscard]] const std::vector<std::string>& Problems() const { return m_Problems; }
@@ -72,13 +91,16 @@ class ShowOutline {
  private:
   void AddShow(const Candidate& show, std::vector<std::string>& paths);
   void AddNested(const std::string& uri, std::vector<std::string>& paths);
-  /// Returns the composition's duration, edit units.
-  Ferro::ui32_t AddComposition(const Cairn::UUID& id, const std::string& path);
+  /// Adds a composition: from the document at `path`, or as the show has it when that is empty.
+  void AddComposition(const Cairn::UUID& id, const std::string& path,
+                      const Strata::ShowPlaylist::CompositionItem* item);
+  void AddReel(const Cairn::Reel& reel, OutlineComposition& composition) const;
   [[nodiscard]] OutlineAsset Resolve(AssetKind kind, const Cairn::GenericAsset& asset,
                                      const std::string& language) const;
 
   const Inputs& m_Inputs;
   std::vector<OutlineComposition> m_Compositions;
+  std::vector<OutlineShow> m_Shows;
   std::vector<OutlineMarker> m_Markers;
   std::vector<std::string> m_Problems;
   Ferro::ui32_t m_Duration = 0;
