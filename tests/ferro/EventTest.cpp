@@ -115,11 +115,54 @@ TEST(Event, WhatWasWrittenBeforeThePostIsSeenAfterThePend) {
 }
 
 TEST(Event, MayBeDestroyedOnceThePendHasReturned) {
-  for (int i = 0; i < 200; ++i) {
-    auto event = std::make_unique<Event>("event");
+  for (int i = 0; i < 2000; ++i) {
+    auto event = std::make_unique<Event>("event", i % 2 == 0 ? 1 : Event::NoCeiling);
     std::thread poster([raw = event.get()] { raw->Post(); });
     event->Pend();
+    event.reset();  // the poster may still be on its way out of Post
     poster.join();
-    event.reset();
   }
+}
+
+TEST(Event, ConcurrentPostsStopAtTheCeiling) {
+  Event event("event", 3);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) threads.emplace_back([&] { event.Post(); });
+  for (std::thread& thread : threads) thread.join();
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(event.Pend(0ms));
+  EXPECT_FALSE(event.Pend(0ms));
+}
+
+// A thread that gave up waiting is no longer counted on: its post stays for the next.
+TEST(Event, PostAfterAPendThatRanOutIsKept) {
+  Event event("event", 1);
+  EXPECT_FALSE(event.Pend(1ms));
+  event.Post();
+  EXPECT_TRUE(event.Pend(0ms));
+  EXPECT_FALSE(event.Pend(1ms));
+}
+
+// Threads that wait with a limit and threads that wait without share the posts; none is lost between them.
+TEST(Event, LimitedAndUnlimitedPendsShareThePosts) {
+  constexpr int Posts = 2000;
+  Event event("event");
+  std::atomic<int> consumed = 0;
+  std::thread unlimited([&] {
+    for (int i = 0; i < Posts / 2; ++i) {
+      event.Pend();
+      ++consumed;
+    }
+  });
+  std::thread limited([&] {
+    for (int i = 0; i < Posts / 2;) {
+      if (!event.Pend(1ms)) continue;
+      ++consumed;
+      ++i;
+    }
+  });
+  for (int i = 0; i < Posts; ++i) event.Post();
+  unlimited.join();
+  limited.join();
+  EXPECT_EQ(consumed, Posts);
+  EXPECT_FALSE(event.Pend(0ms));
 }

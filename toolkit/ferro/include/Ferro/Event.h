@@ -4,10 +4,9 @@
 #include <Ferro/Export.h>
 #include <Ferro/Types.h>
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <limits>
-#include <mutex>
 #include <string>
 
 namespace Ferro {
@@ -33,13 +32,15 @@ class FERRO_API Event {
   [[nodiscard]] bool Pend(std::chrono::milliseconds limit);
 
  private:
+  // False when the deadline passed without a post; no deadline, no end.
+  bool PendUntil(const std::chrono::steady_clock::time_point* deadline);
+
   // Constant after construction.
   const std::string m_Name;
   const ui32_t m_Ceiling;
 
-  std::mutex m_Mutex;
-  std::condition_variable m_Posted;
-  ui32_t m_Count = 0;  // guarded by m_Mutex
+  // The count in the low half, the number of threads about to sleep or asleep in the high half.
+  std::atomic<ui64_t> m_State = 0;
 };
 
 }  // namespace Ferro
