@@ -359,6 +359,19 @@ TEST_F(AssetStoreTest, SoundCopyInAnotherPackageStandsInForAMissingOne) {
   EXPECT_EQ(info.RealFilename, At("b/cpl_272.xml"));
 }
 
+TEST_F(AssetStoreTest, FileThatAPackingListNamesGoesBeforeALooseCopy) {
+  PackageMaker package = Package("p", 0x100);
+  package.AddComposition(0x110);
+  package.Write();
+  fs::copy_file(At("p/cpl_272.xml"), At("copy.xml"));
+  ASSERT_EQ(Add(), RESULT_OK);
+  ASSERT_EQ(Store.FindAsset(SampleID(0x110)).size(), 2U);
+  AssetInfo info;
+  ASSERT_EQ(Store.GetInfoForAssetID(SampleID(0x110), info, true), RESULT_OK);
+  EXPECT_EQ(info.RealFilename, At("p/cpl_272.xml"));
+  EXPECT_TRUE(info.Digest.HasValue());
+}
+
 TEST_F(AssetStoreTest, TextDocumentsIDIsNotItsAssets) {
   PackageMaker package = Package("p", 0x100);
   package.Add(SampleID(0x110), "text.xml",

@@ -14,15 +14,7 @@ using Json = nlohmann::json;
 
 namespace {
 
-class Check : public SampleFolder {
- protected:
-  /// Checks the show after something was done to it: the exit code, and a text of the report.
-  void Expect(int code, const std::string& text) {
-    StrataProgram check({"check", Show()});
-    EXPECT_EQ(check.Wait(), code) << check.Output();
-    EXPECT_THAT(check.Output(), HasSubstr(text));
-  }
-};
+class Check : public SampleFolder {};
 
 TEST_F(Check, SampleShowPlays) {
   StrataProgram check({"check", Show(), "--hash"});
@@ -52,59 +44,6 @@ TEST_F(Check, ReportsAsJson) {
   EXPECT_EQ(report["compositions"][2]["start"], 48);
   EXPECT_EQ(report["compositions"][2]["reels"], 3);
   EXPECT_EQ(report["compositions"][3]["stereoscopic"], true);
-}
-
-TEST_F(Check, MissingFileIsNamed) {
-  std::filesystem::remove(Show("Feature/sound-2.mxf"));
-  Expect(3, "missing: SampleFeature, reel 2, sound: The file is missing.\n");
-  Expect(3, "This show will not play: missing 1 sound.\n");
-}
-
-TEST_F(Check, MissingCompositionIsNamed) {
-  std::filesystem::remove(Show("Immersive/CPL.xml"));
-  Expect(3, "This show will not play: missing 1 composition.\n");
-}
-
-TEST_F(Check, MissingNestedShowIsAnError) {
-  std::filesystem::remove(Show("before-the-feature.xml"));
-  Expect(2, "which the show contains, is in no store.\n");
-}
-
-TEST_F(Check, TruncatedTrackFileIsNamedWithBothSizes) {
-  const auto size = std::filesystem::file_size(Show("Feature/picture-2.mxf"));
-  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 60000);
-  Expect(2, "error: SampleFeature, reel 2, picture: The file does not have the size that the package lists. Expected " +
-                std::to_string(size) + " bytes, found 60000 bytes.\n");
-}
-
-TEST_F(Check, FileThatIsNoTrackFileIsAnError) {
-  const auto size = std::filesystem::file_size(Show("Feature/picture-2.mxf"));
-  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 0);
-  std::filesystem::resize_file(Show("Feature/picture-2.mxf"), size);
-  Expect(2, "This show will not play.\n");
-}
-
-TEST_F(Check, CompositionCutShortIsNamed) {
-  std::filesystem::resize_file(Show("Feature/CPL.xml"), 700);
-  Expect(2, "composition: The composition cannot be read: The XML document could not be parsed.\n");
-}
-
-TEST_F(Check, FileOfAnotherAssetIsAWarning) {
-  std::filesystem::copy_file(Show("Trailer/sound-1.mxf"), Show("Feature/sound-1.mxf"),
-                             std::filesystem::copy_options::overwrite_existing);
-  Expect(0, "warning: SampleFeature, reel 1, sound: The file says that it is another asset.\n");
-}
-
-TEST_F(Check, ChangedByteIsFoundByItsDigest) {
-  {
-    std::fstream file(Show("Feature/sound-1.mxf"), std::ios::in | std::ios::out | std::ios::binary);
-    file.seekp(100'000);
-    file.put('\x55');
-  }
-  Expect(0, "This show will play");
-  StrataProgram check({"check", Show(), "--hash"});
-  EXPECT_EQ(check.Wait(), 2) << check.Output();
-  EXPECT_THAT(check.Output(), HasSubstr("error: SampleFeature, reel 1, sound: "));
 }
 
 TEST_F(Check, UnknownNameIsAUsageError) {

@@ -4,13 +4,13 @@
 #include "ExitCode.h"
 #include "Inputs.h"
 #include "Interrupt.h"
+#include "LogView.h"
 #include "ProgressBar.h"
 #include "Report.h"
 #include "ShowFindings.h"
 #include "ShowOutline.h"
 #include "TextForms.h"
 
-#include <Ferro/LogSink.h>
 #include <Strata/IPlaylist.h>
 
 #include <algorithm>
@@ -32,26 +32,27 @@ struct EngineAnswer {
   Ferro::ui32_t DurationSeconds = 0;
 };
 
-EngineAnswer load_show(const Inputs& inputs) {
+// What the engine logs, and why it refuses the show.
+EngineAnswer load_show(const Inputs& inputs, QuietLog& log) {
   EngineAnswer answer;
-  Ferro::MemoryLogSink log;
-  Ferro::ILogSink* before = Ferro::SetDefaultLogSink(&log);
+  static_cast<void>(log.Take());
   {
     Ferro::mem_ptr<Strata::IPlaylist> playlist;
     answer.Result = Strata::NewPlaylist(playlist);
     if (answer.Result.Success()) answer.Result = inputs.Load(*playlist);
     answer.DurationSeconds = playlist->GetDurationSeconds();
   }
-  Ferro::SetDefaultLogSink(before);
-
-  for (const Ferro::LogEntry& entry : log.Entries()) {
-    if (entry.Level < Ferro::LogLevel::Warning) continue;
+  std::string reason = answer.Result.Label();
+  for (const Ferro::LogEntry& entry : log.Take()) {
+    if (entry.Level == Ferro::LogLevel::Error && answer.Result.Failure()) {
+      reason = entry.Message;
+      continue;
+    }
     Finding& finding = answer.Findings.emplace_back();
-    const bool is_error = entry.Level == Ferro::LogLevel::Error && answer.Result.Failure();
-    finding.Level = is_error ? Severity::Error : Severity::Warning;
-    finding.Message = entry.Message.substr(0, entry.Message.find_last_not_of('\n') + 1);
+    finding.Level = Severity::Warning;
+    finding.Message = entry.Message;
   }
-  if (answer.Result.Failure()) answer.Findings.emplace_back().Message = answer.Result.Label();
+  if (answer.Result.Failure()) answer.Findings.emplace_back().Message = "The engine refuses the show: " + reason;
   return answer;
 }
 
@@ -88,14 +89,17 @@ Json composition_json(const OutlineComposition& composition) {
               {"stereoscopic", composition.Stereoscopic}};
 }
 
-// An asset that is missing is told of by the outline; what the engine adds to that is only that it stopped.
+// Where it is known already why the show does not play, the engine has nothing to add; nor about a file that is told of.
 void add_engine_findings(const EngineAnswer& answer, std::vector<Finding>& findings) {
-  const bool explained = std::any_of(findings.begin(), findings.end(),
-                                     [](const Finding& finding) { return finding.Level == Severity::Missing; });
-  for (Finding finding : answer.Findings) {
-    if (explained && finding.Level == Severity::Error) finding.Level = Severity::Warning;
-    findings.push_back(finding);
+  const bool explained = ExitCodeFor(findings) != Fine;
+  std::vector<Finding> added;
+  for (const Finding& finding : answer.Findings) {
+    const bool is_told = std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
+      return !other.Found.empty() && finding.Message.find(other.Found) != std::string::npos;
+    });
+    if (!explained && !is_told) added.push_back(finding);
   }
+  findings.insert(findings.end(), added.begin(), added.end());
 }
 
 std::string verdict_text(const std::vector<Finding>& findings, const EngineAnswer& answer, ExitCode code) {
@@ -145,10 +149,11 @@ std::string render(const Json& report) {
 }
 
 ExitCode check(const CheckOptions& options) {
+  QuietLog log;
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
-    return Usage;
+    return inputs.ProblemCode();
   }
   if (options.Hash && !verify(inputs)) {
     std::fputs("strata: interrupted\n", stderr);
@@ -156,7 +161,7 @@ ExitCode check(const CheckOptions& options) {
   }
   const ShowOutline outline(inputs);
   std::vector<Finding> findings = FindingsOf(outline);
-  const EngineAnswer answer = load_show(inputs);
+  const EngineAnswer answer = load_show(inputs, log);
   add_engine_findings(answer, findings);
   const ExitCode code = ExitCodeFor(findings);
   PrintReport(make_report(outline, findings, answer, code), options.AsJson, render);

@@ -48,6 +48,19 @@ std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
   return nested;
 }
 
+/// True for a file of which nothing can be read, and for one that means to be a playlist and is none.
+bool is_damaged(const std::string& path) {
+  std::string text;
+  if (Ferro::ReadFileIntoString(path, text).Failure()) return true;
+  Cairn::FileContent content;
+  static_cast<void>(Cairn::InspectFile(path, content));
+  if (content.Type == Cairn::FT_UNKNOWN) return true;
+  Cairn::CompositionPlaylist cpl;
+  Strata::ShowPlaylist spl;
+  const bool claims = text.find("ShowPlaylist") != text.npos || text.find("CompositionPlaylist") != text.npos;
+  return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
+}
+
 std::string list_of(const std::vector<Candidate>& candidates) {
   std::string text;
   for (const Candidate& candidate : candidates)
@@ -86,8 +99,9 @@ bool Inputs::Open(const InputOptions& options) {
   return std::all_of(options.Names.begin(), options.Names.end(), [&](const auto& name) { return Resolve(name); });
 }
 
-bool Inputs::Fail(const std::string& problem) {
+bool Inputs::Fail(const std::string& problem, ExitCode code) {
   m_Problem = problem;
+  m_ProblemCode = code;
   return false;
 }
 
@@ -118,9 +132,12 @@ bool Inputs::ResolveFolder(const std::string& folder) {
     list.push_back({info.FileType, info.ID, title_of(info.FileType, info.RealFilename), info.RealFilename});
   }
   const std::set<Cairn::UUID> nested = nested_in(shows);
-  std::erase_if(shows, [&](const Candidate& show) { return nested.contains(show.ID); });
+  std::vector<Candidate> outermost = shows;
+  std::erase_if(outermost, [&](const Candidate& show) { return nested.contains(show.ID); });
+  if (!outermost.empty()) shows = outermost;  // else each lies in another, and each could be meant
 
   const std::vector<Candidate>& meant = shows.empty() ? compositions : shows;
+  if (RefuseDamaged(folder, meant)) return false;
   if (meant.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
   if (meant.size() > 1)
     return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
@@ -129,11 +146,33 @@ bool Inputs::ResolveFolder(const std::string& folder) {
   return true;
 }
 
+// A document beside the packages that nobody can read may be the very show that is meant.
+bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidate>& meant) {
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string();
+  for (const Cairn::PackageRecord& package : m_Store.Packages())
+    if (package.Folder == root) return false;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.path().extension() != ".xml" || entry.is_directory(error) || !is_damaged(entry.path())) continue;
+    Fail(entry.path().string() +
+             ": this document is damaged and cannot be understood. It may be the show that is meant: " +
+             "copy it again" + (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
+         NotPlayable);
+    return true;
+  }
+  return false;
+}
+
 bool Inputs::ResolveFile(const std::string& path) {
   Cairn::FileContent content;
   const Strata::Result_t result = Cairn::InspectFile(path, content);
-  if (result.Failure()) return Fail(path + ": " + result.Label());
+  if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), NotPlayable);
   if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(folder_of(path));
+  if (content.Type == Cairn::FT_UNKNOWN)
+    return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.", NotPlayable);
+  if (content.Type == Cairn::FT_XML && is_damaged(path))
+    return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
+                NotPlayable);
   if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
     return Fail(path + ": this is neither a composition nor a show playlist.");
   if (!AddFolder(folder_of(path))) return false;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "ExitCode.h"
+
 #include <Cairn/AssetStore.h>
 #include <Strata/IPlaylist.h>
 #include <CLI/CLI.hpp>
@@ -36,6 +38,8 @@ class Inputs {
 
   /// Why Open failed, for the user; may have several lines.
   [[nodiscard]] const std::string& Problem() const { return m_Problem; }
+  /// NotPlayable where something that was meant is broken, else Usage.
+  [[nodiscard]] ExitCode ProblemCode() const { return m_ProblemCode; }
   [[nodiscard]] Cairn::AssetStore& Store() { return m_Store; }
   [[nodiscard]] const Cairn::AssetStore& Store() const { return m_Store; }
   /// What is played, in order.
@@ -50,11 +54,13 @@ class Inputs {
   bool ResolveFolder(const std::string& folder);
   bool ResolveFile(const std::string& path);
   bool ResolveIdentifier(const Cairn::UUID& id);
-  bool Fail(const std::string& problem);
+  bool RefuseDamaged(const std::string& folder, const std::vector<Candidate>& meant);
+  bool Fail(const std::string& problem, ExitCode code = Usage);
 
   Cairn::AssetStore m_Store;
   std::vector<Candidate> m_Shows;
   std::string m_Problem;
+  ExitCode m_ProblemCode = Usage;
 };
 
 /// Opens a store over `options`' index and folders. @return false with the reason in `problem`.

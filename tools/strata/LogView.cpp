@@ -12,3 +12,25 @@ void LogView::WriteEntry(const Ferro::LogEntry& entry) {
   if (line.empty() || line.back() != '\n') line += '\n';
   std::fputs(line.c_str(), stderr);
 }
+
+QuietLog::QuietLog() : m_Before(Ferro::SetDefaultLogSink(this)) {
+  const auto* view = dynamic_cast<const LogView*>(m_Before);
+  const auto* outer = dynamic_cast<const QuietLog*>(m_Before);
+  m_ShowsAll = (view != nullptr && view->ShowsAll()) || (outer != nullptr && outer->m_ShowsAll);
+}
+
+QuietLog::~QuietLog() {
+  Ferro::SetDefaultLogSink(m_Before);
+}
+
+void QuietLog::WriteEntry(const Ferro::LogEntry& entry) {
+  if (m_ShowsAll) m_Before->WriteEntry(entry);
+  if (entry.Level >= Ferro::LogLevel::Warning) m_Kept.WriteEntry(entry);
+}
+
+std::vector<Ferro::LogEntry> QuietLog::Take() {
+  std::vector<Ferro::LogEntry> entries = m_Kept.Entries();
+  m_Kept.Clear();
+  for (Ferro::LogEntry& entry : entries) entry.Message.erase(entry.Message.find_last_not_of('\n') + 1);
+  return entries;
+}

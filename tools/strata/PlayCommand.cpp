@@ -2,6 +2,7 @@
 #include "PlayCommand.h"
 
 #include "ExitCode.h"
+#include "LogView.h"
 #include "PlaySession.h"
 #include "ShowFindings.h"
 #include "ShowOutline.h"
@@ -42,16 +43,30 @@ bool is_speed(const std::string& text) {
   return text == "max" || (end != nullptr && *end == '\0' && value > 0 && value <= 100);
 }
 
+bool load(PlaySession& session) {
+  QuietLog log;  // why it failed is told in other words
+  return session.Load();
+}
+
+/// Shows what keeps the show from playing.
+ExitCode tell_why(const Inputs& inputs) {
+  QuietLog log;
+  const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
+  for (const Finding& finding : findings)
+    if (finding.Level != Severity::Warning) std::fputs(FindingText(FindingToJson(finding)).c_str(), stderr);
+  return ExitCodeFor(findings);
+}
+
 ExitCode play(const PlayOptions& options) {
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
-    return Usage;
+    return inputs.ProblemCode();
   }
   PlaySession session(options, inputs);
-  if (!session.Load()) {
+  if (!load(session)) {
+    const ExitCode code = tell_why(inputs);
     std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
-    const ExitCode code = ExitCodeFor(FindingsOf(ShowOutline(inputs)));
     return code == Fine ? NotPlayable : code;
   }
   const bool finished = session.Play();

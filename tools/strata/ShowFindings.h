@@ -1,36 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "ExitCode.h"
-#include "Report.h"
+#include "Finding.h"
 #include "ShowOutline.h"
 
-#include <string>
 #include <vector>
 
-/// How much a finding matters for playing the show.
-enum class Severity { Warning, Missing, Error };
-
-/// One thing that is wrong or unusual, and where. Texts that do not apply are empty.
-struct Finding {
-  Severity Level = Severity::Error;
-  std::string Message;
-  std::string Composition;  ///< its title, or its identifier
-  Ferro::ui32_t Reel = 0;   ///< within the composition, from 1; 0: not of one reel
-  std::string AssetType;
-  std::string AssetID;
-  std::string File;
-  std::string Expected;
-  std::string Found;
-};
-
-/// What the documents and the store show to be wrong, in playing order.
+/// What the documents, the store and the files show to be wrong, in playing order. Opens every file.
 [[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);
-/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
-[[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
-
-/// "warning", "missing", "error".
-[[nodiscard]] const char* SeverityName(Severity severity);
-[[nodiscard]] Json FindingToJson(const Finding& finding);
-/// One line of a report from FindingToJson's model.
-[[nodiscard]] std::string FindingText(const Json& finding);

@@ -7,6 +7,7 @@
 #include <Strata/ShowPlaylist.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace {
 
@@ -41,7 +42,8 @@ const OutlineAsset* OutlineReel::First(AssetKind kind) const {
 
 ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
   for (const Candidate& show : inputs.Shows()) {
-    std::vector<std::string> paths{show.Path};
+    std::error_code error;  // a file that cannot be found is told of when it is read
+    std::vector<std::string> paths{std::filesystem::weakly_canonical(show.Path, error).string()};
     if (show.Type == Cairn::FT_SHOW)
       AddShow(show, paths);
     else
@@ -78,7 +80,7 @@ void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& pa
   const auto places = id ? m_Inputs.Store().FindAsset(*id) : std::vector<Cairn::AssetRecord>();
   const Cairn::AssetRecord* place = usable(places);
   if (place == nullptr || place->Info.FileType != Cairn::FT_SHOW) {
-    m_Problems.push_back("The show playlist " + uri + ", which the show contains, is in no store.");
+    m_MissingShows.push_back(uri);
     return;
   }
   const std::string path = place->Info.RealFilename;
@@ -99,14 +101,19 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   outline.Start = m_Duration;
   if (given_path.empty()) {
     const auto places = m_Inputs.Store().FindAsset(id);
-    if (const Cairn::AssetRecord* place = usable(places)) outline.Path = place->Info.RealFilename;
+    if (const Cairn::AssetRecord* place = usable(places)) {
+      outline.Path = place->Info.RealFilename;
+      outline.Found = *place;
+    }
   }
   Cairn::CompositionPlaylist cpl;
   if (outline.Path.empty()) {
     outline.IsMissing = true;
-    outline.Problem = "No store has this composition.";
+    outline.Problem = outline.Found ? "The file is missing." : "No store has this composition.";
   } else if (const Strata::Result_t result = Cairn::InitObjectWithFile(cpl, outline.Path); result.Failure()) {
     outline.Problem = std::string("The composition cannot be read: ") + result.Label();
+  } else if (cpl.ReelList.empty()) {
+    outline.Problem = "The composition has no reels.";
   }
   outline.Title = cpl.ContentTitle;
   outline.Kind = cpl.ContentKindText;

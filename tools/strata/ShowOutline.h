@@ -42,11 +42,12 @@ struct OutlineReel {
 
 struct OutlineComposition {
   Cairn::UUID ID;
-  std::string Title;       ///< the show's annotation of it where it cannot be read
-  std::string Kind;        ///< of the content: "feature"; empty when not known
-  std::string Path;        ///< of the document; empty when it could not be found
-  std::string Problem;     ///< why there are no reels; empty when all is well
-  bool IsMissing = false;  ///< no store has it
+  std::string Title;                        ///< the show's annotation of it where it cannot be read
+  std::string Kind;                         ///< of the content: "feature"; empty when not known
+  std::string Path;                         ///< of the document; empty when it could not be found
+  std::string Problem;                      ///< why there are no reels; empty when all is well
+  bool IsMissing = false;                   ///< no store has it
+  std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it, or its file was named by the user
   Cairn::DCPFormat_t Format = Cairn::DFT_NONE;
   bool Stereoscopic = false;
   QUIRE::Rational EditRate;    ///< of the first reel's picture; as the show says where that cannot be read
@@ -85,6 +86,10 @@ class ShowOutline {
   [[nodiscard]] const std::vector<OutlineMarker>& Markers() const { return m_Markers; }
   /// What is wrong with the show playlists themselves, a sentence each.
   [[nodiscard]] const std::vector<std::string>& Problems() const { return m_Problems; }
+  /// The URIs of nested show playlists that no store has.
+  [[nodiscard]] const std::vector<std::string>& MissingShows() const { return m_MissingShows; }
+  /// Where the assets were looked for.
+  [[nodiscard]] const Cairn::AssetStore& Store() const { return m_Inputs.Store(); }
   /// Edit units.
   [[nodiscard]] Ferro::ui32_t Duration() const { return m_Duration; }
 
@@ -103,6 +108,7 @@ class ShowOutline {
   std::vector<OutlineShow> m_Shows;
   std::vector<OutlineMarker> m_Markers;
   std::vector<std::string> m_Problems;
+  std::vector<std::string> m_MissingShows;
   Ferro::ui32_t m_Duration = 0;
   unsigned m_ShowCount = 0;
 };

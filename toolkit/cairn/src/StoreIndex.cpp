@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace Cairn {
@@ -338,8 +339,8 @@ std::vector<AssetRecord> AssetFinder::Find(const UUID& id) {
   while (m_Rows.Step()) records.push_back(read_asset(m_Rows));
   m_Rows.Reset();
   std::stable_sort(records.begin(), records.end(), [](const AssetRecord& a, const AssetRecord& b) {
-    return std::pair(a.Problems & FatalAssetProblems, a.Problems) <
-           std::pair(b.Problems & FatalAssetProblems, b.Problems);
+    return std::tuple(a.Problems & FatalAssetProblems, a.Problems, !a.HasListedSize) <
+           std::tuple(b.Problems & FatalAssetProblems, b.Problems, !b.HasListedSize);
   });
   return records;
 }

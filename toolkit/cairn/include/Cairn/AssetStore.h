@@ -78,7 +78,7 @@ class CAIRN_API AssetStore : public IAssetLookup {
   ///         Ferro::FileReader.
   [[nodiscard]] Result_t RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) override;
   /// With `flag` true only assets without fatal problems are answered, RESULT_NOT_FOUND for others. Of several places
-  /// of an asset the one with the least problems is answered.
+  /// of an asset the one with the least problems is answered, and of equal ones one that a packing list names.
   [[nodiscard]] Result_t GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const override;
   [[nodiscard]] Result_t GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& out, bool flag) const override;
 

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ExitCode.h"
+#include "Report.h"
+
+#include <Ferro/Types.h>
+
+#include <string>
+#include <vector>
+
+/// How much a finding matters for playing the show.
+enum class Severity { Warning, Missing, Error };
+
+/// One thing that is wrong or unusual, and where. Texts that do not apply are empty.
+struct Finding {
+  Severity Level = Severity::Error;
+  std::string Message;
+  std::string Composition;  ///< its title, or its identifier
+  Ferro::ui32_t Reel = 0;   ///< within the composition, from 1; 0: not of one reel
+  std::string AssetType;
+  std::string AssetID;
+  std::string File;
+  std::string Expected;
+  std::string Found;
+  std::string Advice;  ///< what to do about it
+};
+
+/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
+[[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
+
+/// "warning", "missing", "error".
+[[nodiscard]] const char* SeverityName(Severity severity);
+[[nodiscard]] Json FindingToJson(const Finding& finding);
+/// The lines of a report from FindingToJson's model.
+[[nodiscard]] std::string FindingText(const Json& finding);

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TextReferences.h"
+
+#include <Cairn/DOMTreeErrorReporter.h>
+#include <Cairn/DocumentParser.h>
+#include <Cairn/XMLLibraries.h>
+#include <Cairn/XMLNode.h>
+#include <Ferro/LogSink.h>
+
+namespace {
+
+void collect(const xercesc::DOMElement* element, std::vector<Ferro::UUID>& references) {
+  const std::string name = Cairn::LocalName(element);
+  if (name == "LoadFont" || name == "Image")
+    if (const auto id = Ferro::UUID::FromURN(Cairn::TrimmedText(element))) references.push_back(*id);
+  // Documents from outside nest no deeper than the parser allows.
+  for (const auto* child = Cairn::FirstChildElement(element); child != nullptr;
+       child = Cairn::NextSiblingElement(child))
+    collect(child, references);
+}
+
+}  // namespace
+
+Ferro::Result_t ReadTextReferences(const std::string& xml, std::vector<Ferro::UUID>& references) {
+  Ferro::ILogSink& log = Ferro::DefaultLogSink();
+  try {
+    Cairn::init_xml_libs();
+    Cairn::DocumentParser parser;
+    Cairn::DOMTreeErrorReporter reporter;
+    const Ferro::Result_t result = parser.ParseText(xml, reporter, log);
+    if (result.Success()) collect(parser.getDocument()->getDocumentElement(), references);
+    return result;
+  } catch (...) {
+    return Cairn::LogXMLException(log);
+  }
+}
