@@ -5,22 +5,18 @@
 #include "FieldWriter.h"
 
 #include <Cairn/Namespace.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
 
 namespace Cairn {
 namespace {
 
 using Ferro::XMLElement;
-using xercesc::DOMElement;
-
 constexpr char DocumentName[] = "AssetMap";
 
-void ReadChunk(FieldReader& fields, const DOMElement* element, AssetMap::Chunk& chunk) {
+void ReadChunk(FieldReader& fields, const Element* element, AssetMap::Chunk& chunk) {
   bool has_path = false;
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     if (!IsOwnElement(child)) continue;
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "Path") {
       has_path = true;
       chunk.Path = TrimmedText(child);
@@ -36,21 +32,21 @@ void ReadChunk(FieldReader& fields, const DOMElement* element, AssetMap::Chunk& 
   if (!has_path) fields.Missing("Chunk Path");
 }
 
-void ReadChunkList(FieldReader& fields, const DOMElement* list, AssetMap::Asset& asset) {
+void ReadChunkList(FieldReader& fields, const Element* list, AssetMap::Asset& asset) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
     if (LocalName(child) == "Chunk" && IsOwnElement(child)) ReadChunk(fields, child, asset.ChunkList.emplace_back());
 }
 
 // Present and empty, "true" or "1" in whatever flavour; other content has been met only as a way to say yes.
-bool SaysPackingList(const DOMElement* element) {
+bool SaysPackingList(const Element* element) {
   const std::string text = TrimmedText(element);
   return text != "false" && text != "0";
 }
 
-void ReadAsset(FieldReader& fields, const DOMElement* element, AssetMap::Asset& asset) {
+void ReadAsset(FieldReader& fields, const Element* element, AssetMap::Asset& asset) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     if (!IsOwnElement(child)) continue;
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "Id") {
       fields.ID(child, asset.ID);
     } else if (name == "AnnotationText") {
@@ -64,12 +60,12 @@ void ReadAsset(FieldReader& fields, const DOMElement* element, AssetMap::Asset& 
   if (!asset.ID.HasValue() && fields.Result().Success()) fields.Missing("Asset Id");
 }
 
-void ReadAssetList(FieldReader& fields, const DOMElement* list, AssetMap& map) {
+void ReadAssetList(FieldReader& fields, const Element* list, AssetMap& map) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
     if (LocalName(child) == "Asset" && IsOwnElement(child)) ReadAsset(fields, child, map.AssetList.emplace_back());
 }
 
-void ReadOwnChild(FieldReader& fields, const DOMElement* child, const std::string& name, AssetMap& map) {
+void ReadOwnChild(FieldReader& fields, const Element* child, const std::string& name, AssetMap& map) {
   if (name == "Id") {
     fields.ID(child, map.ID);
   } else if (name == "AnnotationText") {
@@ -91,22 +87,18 @@ bool IsKnownNamespace(const std::string& name) {
   return name == NS_SMPTE_AM || name == NS_SMPTE_AM_2006 || name == NS_Interop_AM;
 }
 
-class AssetMapParser : public XercesCallWrapper<AssetMap> {
- public:
-  Result_t SetupCaller(AssetMap* map, DCPFormat_t format, Ferro::ILogSink& log) override {
-    const DOMElement* root = m_doc->getDocumentElement();
-    if (LocalName(root) != "AssetMap") return RESULT_NOT_ASSETMAP;
-    map->NamespaceName = NamespaceName(root);
-    map->DCPFormat = format;
-    if (!IsKnownNamespace(map->NamespaceName))
-      log.Warn("%s: namespace \"%s\" is not a known one\n", DocumentName, map->NamespaceName.c_str());
-    FieldReader fields(DocumentName, log);
-    for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child))
-      if (IsOwnElement(child)) ReadOwnChild(fields, child, LocalName(child), *map);
-    if (!map->ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
-    return fields.Result();
-  }
-};
+Result_t ReadAssetMap(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, AssetMap& map) {
+  if (LocalName(root) != "AssetMap") return RESULT_NOT_ASSETMAP;
+  map.NamespaceName = NamespaceName(root);
+  map.DCPFormat = format;
+  if (!IsKnownNamespace(map.NamespaceName))
+    log.Warn("%s: namespace \"%s\" is not a known one\n", DocumentName, map.NamespaceName.c_str());
+  FieldReader fields(DocumentName, log);
+  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child))
+    if (IsOwnElement(child)) ReadOwnChild(fields, child, LocalName(child), map);
+  if (!map.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
+  return fields.Result();
+}
 
 void WriteChunk(FieldWriter& fields, XMLElement& list, const AssetMap::Chunk& chunk) {
   XMLElement& element = list.AddChild("Chunk");
@@ -131,7 +123,10 @@ void WriteAsset(FieldWriter& fields, XMLElement& list, const AssetMap::Asset& as
 
 Result_t AssetMap::DecodeXML(const std::string& xml) {
   *this = AssetMap();
-  return DecodeXMLDocument<AssetMapParser>(xml, this);
+  return ReadDocument(xml, Ferro::DefaultLogSink(),
+                      [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
+                        return ReadAssetMap(root, format, log, *this);
+                      });
 }
 
 Result_t AssetMap::EncodeXML(std::string& out, Cairn::DCPFormat_t format) const {

@@ -2,8 +2,6 @@
 #include "CompositionReader.h"
 
 #include <Cairn/Namespace.h>
-#include <Cairn/XMLAttrPtr.h>
-#include <Cairn/XMLNode.h>
 
 #include <Ferro/CheckedMath.h>
 
@@ -11,8 +9,6 @@
 
 namespace Cairn {
 namespace {
-
-using xercesc::DOMElement;
 
 enum class AssetKind { Markers, Picture, StereoPicture, Sound, MainText, OffScreenText, AuxData, Metadata };
 
@@ -48,8 +44,8 @@ constexpr AssetElement s_AssetElements[] = {
     {NS_SMPTE_Metadata, "CompositionMetadataAsset", AssetKind::Metadata},
 };
 
-const AssetElement* FindAssetElement(const DOMElement* element, const std::string& document_namespace) {
-  const std::string name = LocalName(element);
+const AssetElement* FindAssetElement(const Element* element, const std::string& document_namespace) {
+  const std::string& name = LocalName(element);
   const std::string namespace_name = NamespaceName(element);
   const auto* found = std::ranges::find_if(s_AssetElements, [&](const AssetElement& known) {
     return name == known.Name &&
@@ -59,25 +55,24 @@ const AssetElement* FindAssetElement(const DOMElement* element, const std::strin
 }
 
 // The child of that name in the vocabulary of the document or of the extension; null when there is none.
-const DOMElement* OwnChild(const DOMElement* element, std::string_view name) {
+const Element* OwnChild(const Element* element, std::string_view name) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child))
     if (IsOwnElement(child) && LocalName(child) == name) return child;
   return nullptr;
 }
 
-PictureAsset ReadPicture(FieldReader& fields, const DOMElement* element) {
+PictureAsset ReadPicture(FieldReader& fields, const Element* element) {
   PictureAsset asset;
   ReadGenericAsset(fields, element, asset);
-  if (const DOMElement* rate = OwnChild(element, "FrameRate")) {
+  if (const Element* rate = OwnChild(element, "FrameRate")) {
     FieldReader lenient(fields.Document(), fields.Log(), FieldReader::Mode::Lenient);  // the EditRate is what counts
     lenient.Rate(rate, asset.FrameRate);
   }
-  if (const DOMElement* ratio = OwnChild(element, "ScreenAspectRatio"))
-    FieldReader::Ratio(ratio, asset.ScreenAspectRatio);
+  if (const Element* ratio = OwnChild(element, "ScreenAspectRatio")) FieldReader::Ratio(ratio, asset.ScreenAspectRatio);
   return asset;
 }
 
-TimedTextAsset ReadTimedText(FieldReader& fields, const DOMElement* element) {
+TimedTextAsset ReadTimedText(FieldReader& fields, const Element* element) {
   TimedTextAsset asset;
   ReadGenericAsset(fields, element, asset);
   asset.Language = TrimmedText(OwnChild(element, "Language"));
@@ -85,35 +80,35 @@ TimedTextAsset ReadTimedText(FieldReader& fields, const DOMElement* element) {
   return asset;
 }
 
-AuxDataAsset ReadAuxData(FieldReader& fields, const DOMElement* element) {
+AuxDataAsset ReadAuxData(FieldReader& fields, const Element* element) {
   AuxDataAsset asset;
   ReadGenericAsset(fields, element, asset, false);
-  const DOMElement* coding = OwnChild(element, "DataEssenceCoding");
+  const Element* coding = OwnChild(element, "DataEssenceCoding");
   if (coding != nullptr || NamespaceName(element) == NS_SMPTE_AuxData) asset.Form = ADF_DataEssenceCoding;
   asset.DataType = TrimmedText(coding != nullptr ? coding : OwnChild(element, "DataType"));
   return asset;
 }
 
 // Nothing played depends on markers, and their identifier names no file.
-void ReadMarkers(FieldReader& strict, const DOMElement* element, MarkerAsset& asset) {
+void ReadMarkers(FieldReader& strict, const Element* element, MarkerAsset& asset) {
   FieldReader fields(strict.Document(), strict.Log(), FieldReader::Mode::Lenient);
   ReadGenericAsset(fields, element, asset);
-  const DOMElement* list = OwnChild(element, "MarkerList");
+  const Element* list = OwnChild(element, "MarkerList");
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child)) {
     if (LocalName(child) != "Marker" || !IsOwnElement(child)) continue;
     Marker marker;
-    const DOMElement* label = OwnChild(child, "Label");
+    const Element* label = OwnChild(child, "Label");
     marker.Label = TrimmedText(label);
-    marker.Scope = XMLAttrPtr::get_attr_with_name(label, "scope");
+    marker.Scope = AttributeValue(label, "scope");
     marker.Annotation = TextContent(OwnChild(child, "AnnotationText"));
-    if (const DOMElement* offset = OwnChild(child, "Offset")) fields.Count(offset, marker.Offset);
+    if (const Element* offset = OwnChild(child, "Offset")) fields.Count(offset, marker.Offset);
     asset.MarkerList.push_back(std::move(marker));
   }
 }
 
 // A reel has one of these at most; a second is reported and left out.
 template <class AssetT>
-void SetOnce(FieldReader& fields, const DOMElement* element, AssetT& slot, AssetT asset) {
+void SetOnce(FieldReader& fields, const Element* element, AssetT& slot, AssetT asset) {
   if (slot.AssetID.HasValue()) {
     fields.Log().Warn("%s: reel has another %s, ignored\n", fields.Document(), LocalName(element).c_str());
   } else {
@@ -121,20 +116,20 @@ void SetOnce(FieldReader& fields, const DOMElement* element, AssetT& slot, Asset
   }
 }
 
-void ReadPictureInto(FieldReader& fields, const DOMElement* element, Reel& reel, CompositionPlaylist& cpl,
+void ReadPictureInto(FieldReader& fields, const Element* element, Reel& reel, CompositionPlaylist& cpl,
                      bool is_stereoscopic) {
   if (!reel.MainPicture.AssetID.HasValue() && is_stereoscopic) cpl.StereoscopicImage = true;
   SetOnce(fields, element, reel.MainPicture, ReadPicture(fields, element));
 }
 
-void ReadSound(FieldReader& fields, const DOMElement* element, Reel& reel) {
+void ReadSound(FieldReader& fields, const Element* element, Reel& reel) {
   SoundAsset asset;
   ReadGenericAsset(fields, element, asset);
   asset.Language = TrimmedText(OwnChild(element, "Language"));
   SetOnce(fields, element, reel.MainSound, std::move(asset));
 }
 
-void ReadAsset(FieldReader& fields, const DOMElement* element, AssetKind kind, Reel& reel, CompositionPlaylist& cpl) {
+void ReadAsset(FieldReader& fields, const Element* element, AssetKind kind, Reel& reel, CompositionPlaylist& cpl) {
   switch (kind) {
     case AssetKind::Markers:
       return ReadMarkers(fields, element, reel.MainMarkers);
@@ -157,7 +152,7 @@ void ReadAsset(FieldReader& fields, const DOMElement* element, AssetKind kind, R
   }
 }
 
-void ReadAssetList(FieldReader& fields, const DOMElement* list, Reel& reel, CompositionPlaylist& cpl) {
+void ReadAssetList(FieldReader& fields, const Element* list, Reel& reel, CompositionPlaylist& cpl) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child)) {
     const AssetElement* known = FindAssetElement(child, cpl.NamespaceName);
     if (known == nullptr) continue;
@@ -182,14 +177,14 @@ void SetDuration(FieldReader& fields, const std::string& name, GenericAsset& ass
 
 }  // namespace
 
-void ReadGenericAsset(FieldReader& fields, const DOMElement* element, GenericAsset& asset, bool is_rate_required) {
+void ReadGenericAsset(FieldReader& fields, const Element* element, GenericAsset& asset, bool is_rate_required) {
   bool has_id = false;
   bool has_rate = false;
   bool has_length = false;
   bool has_duration = false;
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     if (!IsOwnElement(child)) continue;
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "Id") {
       has_id = true;
       fields.ID(child, asset.AssetID);
@@ -212,16 +207,16 @@ void ReadGenericAsset(FieldReader& fields, const DOMElement* element, GenericAss
       fields.Digest(child, asset.Digest);
     }
   }
-  const std::string name = LocalName(element);
+  const std::string& name = LocalName(element);
   if (!has_id) fields.Missing((name + " Id").c_str());
   if (!has_rate && is_rate_required) fields.Missing((name + " EditRate").c_str());
   if (!has_length) fields.Missing((name + " IntrinsicDuration").c_str());
   SetDuration(fields, name, asset, has_duration);
 }
 
-void ReadReel(FieldReader& fields, const DOMElement* element, CompositionPlaylist& cpl) {
+void ReadReel(FieldReader& fields, const Element* element, CompositionPlaylist& cpl) {
   Reel& reel = cpl.ReelList.emplace_back();
-  if (const DOMElement* id = OwnChild(element, "Id")) {
+  if (const Element* id = OwnChild(element, "Id")) {
     fields.ID(id, reel.ID);
   } else {
     fields.Missing("Reel Id");

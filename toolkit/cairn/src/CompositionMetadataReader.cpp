@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CompositionReader.h"
 
-#include <Cairn/XMLAttrPtr.h>
-#include <Cairn/XMLNode.h>
-
 #include <sstream>
 
 namespace Cairn {
 namespace {
-
-using xercesc::DOMElement;
 
 std::list<std::string> SplitWords(const std::string& text) {
   std::istringstream words(text);
@@ -18,23 +13,23 @@ std::list<std::string> SplitWords(const std::string& text) {
   return out;
 }
 
-void ReadArea(FieldReader& fields, const DOMElement* element, PictureArea& area) {
-  if (const DOMElement* width = FirstChildNamed(element, "Width")) fields.Count(width, area.Width);
-  if (const DOMElement* height = FirstChildNamed(element, "Height")) fields.Count(height, area.Height);
+void ReadArea(FieldReader& fields, const Element* element, PictureArea& area) {
+  if (const Element* width = FirstChildNamed(element, "Width")) fields.Count(width, area.Width);
+  if (const Element* height = FirstChildNamed(element, "Height")) fields.Count(height, area.Height);
 }
 
-void ReadVersions(const DOMElement* list, std::list<ContentVersion>& out) {
+void ReadVersions(const Element* list, std::list<ContentVersion>& out) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
     if (LocalName(child) == "ContentVersion") ReadContentVersion(child, out.emplace_back());
 }
 
-void ReadExtensions(const DOMElement* list, std::list<ExtensionMetadata>& out) {
+void ReadExtensions(const Element* list, std::list<ExtensionMetadata>& out) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child)) {
     if (LocalName(child) != "ExtensionMetadata") continue;
     ExtensionMetadata& group = out.emplace_back();
-    group.Scope = XMLAttrPtr::get_attr_with_name(child, "scope");
+    group.Scope = AttributeValue(child, "scope");
     group.Name = TrimmedText(FirstChildNamed(child, "Name"));
-    const DOMElement* properties = FirstChildNamed(child, "PropertyList");
+    const Element* properties = FirstChildNamed(child, "PropertyList");
     for (auto* item = FirstChildElement(properties); item != nullptr; item = NextSiblingElement(item))
       if (LocalName(item) == "Property")
         group.PropertyList.emplace_back(TrimmedText(FirstChildNamed(item, "Name")),
@@ -42,10 +37,10 @@ void ReadExtensions(const DOMElement* list, std::list<ExtensionMetadata>& out) {
   }
 }
 
-void ReadVersionNumber(FieldReader& fields, const DOMElement* element, CompositionMetadata& metadata) {
+void ReadVersionNumber(FieldReader& fields, const Element* element, CompositionMetadata& metadata) {
   metadata.HasVersionNumber = true;
   if (!TrimmedText(element).empty()) fields.Count(element, metadata.VersionNumber);  // empty: the default, 1
-  metadata.VersionStatus = XMLAttrPtr::get_attr_with_name(element, "status");
+  metadata.VersionStatus = AttributeValue(element, "status");
 }
 
 // Elements whose text is all there is to them.
@@ -60,8 +55,7 @@ std::string* TextField(CompositionMetadata& metadata, const std::string& name) {
   return nullptr;
 }
 
-void ReadStructure(FieldReader& fields, const DOMElement* child, const std::string& name,
-                   CompositionMetadata& metadata) {
+void ReadStructure(FieldReader& fields, const Element* child, const std::string& name, CompositionMetadata& metadata) {
   if (name == "VersionNumber") {
     ReadVersionNumber(fields, child, metadata);
   } else if (name == "AlternateContentVersionList") {
@@ -81,13 +75,13 @@ void ReadStructure(FieldReader& fields, const DOMElement* child, const std::stri
 
 }  // namespace
 
-void ReadContentVersion(const DOMElement* element, ContentVersion& version) {
+void ReadContentVersion(const Element* element, ContentVersion& version) {
   version.ID = TrimmedText(FirstChildNamed(element, "Id"));
   version.LabelText = TextContent(FirstChildNamed(element, "LabelText"));
 }
 
 // Nothing played depends on it: what is malformed is reported and left out.
-void ReadCompositionMetadata(FieldReader& strict, const DOMElement* element, CompositionMetadata& metadata) {
+void ReadCompositionMetadata(FieldReader& strict, const Element* element, CompositionMetadata& metadata) {
   FieldReader fields(strict.Document(), strict.Log(), FieldReader::Mode::Lenient);
   if (metadata.AssetID.HasValue()) {
     fields.Log().Warn("%s: there is another CompositionMetadataAsset, ignored\n", fields.Document());
@@ -96,16 +90,15 @@ void ReadCompositionMetadata(FieldReader& strict, const DOMElement* element, Com
   ReadGenericAsset(fields, element, metadata);
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     if (!IsOwnElement(child)) continue;
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (std::string* text = TextField(metadata, name)) {
       *text = TrimmedText(child);
     } else {
       ReadStructure(fields, child, name, metadata);
     }
-    if (name == "FullContentTitleText")
-      metadata.FullContentTitleLanguage = XMLAttrPtr::get_attr_with_name(child, "language");
-    if (name == "ReleaseTerritory") metadata.ReleaseTerritoryScope = XMLAttrPtr::get_attr_with_name(child, "scope");
-    if (name == "Luminance") metadata.LuminanceUnits = XMLAttrPtr::get_attr_with_name(child, "units");
+    if (name == "FullContentTitleText") metadata.FullContentTitleLanguage = AttributeValue(child, "language");
+    if (name == "ReleaseTerritory") metadata.ReleaseTerritoryScope = AttributeValue(child, "scope");
+    if (name == "Luminance") metadata.LuminanceUnits = AttributeValue(child, "units");
   }
 }
 

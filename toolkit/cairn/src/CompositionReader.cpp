@@ -1,36 +1,30 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CompositionReader.h"
 
-#include <Cairn/XMLAttrPtr.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
-
 namespace Cairn {
 namespace {
 
-using xercesc::DOMElement;
-
 constexpr char DocumentName[] = "CompositionPlaylist";
 
-void ReadRatingList(const DOMElement* list, std::list<Rating>& out) {
+void ReadRatingList(const Element* list, std::list<Rating>& out) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child)) {
     if (LocalName(child) != "Rating" || !IsOwnElement(child)) continue;
     out.push_back({TrimmedText(FirstChildNamed(child, "Agency")), TrimmedText(FirstChildNamed(child, "Label"))});
   }
 }
 
-void ReadReelList(FieldReader& fields, const DOMElement* list, CompositionPlaylist& cpl) {
+void ReadReelList(FieldReader& fields, const Element* list, CompositionPlaylist& cpl) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
     if (LocalName(child) == "Reel" && IsOwnElement(child)) ReadReel(fields, child, cpl);
 }
 
-void ReadContentKind(const DOMElement* element, CompositionPlaylist& cpl) {
+void ReadContentKind(const Element* element, CompositionPlaylist& cpl) {
   cpl.ContentKindText = TrimmedText(element);
   cpl.ContentKind = ContentKindFromName(cpl.ContentKindText);
-  cpl.ContentKindScope = XMLAttrPtr::get_attr_with_name(element, "scope");
+  cpl.ContentKindScope = AttributeValue(element, "scope");
 }
 
-void ReadOwnChild(FieldReader& fields, const DOMElement* child, const std::string& name, CompositionPlaylist& cpl) {
+void ReadOwnChild(FieldReader& fields, const Element* child, const std::string& name, CompositionPlaylist& cpl) {
   if (name == "Id") {
     fields.ID(child, cpl.ID);
   } else if (name == "AnnotationText") {
@@ -62,32 +56,31 @@ bool IsMasterFormat(const std::string& namespace_name) {
          namespace_name.starts_with("http://www.smpte-ra.org/ns/2067-");
 }
 
-class CompositionParser : public XercesCallWrapper<CompositionPlaylist> {
- public:
-  Result_t SetupCaller(CompositionPlaylist* cpl, DCPFormat_t format, Ferro::ILogSink& log) override {
-    const DOMElement* root = m_doc->getDocumentElement();
-    if (LocalName(root) != "CompositionPlaylist" || IsMasterFormat(NamespaceName(root))) return RESULT_NOT_CPL;
-    cpl->NamespaceName = NamespaceName(root);
-    cpl->DCPFormat = format;
-    FieldReader fields(DocumentName, log);
-    for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child)) {
-      const std::string name = LocalName(child);
-      if (name == "Signature") {
-        ReadSignature(child, cpl->SignatureMode, cpl->SignatureChain);
-      } else if (IsOwnElement(child)) {
-        ReadOwnChild(fields, child, name, *cpl);
-      }
+Result_t ReadComposition(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, CompositionPlaylist& cpl) {
+  if (LocalName(root) != "CompositionPlaylist" || IsMasterFormat(NamespaceName(root))) return RESULT_NOT_CPL;
+  cpl.NamespaceName = NamespaceName(root);
+  cpl.DCPFormat = format;
+  FieldReader fields(DocumentName, log);
+  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child)) {
+    const std::string& name = LocalName(child);
+    if (name == "Signature") {
+      ReadSignature(child, cpl.SignatureMode, cpl.SignatureChain);
+    } else if (IsOwnElement(child)) {
+      ReadOwnChild(fields, child, name, cpl);
     }
-    if (!cpl->ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
-    return fields.Result();
   }
-};
+  if (!cpl.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
+  return fields.Result();
+}
 
 }  // namespace
 
 Result_t CompositionPlaylist::DecodeXML(const std::string& xml) {
   *this = CompositionPlaylist();
-  return DecodeXMLDocument<CompositionParser>(xml, this);
+  return ReadDocument(xml, Ferro::DefaultLogSink(),
+                      [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
+                        return ReadComposition(root, format, log, *this);
+                      });
 }
 
 }  // namespace Cairn

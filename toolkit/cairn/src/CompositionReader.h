@@ -5,18 +5,15 @@
 
 #include <Cairn/CompositionPlaylist.h>
 
-#include <xercesc/dom/DOMElement.hpp>
-
 namespace Cairn {
 
 /// Reads one Reel element and appends it to the composition; composition metadata goes into the composition.
-void ReadReel(FieldReader& fields, const xercesc::DOMElement* element, CompositionPlaylist& cpl);
+void ReadReel(FieldReader& fields, const Element* element, CompositionPlaylist& cpl);
 
 /// Reads the fields that all assets have. `is_rate_required` false lets EditRate be absent.
-void ReadGenericAsset(FieldReader& fields, const xercesc::DOMElement* element, GenericAsset& asset,
-                      bool is_rate_required = true);
+void ReadGenericAsset(FieldReader& fields, const Element* element, GenericAsset& asset, bool is_rate_required = true);
 
-void ReadContentVersion(const xercesc::DOMElement* element, ContentVersion& version);
-void ReadCompositionMetadata(FieldReader& fields, const xercesc::DOMElement* element, CompositionMetadata& metadata);
+void ReadContentVersion(const Element* element, ContentVersion& version);
+void ReadCompositionMetadata(FieldReader& fields, const Element* element, CompositionMetadata& metadata);
 
 }  // namespace Cairn

@@ -4,27 +4,21 @@
 #include "Blanks.h"
 #include "FieldReader.h"
 
-#include <Cairn/XMLAttrPtr.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
-
 #include <algorithm>
 
 namespace Cairn {
 namespace {
 
-using xercesc::DOMElement;
-
 constexpr char DocumentName[] = "DCSubtitle";
 
-std::string TrimmedAttribute(const DOMElement* element, const char* name) {
-  return std::string(TrimBlanks(XMLAttrPtr::get_attr_with_name(element, name)));
+std::string TrimmedAttribute(const Element* element, const char* name) {
+  return std::string(TrimBlanks(AttributeValue(element, name)));
 }
 
 // Text and images of a spot, whatever Font elements stand around them. The parser bounds the depth.
-void ReadSpotContent(const DOMElement* element, DCSubtitle::Spot& spot) {
+void ReadSpotContent(const Element* element, DCSubtitle::Spot& spot) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "Text") {
       spot.TextList.push_back(TextContent(child));
     } else if (name == "Image") {
@@ -35,7 +29,7 @@ void ReadSpotContent(const DOMElement* element, DCSubtitle::Spot& spot) {
   }
 }
 
-void ReadSpot(const DOMElement* element, DCSubtitle& document) {
+void ReadSpot(const Element* element, DCSubtitle& document) {
   DCSubtitle::Spot& spot = document.SpotList.emplace_back();
   spot.SpotNumber = TrimmedAttribute(element, "SpotNumber");
   spot.TimeIn = TrimmedAttribute(element, "TimeIn");
@@ -43,8 +37,8 @@ void ReadSpot(const DOMElement* element, DCSubtitle& document) {
   ReadSpotContent(element, spot);
 }
 
-void ReadFont(FieldReader& fields, const DOMElement* element, DCSubtitle& document) {
-  DCSubtitle::Font font{XMLAttrPtr::get_attr_with_name(element, "Id"), TrimmedAttribute(element, "URI")};
+void ReadFont(FieldReader& fields, const Element* element, DCSubtitle& document) {
+  DCSubtitle::Font font{AttributeValue(element, "Id"), TrimmedAttribute(element, "URI")};
   if (font.URI.empty()) {
     fields.Log().Warn("%s: LoadFont without URI, ignored\n", DocumentName);
   } else {
@@ -52,9 +46,9 @@ void ReadFont(FieldReader& fields, const DOMElement* element, DCSubtitle& docume
   }
 }
 
-void ReadChildren(FieldReader& fields, FieldReader& lenient, const DOMElement* element, DCSubtitle& document) {
+void ReadChildren(FieldReader& fields, FieldReader& lenient, const Element* element, DCSubtitle& document) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "SubtitleID") {
       fields.PlainID(child, document.SubtitleID);
     } else if (name == "MovieTitle") {
@@ -73,20 +67,16 @@ void ReadChildren(FieldReader& fields, FieldReader& lenient, const DOMElement* e
   }
 }
 
-class SubtitleParser : public XercesCallWrapper<DCSubtitle> {
- public:
-  Result_t SetupCaller(DCSubtitle* document, DCPFormat_t format, Ferro::ILogSink& log) override {
-    const DOMElement* root = m_doc->getDocumentElement();
-    if (LocalName(root) != "DCSubtitle") return RESULT_NOT_SUBTITLE;
-    document->DCPFormat = format;
-    document->Version = XMLAttrPtr::get_attr_with_name(root, "Version");
-    FieldReader fields(DocumentName, log);
-    FieldReader lenient(DocumentName, log, FieldReader::Mode::Lenient);
-    ReadChildren(fields, lenient, root, *document);
-    if (!document->SubtitleID.HasValue() && fields.Result().Success()) fields.Missing("SubtitleID");
-    return fields.Result();
-  }
-};
+Result_t ReadSubtitle(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, DCSubtitle& document) {
+  if (LocalName(root) != "DCSubtitle") return RESULT_NOT_SUBTITLE;
+  document.DCPFormat = format;
+  document.Version = AttributeValue(root, "Version");
+  FieldReader fields(DocumentName, log);
+  FieldReader lenient(DocumentName, log, FieldReader::Mode::Lenient);
+  ReadChildren(fields, lenient, root, document);
+  if (!document.SubtitleID.HasValue() && fields.Result().Success()) fields.Missing("SubtitleID");
+  return fields.Result();
+}
 
 }  // namespace
 
@@ -103,7 +93,10 @@ std::list<std::string> DCSubtitle::AncillaryNames() const {
 
 Result_t DCSubtitle::DecodeXML(const std::string& xml) {
   *this = DCSubtitle();
-  return DecodeXMLDocument<SubtitleParser>(xml, this);
+  return ReadDocument(xml, Ferro::DefaultLogSink(),
+                      [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
+                        return ReadSubtitle(root, format, log, *this);
+                      });
 }
 
 }  // namespace Cairn

@@ -4,6 +4,7 @@
 #include "DocumentEncoding.h"
 #include "DocumentGuard.h"
 #include "DocumentRefused.h"
+#include "UTF16.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
@@ -73,10 +74,14 @@ void DocumentParser::Reset() {
 }
 
 // The tree keeps its names in a table of fixed size: many different ones would make it crawl.
-void DocumentParser::NoteName(const XMLCh* name) {
-  m_Names.emplace(name);
-  if (m_Names.size() > MaxNameCount)
+const DocumentParser::Name& DocumentParser::NoteName(const XMLCh* name) {
+  const std::u16string_view wide(name);
+  if (const auto known = m_Names.find(wide); known != m_Names.end()) return known->second;
+  if (m_Names.size() == MaxNameCount)
     throw DocumentRefused("it has more than " + std::to_string(MaxNameCount) + " different names");
+  const size_t colon = wide.find(u':');
+  const std::u16string_view local = colon == std::u16string_view::npos ? wide : wide.substr(colon + 1);
+  return m_Names.try_emplace(std::u16string(wide), Name{UTF16ToUTF8(wide), UTF16ToUTF8(local)}).first->second;
 }
 
 void DocumentParser::CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t count) {
@@ -98,22 +103,32 @@ void DocumentParser::CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr
   m_NamespaceCounts.push_back(declarations);
 }
 
-void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
-                                  const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count,
-                                  bool is_empty, bool is_root) {
+const DocumentParser::Name& DocumentParser::AdmitElement(const xercesc::XMLElementDecl& declaration,
+                                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                                                         size_t attribute_count) {
   if (m_NamespaceCounts.size() >= MaxDepth)
     throw DocumentRefused("it nests more than " + std::to_string(MaxDepth) + " elements inside each other");
   if (++m_ElementCount > MaxElementCount)
     throw DocumentRefused("it has more than " + std::to_string(MaxElementCount) + " elements");
-  NoteName(declaration.getFullName());
   CheckAttributes(attributes, attribute_count);
-  XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
+  return NoteName(declaration.getFullName());
 }
 
 // Called for empty elements too; in a malformed document, not always for an open one.
+void DocumentParser::LeaveElement() {
+  if (!m_NamespaceCounts.empty()) m_NamespaceCounts.pop_back();
+}
+
+void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
+                                  const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count,
+                                  bool is_empty, bool is_root) {
+  AdmitElement(declaration, attributes, attribute_count);
+  XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
+}
+
 void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
                                 const XMLCh* prefix) {
-  if (!m_NamespaceCounts.empty()) m_NamespaceCounts.pop_back();
+  LeaveElement();
   XercesDOMParser::endElement(declaration, uri, is_root, prefix);
 }
 

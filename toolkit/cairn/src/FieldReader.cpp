@@ -3,11 +3,6 @@
 
 #include "Decimal.h"
 
-#include <Cairn/XMLNode.h>
-
-#include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/util/XMLString.hpp>
-
 #include <algorithm>
 #include <cctype>
 #include <limits>
@@ -25,30 +20,29 @@ bool HasURNPrefix(std::string_view text) {
 
 }  // namespace
 
-void FieldReader::ID(const xercesc::DOMElement* element, UUID& out) {
-  const std::string text = TrimmedText(element);
-  if (!HasURNPrefix(text)) return Malformed(element, RESULT_CN_UUID_FORMAT);
+void FieldReader::ID(const Element* element, UUID& out) {
+  if (!HasURNPrefix(TrimmedText(element))) return Malformed(element, RESULT_CN_UUID_FORMAT);
   PlainID(element, out);
 }
 
-void FieldReader::PlainID(const xercesc::DOMElement* element, UUID& out) {
+void FieldReader::PlainID(const Element* element, UUID& out) {
   const std::string text = TrimmedText(element);
   const size_t prefix = HasURNPrefix(text) ? URNPrefix.size() : 0;
   if (!out.DecodeHex(std::string_view(text).substr(prefix))) Malformed(element, RESULT_CN_UUID_FORMAT);
 }
 
-void FieldReader::Count(const xercesc::DOMElement* element, ui64_t& out) {
+void FieldReader::Count(const Element* element, ui64_t& out) {
   const auto value = ParseDecimal(TrimmedText(element));
   value ? static_cast<void>(out = *value) : Malformed(element);
 }
 
-void FieldReader::Count(const xercesc::DOMElement* element, ui32_t& out) {
+void FieldReader::Count(const Element* element, ui32_t& out) {
   const auto value = ParseDecimal(TrimmedText(element));
   if (!value || *value > std::numeric_limits<ui32_t>::max()) return Malformed(element);
   out = static_cast<ui32_t>(*value);
 }
 
-void FieldReader::Rate(const xercesc::DOMElement* element, QUIRE::Rational& out) {
+void FieldReader::Rate(const Element* element, QUIRE::Rational& out) {
   const auto rate = ParseDecimalPair(TrimmedText(element));
   if (!rate || rate->first == 0 || rate->second == 0) return Malformed(element);
   const ui64_t divisor = std::gcd(rate->first, rate->second);
@@ -56,7 +50,7 @@ void FieldReader::Rate(const xercesc::DOMElement* element, QUIRE::Rational& out)
   reduced ? static_cast<void>(out = *reduced) : Malformed(element);
 }
 
-void FieldReader::Ratio(const xercesc::DOMElement* element, QUIRE::Rational& out) {
+void FieldReader::Ratio(const Element* element, QUIRE::Rational& out) {
   const std::string text = TrimmedText(element);
   if (const auto pair = ParseDecimalPair(text)) {
     out = MakeRational(pair->first, pair->second == 0 ? 100 : pair->second).value_or(QUIRE::Rational());
@@ -65,7 +59,7 @@ void FieldReader::Ratio(const xercesc::DOMElement* element, QUIRE::Rational& out
   }
 }
 
-void FieldReader::Digest(const xercesc::DOMElement* element, SHA1& out) {
+void FieldReader::Digest(const Element* element, SHA1& out) {
   if (!out.DecodeBase64(TrimmedText(element))) Malformed(element);
 }
 
@@ -78,7 +72,7 @@ void FieldReader::Malformed(const char* what, const std::string& value, Result_t
   Fail(std::string("malformed ") + what + " \"" + value.substr(0, ShownLength) + "\"", result);
 }
 
-void FieldReader::Malformed(const xercesc::DOMElement* element, Result_t result) {
+void FieldReader::Malformed(const Element* element, Result_t result) {
   Malformed(LocalName(element).c_str(), TrimmedText(element), result);
 }
 
@@ -89,13 +83,6 @@ void FieldReader::Fail(const std::string& message, Result_t result) {
   }
   m_Log.Error("%s: %s\n", m_Document, message.c_str());
   if (m_Result.Success()) m_Result = result;
-}
-
-bool IsOwnElement(const xercesc::DOMElement* child) {
-  const XMLCh* name = child->getNamespaceURI();
-  const xercesc::DOMNode* root = child->getOwnerDocument()->getDocumentElement();
-  return xercesc::XMLString::equals(name, root->getNamespaceURI()) ||
-         xercesc::XMLString::equals(name, child->getParentNode()->getNamespaceURI());
 }
 
 }  // namespace Cairn

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "DocumentTree.h"
+
 #include <Cairn/Result.h>
 #include <Cairn/Types.h>
 
 #include <Ferro/LogSink.h>
 #include <QUIRE/Rational.h>
-
-#include <xercesc/dom/DOMElement.hpp>
 
 #include <string>
 
@@ -28,25 +28,25 @@ class FieldReader {
   [[nodiscard]] const char* Document() const { return m_Document; }
 
   /// "urn:uuid:" in either case and a hexadecimal UUID, blanks around.
-  void ID(const xercesc::DOMElement* element, UUID& out);
+  void ID(const Element* element, UUID& out);
   /// A UUID with or without "urn:uuid:".
-  void PlainID(const xercesc::DOMElement* element, UUID& out);
+  void PlainID(const Element* element, UUID& out);
   /// A decimal number from 0 to the largest that fits, a plus sign and leading zeros allowed.
-  void Count(const xercesc::DOMElement* element, ui32_t& out);
-  void Count(const xercesc::DOMElement* element, ui64_t& out);
+  void Count(const Element* element, ui32_t& out);
+  void Count(const Element* element, ui64_t& out);
   /// Two positive numbers; given reduced.
-  void Rate(const xercesc::DOMElement* element, QUIRE::Rational& out);
+  void Rate(const Element* element, QUIRE::Rational& out);
   /// A number, or two: 0/0 where they make no ratio, which is no failure. "185 0" is 185/100.
-  static void Ratio(const xercesc::DOMElement* element, QUIRE::Rational& out);
+  static void Ratio(const Element* element, QUIRE::Rational& out);
   /// Base64 of 20 bytes.
-  void Digest(const xercesc::DOMElement* element, SHA1& out);
+  void Digest(const Element* element, SHA1& out);
 
   /// Takes down that a required value is not there.
   void Missing(const char* what);
   void Malformed(const char* what, const std::string& value, Result_t result = RESULT_CN_VALUE);
 
  private:
-  void Malformed(const xercesc::DOMElement* element, Result_t result = RESULT_CN_VALUE);
+  void Malformed(const Element* element, Result_t result = RESULT_CN_VALUE);
   void Fail(const std::string& message, Result_t result);
 
   const char* m_Document;
@@ -54,9 +54,5 @@ class FieldReader {
   Mode m_Mode;
   Result_t m_Result = Ferro::RESULT_OK;
 };
-
-/// True when `child` belongs to its document's own vocabulary: its namespace is that of the document element, or that of
-/// its parent, since some producers declare an extension's namespace for all that is in it.
-[[nodiscard]] bool IsOwnElement(const xercesc::DOMElement* child);
 
 }  // namespace Cairn

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/InspectFile.h>
 
+#include "DocumentTree.h"
+
 #include <Cairn/DocumentParser.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
 
 #include <Ferro/FileReader.h>
 #include <Ferro/FileText.h>
@@ -79,19 +79,14 @@ constexpr std::array Roots = {
     Root{"DCinemaSecurityMessage", FT_KDM},
 };
 
-/// Takes the identifier that stands as a child of the document element.
-class IdentifierReader : public XercesCallWrapper<UUID> {
- public:
-  Result_t SetupCaller(UUID* id, DCPFormat_t, Ferro::ILogSink&) override {
-    const xercesc::DOMElement* root = m_doc->getDocumentElement();
-    const xercesc::DOMElement* element = FirstChildNamed(root, "Id");
-    if (element == nullptr) element = FirstChildNamed(root, "SubtitleID");
-    const std::string text = TrimmedText(element);
-    if (const auto urn = UUID::FromURN(text)) *id = *urn;
-    if (const auto plain = UUID::FromHex(text)) *id = *plain;  // as Interop subtitles have it
-    return Ferro::RESULT_OK;
-  }
-};
+/// The identifier that stands as a child of the document element.
+UUID identifier_in(const Element* root) {
+  const Element* element = FirstChildNamed(root, "Id");
+  if (element == nullptr) element = FirstChildNamed(root, "SubtitleID");
+  const std::string text = TrimmedText(element);
+  if (const auto plain = UUID::FromHex(text)) return *plain;  // as Interop subtitles have it
+  return UUID::FromURN(text).value_or(UUID());
+}
 
 FileType_t type_of_document(const std::string& xml) {
   Ferro::XMLDocType doctype;
@@ -111,10 +106,11 @@ Result_t inspect_document(const std::string& filename, FileContent& content) {
   if (result.Failure()) return result;
   content.Type = type_of_document(xml);
   if (content.Type == FT_UNKNOWN || content.Type == FT_XML || content.Type == FT_VOLINDEX) return Ferro::RESULT_OK;
-  init_xml_libs();
-  IdentifierReader reader;
   SilentSink silent;
-  static_cast<void>(reader.Parse(xml, &content.ID, silent));
+  static_cast<void>(ReadDocument(xml, silent, [&content](const Element* root, DCPFormat_t, Ferro::ILogSink&) {
+    content.ID = identifier_in(root);
+    return Result_t(Ferro::RESULT_OK);
+  }));
   return Ferro::RESULT_OK;
 }
 

@@ -5,22 +5,18 @@
 #include "FieldWriter.h"
 
 #include <Cairn/Namespace.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
 
 namespace Cairn {
 namespace {
 
 using Ferro::XMLElement;
-using xercesc::DOMElement;
-
 constexpr char DocumentName[] = "PackingList";
 
-void ReadAsset(FieldReader& fields, const DOMElement* element, PackingList::Asset& asset) {
+void ReadAsset(FieldReader& fields, const Element* element, PackingList::Asset& asset) {
   bool has_size = false;
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     if (!IsOwnElement(child)) continue;
-    const std::string name = LocalName(child);
+    const std::string& name = LocalName(child);
     if (name == "Id") {
       fields.ID(child, asset.ID);
     } else if (name == "AnnotationText") {
@@ -40,12 +36,12 @@ void ReadAsset(FieldReader& fields, const DOMElement* element, PackingList::Asse
   if (!has_size) fields.Missing("Asset Size");
 }
 
-void ReadAssetList(FieldReader& fields, const DOMElement* list, PackingList& pkl) {
+void ReadAssetList(FieldReader& fields, const Element* list, PackingList& pkl) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
     if (LocalName(child) == "Asset" && IsOwnElement(child)) ReadAsset(fields, child, pkl.AssetList.emplace_back());
 }
 
-void ReadOwnChild(FieldReader& fields, const DOMElement* child, const std::string& name, PackingList& pkl) {
+void ReadOwnChild(FieldReader& fields, const Element* child, const std::string& name, PackingList& pkl) {
   if (name == "Id") {
     fields.ID(child, pkl.ID);
   } else if (name == "AnnotationText") {
@@ -65,26 +61,22 @@ void ReadOwnChild(FieldReader& fields, const DOMElement* child, const std::strin
   }
 }
 
-class PackingListParser : public XercesCallWrapper<PackingList> {
- public:
-  Result_t SetupCaller(PackingList* pkl, DCPFormat_t format, Ferro::ILogSink& log) override {
-    const DOMElement* root = m_doc->getDocumentElement();
-    if (LocalName(root) != "PackingList") return RESULT_NOT_PKL;
-    pkl->NamespaceName = NamespaceName(root);
-    pkl->DCPFormat = format;
-    FieldReader fields(DocumentName, log);
-    for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child)) {
-      const std::string name = LocalName(child);
-      if (name == "Signature") {
-        ReadSignature(child, pkl->SignatureMode, pkl->SignatureChain);
-      } else if (IsOwnElement(child)) {
-        ReadOwnChild(fields, child, name, *pkl);
-      }
+Result_t ReadPackingList(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, PackingList& pkl) {
+  if (LocalName(root) != "PackingList") return RESULT_NOT_PKL;
+  pkl.NamespaceName = NamespaceName(root);
+  pkl.DCPFormat = format;
+  FieldReader fields(DocumentName, log);
+  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child)) {
+    const std::string& name = LocalName(child);
+    if (name == "Signature") {
+      ReadSignature(child, pkl.SignatureMode, pkl.SignatureChain);
+    } else if (IsOwnElement(child)) {
+      ReadOwnChild(fields, child, name, pkl);
     }
-    if (!pkl->ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
-    return fields.Result();
   }
-};
+  if (!pkl.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
+  return fields.Result();
+}
 
 void WriteAsset(FieldWriter& fields, XMLElement& list, const PackingList::Asset& asset) {
   XMLElement& element = list.AddChild("Asset");
@@ -101,7 +93,10 @@ void WriteAsset(FieldWriter& fields, XMLElement& list, const PackingList::Asset&
 
 Result_t PackingList::DecodeXML(const std::string& xml) {
   *this = PackingList();
-  return DecodeXMLDocument<PackingListParser>(xml, this);
+  return ReadDocument(xml, Ferro::DefaultLogSink(),
+                      [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
+                        return ReadPackingList(root, format, log, *this);
+                      });
 }
 
 Result_t PackingList::EncodeXML(std::string& out, Cairn::DCPFormat_t format) const {

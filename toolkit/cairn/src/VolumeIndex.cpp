@@ -5,36 +5,33 @@
 #include "FieldWriter.h"
 
 #include <Cairn/Namespace.h>
-#include <Cairn/XMLNode.h>
-#include <Cairn/XercesCallWrapper.h>
 
 namespace Cairn {
 namespace {
 
 constexpr char DocumentName[] = "VolumeIndex";
 
-class VolumeIndexParser : public XercesCallWrapper<VolumeIndex> {
- public:
-  Result_t SetupCaller(VolumeIndex* volume, DCPFormat_t format, Ferro::ILogSink& log) override {
-    const xercesc::DOMElement* root = m_doc->getDocumentElement();
-    if (LocalName(root) != "VolumeIndex") return RESULT_NOT_ASSETMAP;
-    volume->NamespaceName = NamespaceName(root);
-    volume->DCPFormat = format;
-    FieldReader fields(DocumentName, log);
-    if (const xercesc::DOMElement* index = FirstChildNamed(root, "Index")) {
-      fields.Count(index, volume->Index);
-    } else {
-      fields.Missing("Index");
-    }
-    return fields.Result();
+Result_t ReadVolumeIndex(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, VolumeIndex& volume) {
+  if (LocalName(root) != "VolumeIndex") return RESULT_NOT_ASSETMAP;
+  volume.NamespaceName = NamespaceName(root);
+  volume.DCPFormat = format;
+  FieldReader fields(DocumentName, log);
+  if (const Element* index = FirstChildNamed(root, "Index")) {
+    fields.Count(index, volume.Index);
+  } else {
+    fields.Missing("Index");
   }
-};
+  return fields.Result();
+}
 
 }  // namespace
 
 Result_t VolumeIndex::DecodeXML(const std::string& xml) {
   *this = VolumeIndex();
-  return DecodeXMLDocument<VolumeIndexParser>(xml, this);
+  return ReadDocument(xml, Ferro::DefaultLogSink(),
+                      [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
+                        return ReadVolumeIndex(root, format, log, *this);
+                      });
 }
 
 Result_t VolumeIndex::EncodeXML(std::string& out, Cairn::DCPFormat_t format) const {

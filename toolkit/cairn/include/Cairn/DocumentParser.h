@@ -10,8 +10,10 @@
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include <functional>
 #include <string>
-#include <unordered_set>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Cairn {
@@ -48,15 +50,34 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
   void docCharacters(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
   void docPI(const XMLCh* target, const XMLCh* data) override;
 
+ protected:
+  /// A name of an element or an attribute, as UTF-8.
+  struct Name {
+    std::string Qualified;
+    std::string Local;  // without its prefix
+  };
+
+  /// Counts an element that begins, and its attributes; throws what ParseText reports when there are too many. The name
+  /// lives until the next parse.
+  const Name& AdmitElement(const xercesc::XMLElementDecl& declaration,
+                           const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t attribute_count);
+  /// An element ends.
+  void LeaveElement();
+  /// Counts a name unless it was met before.
+  const Name& NoteName(const XMLCh* name);
+
  private:
+  struct NameHash : std::hash<std::u16string_view> {
+    using is_transparent = void;
+  };
+
   void CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t count);
-  void NoteName(const XMLCh* name);
   void Reset();
 
   unsigned m_ElementCount = 0;
   size_t m_AttributeCount = 0;
   std::vector<size_t> m_NamespaceCounts;  // declarations in scope, for each open element
-  std::unordered_set<std::u16string> m_Names;
+  std::unordered_map<std::u16string, Name, NameHash, std::equal_to<>> m_Names;
 };
 
 /// Finds out a document's flavour from its document element, without building a tree.
