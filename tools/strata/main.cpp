@@ -5,6 +5,7 @@
 #include "LogView.h"
 #include "MakeSampleCommand.h"
 #include "PlayCommand.h"
+#include "TimelineCommand.h"
 
 #include <Strata/Version.h>
 
@@ -18,7 +19,7 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand};
+constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand, AddTimelineCommand};
 
 int run(int argc, char** argv) {
   LogView log;

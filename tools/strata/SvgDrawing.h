@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/XMLElement.h>
+
+#include <string>
+#include <string_view>
+
+/// A rectangle in pixels, y growing downwards.
+struct SvgBox {
+  double X = 0;
+  double Y = 0;
+  double Width = 0;
+  double Height = 0;
+};
+
+/// Draws into one SVG element. Texts are made fit for XML. `style` is always the names of classes.
+class SvgDrawing {
+ public:
+  explicit SvgDrawing(Ferro::XMLElement& parent) : m_Parent(&parent) {}
+
+  /// A group that is drawn after what is here; `tip`, unless empty, is what a viewer shows when it is pointed at.
+  [[nodiscard]] SvgDrawing Group(std::string_view style, std::string_view tip = "");
+  void Rectangle(const SvgBox& box, std::string_view style);
+  void Line(double x1, double y1, double x2, double y2, std::string_view style);
+  /// `path` is the SVG path's data, from (x, y) on.
+  void Path(double x, double y, std::string_view path, std::string_view style);
+  /// A line of text with its base line at `y`; `anchor` "start", "middle" or "end" is the part of it at `x`.
+  void Text(double x, double y, std::string_view text, std::string_view style, std::string_view anchor = "start");
+
+ private:
+  Ferro::XMLElement* m_Parent;
+};
+
+/// A coordinate: at most two decimals.
+[[nodiscard]] std::string SvgNumber(double value);

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TimelineCommand.h"
+
+#include "ExitCode.h"
+#include "Inputs.h"
+#include "Interrupt.h"
+#include "Report.h"
+#include "TimelineHtml.h"
+#include "TimelineJson.h"
+#include "TimelineModel.h"
+#include "TimelineSvg.h"
+#include "TimelineText.h"
+
+#include <Ferro/FileText.h>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+constexpr unsigned FewestColumns = 40;
+constexpr unsigned MostColumns = 1000;
+
+struct TimelineOptions {
+  InputOptions Inputs;
+  std::string SvgFile;
+  std::string HtmlFile;
+  bool AsText = false;
+  bool AsJson = false;
+  unsigned Columns = 0;
+};
+
+/// Of the terminal, or what COLUMNS says, or 100.
+unsigned columns_of_output() {
+  winsize size = {};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+    return std::clamp<unsigned>(size.ws_col, FewestColumns, MostColumns);
+  const char* columns = std::getenv("COLUMNS");
+  const int wanted = columns == nullptr ? 0 : std::atoi(columns);
+  return wanted <= 0 ? 100 : std::clamp<unsigned>(static_cast<unsigned>(wanted), FewestColumns, MostColumns);
+}
+
+/// POSIX: LC_ALL goes before LC_CTYPE, and that before LANG. ASCII where none says UTF-8.
+bool is_utf8_locale() {
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value == nullptr || *value == '\0') continue;
+    std::string locale = value;
+    std::transform(locale.begin(), locale.end(), locale.begin(), [](unsigned char c) { return std::tolower(c); });
+    return locale.find("utf-8") != std::string::npos || locale.find("utf8") != std::string::npos;
+  }
+  return false;
+}
+
+bool write_file(const std::string& name, const std::string& text) {
+  const Ferro::Result_t result = Ferro::WriteStringIntoFile(name, text);
+  if (result.Failure()) std::fprintf(stderr, "strata: %s cannot be written: %s\n", name.c_str(), result.Label());
+  return result.Success();
+}
+
+ExitCode timeline(const TimelineOptions& options) {
+  Inputs inputs;
+  if (!inputs.Open(options.Inputs)) {
+    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    return Usage;
+  }
+  const TimelineModel model = MakeTimelineModel(ShowOutline(inputs));
+  if (Interrupt::Requested()) {
+    std::fputs("strata: interrupted; nothing was written\n", stderr);
+    return Interrupted;
+  }
+  if (!options.SvgFile.empty() && !write_file(options.SvgFile, TimelineSvg(model))) return NotPlayable;
+  if (!options.HtmlFile.empty() && !write_file(options.HtmlFile, TimelineHtml(model))) return NotPlayable;
+  const bool nothing_else = options.SvgFile.empty() && options.HtmlFile.empty() && !options.AsJson;
+  if (options.AsText || nothing_else) {
+    const TimelineTextForm form = {options.Columns != 0 ? options.Columns : columns_of_output(), is_utf8_locale()};
+    std::fputs(TimelineText(model, form).c_str(), stdout);
+  }
+  if (options.AsJson) PrintReport(TimelineJson(model), true, {});
+  if (model.Code != Fine)
+    std::fprintf(stderr, "strata: %s `strata check` tells more.\n", TimelineVerdict(model).c_str());
+  return model.Code;
+}
+
+}  // namespace
+
+void AddTimelineCommand(CLI::App& app, int& exit_code) {
+  const auto options = std::make_shared<TimelineOptions>();
+  CLI::App* command = app.add_subcommand("timeline", "Draw what plays when, to scale, and what is missing");
+  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
+  command->add_option("--svg", options->SvgFile, "Draw a picture into this file")->type_name("FILE");
+  command
+      ->add_option("--html", options->HtmlFile,
+                   "Write a page into this file that zooms and tells of what is pointed at; it needs no other file")
+      ->type_name("FILE");
+  CLI::Option* text =
+      command->add_flag("--text", options->AsText, "Print lines of text; so it is without other options");
+  command
+      ->add_option("--width", options->Columns,
+                   "Columns of the text, 40 to 1000 (default: the terminal's; 100 where there is none)")
+      ->check(CLI::Range(FewestColumns, MostColumns));
+  command->add_flag("--json", options->AsJson, "Print what is drawn as JSON")->excludes(text);
+  command->footer(
+      "A show with missing assets is drawn too. Characters beyond ASCII are printed where the locale is UTF-8.\n"
+      "Exit codes: 0 nothing is wrong, 1 usage, 2 something is broken or a file cannot be written, 3 assets are "
+      "missing,\n"
+      "4 interrupted.\n"
+      "Example: strata timeline /media/disk/TheFeature --store /srv/library --html timeline.html");
+  command->callback([options, &exit_code] { exit_code = timeline(*options); });
+}

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+/// `strata timeline`: what plays when, drawn to scale.
+void AddTimelineCommand(CLI::App& app, int& exit_code);
