@@ -270,7 +270,9 @@ std::string TimelineVerdict(const TimelineModel& model) {
     text += separator + std::to_string(count) + ' ' + kind;
     separator = ", ";
   }
-  if (error_count > 0) text += (missing_count == 0 ? ", but " : "; ") + std::to_string(error_count) + " broken";
+  if (error_count > 0)
+    text += (missing_count == 0 ? ", with " : "; ") + std::to_string(error_count) +
+            (error_count == 1 ? " error" : " errors");
   return text + '.';
 }
 

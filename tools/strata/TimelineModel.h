@@ -105,7 +105,7 @@ struct TimelineModel : TimelineSpan {
 
 [[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline);
 
-/// "2 assets are missing (1 picture, 1 sound), 1 is broken."; "All assets are there." when nothing is wrong.
+/// "2 missing: 1 picture, 1 sound; 1 error."; "All assets are there." when nothing is wrong.
 [[nodiscard]] std::string TimelineVerdict(const TimelineModel& model);
 /// The time code of a position of the show: of its seconds, and edit units beyond, in the rate of what plays there.
 [[nodiscard]] std::string TimelineTimeCode(const TimelineModel& model, Ferro::ui32_t position);
