@@ -65,8 +65,8 @@ TEST_F(Play, EveryFrameIsAsInItsFile) {
   EXPECT_EQ(play.Wait(), 0) << play.Errors();
   const std::string output = play.Output();
   EXPECT_THAT(output, HasSubstr("Played 168 edit units in "));
-  // 168 of picture and of sound, 24 of immersive audio.
-  EXPECT_THAT(output, HasSubstr("Verified 360 frames: all are as in their files.\n"));
+  // 168 of picture and of sound, 72 of subtitles and of captions, 24 of immersive audio.
+  EXPECT_THAT(output, HasSubstr("Verified 504 frames: all are as in their files.\n"));
   EXPECT_EQ(play.Errors(), "");
 }
 
@@ -78,8 +78,8 @@ TEST_F(Play, SummaryAsJsonTellsOfChannelsAndEvents) {
   EXPECT_EQ(summary["interrupted"], false);
   EXPECT_EQ(summary["edit_units"], 168);
   EXPECT_EQ(summary["position"], 167);
-  EXPECT_EQ(summary["verified"], Json::parse(R"({"compared": 360, "different": 0})"));
-  ASSERT_EQ(summary["channels"].size(), 3U);
+  EXPECT_EQ(summary["verified"], Json::parse(R"({"compared": 504, "different": 0})"));
+  ASSERT_EQ(summary["channels"].size(), 5U);
   EXPECT_EQ(summary["channels"][0]["delivered"], 168);
   std::vector<std::pair<std::string, unsigned>> events;
   for (const Json& event : summary["events"]) events.emplace_back(event["label"], event["position"]);

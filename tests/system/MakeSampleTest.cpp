@@ -93,6 +93,16 @@ TEST_F(MakeSample, InterruptedItLeavesNothingBehind) {
   EXPECT_THAT(NamesIn(m_Folder.Folder()), ElementsAre("show"));
 }
 
+TEST_F(MakeSample, InterruptedTwiceItStillLeavesNothingBehind) {
+  StrataProgram maker({"make-sample", Beside("long"), "--length", "600"});
+  ASSERT_TRUE(maker.WaitForOutput("Trailer"));
+  maker.Signal(SIGINT);
+  maker.Signal(SIGTERM);
+  EXPECT_EQ(maker.Wait(), 4);
+  EXPECT_EQ(maker.Errors(), "strata: interrupted; nothing was left behind\n");
+  EXPECT_THAT(NamesIn(m_Folder.Folder()), ElementsAre("show"));
+}
+
 TEST_F(MakeSample, PicturesAreWhatOthersTakeForCinemaPictures) {
   auto facts = testsupport::ProbeByFFmpeg(Show("Feature/picture-2.mxf"));
   EXPECT_EQ(facts["codec_name"], "jpeg2000");

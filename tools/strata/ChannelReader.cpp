@@ -9,11 +9,15 @@ using Strata::ITimelineTrack;
 
 namespace {
 
-constexpr std::array Types = {Strata::TRKT_IMAGE, Strata::TRKT_SOUND, Strata::TRKT_AUX_DATA};
+struct TypeName {
+  Strata::TrackType_t Type;
+  const char* Name;
+};
 
-const char* type_name(Strata::TrackType_t type) {
-  return type == Strata::TRKT_IMAGE ? "picture" : type == Strata::TRKT_SOUND ? "sound" : "auxiliary data";
-}
+constexpr std::array Types = {TypeName{Strata::TRKT_IMAGE, "picture"}, TypeName{Strata::TRKT_SOUND, "sound"},
+                              TypeName{Strata::TRKT_ON_SCREEN_TEXT, "subtitle"},
+                              TypeName{Strata::TRKT_OFF_SCREEN_TEXT, "closed caption"},
+                              TypeName{Strata::TRKT_AUX_DATA, "auxiliary data"}};
 
 std::span<const Ferro::ui8_t> bytes_of(const QUIRE::FrameBuffer& buffer) {
   return {buffer.RoData(), buffer.Size()};
@@ -42,6 +46,7 @@ void ChannelReader::ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui
   // What was asked for elsewhere is taken first: moving on may put its track to rest.
   if (m_Expected != position) TakeWhatWasAsked();
   FindTracks(position);
+  m_Position = position;
   const Ferro::ui32_t offset = m_Playlist.TranslateReelPosition(position);
   const bool next_is_near =
       next && *next < m_Playlist.GetDuration() &&
@@ -59,21 +64,23 @@ void ChannelReader::ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui
 }
 
 void ChannelReader::FindTracks(Ferro::ui32_t position) {
-  for (const Strata::TrackType_t type : Types) {
+  for (const auto& [type, name] : Types) {
     const Ferro::ui32_t count = m_Playlist.GetChannelCountForType(type, position);
     for (Ferro::ui32_t number = 0; number < count; ++number) {
       Channel& channel = m_Channels[{type, number}];
       if (channel.Statistics.Name.empty())
-        channel.Statistics.Name = type_name(type) + (number == 0 ? "" : ' ' + std::to_string(number + 1));
+        channel.Statistics.Name = name + (number == 0 ? "" : ' ' + std::to_string(number + 1));
       ITimelineTrack* track = m_Playlist.GetReaderForChannel(type, number, position);
       if (track == channel.Track) continue;
       channel.Track = track;
       channel.Asked.reset();
       channel.IsReady = track != nullptr && make_sure_ready(*track);
     }
-    for (auto channel = m_Channels.upper_bound({type, count == 0 ? 0 : count - 1});
-         channel != m_Channels.end() && channel->first.first == type; ++channel)
+    for (auto channel = m_Channels.lower_bound({type, count});
+         channel != m_Channels.end() && channel->first.first == type; ++channel) {
+      channel->second.Track = nullptr;
       channel->second.IsReady = false;
+    }
   }
 }
 
@@ -93,20 +100,28 @@ void ChannelReader::Take(Channel& channel, std::optional<Ferro::ui32_t> next, st
   track.BufferLock();
   const Clock::duration waited = Clock::now() - wanted_at;
 
-  const QUIRE::FrameBuffer& frame = track.FrameBuffer();
-  ChannelStatistics& statistics = channel.Statistics;
-  if (frame.FrameNumber() == position || is_silence(frame)) {
-    const auto right = track.HasStereoImage() ? bytes_of(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();
-    if (inspect) inspect({track, position, bytes_of(frame), right});
-    ++statistics.Delivered;
-    statistics.Bytes += frame.Size() + right.size();
-  } else {
-    ++statistics.Repeated;
-  }
+  Deliver(channel, position, inspect);
   track.BufferUnlock();
 
-  statistics.Latency.Add(waited);
-  if (waited > length) ++statistics.Late;
+  channel.Statistics.Latency.Add(waited);
+  if (waited > length) ++channel.Statistics.Late;
+}
+
+void ChannelReader::Deliver(Channel& channel, Ferro::ui32_t file_position, const Inspect& inspect) {
+  const ITimelineTrack& track = *channel.Track;
+  ChannelStatistics& statistics = channel.Statistics;
+  const bool is_text = track.TextEssenceFormat() != Cairn::DFT_NONE;
+  const QUIRE::FrameBuffer& frame = is_text ? m_Text : track.FrameBuffer();
+  const bool is_there =
+      is_text ? track.GetTimedTextData(m_Text) : frame.FrameNumber() == file_position || is_silence(frame);
+  if (!is_there) {
+    ++statistics.Repeated;
+    return;
+  }
+  const auto right = track.HasStereoImage() ? bytes_of(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();
+  if (inspect) inspect({statistics.Name, track, m_Position, file_position, bytes_of(frame), right});
+  ++statistics.Delivered;
+  statistics.Bytes += frame.Size() + right.size();
 }
 
 std::vector<ChannelStatistics> ChannelReader::Statistics() const {

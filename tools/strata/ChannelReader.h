@@ -3,6 +3,7 @@
 
 #include "LatencyHistogram.h"
 
+#include <QUIRE/FrameBuffer.h>
 #include <Strata/IPlaylist.h>
 #include <Strata/ITimelineTrack.h>
 
@@ -25,9 +26,11 @@ struct ChannelStatistics {
   LatencyHistogram Latency;  ///< how long the transport waited for a frame
 };
 
-/// One frame as the transport has it: valid during the call that hands it over.
+/// One frame as the transport has it: valid during the call that hands it over. Of timed text the frame is the document.
 struct DeliveredFrame {
+  const std::string& Channel;  ///< as ChannelStatistics::Name
   const Strata::ITimelineTrack& Track;
+  Ferro::ui32_t ShowPosition;  ///< edit units of the show
   Ferro::ui32_t FilePosition;  ///< edit units of the track file
   std::span<const Ferro::ui8_t> Frame;
   std::span<const Ferro::ui8_t> RightEye;  ///< empty unless stereoscopic
@@ -65,9 +68,12 @@ class ChannelReader {
   void Ask(Channel& channel, Ferro::ui32_t file_position);
   void Take(Channel& channel, std::optional<Ferro::ui32_t> next, std::chrono::duration<double> length,
             const Inspect& inspect);
+  void Deliver(Channel& channel, Ferro::ui32_t file_position, const Inspect& inspect);
   void TakeWhatWasAsked();
 
   const Strata::IPlaylist& m_Playlist;
   std::map<ChannelKey, Channel> m_Channels;
+  QUIRE::TimedText::FrameBuffer m_Text;     // the copy of a document
+  Ferro::ui32_t m_Position = 0;             // of the show, while its frames are taken
   std::optional<Ferro::ui32_t> m_Expected;  // the show position whose frames were asked for
 };

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "FrameVerifier.h"
 
+#include <Ferro/FileText.h>
 #include <QUIRE/AtmosReader.h>
 #include <QUIRE/DCDataReader.h>
 #include <QUIRE/JP2KReader.h>
 #include <QUIRE/MPEG2Reader.h>
 #include <QUIRE/PCMReader.h>
+#include <QUIRE/TimedTextReader.h>
 
 #include <algorithm>
 #include <string>
@@ -58,14 +60,48 @@ class FrameVerifier::StereoSource : public Source {
   QUIRE::JP2K::SFrameBuffer m_Buffer;
 };
 
+class FrameVerifier::TextSource : public Source {
+ public:
+  bool Open(const std::string& filename) override { return m_Reader.OpenRead(filename).Success(); }
+  bool Holds(const DeliveredFrame& frame) override {
+    return m_Reader.ReadTimedTextResource(m_Buffer).Success() && same(frame.Frame, m_Buffer);
+  }
+
+ private:
+  QUIRE::TimedText::MXFReader m_Reader;
+  QUIRE::TimedText::FrameBuffer m_Buffer;
+};
+
+/// An Interop subtitle document, which is its own file.
+class FrameVerifier::DocumentSource : public Source {
+ public:
+  bool Open(const std::string& filename) override {
+    m_Filename = filename;
+    return true;
+  }
+  bool Holds(const DeliveredFrame& frame) override {
+    std::string text;
+    return Ferro::ReadFileIntoString(m_Filename, text, frame.Frame.size()).Success() &&
+           std::equal(frame.Frame.begin(), frame.Frame.end(), text.begin(), text.end(),
+                      [](Ferro::ui8_t a, char b) { return a == static_cast<Ferro::ui8_t>(b); });
+  }
+
+ private:
+  std::string m_Filename;
+};
+
 FrameVerifier::FrameVerifier(const Cairn::AssetStore& store) : m_Store(store) {}
 FrameVerifier::~FrameVerifier() = default;
 
-void FrameVerifier::Inspect(const DeliveredFrame& frame) {
+bool FrameVerifier::Inspect(const DeliveredFrame& frame) {
   Source* source = SourceFor(frame.Track);
-  if (source == nullptr) return;
+  if (source == nullptr) return true;
   ++m_Compared;
-  if (!source->Holds(frame)) ++m_Different;
+  if (source->Holds(frame)) return true;
+  ++m_Different;
+  if (m_Differences.size() < MostDifferences)
+    m_Differences.push_back({frame.Channel, frame.ShowPosition, frame.FilePosition, frame.Track.AssetID()});
+  return false;
 }
 
 FrameVerifier::Source* FrameVerifier::SourceFor(const Strata::ITimelineTrack& track) {
@@ -98,6 +134,12 @@ std::unique_ptr<FrameVerifier::Source> FrameVerifier::Open(const Strata::ITimeli
       break;
     case Cairn::FT_QUIRE_ATMOS:
       source = std::make_unique<SourceOf<QUIRE::ATMOS::MXFReader, QUIRE::DCData::FrameBuffer>>();
+      break;
+    case Cairn::FT_QUIRE_TIMED_TEXT:
+      source = std::make_unique<TextSource>();
+      break;
+    case Cairn::FT_TI_SUBTITLE:
+      source = std::make_unique<DocumentSource>();
       break;
     default:
       return nullptr;

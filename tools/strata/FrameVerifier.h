@@ -7,6 +7,16 @@
 
 #include <map>
 #include <memory>
+#include <string>
+#include <vector>
+
+/// A frame that is not what its file holds.
+struct FrameDifference {
+  std::string Channel;         ///< as ChannelStatistics::Name
+  Ferro::ui32_t ShowPosition;  ///< edit units of the show
+  Ferro::ui32_t FilePosition;  ///< edit units of the track file
+  Cairn::UUID AssetID;
+};
 
 /// Compares delivered frames with what a second reader takes from the same file.
 class FrameVerifier {
@@ -15,24 +25,31 @@ class FrameVerifier {
   ~FrameVerifier();
 
   /// Counts the frame, and whether it is what the file holds.
-  void Inspect(const DeliveredFrame& frame);
+  /// Returns false when it is not.
+  bool Inspect(const DeliveredFrame& frame);
 
   [[nodiscard]] Ferro::ui64_t Compared() const { return m_Compared; }
   [[nodiscard]] Ferro::ui64_t Different() const { return m_Different; }
+  /// The first hundred that differed.
+  [[nodiscard]] const std::vector<FrameDifference>& Differences() const { return m_Differences; }
 
  private:
   class Source;
   template <class Reader, class Buffer>
   class SourceOf;
   class StereoSource;
+  class TextSource;
+  class DocumentSource;
 
   Source* SourceFor(const Strata::ITimelineTrack& track);
   [[nodiscard]] std::unique_ptr<Source> Open(const Strata::ITimelineTrack& track) const;
 
   static constexpr size_t MostOpen = 32;  // files; beyond that all are closed
+  static constexpr size_t MostDifferences = 100;
 
   const Cairn::AssetStore& m_Store;
   std::map<Cairn::UUID, std::unique_ptr<Source>> m_Sources;  // null: no file, nothing to compare with
   Ferro::ui64_t m_Compared = 0;
   Ferro::ui64_t m_Different = 0;
+  std::vector<FrameDifference> m_Differences;
 };

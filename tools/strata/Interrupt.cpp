@@ -5,10 +5,14 @@
 
 namespace {
 
-volatile std::sig_atomic_t s_Requested = 0;
+constexpr int Patience = 2;  // signals that only ask
 
-extern "C" void handle_signal(int) {
-  s_Requested = 1;
+volatile std::sig_atomic_t s_Count = 0;
+
+// A system call that waits is interrupted by each signal.
+extern "C" void handle_signal(int number) {
+  s_Count = s_Count + 1;
+  if (s_Count >= Patience) std::signal(number, SIG_DFL);
 }
 
 }  // namespace
@@ -16,11 +20,10 @@ extern "C" void handle_signal(int) {
 void Interrupt::Install() {
   struct sigaction action = {};
   action.sa_handler = handle_signal;
-  action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
 }
 
 bool Interrupt::Requested() {
-  return s_Requested != 0;
+  return s_Count != 0;
 }

@@ -72,12 +72,16 @@ ExitCode play(const PlayOptions& options) {
   const bool finished = session.Play();
   const Json summary = session.Summary(!finished);
   PrintReport(summary, options.AsJson, render);
-  if (!finished) return Interrupted;
-  const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
-  return differs ? NotPlayable : Fine;
+  return PlayExitCode(summary);
 }
 
 }  // namespace
+
+ExitCode PlayExitCode(const Json& summary) {
+  if (summary["interrupted"].get<bool>()) return Interrupted;
+  const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
+  return differs ? NotPlayable : Fine;
+}
 
 void AddPlayCommand(CLI::App& app, int& exit_code) {
   const auto options = std::make_shared<PlayOptions>();

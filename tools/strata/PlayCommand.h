@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "ExitCode.h"
+#include "Report.h"
+
 #include <CLI/CLI.hpp>
 
 /// `strata play`: plays a show, frame by frame.
 void AddPlayCommand(CLI::App& app, int& exit_code);
+
+/// What a summary of play comes to: Interrupted, NotPlayable where frames differ from their files, else Fine.
+[[nodiscard]] ExitCode PlayExitCode(const Json& summary);

@@ -76,7 +76,7 @@ bool PlaySession::Play() {
 void PlaySession::PlayEditUnit() {
   const Ferro::ui32_t position = m_Playlist->GetPosition();
   ChannelReader::Inspect inspect;
-  if (m_Verifier) inspect = [this](const DeliveredFrame& frame) { m_Verifier->Inspect(frame); };
+  if (m_Verifier) inspect = [this](const DeliveredFrame& frame) { Verify(frame); };
   m_Reader->ReadEditUnit(position, m_Transport->NextPosition(), EditUnitLength(), inspect);
   m_Played = position;
   ++m_EditUnits;
@@ -85,6 +85,12 @@ void PlaySession::PlayEditUnit() {
   m_Playlist->PlaylistStatusNotify(this, false);
   if (m_Playlist->EssenceCodingChanged()) Say("essence coding changes");
   m_Playlist->PlaylistEventNotify(this);
+}
+
+void PlaySession::Verify(const DeliveredFrame& frame) {
+  if (m_Verifier->Inspect(frame) || m_Verifier->Different() > m_Verifier->Differences().size()) return;
+  Say("edit unit " + std::to_string(frame.ShowPosition) + ", " + frame.Channel + ": the frame is not edit unit " +
+      std::to_string(frame.FilePosition) + " of its file");
 }
 
 std::chrono::duration<double> PlaySession::EditUnitLength() const {
@@ -174,13 +180,18 @@ void PlaySession::ShowStatus() {
   std::string line = TimeCodeText(position, composition.EditRate) + " " + std::to_string(position) + "/" +
                      std::to_string(m_Playlist->GetDuration()) + "  composition " + std::to_string(at - all.begin()) +
                      "/" + std::to_string(all.size()) + "  reel " + std::to_string(composition.CurrentReel) + "/" +
-                     std::to_string(composition.TotalReels) + "  " + m_Transport->StateText();
+                     std::to_string(composition.TotalReels) + "  " + m_Transport->StateText() + " " +
+                     RateText(composition.EditRate) + " fps";
   if (marker != m_Outline.Markers().end())
     line +=
         "  " + marker->Label + " in " + DurationText(double(marker->Position - position) * EditUnitLength().count());
+  std::string late;
   for (const ChannelStatistics& channel : m_Reader->Statistics())
-    if (channel.Late > 0) line += "  " + channel.Name + " late " + std::to_string(channel.Late);
-  if (!m_Typed.empty()) line += "  > " + m_Typed;
+    if (channel.Late > 0) late += " " + channel.Name + " " + std::to_string(channel.Late);
+  line += "  late" + (late.empty() ? " 0" : late);
+  if (!m_Typed.empty()) line = "> " + m_Typed + "  " + line;
+  line.resize(
+      std::min<size_t>(line.size(), Terminal::Columns(STDOUT_FILENO) - 1));  // a line that wraps cannot be undone
   std::printf("\r%s\x1b[K", line.c_str());
   std::fflush(stdout);
 }
@@ -212,6 +223,16 @@ void PlaySession::KeepPosition() {
     std::fprintf(stderr, "strata: %s: %s\n", m_Options.ResumeFile.c_str(), result.Label());
 }
 
+Json VerifiedJson(const FrameVerifier& verifier) {
+  Json json{{"compared", verifier.Compared()}, {"different", verifier.Different()}};
+  for (const FrameDifference& difference : verifier.Differences())
+    json["differences"].push_back(Json{{"channel", difference.Channel},
+                                       {"edit_unit", difference.ShowPosition},
+                                       {"file_edit_unit", difference.FilePosition},
+                                       {"asset_id", difference.AssetID.EncodeString()}});
+  return json;
+}
+
 Json PlaySession::Summary(bool interrupted) const {
   const double seconds = std::chrono::duration<double>(m_Elapsed).count();
   Json summary = NewReport("play");
@@ -235,7 +256,7 @@ Json PlaySession::Summary(bool interrupted) const {
                                          {"max", channel.Latency.Longest()}}}});
   }
   summary["bytes_per_second"] = seconds > 0 ? static_cast<Ferro::ui64_t>(double(bytes) / seconds) : 0;
-  if (m_Verifier) summary["verified"] = {{"compared", m_Verifier->Compared()}, {"different", m_Verifier->Different()}};
+  if (m_Verifier) summary["verified"] = VerifiedJson(*m_Verifier);
   summary["events"] = m_Events;
   return summary;
 }

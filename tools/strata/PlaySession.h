@@ -23,6 +23,9 @@ struct PlayOptions {
   bool AsJson = false;
 };
 
+/// What a summary says of verification: how many frames were compared, how many differ, and the first that do.
+[[nodiscard]] Json VerifiedJson(const FrameVerifier& verifier);
+
 /// One playing of a show, from load to summary.
 class PlaySession : private Strata::ITransportNotify {
  public:
@@ -46,6 +49,7 @@ class PlaySession : private Strata::ITransportNotify {
   void PlaylistEventNotify(const Ferro::ArchivableList<Strata::PlaylistEvent>& events) override;
 
   void PlayEditUnit();
+  void Verify(const DeliveredFrame& frame);
   bool HandleInput(Terminal& terminal, const std::string& input);
   bool HandleKey(const std::string& key);
   void HandleLine(const std::string& line);

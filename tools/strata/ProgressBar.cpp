@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ProgressBar.h"
 
+#include "Terminal.h"
 #include "TextForms.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,11 +15,6 @@ namespace {
 constexpr auto FirstShown = std::chrono::seconds(1);
 constexpr auto Interval = std::chrono::milliseconds(100);
 constexpr unsigned BarWidth = 24;
-
-unsigned terminal_columns() {
-  winsize size = {};
-  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
-}
 
 }  // namespace
 
@@ -35,7 +30,7 @@ void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
   m_Shown = now;
   m_IsShown = true;
   const double seconds = std::chrono::duration<double>(now - m_Started).count();
-  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, terminal_columns() - 1).c_str());
+  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, Terminal::Columns(STDERR_FILENO) - 1).c_str());
   std::fflush(stderr);
 }
 

@@ -2,6 +2,7 @@
 #include "Terminal.h"
 
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -32,6 +33,11 @@ Terminal::Terminal() : m_IsTerminal(isatty(STDIN_FILENO) != 0) {
 
 Terminal::~Terminal() {
   if (m_IsTerminal) tcsetattr(STDIN_FILENO, TCSANOW, &s_Before);
+}
+
+unsigned Terminal::Columns(int descriptor) {
+  winsize size = {};
+  return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
 std::optional<std::string> Terminal::Read(std::chrono::duration<double> limit) {

@@ -14,6 +14,9 @@ class Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
+  /// How wide the terminal behind a descriptor is; 80 where that is not known.
+  [[nodiscard]] static unsigned Columns(int descriptor);
+
   [[nodiscard]] bool IsTerminal() const { return m_IsTerminal; }
   /// True when no more input will come.
   [[nodiscard]] bool AtEnd() const { return m_AtEnd; }

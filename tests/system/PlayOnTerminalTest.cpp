@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: BSD-3-Clause
+//
+// A person at a terminal plays the sample show. What is typed next follows from what stands on the screen.
+#include "BrokenShow.h"
+#include "TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string Left = "\x1b[D";
+const std::string Right = "\x1b[C";
+
+class PlayOnTerminal : public testing::Test {
+ protected:
+  [[nodiscard]] std::string PositionKept() const {
+    std::string line;
+    std::ifstream file(m_Position);
+    std::getline(file, line);
+    return line;
+  }
+
+  BrokenShow m_Show;  // whole
+  const std::string m_Position = m_Show.Beside("position");
+};
+
+TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
+  TerminalProgram play({"play", m_Show.Path(), "--paused", "--verify", "--resume", m_Position});
+  EXPECT_TRUE(
+      play.WaitFor("space pause   . , step   arrows jump   q quit   or a command and Enter: "
+                   "(f|b|l<n>|t<n>|j(b|f)|p|s|?)"));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleTrailer\", reel 1 of 1\r\n"));
+  EXPECT_TRUE(play.WaitFor("event SHOW_START\r\n"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  LIGHTS_DOWN in 0:02  late 0"));
+
+  play.Type(".");
+  EXPECT_TRUE(play.WaitFor("00:00:00:01 1/168  composition 1/5"));
+  play.Type("..");
+  EXPECT_TRUE(play.WaitFor("00:00:00:03 3/168"));
+  play.Type(",");
+  EXPECT_TRUE(play.WaitFor("00:00:00:02 2/168"));
+
+  play.Type("l48\r");
+  EXPECT_TRUE(play.WaitFor("composition \"SampleFeature\", reel 1 of 3\r\n"));
+  EXPECT_TRUE(play.WaitFor("event LIGHTS_DOWN\r\n"));
+  EXPECT_TRUE(play.WaitFor("00:00:02:00 48/168  composition 3/5  reel 1/3  pause 24 fps  FEATURE_SECOND_1 in 0:01"));
+  play.Type("l100\r");
+  EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168  composition 3/5  reel 3/3  pause 24 fps  late 0"));
+  play.Type("?\r");
+  EXPECT_TRUE(play.WaitFor("(f|b|l<n>|t<n>|j(b|f)|p|s|?)"));
+  play.Type(Right);
+  EXPECT_TRUE(play.WaitFor("167/168  composition 5/5"));
+  play.Type(Left);
+  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5"));
+
+  play.Type(" ");
+  EXPECT_TRUE(play.WaitFor("reel 1/1  play 24 fps"));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1\r\n"));
+  play.Type(" ");
+  EXPECT_TRUE(play.WaitFor("reel 1/1  pause 24 fps"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0) << play.Screen();
+  EXPECT_THAT(PositionKept(), MatchesRegex("f833a20d-1ccd-50ce-8530-df1b17d27774 [0-9]+"));
+}
+
+TEST_F(PlayOnTerminal, EndsWithASummaryOfEveryChannel) {
+  TerminalProgram play({"play", m_Show.Path(), "--speed", "20", "--verify"});
+  EXPECT_EQ(play.Wait(), 0) << play.Screen();
+  for (const char* line :
+       {"event SHOW_START\r\n", "event LIGHTS_DOWN\r\n", "event FEATURE_SECOND_1\r\n", "event CREDITS\r\n",
+        "composition \"SampleImmersive\", reel 1 of 1\r\n", "Played 168 edit units in 0:0"})
+    EXPECT_TRUE(play.WaitFor(line)) << line << play.Screen();
+  for (const char* channel : {"  picture                 168 delivered  ", "  sound                   168 delivered  ",
+                              "  subtitle                 72 delivered  ", "  closed caption           72 delivered  ",
+                              "  auxiliary data           24 delivered  "}) {
+    EXPECT_TRUE(play.WaitFor(channel)) << channel << play.Screen();
+    EXPECT_TRUE(play.WaitFor(" late  "));
+    EXPECT_TRUE(play.WaitFor(" repeated  wait p50 "));
+    EXPECT_TRUE(play.WaitFor(" ms\r\n"));
+  }
+  EXPECT_TRUE(play.WaitFor("Verified 504 frames: all are as in their files.\r\n"));
+}
+
+TEST_F(PlayOnTerminal, GoesOnWhereItWasLeft) {
+  {
+    TerminalProgram play({"play", m_Show.Path(), "--paused", "--resume", m_Position});
+    EXPECT_TRUE(play.WaitFor(" 0/168"));
+    play.Type("l100\r");
+    EXPECT_TRUE(play.WaitFor(" 100/168"));
+    play.Type("q");
+    EXPECT_EQ(play.Wait(), 0);
+  }
+  EXPECT_EQ(PositionKept(), "f833a20d-1ccd-50ce-8530-df1b17d27774 100");
+  TerminalProgram play({"play", m_Show.Path(), "--paused", "--resume", m_Position});
+  EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0);
+}
+
+// Nothing but the position and the show is left, and the position is whole.
+TEST_F(PlayOnTerminal, InterruptedItKeepsItsPosition) {
+  TerminalProgram play({"play", m_Show.Path(), "--resume", m_Position});
+  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1\r\n"));
+  play.Type("\x03");
+  EXPECT_EQ(play.Wait(), 4) << play.Screen();
+  EXPECT_TRUE(play.WaitFor("Played "));
+  EXPECT_THAT(PositionKept(), MatchesRegex("f833a20d-1ccd-50ce-8530-df1b17d27774 [0-9]+"));
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(fs::path(m_Position).parent_path()))
+    names.push_back(entry.path().filename());
+  EXPECT_THAT(names, testing::UnorderedElementsAre("position", "show"));
+}
+
+// The file is as long as half an hour's reading, all of it a hole.
+TEST_F(PlayOnTerminal, VerifyingDigestsShowsProgressAndCanBeInterrupted) {
+  fs::resize_file(m_Show.Path("Feature/sound-1.mxf"), std::uintmax_t{1} << 40);
+  m_Show.ListSize("Feature/sound-1.mxf");
+  TerminalProgram check({"check", m_Show.Path(), "--hash"});
+  EXPECT_TRUE(check.WaitFor("Verifying [........................] ")) << check.Screen();
+  EXPECT_TRUE(check.WaitFor(" of 1.10 TB, "));
+  EXPECT_TRUE(check.WaitFor("/s, "));
+  EXPECT_TRUE(check.WaitFor(" left"));
+  check.Type("\x03");
+  EXPECT_EQ(check.Wait(), 4);
+  EXPECT_TRUE(check.WaitFor("strata: interrupted\r\n"));
+}
+
+}  // namespace
