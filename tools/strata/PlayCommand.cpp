@@ -2,10 +2,9 @@
 #include "PlayCommand.h"
 
 #include "ExitCode.h"
+#include "LoadFailure.h"
 #include "LogView.h"
 #include "PlaySession.h"
-#include "ShowFindings.h"
-#include "ShowOutline.h"
 #include "TextForms.h"
 
 #include <cstdio>
@@ -48,15 +47,6 @@ bool load(PlaySession& session) {
   return session.Load();
 }
 
-/// Shows what keeps the show from playing.
-ExitCode tell_why(const Inputs& inputs) {
-  QuietLog log;
-  const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
-  for (const Finding& finding : findings)
-    if (finding.Level != Severity::Warning) std::fputs(FindingText(FindingToJson(finding)).c_str(), stderr);
-  return ExitCodeFor(findings);
-}
-
 ExitCode play(const PlayOptions& options) {
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
@@ -64,11 +54,7 @@ ExitCode play(const PlayOptions& options) {
     return inputs.ProblemCode();
   }
   PlaySession session(options, inputs);
-  if (!load(session)) {
-    const ExitCode code = tell_why(inputs);
-    std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
-    return code == Fine ? NotPlayable : code;
-  }
+  if (!load(session)) return ReportLoadFailure(inputs);
   const bool finished = session.Play();
   const Json summary = session.Summary(!finished);
   PrintReport(summary, options.AsJson, render);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckCommand.h"
 #include "ExitCode.h"
+#include "ExportCommand.h"
 #include "Interrupt.h"
 #include "LogView.h"
 #include "MakeSampleCommand.h"
@@ -19,7 +20,8 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand, AddTimelineCommand};
+constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand, AddTimelineCommand,
+                                   AddExportCommand};
 
 int run(int argc, char** argv) {
   LogView log;

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "LoadFailure.h"
+
+#include "LogView.h"
+#include "ShowFindings.h"
+#include "ShowOutline.h"
+
+#include <cstdio>
+
+ExitCode ReportLoadFailure(const Inputs& inputs) {
+  QuietLog log;
+  const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
+  for (const Finding& finding : findings)
+    if (finding.Level != Severity::Warning) std::fputs(FindingText(FindingToJson(finding)).c_str(), stderr);
+  std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
+  const ExitCode code = ExitCodeFor(findings);
+  return code == Fine ? NotPlayable : code;
+}
