@@ -4,10 +4,15 @@
 #include "Judges.h"
 
 #include <Ferro/SHA1Digest.h>
+#include <QUIRE/JP2KReader.h>
+#include <QUIRE/PCMReader.h>
+#include <QUIRE/TimedTextReader.h>
 
 #include <signal.h>
 
+#include <array>
 #include <cstdlib>
+#include <fstream>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -31,18 +36,59 @@ class MakeSample : public SampleFolder {
   }
 
   /// Another sample beside the first.
-  void Make(const std::string& name, const std::string& seed) {
-    StrataProgram maker({"make-sample", Beside(name), "--length", "1", "--size", "96x64", "--seed", seed});
+  void Make(const std::string& name, const std::string& seed, const std::string& flavour = "smpte") {
+    StrataProgram maker(
+        {"make-sample", Beside(name), "--length", "1", "--size", "96x64", "--seed", seed, "--flavour", flavour});
     ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
+  }
+
+  /// Two folders hold the same files with the same bytes.
+  void ExpectEqual(const std::string& one, const std::string& other) const {
+    const std::vector<std::string> files = FilesOf(one);
+    ASSERT_EQ(files, FilesOf(other));
+    for (const std::string& file : files) EXPECT_EQ(DigestOf(one + '/' + file), DigestOf(other + '/' + file)) << file;
   }
 };
 
 TEST_F(MakeSample, EqualSeedsMakeEqualFiles) {
   Make("again", "1");
-  const std::vector<std::string> files = FilesOf(Show());
-  ASSERT_EQ(files, FilesOf(Beside("again")));
-  ASSERT_EQ(files.size(), 43U);
-  for (const std::string& file : files) EXPECT_EQ(DigestOf(Show(file)), DigestOf(Beside("again/" + file))) << file;
+  EXPECT_EQ(FilesOf(Show()).size(), 43U);
+  ExpectEqual(Show(), Beside("again"));
+}
+
+TEST_F(MakeSample, EqualSeedsMakeEqualInteropFiles) {
+  Make("one", "3", "interop");
+  Make("other", "3", "interop");
+  EXPECT_EQ(FilesOf(Beside("one")).size(), 45U);
+  ExpectEqual(Beside("one"), Beside("other"));
+}
+
+TEST_F(MakeSample, InteropShowIsCheckedAndPlaysAsItsFilesAre) {
+  Make("interop", "1", "interop");
+  StrataProgram check({"check", Beside("interop"), "--hash"});
+  EXPECT_EQ(check.Wait(), 0);
+  EXPECT_EQ(check.Output(),
+            "00:00:00:00  SampleTrailer  (1 reel, 24 fps)\n"
+            "00:00:01:00  SampleEncrypted  (1 reel, 24 fps)\n"
+            "00:00:02:00  SampleFeature  (3 reels, 24 fps)\n"
+            "00:00:05:00  SampleStereoscopic  (1 reel, 24 fps, stereoscopic)\n"
+            "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
+            "This show will play: 0:06.\n");
+  StrataProgram play({"play", Beside("interop"), "--verify", "--speed", "max"});
+  EXPECT_EQ(play.Wait(), 0);
+  EXPECT_THAT(play.Output(), HasSubstr("Verified 432 frames: all are as in their files.\n"));
+}
+
+TEST_F(MakeSample, InteropFilesCarryInteropLabels) {
+  Make("interop", "1", "interop");
+  const auto labels_of = [](QUIRE::TrackFileReader&& reader, const std::string& filename) {
+    QUIRE::WriterInfo info;
+    EXPECT_TRUE(reader.OpenRead(filename).Success() && reader.FillWriterInfo(info).Success()) << filename;
+    return info.LabelSetType;
+  };
+  EXPECT_EQ(labels_of(QUIRE::JP2K::MXFReader(), Beside("interop/Trailer/picture-1.mxf")), QUIRE::LS_MXF_INTEROP);
+  EXPECT_EQ(labels_of(QUIRE::PCM::MXFReader(), Beside("interop/Encrypted/sound-1.mxf")), QUIRE::LS_MXF_INTEROP);
+  EXPECT_EQ(labels_of(QUIRE::JP2K::MXFReader(), Show("Trailer/picture-1.mxf")), QUIRE::LS_MXF_SMPTE);
 }
 
 TEST_F(MakeSample, AnotherSeedMakesOtherIdentifiers) {
@@ -74,6 +120,25 @@ TEST_F(MakeSample, RefusesSizesOutsideTheProfile) {
   for (const char* size : {"63x64", "64x63", "2049x1080", "2048x1081", "64", "64x", "x64", "64x64x", "-64x64"}) {
     StrataProgram maker({"make-sample", Beside("none"), "--size", size});
     EXPECT_EQ(maker.Wait(), 1) << size;
+    EXPECT_FALSE(std::filesystem::exists(Beside("none")));
+  }
+}
+
+TEST_F(MakeSample, RefusesOptionsWithWhatWouldDo) {
+  const std::array<std::string, 3> cases[] = {
+      {"--size", "4096x2160", "4096x2160: pictures are made from 64x64 to 2048x1080 pixels; 4K is not made"},
+      {"--size", "64", "\"64\" is not a size like 2048x1080"},
+      {"--rate", "24000/1001", "\"24000/1001\" is not a rate of cinema packages: 24, 25, 30, 48, 50 or 60"},
+      {"--rate", "23", "\"23\" is not a rate of cinema packages: 24, 25, 30, 48, 50 or 60"},
+      {"--channels", "0", "\"0\" is not a whole number from 1 to 16"},
+      {"--channels", "17", "\"17\" is not a whole number from 1 to 16"},
+      {"--length", "1.5", "\"1.5\" is not a whole number from 1 to 3600"},
+      {"--flavour", "imf", "\"imf\" is neither smpte nor interop"},
+      {"--seed", "-1", "\"-1\" is not a whole number from 0 to 18446744073709551615"}};
+  for (const auto& [option, value, message] : cases) {
+    StrataProgram maker({"make-sample", Beside("none"), option, value});
+    EXPECT_EQ(maker.Wait(), 1) << value;
+    EXPECT_EQ(maker.Errors(), option + ": " + message + "\nRun with --help for more information.\n");
     EXPECT_FALSE(std::filesystem::exists(Beside("none")));
   }
 }
@@ -118,23 +183,65 @@ TEST_F(MakeSample, SoundIsWhatOthersTakeForIt) {
   EXPECT_EQ(facts["codec_name"], "pcm_s24le");
   EXPECT_EQ(facts["sample_rate"], "48000");
   EXPECT_EQ(facts["channels"], "6");
+  EXPECT_EQ(testsupport::AskMediaInfo(Show("Trailer/sound-1.mxf"), "Audio", "%ChannelLayout%"), "L R C LFE Ls Rs");
 }
 
-// Where STRATA_SCHEMAS does not tell of the schemas, the test is reported as skipped.
-TEST_F(MakeSample, DocumentsAreValid) {
-  const char* schemas = std::getenv("STRATA_SCHEMAS");
+/// Judges documents by the schemas of the standards. Where STRATA_SCHEMAS does not tell of them, the test is reported
+/// as skipped.
+class MakeSampleValidated : public MakeSample {
+ protected:
+  void SetUp() override {
+    const char* schemas = std::getenv("STRATA_SCHEMAS");
+    if (schemas == nullptr) GTEST_SKIP() << "STRATA_SCHEMAS is not set";
+    setenv("XML_CATALOG_FILES", (std::string(schemas) + "/catalog.xml").c_str(), 1);
+    m_Schemas = std::string(schemas) + '/';
+    MakeSample::SetUp();
+  }
+
+  void Validate(const std::string& schema, const std::string& document) const {
+    RunJudge({"xmllint", "--nonet", "--noout", "--schema", m_Schemas + schema, document});
+  }
+
+  std::string m_Schemas;
+};
+
+TEST_F(MakeSample, ShowsAreValid) {
   RunJudge({"xmllint", "--nonet", "--noout", "--schema", SHOW_PLAYLIST_SCHEMA, Show("show.xml"),
             Show("before-the-feature.xml")});
-  if (schemas == nullptr) GTEST_SKIP() << "STRATA_SCHEMAS is not set";
-  setenv("XML_CATALOG_FILES", (std::string(schemas) + "/catalog.xml").c_str(), 1);
+}
+
+TEST_F(MakeSampleValidated, DocumentsAreValid) {
   const std::pair<const char*, const char*> documents[] = {{"CPL.xml", "all-smpte-cpl.xsd"},
                                                            {"PKL.xml", "smpte-429-8-2007-PKL.xsd"},
                                                            {"ASSETMAP.xml", "smpte-429-9-2007-AM.xsd"},
                                                            {"VOLINDEX.xml", "smpte-429-9-2007-AM.xsd"}};
   for (const auto& [name, schema] : documents)
     for (const char* folder : {"Trailer", "Feature", "Stereoscopic", "Immersive", "Encrypted"})
-      RunJudge({"xmllint", "--nonet", "--noout", "--schema", std::string(schemas) + '/' + schema,
-                Show(std::string(folder) + '/' + name)});
+      Validate(schema, Show(std::string(folder) + '/' + name));
+}
+
+TEST_F(MakeSampleValidated, TextsAreValid) {
+  for (const char* file : {"Feature/subtitle-1.mxf", "Feature/caption-3.mxf"}) {
+    QUIRE::TimedText::MXFReader reader;
+    std::string text;
+    ASSERT_TRUE(reader.OpenRead(Show(file)).Success());
+    ASSERT_TRUE(reader.ReadTimedTextResource(text).Success());
+    std::ofstream(Beside("text.xml")) << text;
+    Validate("smpte-428-7-2010-DCST.xsd", Beside("text.xml"));
+  }
+}
+
+TEST_F(MakeSampleValidated, InteropDocumentsAreValid) {
+  Make("interop", "1", "interop");
+  const std::pair<const char*, const char*> documents[] = {{"CPL.xml", "all-interop-cpl.xsd"},
+                                                           {"PKL.xml", "interop-PROTO-ASDCP-PKL-20040311.xsd"},
+                                                           {"ASSETMAP", "interop-PROTO-ASDCP-AM-20040311.xsd"},
+                                                           {"VOLINDEX", "reconstructed-PROTO-ASDCP-VL-20040311.xsd"}};
+  for (const auto& [name, schema] : documents)
+    for (const char* folder : {"Trailer", "Feature", "Stereoscopic", "Encrypted"})
+      Validate(schema, Beside("interop/") + folder + '/' + name);
+  for (const char* text : {"subtitle-1", "subtitle-3", "caption-2"})
+    Validate("interop-DCSubtitle-1.1.xsd", Beside("interop/Feature/") + text + "/text.xml");
 }
 
 }  // namespace

@@ -81,7 +81,7 @@ TEST(SamplePicture, DecodedByOthersIsWhatWasDrawn) {
   const SampleTrackFiles files(options);
   const SamplePicture drawn = files.Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7);
   const testsupport::TemporaryFolder folder;
-  const std::vector<Ferro::ui8_t> codestream = drawn.Encode();
+  const std::vector<Ferro::ui8_t> codestream = drawn.Encode(24);
   std::ofstream(folder.Path("a.j2k"), std::ios::binary)
       .write(reinterpret_cast<const char*>(codestream.data()), static_cast<std::streamsize>(codestream.size()));
   testsupport::RunJudge({"ffmpeg", "-v", "error", "-f", "j2k_pipe", "-i", folder.Path("a.j2k"), "-f", "rawvideo",
@@ -105,9 +105,14 @@ TEST(SamplePicture, DecodedByOthersIsWhatWasDrawn) {
 
 TEST(SamplePicture, StaysWithinItsShareOfTheLargestRate) {
   const SampleOptions options = small_options();
-  const auto codestream = SampleTrackFiles(options).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7).Encode();
+  const auto codestream = SampleTrackFiles(options).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7).Encode(24);
   // 1302083 bytes for 2048 x 1080 pixels at 24 pictures per second (DCI: 250 Mbit/s).
   EXPECT_LE(double(codestream.size()), 1302083.0 * options.Width * options.Height / (2048 * 1080));
+}
+
+TEST(SamplePicture, ShareOfAnImageIsLessWhereThereAreMore) {
+  const SamplePicture picture = SampleTrackFiles(small_options()).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7);
+  EXPECT_LE(double(picture.Encode(120).size()), 250e6 / 8 / 120 * 200 * 108 / (2048 * 1080));
 }
 
 TEST(SamplePicture, FiguresOutsideThePictureAreLeftOut) {

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <Cairn/DCPFormat.h>
 #include <Ferro/Types.h>
 
 #include <string>
 
 /// What a sample show is to be like.
 struct SampleOptions {
-  std::string Folder;          ///< must not exist, or be empty
-  Ferro::ui32_t Seconds = 4;   ///< length of each reel
-  Ferro::ui32_t Rate = 24;     ///< edit units per second, dividing 48000
-  Ferro::ui32_t Width = 500;   ///< pixels, up to 2048
-  Ferro::ui32_t Height = 270;  ///< pixels, up to 1080
-  Ferro::ui32_t Channels = 6;  ///< of sound
-  Ferro::ui64_t Seed = 1;      ///< identifiers, dates and keys follow from it
+  std::string Folder;                                 ///< must not exist, or be empty
+  Ferro::ui32_t Seconds = 4;                          ///< length of each reel
+  Ferro::ui32_t Rate = 24;                            ///< edit units per second, dividing 48000
+  Ferro::ui32_t Width = 500;                          ///< pixels, up to 2048
+  Ferro::ui32_t Height = 270;                         ///< pixels, up to 1080
+  Ferro::ui32_t Channels = 6;                         ///< of sound
+  Cairn::DCPFormat_t Flavour = Cairn::DFT_DCI_SMPTE;  ///< or DFT_Interop
+  Ferro::ui64_t Seed = 1;                             ///< identifiers, dates and keys follow from it
 };

@@ -3,6 +3,7 @@
 
 #include "SampleSeed.h"
 
+#include <Cairn/AssetMap.h>
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/FileType.h>
 #include <Cairn/PackingList.h>
@@ -17,18 +18,24 @@ inline constexpr char SampleIssuer[] = "Strata";
 class SamplePackage {
  public:
   /// Creates the folder, whose parent exists. All identifiers follow from `seed` and `title`.
-  SamplePackage(const SampleSeed& seed, std::string folder, std::string title);
+  SamplePackage(const SampleSeed& seed, std::string folder, std::string title, Cairn::DCPFormat_t flavour);
 
   [[nodiscard]] std::string PathOf(const std::string& filename) const;
-  /// Takes a file of the folder into the packing list. Returns its digest.
+  /// Takes a file of the folder, or of one in it, into packing list and asset map. Returns its digest.
   Ferro::SHA1 Add(const Ferro::UUID& id, const std::string& filename, Cairn::FileType_t type);
   void AddComposition(const Cairn::CompositionPlaylist& composition, const std::string& filename);
   /// Writes packing list, asset map and volume index.
   void Finish();
 
  private:
+  void AddToMap(const Ferro::UUID& id, const std::string& filename, bool is_packing_list);
+  template <class DocumentT>
+  void Write(const DocumentT& document, const std::string& filename) const;
+
   SampleSeed m_Seed;
   std::string m_Folder;
   std::string m_Title;
+  Cairn::DCPFormat_t m_Flavour;
   Cairn::PackingList m_PackingList;
+  Cairn::AssetMap m_AssetMap;
 };

@@ -67,11 +67,11 @@ ImagePtr new_image(Ferro::ui32_t width, Ferro::ui32_t height) {
   return image;
 }
 
-std::vector<Ferro::ui8_t> encode(opj_image_t& image) {
+std::vector<Ferro::ui8_t> encode(opj_image_t& image, Ferro::ui32_t images_per_second) {
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
   parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
-  const double share = Filling * double(image.x1) * image.y1 / LargestPicture;
+  const double share = Filling * double(image.x1) * image.y1 / LargestPicture * 24 / images_per_second;
   parameters.max_cs_size = static_cast<int>(OPJ_CINEMA_24_CS * share);
   parameters.max_comp_size = static_cast<int>(OPJ_CINEMA_24_COMP * share);
 
@@ -117,9 +117,9 @@ void SamplePicture::Write(const std::string& text, Ferro::ui32_t top, Ferro::ui3
   }
 }
 
-std::vector<Ferro::ui8_t> SamplePicture::Encode() const {
+std::vector<Ferro::ui8_t> SamplePicture::Encode(Ferro::ui32_t images_per_second) const {
   const ImagePtr image = new_image(m_Width, m_Height);
   for (size_t c = 0; c < 3; ++c)
     for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = m_Pixels[i][c];
-  return encode(*image);
+  return encode(*image, images_per_second);
 }

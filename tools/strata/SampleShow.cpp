@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SampleShow.h"
 
+#include "SampleFontFile.h"
 #include "SamplePackage.h"
 #include "SampleRequire.h"
 #include "SampleTrackFiles.h"
@@ -62,13 +63,25 @@ class UnfinishedFolder {
   fs::path m_Folder;
 };
 
+void WriteText(const std::string& filename, std::string_view text) {
+  SampleRequire(Ferro::WriteStringIntoFile(filename, text), filename);
+}
+
+void WriteBytes(const std::string& filename, const std::vector<Ferro::ui8_t>& bytes) {
+  WriteText(filename, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
+bool IsInterop(const SampleOptions& options) {
+  return options.Flavour == Cairn::DFT_Interop;
+}
+
 class ShowMaker {
  public:
   ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder)
       : m_Options(options), m_Seed(options.Seed), m_Files(options), m_Folder(folder) {}
 
   void MakePackage(const Plan& plan) const {
-    SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title);
+    SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour);
     Cairn::CompositionPlaylist composition = Heading(plan);
     for (ui32_t number = 1; number <= plan.Reels; ++number)
       composition.ReelList.push_back(MakeReel(plan, number, package));
@@ -93,7 +106,7 @@ class ShowMaker {
     feature->MarkerList.push_back(Marker("CREDITS", m_Files.Duration() * Feature.Reels - m_Options.Rate));
     show.ShowSequence.push_back(std::move(feature));
     show.ShowSequence.push_back(Item(Stereo));
-    show.ShowSequence.push_back(Item(Immersive));
+    if (!IsInterop(m_Options)) show.ShowSequence.push_back(Item(Immersive));
     WriteShow(show, "show.xml");
   }
 
@@ -137,7 +150,7 @@ class ShowMaker {
     m_Files.WriteSound(package.PathOf("sound" + end), reel);
     Describe(result.MainSound, reel, "sound", "sound" + end, Cairn::FT_QUIRE_PCM, package);
     result.MainSound.Language = "en";
-    if (plan.HasText) AddText(result, reel, end, package);
+    if (plan.HasText) AddText(result, reel, package);
     if (plan.Immersive) {
       m_Files.WriteImmersive(package.PathOf("immersive" + end), reel);
       Cairn::AuxDataAsset& data = result.AuxData.emplace_back();
@@ -147,16 +160,31 @@ class ShowMaker {
     return result;
   }
 
-  void AddText(Cairn::Reel& result, const SampleTrackFiles::Reel& reel, const std::string& end,
-               SamplePackage& package) const {
-    m_Files.WriteText(package.PathOf("subtitle" + end), reel, "subtitle");
-    Describe(result.MainSubtitle, reel, "subtitle", "subtitle" + end, Cairn::FT_QUIRE_TIMED_TEXT, package);
-    result.MainSubtitle.Language = "en";
-    m_Files.WriteText(package.PathOf("caption" + end), reel, "caption");
+  void AddText(Cairn::Reel& result, const SampleTrackFiles::Reel& reel, SamplePackage& package) const {
+    DescribeText(result.MainSubtitle, reel, "subtitle", package);
     Cairn::TimedTextAsset& caption = result.OffScreenText.emplace_back();
-    Describe(caption, reel, "caption", "caption" + end, Cairn::FT_QUIRE_TIMED_TEXT, package);
+    DescribeText(caption, reel, "caption", package);
     caption.Purpose = Cairn::TT_CAPTION;
-    caption.Language = "en";
+  }
+
+  void DescribeText(Cairn::TimedTextAsset& asset, const SampleTrackFiles::Reel& reel, const std::string& kind,
+                    SamplePackage& package) const {
+    const std::string name = kind + '-' + std::to_string(reel.Number);
+    asset.Language = "en";
+    if (!IsInterop(m_Options)) {
+      m_Files.WriteText(package.PathOf(name + ".mxf"), reel, kind);
+      return Describe(asset, reel, kind, name + ".mxf", Cairn::FT_QUIRE_TIMED_TEXT, package);
+    }
+    const SampleText text = m_Files.Text(reel, kind);
+    fs::create_directory(package.PathOf(name));
+    WriteBytes(package.PathOf(name + '/' + SampleText::FontName), MakeSampleFontFile());
+    package.Add(m_Seed.ID(reel.NameOf(kind + "-font")), name + '/' + SampleText::FontName, Cairn::FT_TI_TRUETYPE);
+    if (text.About().ImageID.HasValue()) {
+      WriteBytes(package.PathOf(name + '/' + SampleText::ImageName), text.Image());
+      package.Add(text.About().ImageID, name + '/' + SampleText::ImageName, Cairn::FT_TI_PNG);
+    }
+    WriteText(package.PathOf(name + "/text.xml"), text.InteropDocument());
+    Describe(asset, reel, kind, name + "/text.xml", Cairn::FT_TI_SUBTITLE, package);
   }
 
   [[nodiscard]] Strata::ShowPlaylist ShowHeading(const std::string& title) const {
@@ -186,8 +214,8 @@ class ShowMaker {
 
   void WriteShow(const Strata::ShowPlaylist& show, const std::string& filename) const {
     std::string text;
-    SampleRequire(show.EncodeXML(text, Cairn::DFT_DCI_SMPTE), filename);
-    SampleRequire(Ferro::WriteStringIntoFile(m_Folder.PathOf(filename), text), filename);
+    SampleRequire(show.EncodeXML(text, m_Options.Flavour), filename);
+    WriteText(m_Folder.PathOf(filename), text);
   }
 
   const SampleOptions& m_Options;
@@ -203,6 +231,10 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
   const ShowMaker maker(options, folder);
   try {
     for (const Plan& plan : {Trailer, Feature, Stereo, Immersive, Encrypted}) {
+      if (plan.Immersive && IsInterop(options)) {
+        tell(std::string(plan.Folder) + ": left out, Interop has no immersive audio");
+        continue;
+      }
       tell(std::string(plan.Folder) + ": " + std::to_string(plan.Reels * options.Seconds) + " seconds");
       maker.MakePackage(plan);
     }

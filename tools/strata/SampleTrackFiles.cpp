@@ -2,6 +2,8 @@
 #include "SampleTrackFiles.h"
 
 #include "Interrupt.h"
+#include "SampleFontFile.h"
+#include "SampleImmersive.h"
 #include "SampleRequire.h"
 #include "SampleSound.h"
 
@@ -24,9 +26,6 @@ namespace {
 using Ferro::ui32_t;
 using Ferro::ui8_t;
 
-constexpr ui32_t ImmersiveFrameSize = 2000;  // bytes
-constexpr char TextNamespace[] = "http://www.smpte-ra.org/schemas/428-7/2010/DCST";
-
 void fill(QUIRE::FrameBuffer& buffer, const std::vector<ui8_t>& bytes) {
   const auto size = static_cast<ui32_t>(bytes.size());
   if (buffer.Capacity() < size) SampleRequire(buffer.Capacity(size), "memory for a frame");
@@ -45,14 +44,25 @@ std::string time_of(ui32_t number, ui32_t rate) {
   return text_of("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, number % rate);
 }
 
+/// The use of the channels in a cinema, as MakeMCALabels takes it; empty where their number tells of none.
+std::string sound_configuration(ui32_t channels) {
+  if (channels == 1) return "M(C)";
+  if (channels == 6) return "51(L,R,C,LFE,Ls,Rs)";
+  if (channels < 8) return "";
+  std::string text = "51(L,R,C,LFE,Ls,Rs),HI,VIN";
+  for (ui32_t channel = 8; channel < channels; ++channel) text += ",-";
+  return text;
+}
+
 /// The contexts that an encrypted file is written with, and none for others.
 class Encryption {
  public:
-  Encryption(const SampleSeed& seed, const SampleTrackFiles::Reel& reel, const std::string& kind) {
+  Encryption(const SampleSeed& seed, const SampleTrackFiles::Reel& reel, const std::string& kind,
+             QUIRE::LabelSet_t labels) {
     if (!reel.Encrypted) return;
     const QUIRE::CipherBlock key = seed.Key(reel.NameOf(kind));
     SampleRequire(m_Cipher.emplace().InitKey(key), "a key");
-    SampleRequire(m_Integrity.emplace().InitKey(key, QUIRE::LS_MXF_SMPTE), "a key");
+    SampleRequire(m_Integrity.emplace().InitKey(key, labels), "a key");
   }
   QUIRE::AESEncContext* Cipher() { return m_Cipher ? &*m_Cipher : nullptr; }
   QUIRE::HMACContext* Integrity() { return m_Integrity ? &*m_Integrity : nullptr; }
@@ -88,6 +98,7 @@ SamplePicture SampleTrackFiles::Draw(const Reel& reel, ui32_t number, char eye) 
 
 void SampleTrackFiles::ForEachCodestream(const Reel& reel, const std::function<void(const Bytes&, char)>& take) const {
   const std::string eyes = reel.Stereoscopic ? "LR" : " ";
+  const ui32_t images_per_second = m_Options.Rate * static_cast<ui32_t>(eyes.size());
   const ui32_t total = Duration() * static_cast<ui32_t>(eyes.size());
   const ui32_t at_once = std::max(1U, std::thread::hardware_concurrency());
   const auto eye_of = [&](ui32_t i) { return eyes[i % eyes.size()]; };
@@ -95,8 +106,9 @@ void SampleTrackFiles::ForEachCodestream(const Reel& reel, const std::function<v
     if (Interrupt::Requested()) throw SampleStopped();
     std::vector<std::future<Bytes>> batch;
     for (ui32_t i = first; i < std::min(total, first + at_once); ++i)
-      batch.push_back(std::async(
-          std::launch::async, [&, i] { return Draw(reel, i / static_cast<ui32_t>(eyes.size()), eye_of(i)).Encode(); }));
+      batch.push_back(std::async(std::launch::async, [&, i] {
+        return Draw(reel, i / static_cast<ui32_t>(eyes.size()), eye_of(i)).Encode(images_per_second);
+      }));
     for (size_t i = 0; i < batch.size(); ++i) take(batch[i].get(), eye_of(first + static_cast<ui32_t>(i)));
   }
 }
@@ -105,7 +117,7 @@ void SampleTrackFiles::WritePicture(const std::string& filename, const Reel& ree
   QUIRE::JP2K::MXFWriter mono;
   QUIRE::JP2K::MXFSWriter stereo;
   QUIRE::JP2K::FrameBuffer buffer;
-  Encryption encryption(m_Seed, reel, "picture");
+  Encryption encryption(m_Seed, reel, "picture", Labels());
   const auto open = [&](const Bytes& codestream) {
     QUIRE::JP2K::PictureDescriptor descriptor;
     SampleRequire(QUIRE::JP2K::ParseCodestream(codestream, descriptor), filename);
@@ -136,13 +148,18 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
   descriptor.ChannelCount = m_Options.Channels;
   descriptor.QuantizationBits = SampleSound::BytesPerSample * 8;
   descriptor.BlockAlign = m_Options.Channels * SampleSound::BytesPerSample;
-  descriptor.ChannelFormat = m_Options.Channels == 6 ? QUIRE::PCM::CF_CFG_1 : QUIRE::PCM::CF_CFG_4;
+  QUIRE::PCM::MCALabelList labels;
+  if (m_Options.Flavour == Cairn::DFT_DCI_SMPTE) {
+    const std::string configuration = sound_configuration(m_Options.Channels);
+    descriptor.ChannelFormat = configuration.empty() ? QUIRE::PCM::CF_CFG_4 : QUIRE::PCM::CF_CFG_6;
+    if (!configuration.empty()) SampleRequire(QUIRE::PCM::MakeMCALabels(configuration, "en", labels), filename);
+  }
   QUIRE::PCM::MXFWriter writer;
-  SampleRequire(writer.OpenWrite(filename, Info(reel, "sound"), descriptor, {}, Options(reel, "sound")), filename);
+  SampleRequire(writer.OpenWrite(filename, Info(reel, "sound"), descriptor, labels, Options(reel, "sound")), filename);
   const SampleSound sound(m_Options.Channels);
   const ui32_t samples = SampleSound::Rate / m_Options.Rate;
   QUIRE::PCM::FrameBuffer buffer;
-  Encryption encryption(m_Seed, reel, "sound");
+  Encryption encryption(m_Seed, reel, "sound", Labels());
   for (ui32_t i = 0; i < Duration(); ++i) {
     fill(buffer, sound.Samples(Ferro::ui64_t{i} * samples, samples));
     SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
@@ -151,36 +168,44 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
 }
 
 void SampleTrackFiles::WriteText(const std::string& filename, const Reel& reel, const std::string& kind) const {
+  const SampleText text = Text(reel, kind);
   QUIRE::TimedText::TimedTextDescriptor descriptor;
   descriptor.EditRate = EditRate();
   descriptor.ContainerDuration = Duration();
-  descriptor.AssetID = m_Seed.ID(reel.NameOf(kind + "-document"));
-  descriptor.NamespaceName = TextNamespace;
+  descriptor.AssetID = text.About().DocumentID;
+  descriptor.NamespaceName = SampleText::Namespace;
   descriptor.RFC5646LanguageTagList = "en";
+  descriptor.ResourceList.push_back({text.About().FontID, QUIRE::TimedText::MT_OPENTYPE});
+  if (text.About().ImageID.HasValue())
+    descriptor.ResourceList.push_back({text.About().ImageID, QUIRE::TimedText::MT_PNG});
   QUIRE::TimedText::MXFWriter writer;
-  Encryption encryption(m_Seed, reel, kind);
+  Encryption encryption(m_Seed, reel, kind, Labels());
   SampleRequire(writer.OpenWrite(filename, Info(reel, kind), descriptor, Options(reel, kind)), filename);
-  SampleRequire(writer.WriteTimedTextResource(TextDocument(reel, kind), encryption.Cipher(), encryption.Integrity()),
+  SampleRequire(writer.WriteTimedTextResource(text.SMPTEDocument(), encryption.Cipher(), encryption.Integrity()),
                 filename);
+  for (const auto& resource : descriptor.ResourceList) {
+    QUIRE::TimedText::FrameBuffer buffer;
+    buffer.AssetID(resource.ResourceID);
+    fill(buffer, resource.Type == QUIRE::TimedText::MT_PNG ? text.Image() : MakeSampleFontFile());
+    SampleRequire(writer.WriteAncillaryResource(buffer, encryption.Cipher(), encryption.Integrity()), filename);
+  }
   SampleRequire(writer.Finalize(), filename);
 }
 
-std::string SampleTrackFiles::TextDocument(const Reel& reel, const std::string& kind) const {
-  const std::string rate = std::to_string(m_Options.Rate);
-  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SubtitleReel xmlns=\"";
-  text += std::string(TextNamespace) + "\">\n  <Id>" + m_Seed.ID(reel.NameOf(kind + "-document")).EncodeURN() +
-          "</Id>\n  <ContentTitleText>" + reel.Title + "</ContentTitleText>\n  <IssueDate>" +
-          m_Seed.Date().EncodeString() + "</IssueDate>\n  <ReelNumber>" + std::to_string(reel.Number) +
-          "</ReelNumber>\n  <Language>en</Language>\n  <EditRate>" + rate + " 1</EditRate>\n  <TimeCodeRate>" + rate +
-          "</TimeCodeRate>\n  <StartTime>00:00:00:00</StartTime>\n  <SubtitleList>\n";
-  for (ui32_t second = 0; second < m_Options.Seconds; ++second) {
-    const ui32_t start = second * m_Options.Rate;
-    text += "    <Subtitle SpotNumber=\"" + std::to_string(second + 1) + "\" TimeIn=\"" +
-            time_of(start, m_Options.Rate) + "\" TimeOut=\"" + time_of(start + m_Options.Rate, m_Options.Rate) +
-            "\">\n      <Text Valign=\"bottom\" Vposition=\"8\">Reel " + std::to_string(reel.Number) + ", " + kind +
-            " of second " + std::to_string(second) + "</Text>\n    </Subtitle>\n";
-  }
-  return text + "  </SubtitleList>\n</SubtitleReel>\n";
+SampleText SampleTrackFiles::Text(const Reel& reel, const std::string& kind) const {
+  SampleText::Facts facts;
+  // An Interop document is itself the asset, while a track file has an identifier of its own.
+  facts.DocumentID = m_Seed.ID(reel.NameOf(m_Options.Flavour == Cairn::DFT_Interop ? kind : kind + "-document"));
+  facts.FontID = m_Seed.ID("font");
+  if (kind == "subtitle") facts.ImageID = m_Seed.ID(reel.NameOf(kind + "-image"));
+  facts.Title = reel.Title;
+  facts.Kind = kind;
+  facts.ReelNumber = reel.Number;
+  facts.Seconds = m_Options.Seconds;
+  facts.Rate = m_Options.Rate;
+  facts.PictureHeight = m_Options.Height;
+  facts.Date = m_Seed.Date();
+  return SampleText(std::move(facts));
 }
 
 void SampleTrackFiles::WriteImmersive(const std::string& filename, const Reel& reel) const {
@@ -192,12 +217,10 @@ void SampleTrackFiles::WriteImmersive(const std::string& filename, const Reel& r
   descriptor.AtmosVersion = 1;
   QUIRE::ATMOS::MXFWriter writer;
   SampleRequire(writer.OpenWrite(filename, Info(reel, "immersive"), descriptor, Options(reel, "immersive")), filename);
-  Encryption encryption(m_Seed, reel, "immersive");
+  Encryption encryption(m_Seed, reel, "immersive", Labels());
   QUIRE::DCData::FrameBuffer buffer;
   for (ui32_t i = 0; i < Duration(); ++i) {
-    Bytes bytes(ImmersiveFrameSize);
-    for (size_t k = 0; k < bytes.size(); ++k) bytes[k] = static_cast<ui8_t>(i + k);
-    fill(buffer, bytes);
+    fill(buffer, SampleImmersiveFrame(i, m_Options.Rate));
     SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
   }
   SampleRequire(writer.Finalize(), filename);
@@ -210,7 +233,7 @@ QUIRE::WriterInfo SampleTrackFiles::Info(const Reel& reel, const std::string& ki
   info.ProductVersion = Strata::Version();
   info.CompanyName = "Strata";
   info.ProductName = "strata make-sample";
-  info.LabelSetType = QUIRE::LS_MXF_SMPTE;
+  info.LabelSetType = Labels();
   if (reel.Encrypted) {
     info.EncryptedEssence = info.UsesHMAC = true;
     info.ContextID = m_Seed.ID(reel.NameOf(kind + "-context"));

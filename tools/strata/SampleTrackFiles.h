@@ -4,6 +4,7 @@
 #include "SampleOptions.h"
 #include "SamplePicture.h"
 #include "SampleSeed.h"
+#include "SampleText.h"
 
 #include <QUIRE/Crypto.h>
 #include <QUIRE/Rational.h>
@@ -36,11 +37,13 @@ class SampleTrackFiles {
 
   void WritePicture(const std::string& filename, const Reel& reel) const;
   void WriteSound(const std::string& filename, const Reel& reel) const;
-  /// A line for each second. `kind` is "subtitle" or "caption".
+  /// Text with its font and, if it has one, its image (ST 429-5; Interop has no such files).
   void WriteText(const std::string& filename, const Reel& reel, const std::string& kind) const;
-  /// Frames of the length and number of immersive audio whose bytes are filler: no sound is coded in them.
+  /// Silence: the sample has no encoder of immersive audio.
   void WriteImmersive(const std::string& filename, const Reel& reel) const;
 
+  /// What is in the text of a reel. `kind` is "subtitle", which has an image, or "caption".
+  [[nodiscard]] SampleText Text(const Reel& reel, const std::string& kind) const;
   /// The picture of one edit unit before it is encoded. `eye` is blank, 'L' or 'R'.
   [[nodiscard]] SamplePicture Draw(const Reel& reel, Ferro::ui32_t number, char eye = ' ') const;
 
@@ -52,9 +55,11 @@ class SampleTrackFiles {
 
   /// The codestreams of all edit units in order, encoded on all cores; for stereoscopic pictures left and right by turns.
   void ForEachCodestream(const Reel& reel, const std::function<void(const Bytes&, char eye)>& take) const;
+  [[nodiscard]] QUIRE::LabelSet_t Labels() const {
+    return m_Options.Flavour == Cairn::DFT_Interop ? QUIRE::LS_MXF_INTEROP : QUIRE::LS_MXF_SMPTE;
+  }
   [[nodiscard]] QUIRE::WriterInfo Info(const Reel& reel, const std::string& kind) const;
   [[nodiscard]] QUIRE::WriterOptions Options(const Reel& reel, const std::string& kind) const;
-  [[nodiscard]] std::string TextDocument(const Reel& reel, const std::string& kind) const;
 
   SampleOptions m_Options;
   SampleSeed m_Seed;
