@@ -22,6 +22,7 @@ class StrataProgram {
   /// Waits for its end. The exit code; 128 and the number of the signal that ended it.
   int Wait();
 
+  [[nodiscard]] pid_t Process() const { return m_Process; }
   [[nodiscard]] std::string Output() const;
   [[nodiscard]] std::string Errors() const;
 
