@@ -70,7 +70,7 @@ class LongShow {
     WritePicture();
     WriteSound();
     WriteText();
-    SamplePackage package(SampleSeed(1), Path(), "LONG");
+    SamplePackage package(SampleSeed(1), Path(), "LONG", Cairn::DFT_DCI_SMPTE);
     Cairn::CompositionPlaylist composition;
     composition.ID = SampleSeed(1).ID("composition");
     composition.Annotation = composition.ContentTitle = "Long";
