@@ -5,12 +5,12 @@
 
 #include "Judges.h"
 #include "TemporaryFolder.h"
+#include "ToneMeter.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <fstream>
-#include <numbers>
 #include <sstream>
 
 namespace {
@@ -23,25 +23,6 @@ SampleOptions small_options() {
   return options;
 }
 
-/// Power of one frequency in one channel (Goertzel), relative to full scale squared.
-double power_at(const std::vector<Ferro::ui8_t>& bytes, Ferro::ui32_t channels, Ferro::ui32_t channel, double hertz) {
-  const double factor = 2 * std::cos(2 * std::numbers::pi * hertz / SampleSound::Rate);
-  double before = 0;
-  double last = 0;
-  const size_t count = bytes.size() / 3 / channels;
-  for (size_t i = 0; i < count; ++i) {
-    const Ferro::ui8_t* at = bytes.data() + (i * channels + channel) * 3;
-    const auto value = static_cast<Ferro::i32_t>(
-                           (Ferro::ui32_t{at[0]} << 8 | Ferro::ui32_t{at[1]} << 16 | Ferro::ui32_t{at[2]} << 24)) >>
-                       8;
-    const double now = value / 8'388'607.0 + factor * last - before;
-    before = last;
-    last = now;
-  }
-  const double energy = last * last + before * before - factor * last * before;
-  return 4 * energy / (double(count) * double(count));
-}
-
 }  // namespace
 
 TEST(SampleSound, EachChannelHasItsOwnTone) {
@@ -51,7 +32,7 @@ TEST(SampleSound, EachChannelHasItsOwnTone) {
   ASSERT_EQ(bytes.size(), size_t{12000} * channels * 3);
   for (Ferro::ui32_t channel = 0; channel < channels; ++channel)
     for (Ferro::ui32_t tone = 1; tone <= channels; ++tone) {
-      const double power = power_at(bytes, channels, channel, 200.0 * tone);
+      const double power = PowerAt(bytes, channels, channel, 200.0 * tone);
       if (tone == channel + 1)
         EXPECT_NEAR(std::sqrt(power), 0.1, 0.0001) << channel;
       else
@@ -61,7 +42,7 @@ TEST(SampleSound, EachChannelHasItsOwnTone) {
 
 TEST(SampleSound, TicksAtEachSecond) {
   const SampleSound sound(1);
-  const auto at = [&](Ferro::ui64_t first) { return std::sqrt(power_at(sound.Samples(first, 480), 1, 0, 2000)); };
+  const auto at = [&](Ferro::ui64_t first) { return std::sqrt(PowerAt(sound.Samples(first, 480), 1, 0, 2000)); };
   EXPECT_NEAR(at(0), 0.5, 0.01);
   EXPECT_NEAR(at(48000), 0.5, 0.01);
   EXPECT_LT(at(480), 0.01);

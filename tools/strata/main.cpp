@@ -2,6 +2,7 @@
 #include "CheckCommand.h"
 #include "ExitCode.h"
 #include "ExportCommand.h"
+#include "FrameCommand.h"
 #include "Interrupt.h"
 #include "LogView.h"
 #include "MakeSampleCommand.h"
@@ -21,7 +22,7 @@ using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
 constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand, AddTimelineCommand,
-                                   AddExportCommand};
+                                   AddExportCommand, AddFrameCommand};
 
 int run(int argc, char** argv) {
   LogView log;

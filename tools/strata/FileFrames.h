@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "FrameSource.h"
+
+#include <Cairn/FileType.h>
+
+/// Opens one track file; null where `type` is none that holds frames or text. Throws CommandError where it is broken.
+[[nodiscard]] std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type);
