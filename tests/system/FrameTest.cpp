@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // strata frame: what it writes is compared with what the sample show was made of.
 #include "ColourTransform.h"
+#include "JsonSchema.h"
 #include "SampleFolder.h"
 #include "SampleSound.h"
 #include "SampleTrackFiles.h"
@@ -279,6 +280,7 @@ TEST_F(Frame, FileOfAnotherKindIsAUsageError) {
 TEST_F(Frame, BrokenShowAndMissingAssetsHaveTheirExitCodes) {
   std::filesystem::remove(Show("Feature/sound-2.mxf"));
   EXPECT_EQ(Run(Show(), "0", "a.png"), 3);
+  EXPECT_THAT(m_Errors, HasSubstr("strata: nothing can be taken out of it\n"));
   std::filesystem::resize_file(Show("Feature/picture-2.mxf"), 60000);
   EXPECT_EQ(Run(Show(), "0", "a.png"), 2);
 }
@@ -292,8 +294,8 @@ TEST_F(Frame, FolderThatIsNotThereIsSaid) {
 
 TEST_F(Frame, ReportsAsJson) {
   ASSERT_EQ(Run(Show(), "125", "a.png", {"--json"}), 0) << m_Errors;
+  ExpectMatchesSchema(m_Output, "strata-frame-1");
   const Json report = Json::parse(m_Output);
-  EXPECT_EQ(report["schema"], "strata-frame-1");
   EXPECT_EQ(report["channel"], "picture");
   EXPECT_EQ(report["position"], 125);
   EXPECT_EQ(report["time_code"], "00:00:05:05");

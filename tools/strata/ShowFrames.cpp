@@ -2,8 +2,8 @@
 #include "ShowFrames.h"
 
 #include "CommandError.h"
-#include "ShowFindings.h"
-#include "ShowOutline.h"
+#include "LoadFailure.h"
+#include "LogView.h"
 
 #include <QUIRE/FrameBuffer.h>
 #include <Strata/CompositionInfo.h>
@@ -33,11 +33,14 @@ SoundFormat format_of(const Strata::ITimelineTrack& track) {
 }  // namespace
 
 ShowFrames::ShowFrames(const InputOptions& options) {
-  if (!m_Inputs.Open(options)) throw CommandError(Usage, m_Inputs.Problem());
-  if (Strata::NewPlaylist(m_Playlist).Success() && m_Inputs.Load(*m_Playlist).Success() && Duration() > 0) return;
-  const ExitCode code = ExitCodeFor(FindingsOf(ShowOutline(m_Inputs)));
-  throw CommandError(code == Fine ? NotPlayable : code,
-                     "this show cannot be played; `strata check` says what is wrong with it");
+  if (!m_Inputs.Open(options)) throw CommandError(m_Inputs.ProblemCode(), m_Inputs.Problem());
+  if (Load()) return;
+  throw CommandError(ReportLoadFailure(m_Inputs), "nothing can be taken out of it");
+}
+
+bool ShowFrames::Load() {
+  QuietLog log;  // why it failed is told in other words
+  return Strata::NewPlaylist(m_Playlist).Success() && m_Inputs.Load(*m_Playlist).Success() && Duration() > 0;
 }
 
 ShowFrames::~ShowFrames() = default;

@@ -18,6 +18,7 @@ class ShowFrames : public FrameSource {
   [[nodiscard]] EditUnit Read(const FrameChannel& channel, Ferro::ui32_t position) override;
 
  private:
+  [[nodiscard]] bool Load();
   [[nodiscard]] Strata::ITimelineTrack& TrackFor(const FrameChannel& channel, Ferro::ui32_t position);
   void ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const;
   static void ReadText(const Strata::ITimelineTrack& track, EditUnit& unit);

@@ -21,8 +21,8 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand, AddPlayCommand, AddMakeSampleCommand, AddTimelineCommand,
-                                   AddExportCommand, AddFrameCommand};
+constexpr AddCommand Commands[] = {AddCheckCommand,    AddPlayCommand,   AddMakeSampleCommand,
+                                   AddTimelineCommand, AddExportCommand, AddFrameCommand};
 
 int run(int argc, char** argv) {
   LogView log;
