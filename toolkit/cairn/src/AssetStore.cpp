@@ -13,6 +13,7 @@
 #include <climits>
 #include <cstdlib>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace Cairn {
@@ -41,7 +42,7 @@ ui32_t threads_or_default(ui32_t threads) {
 
 class AssetStore::Impl {
  public:
-  explicit Impl(const std::string& index_file) : m_Index(index_file) {}
+  Impl(const std::string& index_file, std::chrono::milliseconds patience) : m_Index(index_file, patience) {}
 
   /// Asks the index something, one thread at a time.
   template <class Question>
@@ -52,20 +53,22 @@ class AssetStore::Impl {
 
   /// Brings the index up to date with a folder. All that takes time is done without the index: nobody waits for it.
   /// @param may_add  false: a folder that another process has forgotten stays forgotten.
-  Result_t Update(const std::string& folder, bool may_add) {
+  Result_t Update(const std::string& folder, bool may_add, const OnScan& progress) {
     for (;;) {
       const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
       if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
       FileStamps found;
       if (const Result_t result = Scan(folder, found); result.Failure()) return result;
       const bool is_registered = folder == StoreIndex::RegisteredFiles;
-      const FolderUpdate update = is_registered ? CompareFiles(found, known.Files) : CompareFolder(found, known.Files);
-      if (known.Present && update.Empty()) return Ferro::RESULT_OK;
+      const std::optional<FolderUpdate> update =
+          is_registered ? CompareFiles(found, known.Files, progress) : CompareFolder(found, known.Files, progress);
+      if (!update) return Ferro::RESULT_CANCELLED;
+      if (known.Present && update->Empty()) return Ferro::RESULT_OK;
 
       const std::lock_guard lock(m_Mutex);
       Transaction transaction(m_Index.Connection(), Transaction::Writing);
       if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
-      m_Index.Apply(folder, update);
+      m_Index.Apply(folder, *update);
       transaction.Commit();
       return Ferro::RESULT_OK;
     }
@@ -82,6 +85,12 @@ class AssetStore::Impl {
   bool Forget(const std::string& folder) {
     bool found = false;
     Change([&] { found = m_Index.RemoveFolder(folder); });
+    return found;
+  }
+
+  bool ForgetRegistered(const UUID& id) {
+    bool found = false;
+    Change([&] { found = m_Index.RemoveRegistered(id); });
     return found;
   }
 
@@ -164,15 +173,15 @@ Answer guarded_answer(Operation operation) {
 AssetStore::AssetStore() = default;
 AssetStore::~AssetStore() = default;
 
-Result_t AssetStore::Open(const std::string& index_file) {
+Result_t AssetStore::Open(const std::string& index_file, std::chrono::milliseconds patience) {
   m_Impl.reset();
   return guarded([&] {
-    m_Impl = std::make_unique<Impl>(index_file);
+    m_Impl = std::make_unique<Impl>(index_file, patience);
     return Ferro::RESULT_OK;
   });
 }
 
-Result_t AssetStore::AddFolder(const std::string& folder) {
+Result_t AssetStore::AddFolder(const std::string& folder, const OnScan& progress) {
   if (m_Impl == nullptr) return Ferro::RESULT_INIT;
   std::string path;
   if (const Result_t result = canonical_path(folder, path); result.Failure()) return result;
@@ -180,25 +189,26 @@ Result_t AssetStore::AddFolder(const std::string& folder) {
   return guarded([&] {
     std::vector<std::string> inner;
     for (const std::string& known : m_Impl->Folders()) {
-      if (known != path && is_inside(path, known)) return m_Impl->Update(known, true);
+      if (known != path && is_inside(path, known)) return m_Impl->Update(known, true, progress);
       if (known != path && is_inside(known, path)) inner.push_back(known);
     }
-    const Result_t result = m_Impl->Update(path, true);
+    const Result_t result = m_Impl->Update(path, true, progress);
     if (result.Failure()) return result;
     for (const std::string& known : inner) m_Impl->Forget(known);
     return result;
   });
 }
 
-Result_t AssetStore::Refresh() {
+Result_t AssetStore::Refresh(const OnScan& progress) {
   if (m_Impl == nullptr) return Ferro::RESULT_INIT;
   return guarded([&] {
     for (const std::string& folder : m_Impl->Folders())
-      if (const Result_t result = m_Impl->Update(folder, false); result.Failure()) {
+      if (const Result_t result = m_Impl->Update(folder, false, progress); result.Failure()) {
+        if (result == Ferro::RESULT_CANCELLED) return result;
         Ferro::DefaultLogSink().Warn("%s: its assets are missing: %s\n", folder.c_str(), result.Label());
         m_Impl->MarkAbsent(folder);
       }
-    return m_Impl->Update(StoreIndex::RegisteredFiles, false);
+    return m_Impl->Update(StoreIndex::RegisteredFiles, false, progress);
   });
 }
 
@@ -263,6 +273,11 @@ Result_t AssetStore::GetAssetIDList(UUIDList& out) const {
 Result_t AssetStore::RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) {
   if (m_Impl == nullptr) return Ferro::RESULT_INIT;
   return guarded([&] { return m_Impl->Register(path, digest, out); });
+}
+
+Result_t AssetStore::ForgetAsset(const UUID& id) {
+  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
+  return guarded([&] { return m_Impl->ForgetRegistered(id) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
 }
 
 Result_t AssetStore::GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const {

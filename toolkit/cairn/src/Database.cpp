@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Database.h"
 
+#include <algorithm>
+#include <climits>
+
 namespace Cairn {
 
-namespace {
-
-constexpr int BusyTimeout = 30'000;  // milliseconds to wait for another process
-
-}  // namespace
-
-Database::Database(const std::string& filename) : m_Name(filename.empty() ? "in memory" : filename) {
+Database::Database(const std::string& filename, std::chrono::milliseconds patience)
+    : m_Name(filename.empty() ? "in memory" : filename) {
   sqlite3* handle = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
   const int code = sqlite3_open_v2(filename.empty() ? ":memory:" : filename.c_str(), &handle, flags, nullptr);
   m_Handle.reset(handle);
   if (code != SQLITE_OK) throw Failure(sqlite3_errstr(code));
-  sqlite3_busy_timeout(handle, BusyTimeout);
+  sqlite3_busy_timeout(handle, static_cast<int>(std::clamp<Ferro::i64_t>(patience.count(), 0, INT_MAX)));
 }
 
 DatabaseError Database::Failure(const char* reason) const {

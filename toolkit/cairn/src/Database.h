@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <memory>
 #include <span>
 #include <string>
@@ -21,8 +22,8 @@ struct DatabaseError {
 /// One connection to an SQLite database. One thread at a time.
 class Database {
  public:
-  /// Opens or creates a database; `filename` empty: in memory.
-  explicit Database(const std::string& filename);
+  /// Opens or creates a database; `filename` empty: in memory. Waits that long for other processes.
+  Database(const std::string& filename, std::chrono::milliseconds patience);
 
   void Execute(const char* sql) const;
   /// Lets readers go on while another process writes. Where that cannot be had, because the file system does not allow

@@ -47,9 +47,13 @@ std::set<std::string> touched_packages(const FolderUpdate& update, const Scanned
 
 }  // namespace
 
-FolderUpdate CompareFiles(const FileStamps& found, const ScannedFiles& known) {
+std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedFiles& known,
+                                         const AssetStore::OnScan& progress) {
   FolderUpdate update;
+  ScanProgress now{0, static_cast<ui32_t>(found.size())};
   for (const auto& [path, stamp] : found) {
+    if (progress && !progress(now)) return std::nullopt;
+    ++now.FilesDone;
     const auto before = known.find(path);
     const bool same = before != known.end() && before->second.Stamp == stamp;
     if (same && before->second.Readable) continue;
@@ -61,9 +65,11 @@ FolderUpdate CompareFiles(const FileStamps& found, const ScannedFiles& known) {
   return update;
 }
 
-FolderUpdate CompareFolder(const FileStamps& found, const ScannedFiles& known) {
-  FolderUpdate update = CompareFiles(found, known);
-  if (update.Empty()) return update;
+std::optional<FolderUpdate> CompareFolder(const FileStamps& found, const ScannedFiles& known,
+                                          const AssetStore::OnScan& progress) {
+  std::optional<FolderUpdate> result = CompareFiles(found, known, progress);
+  if (!result || result->Empty()) return result;
+  FolderUpdate& update = *result;
   const ScannedFiles files = files_now(update, known);
   const std::vector<std::string> roots = PackageRoots(files);
   update.StalePackages = touched_packages(update, known, PackageRoots(known), roots);
@@ -73,7 +79,7 @@ FolderUpdate CompareFolder(const FileStamps& found, const ScannedFiles& known) {
     if (const std::string root = RootOf(path, roots); update.StalePackages.contains(root))
       packages[root].emplace(path, file);
   for (const auto& [root, own_files] : packages) update.Packages.push_back(ReadPackage(root, own_files, files));
-  return update;
+  return result;
 }
 
 }  // namespace Cairn

@@ -4,6 +4,9 @@
 #include "FolderScan.h"
 #include "PackageReading.h"
 
+#include <Cairn/AssetStore.h>
+
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,11 +25,14 @@ struct FolderUpdate {
 
 /// Compares files alone. Those that are as they were are not opened, unless they could not be read then; the others are
 /// looked into. Files that cannot be read are logged.
+/// No value when `progress` cancelled it.
 /// @param found  the files there are now.
 /// @param known  what is known of the files that there were.
-[[nodiscard]] FolderUpdate CompareFiles(const FileStamps& found, const ScannedFiles& known);
+[[nodiscard]] std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedFiles& known,
+                                                       const AssetStore::OnScan& progress);
 
-/// Compares a folder: its files, and the packages that a change of files touches.
-[[nodiscard]] FolderUpdate CompareFolder(const FileStamps& found, const ScannedFiles& known);
+/// Compares a folder: its files, and the packages that a change of files touches. Otherwise as CompareFiles.
+[[nodiscard]] std::optional<FolderUpdate> CompareFolder(const FileStamps& found, const ScannedFiles& known,
+                                                        const AssetStore::OnScan& progress);
 
 }  // namespace Cairn

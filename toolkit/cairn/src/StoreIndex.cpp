@@ -177,7 +177,8 @@ class Writing {
 
 }  // namespace
 
-StoreIndex::StoreIndex(const std::string& filename) : m_Database(filename) {
+StoreIndex::StoreIndex(const std::string& filename, std::chrono::milliseconds patience)
+    : m_Database(filename, patience) {
   bool is_created = false;
   {
     const Transaction one_state(m_Database, Transaction::Reading);
@@ -277,6 +278,17 @@ void StoreIndex::PutRegistered(const ScannedFile& file, const AssetRecord& recor
   Writing writing(m_Database);
   writing.PutFile(RegisteredFiles, path, file);
   writing.PutAsset(RegisteredFiles, record);
+}
+
+bool StoreIndex::RemoveRegistered(const UUID& id) {
+  const std::span<const ui8_t> bytes(id.Bytes());
+  Statement(m_Database,
+            "DELETE FROM files WHERE folder = ?1 AND path IN (SELECT path FROM assets WHERE folder = ?1 AND id = ?2)")
+      .Bind(RegisteredFiles)
+      .Bind(bytes)
+      .Run();
+  Statement(m_Database, "DELETE FROM assets WHERE folder = ? AND id = ?").Bind(RegisteredFiles).Bind(bytes).Run();
+  return sqlite3_changes(m_Database.Handle()) > 0;
 }
 
 std::vector<std::string> StoreIndex::RegisteredPaths() const {

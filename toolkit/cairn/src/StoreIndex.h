@@ -6,6 +6,7 @@
 
 #include <Cairn/AssetRecord.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,7 @@ class StoreIndex {
   };
 
   /// Opens or creates the index; `filename` empty: in memory.
-  explicit StoreIndex(const std::string& filename);
+  StoreIndex(const std::string& filename, std::chrono::milliseconds patience);
 
   [[nodiscard]] const Database& Connection() const { return m_Database; }
 
@@ -42,6 +43,8 @@ class StoreIndex {
 
   /// Makes one file known, instead of what was known of it before.
   void PutRegistered(const ScannedFile& file, const AssetRecord& record);
+  /// Makes the files registered as an asset unknown. False where there is none.
+  bool RemoveRegistered(const UUID& id);
   [[nodiscard]] std::vector<std::string> RegisteredPaths() const;
   /// The computed digest of a file, kept for as long as it has this stamp.
   void PutDigest(const std::string& path, const FileStamp& stamp, const SHA1& digest);

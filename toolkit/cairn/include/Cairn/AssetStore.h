@@ -5,6 +5,7 @@
 #include <Cairn/Export.h>
 #include <Cairn/IAssetLookup.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,6 +20,12 @@ struct VerifyProgress {
   ui32_t FilesDone = 0;
   ui32_t FilesTotal = 0;
   double BytesPerSecond = 0;  ///< over the whole verification so far
+};
+
+/// How far a look through a folder has come.
+struct ScanProgress {
+  ui32_t FilesDone = 0;
+  ui32_t FilesTotal = 0;  ///< those that did not change, which take no time, included
 };
 
 /// The stock asset lookup: folders of packages and loose files, indexed in SQLite.
@@ -40,17 +47,22 @@ class CAIRN_API AssetStore : public IAssetLookup {
   AssetStore(const AssetStore&) = delete;
   AssetStore& operator=(const AssetStore&) = delete;
 
+  /// Asked by the calling thread before each file; false cancels. It must not call operations that are not const.
+  using OnScan = std::function<bool(const ScanProgress&)>;
+
   /// Opens the index; one that is open already is closed first. Without a name the index lies in memory.
+  /// @param patience  how long each operation waits for another process that keeps the index locked.
   /// @return RESULT_OK; RESULT_CN_STORE, logged, for a file that is no index of this version or cannot be opened.
-  [[nodiscard]] Result_t Open(const std::string& index_file = "");
+  [[nodiscard]] Result_t Open(const std::string& index_file = "",
+                              std::chrono::milliseconds patience = std::chrono::seconds(30));
 
   /// Adds a folder, or looks for changes in it when it was added before.
   /// @return RESULT_OK; RESULT_INIT before Open; RESULT_NOT_FOUND, RESULT_NO_PERM, RESULT_NOTAFILE (no folder);
-  ///         RESULT_CN_STORE.
-  [[nodiscard]] Result_t AddFolder(const std::string& folder);
+  ///         RESULT_CANCELLED, the index then being as it was; RESULT_CN_STORE.
+  [[nodiscard]] Result_t AddFolder(const std::string& folder, const OnScan& progress = {});
   /// Looks for changes in all folders, and in the files registered. A folder that is not there now is logged and keeps
-  /// its assets, which are then missing.
-  [[nodiscard]] Result_t Refresh();
+  /// its assets, which are then missing. Cancelled, it leaves the folders not yet looked through as they were.
+  [[nodiscard]] Result_t Refresh(const OnScan& progress = {});
   /// Forgets a folder with its assets. RESULT_NOT_FOUND for one that was not added.
   [[nodiscard]] Result_t Forget(const std::string& folder);
   [[nodiscard]] std::vector<std::string> Folders() const;
@@ -77,6 +89,8 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// @return RESULT_OK; RESULT_CN_VALUE for a file without an identifier of its own; RESULT_CN_STORE; otherwise as
   ///         Ferro::FileReader.
   [[nodiscard]] Result_t RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) override;
+  /// Forgets the files that were registered as this asset; files of folders stay. RESULT_NOT_FOUND where there is none.
+  [[nodiscard]] Result_t ForgetAsset(const UUID& id);
   /// With `flag` true only assets without fatal problems are answered, RESULT_NOT_FOUND for others. Of several places
   /// of an asset the one with the least problems is answered, and of equal ones one that a packing list names.
   [[nodiscard]] Result_t GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const override;

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Looking through folders that takes long, files that are forgotten, and an index that another process holds.
+#include "StoreFixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+namespace CairnTest {
+namespace {
+
+using namespace Cairn;
+using Ferro::RESULT_CANCELLED;
+using Ferro::RESULT_OK;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AssetStoreScanTest : public testing::Test, public StoreFixture {
+ protected:
+  void SetUp() override {
+    for (ui32_t number = 1; number <= 3; ++number)
+      PutText(At("a/" + std::to_string(number) + ".xml"), CompositionText(SampleID(number)));
+  }
+
+  [[nodiscard]] UUIDList IDs() const {
+    UUIDList ids;
+    EXPECT_EQ(Store.GetAssetIDList(ids), RESULT_OK);
+    return ids;
+  }
+};
+
+TEST_F(AssetStoreScanTest, ProgressIsAskedBeforeEachFile) {
+  std::vector<ui32_t> done;
+  const auto progress = [&](const ScanProgress& now) {
+    EXPECT_EQ(now.FilesTotal, 3U);
+    done.push_back(now.FilesDone);
+    return true;
+  };
+  EXPECT_EQ(Store.AddFolder(At("a"), progress), RESULT_OK);
+  EXPECT_THAT(done, ElementsAre(0U, 1U, 2U));
+  EXPECT_EQ(Store.Refresh(progress), RESULT_OK);
+  EXPECT_THAT(done, ElementsAre(0U, 1U, 2U, 0U, 1U, 2U));
+}
+
+TEST_F(AssetStoreScanTest, CancelledAddingLeavesTheIndexAsItWas) {
+  EXPECT_EQ(Store.AddFolder(At("a"), [](const ScanProgress& now) { return now.FilesDone < 2; }), RESULT_CANCELLED);
+  EXPECT_THAT(Store.Folders(), IsEmpty());
+  EXPECT_THAT(IDs(), IsEmpty());
+}
+
+TEST_F(AssetStoreScanTest, CancelledRefreshLeavesTheFolderAsItWas) {
+  ASSERT_EQ(Add("a"), RESULT_OK);
+  PutText(At("a/4.xml"), CompositionText(SampleID(4)));
+  EXPECT_EQ(Store.Refresh([](const ScanProgress&) { return false; }), RESULT_CANCELLED);
+  EXPECT_EQ(IDs().size(), 3U);
+  EXPECT_EQ(Only(SampleID(1)).Problems, 0U);  // the folder is not taken for one that is gone
+  EXPECT_EQ(Store.Refresh(), RESULT_OK);
+  EXPECT_EQ(IDs().size(), 4U);
+}
+
+TEST_F(AssetStoreScanTest, RegisteredFileIsForgottenAndAFoldersFileStays) {
+  AssetInfo info;
+  ASSERT_EQ(Add("a"), RESULT_OK);
+  PutText(At("loose.xml"), CompositionText(SampleID(9)));
+  ASSERT_EQ(Store.RegisterAsset(At("loose.xml"), SHA1(), info), RESULT_OK);
+  EXPECT_EQ(Store.ForgetAsset(SampleID(9)), RESULT_OK);
+  EXPECT_THAT(Store.FindAsset(SampleID(9)), IsEmpty());
+  EXPECT_EQ(Store.ForgetAsset(SampleID(9)), Ferro::RESULT_NOT_FOUND);
+  EXPECT_EQ(Store.ForgetAsset(SampleID(1)), Ferro::RESULT_NOT_FOUND);
+  EXPECT_EQ(Store.Refresh(), RESULT_OK);
+  EXPECT_EQ(IDs().size(), 3U);
+}
+
+TEST_F(AssetStoreScanTest, ForgettingBeforeOpenIsRefused) {
+  AssetStore store;
+  EXPECT_EQ(store.ForgetAsset(SampleID(1)), Ferro::RESULT_INIT);
+}
+
+TEST_F(AssetStoreScanTest, LockedIndexIsRefusedAfterThePatienceIsOver) {
+  ASSERT_EQ(Store.Open(At("index.db"), std::chrono::milliseconds(0)), RESULT_OK);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(At("index.db").c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(Add("a"), RESULT_CN_STORE);
+  EXPECT_EQ(Log.Text(), "Asset index " + At("index.db").string() + ": database is locked\n");
+  sqlite3_close(other);
+  EXPECT_EQ(Add("a"), RESULT_OK);
+}
+
+}  // namespace
+}  // namespace CairnTest
