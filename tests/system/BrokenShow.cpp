@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "BrokenShow.h"
 
+#include "SampleCopy.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,19 +12,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-/// The show that every test copies.
-class SoundShow {
- public:
-  SoundShow() {
-    StrataProgram maker({"make-sample", Path(), "--length", "1", "--size", "96x64"});
-    EXPECT_EQ(maker.Wait(), 0) << maker.Errors();
-  }
-  [[nodiscard]] std::string Path() const { return m_Folder.Path("show"); }
-
- private:
-  testsupport::TemporaryFolder m_Folder;
-};
 
 void replace_all(std::string& text, const std::string& from, const std::string& to) {
   for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
@@ -37,8 +26,7 @@ bool is_outline(const std::string& line) {
 }  // namespace
 
 BrokenShow::BrokenShow() {
-  static const SoundShow s_Show;
-  fs::copy(s_Show.Path(), Path(), fs::copy_options::recursive);
+  CopySampleShow(Path());
 }
 
 std::string BrokenShow::Path(const std::string& name) const {

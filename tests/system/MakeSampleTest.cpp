@@ -100,7 +100,8 @@ TEST_F(MakeSample, AnotherSeedMakesOtherIdentifiers) {
 }
 
 TEST_F(MakeSample, LeavesNothingBesideTheShow) {
-  EXPECT_THAT(NamesIn(m_Folder.Folder()), ElementsAre("show"));
+  Make("another", "2");
+  EXPECT_THAT(NamesIn(m_Folder.Folder()), ElementsAre("another", "show"));
 }
 
 TEST_F(MakeSample, RefusesAFolderThatHoldsSomething) {

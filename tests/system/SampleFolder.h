@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "SampleCopy.h"
 #include "StrataProgram.h"
 
 #include <gmock/gmock.h>
@@ -10,13 +11,10 @@
 #include <string>
 #include <vector>
 
-/// A sample show of seven seconds with small pictures, made anew for each test, to be broken at will.
+/// A sample show of seven seconds with small pictures, to be broken at will.
 class SampleFolder : public testing::Test {
  protected:
-  void SetUp() override {
-    StrataProgram maker({"make-sample", Show(), "--length", "1", "--size", "96x64"});
-    ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
-  }
+  void SetUp() override { CopySampleShow(Show()); }
 
   [[nodiscard]] std::string Show() const { return m_Folder.Path("show"); }
   [[nodiscard]] std::string Show(const std::string& name) const { return Show() + '/' + name; }
