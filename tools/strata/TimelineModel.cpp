@@ -148,6 +148,7 @@ class ModelMaker {
       track.Duration = std::min(track.Duration, asset.Asset.Duration);
       track.Seconds = seconds_of(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
+      if (!asset.Found) track.State = TimelineState::Missing;
       m_Findings.Tell(to.Title, track.Reel, AssetKindName(asset.Kind), asset.Asset.AssetID, track.State,
                       track.Problems);
     }
@@ -213,6 +214,11 @@ class ModelMaker {
   double m_Seconds = 0;
 };
 
+/// "1 picture", "2 pictures".
+std::string counted(unsigned count, const std::string& thing) {
+  return std::to_string(count) + ' ' + thing + (count == 1 || thing.ends_with("data") ? "" : "s");
+}
+
 std::string title_of(const TimelineModel& model) {
   const auto is_whole = [](const TimelineShow& show) { return show.Depth == 0; };
   if (std::count_if(model.Shows.begin(), model.Shows.end(), is_whole) == 1) return model.Shows.front().Title;
@@ -254,6 +260,12 @@ TimelineModel MakeTimelineModel(const ShowOutline& outline) {
   return model;
 }
 
+std::vector<Finding> WorstFirst(std::vector<Finding> findings) {
+  std::stable_sort(findings.begin(), findings.end(),
+                   [](const Finding& a, const Finding& b) { return a.Level > b.Level; });
+  return findings;
+}
+
 std::string TimelineVerdict(const TimelineModel& model) {
   std::map<std::string, unsigned> missing;
   unsigned missing_count = 0;
@@ -267,7 +279,7 @@ std::string TimelineVerdict(const TimelineModel& model) {
   std::string text = missing_count == 0 ? "All assets are there" : std::to_string(missing_count) + " missing: ";
   const char* separator = "";
   for (const auto& [kind, count] : missing) {
-    text += separator + std::to_string(count) + ' ' + kind;
+    text += separator + counted(count, kind);
     separator = ", ";
   }
   if (error_count > 0)

@@ -34,6 +34,11 @@ enum class TimelineState {
 /// "ready", "silence", "no sound", "unusual", "missing", "broken".
 [[nodiscard]] const char* TimelineStateName(TimelineState state);
 
+/// True for what keeps the show from playing.
+[[nodiscard]] constexpr bool IsAlarming(TimelineState state) {
+  return state >= TimelineState::Missing;
+}
+
 /// One asset in one reel, or the lack of sound there.
 struct TimelineTrack : TimelineSpan {
   size_t Composition = 0;  ///< index
@@ -72,7 +77,8 @@ struct TimelineComposition : TimelineSpan {
   QUIRE::Rational EditRate;
   bool Stereoscopic = false;
   bool Encrypted = false;
-  TimelineState State = TimelineState::Ready;  ///< of the document; Missing and Broken ones have no reels
+  TimelineState State =
+      TimelineState::Ready;  ///< of the document, which may have no reels where it is Missing or Broken
   std::vector<std::string> Problems;
   std::vector<TimelineReel> Reels;
 };
@@ -105,6 +111,8 @@ struct TimelineModel : TimelineSpan {
 
 [[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline);
 
+/// Errors, then what is missing, then warnings; otherwise in the order in which they are.
+[[nodiscard]] std::vector<Finding> WorstFirst(std::vector<Finding> findings);
 /// "2 missing: 1 picture, 1 sound; 1 error."; "All assets are there." when nothing is wrong.
 [[nodiscard]] std::string TimelineVerdict(const TimelineModel& model);
 /// The time code of a position of the show: of its seconds, and edit units beyond, in the rate of what plays there.

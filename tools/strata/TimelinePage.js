@@ -65,6 +65,12 @@
         timeCode(whole * base + Math.floor((seconds - whole) * base + 1e-6), rate);
     return {code, unit, within, index, composition};
   };
+  /** Seconds between ticks, `least` at least: whole edit units where these are to be seen. */
+  const stepFor = least => {
+    const rate = model.compositions.length > 0 && isUniform ? rateOf(model.compositions[0]) : 0;
+    const unit = rate ? [1, 2, 3, 6, 12].find(units => units < rate && units / rate >= least) : undefined;
+    return unit ? unit / rate : steps.find(size => size >= least) || Math.ceil(least / 86400) * 86400;
+  };
   const clock = (seconds, step) => {
     const whole = Math.floor(seconds + 1e-9), hours = Math.floor(whole / 3600);
     const text = (hours ? hours + ':' + two(Math.floor(whole / 60) % 60) : Math.floor(whole / 60)) + ':' + two(whole % 60);
@@ -209,6 +215,9 @@
     }
     box.hidden = false;
   };
+  /** What is told of several drawn as one. */
+  const toldOfMany = (drawn, what) => ({heading: `${what}, drawn as one: zoom in to see them`,
+    item: {start: drawn.item.start, start_seconds: drawn.item.start_seconds, state: drawn.item.state}});
   const headingOf = (lane, item) => {
     const composition = model.compositions[item.composition - 1];
     return `${lane.name}: ${composition.title}, reel ${item.reel} of ${composition.reels.length}`;
@@ -270,23 +279,25 @@
   };
 
   function drawTicks() {
-    const least = 80 * (view.to - view.from) / (width - left - right);
-    const step = steps.find(size => size >= least) || Math.ceil(least / 86400) * 86400;
+    const least = 90 * (view.to - view.from) / (width - left - right);
+    const step = stepFor(least);
     nameLane('Time', 20);
     for (let number = Math.ceil(view.from / step - 1e-9); number * step <= view.to + 1e-9; ++number) {
       const x = placeOf(number * step);
       makeSvg(layers.grid, 'line', {class: 'grid', x1: x, x2: x, y1: y + 22, y2: 10000});
       makeSvg(layers.grid, 'line', {class: 'tick', x1: x, x2: x, y1: y + 17, y2: y + 22});
       const anchor = x > width - right - 24 ? 'end' : x < left + 24 ? 'start' : 'middle';
-      makeSvg(layers.labels, 'text', {class: 'number over', x, y: y + 13, 'text-anchor': anchor}, clock(number * step, step));
+      makeSvg(layers.labels, 'text', {class: 'number over', x, y: y + 13, 'text-anchor': anchor},
+              step < 1 && isUniform ? placeAt(number * step + 1e-7).code : clock(number * step, step));
     }
     makeSvg(layers.grid, 'line', {class: 'axis', x1: left, x2: width - right, y1: y + 22, y2: y + 22});
     y += 26;
   }
 
+  let rowsUsed = 1;  // never fewer than before, so that lanes stay where they are
   function drawEvents() {
     const rows = new Array(eventRows).fill(-Infinity), drawn = [];
-    let hidden = 0, used = 0;
+    let hidden = 0;
     for (const item of model.markers) {
       if (item.origin !== 'show' || item.seconds < view.from || item.seconds > view.to) continue;
       const x = placeOf(item.seconds), text = fit(item.label, 11, 'bold', 260);
@@ -303,7 +314,7 @@
       lastLine = event.x;
       if (row < 0) { hidden += 1; continue; }
       rows[row] = event.begin + event.size;
-      used = Math.max(used, row + 1);
+      rowsUsed = Math.max(rowsUsed, row + 1);
       const told = {heading: 'Event: ' + event.item.label, item: event.item};
       makeSvg(layers.boxes, 'rect', {x: event.begin, y: top, width: event.size, height: 14, 'fill-opacity': 0}).told = told;
       makeSvg(layers.labels, 'path', {class: 'flag', d: event.flipped ? 'M0 0L-5 3.5L0 7z' : 'M0 0L5 3.5L0 7z',
@@ -314,7 +325,8 @@
     if (model.markers.some(item => item.origin === 'show'))
       makeSvg(layers.labels, 'text', {class: 'lane', x: left - 10, y: y + 12, 'text-anchor': 'end'}, 'Events');
     if (hidden) makeSvg(layers.labels, 'text', {class: 'faint', x: left - 10, y: y + 27, 'text-anchor': 'end'}, `and ${hidden} more`);
-    y += 16 * Math.max(used, hidden ? 2 : 1) + 4;
+    if (hidden) rowsUsed = Math.max(rowsUsed, 2);
+    y += 16 * rowsUsed + 4;
   }
 
   function drawShows() {
@@ -335,8 +347,7 @@
     for (const drawn of visible(model.compositions, item => item.state)) {
       const item = drawn.item, alarm = isAlarm(item), number = model.compositions.indexOf(item) + 1;
       const name = `${number}  ${item.title}`;
-      const told = drawn.count > 1 ? {heading: `${drawn.count} compositions, zoom in to see them`, item: {...drawn.item, problems: []}}
-                                   : {heading: 'Composition ' + name, item};
+      const told = drawn.count > 1 ? toldOfMany(drawn, `${drawn.count} compositions`) : {heading: 'Composition ' + name, item};
       const room = box(drawn, 38, alarm ? ['hatched', item.state] : ['composition'], told);
       if (drawn.count > 1) {
         label(drawn.from, y + 19, room, `${drawn.count} compositions`, alarm ? 'plate' : 'small', 11);
@@ -346,7 +357,7 @@
         label(drawn.from, y + 26, room, alarm ? item.state : second, alarm ? 'plate' : 'small', 11);
       }
       const x = placeOf(item.start_seconds);
-      if (x < left || x < lastEdge + 1) continue;
+      if (x < left || x < lastEdge + 6) continue;
       makeSvg(layers.grid, 'line', {class: 'edge', x1: x, x2: x, y1: y - 4, y2: 10000});
       lastEdge = x;
     }
@@ -359,7 +370,8 @@
   function drawReels() {
     nameLane('Reels', 18);
     for (const drawn of visible(allReels, () => '')) {
-      const room = box(drawn, 18, ['reel'], {heading: drawn.count > 1 ? `${drawn.count} reels` : drawn.item.heading, item: drawn.item});
+      const room = box(drawn, 18, ['reel'], drawn.count > 1 ?
+          toldOfMany(drawn, `${drawn.count} reels`) : {heading: drawn.item.heading, item: drawn.item});
       label(drawn.from, y + 9, room, drawn.count > 1 ? `${drawn.count} reels` : String(drawn.item.number), 'small', 11);
     }
     y += 23;
@@ -397,17 +409,17 @@
     const item = drawn.item, alarm = isAlarm(item), many = `${drawn.count} reels`;
     const classes = alarm ? ['hatched', item.state] : isSilent(item) ? ['silence'] : [styles[lane.kind]];
     if (item.key_id && !alarm) classes.push('cipher');
-    const room = box(drawn, height, classes, {heading: drawn.count > 1 ? `${lane.name}: ${many}, zoom in to see them` : headingOf(lane, item), item});
+    const room = box(drawn, height, classes, drawn.count > 1 ? toldOfMany(drawn, `${lane.name}: ${many}`) : {heading: headingOf(lane, item), item});
     if (drawn.count > 1)
       return label(drawn.from, y + height / 2, room, alarm ? `${many}: ${item.state}` : many, alarm ? 'plate' : 'small', 11);
     let x = drawn.from;
     const path = (d, name, px, py) => makeSvg(layers.labels, 'path', {class: name, d, transform: `translate(${px} ${py})`, 'pointer-events': 'none'});
     const isHead = placeOf(item.start_seconds) >= left, isTail = placeOf(endOf(item)) <= width - right;
     if (item.entry_point > 0) {
-      if (isHead && room > 8) path('M0 0H9L0 9z', 'trim', drawn.from, y);
+      if (isHead && room > 20) path('M0 0H9L0 9z', 'trim', drawn.from, y);
       x += 8;
     }
-    if (item.intrinsic_duration > item.entry_point + item.asset_duration && isTail && room > 8)
+    if (item.intrinsic_duration > item.entry_point + item.asset_duration && isTail && room > 20)
       path('M0 0H-9L0 9z', 'trim', drawn.from + room, y);
     const rest = () => drawn.from + room - x;
     if (item.stereoscopic && !alarm && room > 14) {

@@ -47,7 +47,7 @@ std::string tip_of(const TimelineModel& model, const TimelineLane& lane, const T
 }
 
 std::string word_of(const TimelineTrack& track) {
-  if (track.State > TimelineState::Unusual || !track.Asset.AssetID.HasValue()) return TimelineStateName(track.State);
+  if (IsAlarming(track.State) || !track.Asset.AssetID.HasValue()) return TimelineStateName(track.State);
   const std::string& word = track.Coding.empty() ? track.Language : track.Coding;
   std::string text = word;
   if (track.HeadTrim() > 0) text += (text.empty() ? "" : ", ") + ("from " + std::to_string(track.HeadTrim()));
@@ -100,6 +100,12 @@ class SvgTimeline {
     return {item.Left + 0.5, m_Y, std::max(width - (width > 4 ? 1.5 : 0.0), 1.0), height};
   }
 
+  /// A box that is wide enough to be seen, before the end of the show.
+  [[nodiscard]] static SvgBox Seen(const SvgBox& box) {
+    const double width = std::max(box.Width, LeastSeen);
+    return {std::min(box.X, Right - width), box.Y, width, box.Height};
+  }
+
   void NameLane(std::string_view name, double height) {
     m_Labels.Text(Left - 10, m_Y + height / 2 + 4, name, "lane", "end");
   }
@@ -146,6 +152,8 @@ class SvgTimeline {
     if (!m_Events.empty()) m_Labels.Text(Left - 10, m_Y + 12, "Events", "lane", "end");
     m_EventTop = m_Y;
     m_Y += LabelRow * (last + 1) + 4;
+    const auto left = std::count(m_EventRow.begin(), m_EventRow.end(), -1);
+    if (left > 0) m_Labels.Text(Left - 10, m_EventTop + 27, "and " + std::to_string(left) + " more", "faint", "end");
   }
 
   void DrawEvents(double end) {
@@ -210,9 +218,9 @@ class SvgTimeline {
       items.push_back(ItemOf(composition, items.size(), static_cast<unsigned>(composition.State)));
     for (const TimelineItem& item : JoinNarrow(items, Narrowest)) {
       const TimelineComposition& composition = m_Model.Compositions[item.Index];
-      const bool alarm = composition.State > TimelineState::Unusual;
+      const bool alarm = IsAlarming(composition.State);
       SvgBox box = BoxOf(item, height);
-      if (alarm) box.Width = std::max(box.Width, LeastSeen);
+      if (alarm) box = Seen(box);
       const std::string name = std::to_string(item.Index + 1) + "  " + composition.Title;
       SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? std::to_string(item.Count) + " compositions" : name);
       if (alarm) group.Rectangle(box, "hatched");
@@ -280,17 +288,17 @@ class SvgTimeline {
 
   void DrawTrack(const TimelineLane& lane, const TimelineItem& item, SvgBox box) {
     const TimelineTrack& track = lane.Tracks[item.Index];
-    const bool alarm = track.State > TimelineState::Unusual;
+    const bool alarm = IsAlarming(track.State);
     const bool silent = track.State == TimelineState::Silence || track.State == TimelineState::NoSound;
-    if (alarm) box.Width = std::max(box.Width, LeastSeen);
+    if (alarm) box = Seen(box);
     const std::string many = std::to_string(item.Count) + " reels";
     SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? lane.Name + ", " + many : tip_of(m_Model, lane, track));
     if (alarm) group.Rectangle(box, "hatched");
     group.Rectangle(box, alarm ? TimelineStateName(track.State) : silent ? "silence" : TimelineLaneStyle(lane.Kind));
     if (track.Encrypted() && !alarm) group.Rectangle(box, "cipher");
     if (item.Count > 1) return Label(box, alarm ? many + ": " + TimelineStateName(track.State) : many, "small");
-    if (track.HeadTrim() > 0 && box.Width > 8) m_Labels.Path(box.X, box.Y, "M0 0H9L0 9z", "trim");
-    if (track.TailTrim() > 0 && box.Width > 8) m_Labels.Path(box.X + box.Width, box.Y, "M0 0H-9L0 9z", "trim");
+    if (track.HeadTrim() > 0 && box.Width > 20) m_Labels.Path(box.X, box.Y, "M0 0H9L0 9z", "trim");
+    if (track.TailTrim() > 0 && box.Width > 20) m_Labels.Path(box.X + box.Width, box.Y, "M0 0H-9L0 9z", "trim");
     SvgBox inner = box;
     const auto take = [&](double width) { inner = {inner.X + width, inner.Y, inner.Width - width, inner.Height}; };
     if (track.HeadTrim() > 0) take(8);
@@ -317,7 +325,7 @@ class SvgTimeline {
     for (const TimelineComposition& composition : m_Model.Compositions) {
       const double x = m_Scale.Place(composition.StartSeconds);
       rooms.push_back({std::min(x, Width - 100), 84});
-      if (rooms.size() > 1 && x < m_LastEdge + 1) continue;
+      if (rooms.size() > 1 && x < m_LastEdge + 6) continue;
       m_Grid.Line(x, m_Top, x, end + 4, "edge");
       m_LastEdge = x;
     }

@@ -70,15 +70,14 @@ class Lists {
   }
 
   void DrawFindings() {
-    std::vector<const Finding*> worst;
-    for (const Finding& finding : m_Model.Findings) worst.push_back(&finding);
-    const auto graver = [](const Finding* a, const Finding* b) { return a->Level > b->Level; };
-    std::stable_sort(worst.begin(), worst.end(), graver);
+    const std::vector<Finding> worst = WorstFirst(m_Model.Findings);
     if (worst.empty()) return;
     Heading(m_Place.X, "Findings");
     for (size_t index = 0; index < std::min(worst.size(), MostFindings); ++index) {
-      const std::string text = FindingText(FindingToJson(*worst[index]));
-      const bool alarm = worst[index]->Level != Severity::Warning;
+      Finding shown = worst[index];
+      shown.Composition = FitColumns(shown.Composition, 60);
+      const std::string text = FindingText(FindingToJson(shown));
+      const bool alarm = worst[index].Level != Severity::Warning;
       m_Out.Text(m_Place.X, m_Y + 12, FitPixels(text.substr(0, text.find('\n')), 11, m_Place.Width),
                  alarm ? "small alarm" : "small");
       m_Y += Line;
@@ -99,7 +98,7 @@ class Lists {
     for (size_t index = 0; index < std::min(m_Model.Compositions.size(), MostRows); ++index) {
       const TimelineComposition& composition = m_Model.Compositions[index];
       const size_t reels = composition.Reels.size();
-      const bool alarm = composition.State > TimelineState::Unusual;
+      const bool alarm = IsAlarming(composition.State);
       Number(x + 22, std::to_string(index + 1));
       Number(x + 120, TimelineTimeCode(m_Model, composition.Start));
       Number(x + 200, std::to_string(composition.Start));

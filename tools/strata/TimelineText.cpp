@@ -220,7 +220,7 @@ class TextTimeline {
       Box(row, CellsOf(composition), std::to_string(index + 1) + ' ' + composition.Title);
     }
     for (const TimelineComposition& composition : m_Model.Compositions) {
-      if (composition.State <= TimelineState::Unusual) continue;
+      if (!IsAlarming(composition.State)) continue;
       const Cells cells = CellsOf(composition);
       row.Fill(cells.Begin, cells.End, GlyphOf(composition.State, false));
       row.Write(cells.Begin + 1, cells.End - 1, ' ' + Plain(composition.Title) + ' ');
@@ -287,17 +287,17 @@ class TextTimeline {
 
   void ListCompositions() {
     m_Text += '\n';
+    AddLine("  #  starts at    takes        title");
     for (size_t index = 0; index < std::min(m_Model.Compositions.size(), MostRows); ++index) {
       const TimelineComposition& composition = m_Model.Compositions[index];
       std::string number = std::to_string(index + 1);
       number.insert(0, number.size() < 3 ? 3 - number.size() : 0, ' ');
-      AddLine(number + "  " + TimelineTimeCode(m_Model, composition.Start) + "  " + composition.Title + "  (" +
-              TimeCodeText(composition.Duration, composition.EditRate) + ", " + RateText(composition.EditRate) +
+      AddLine(number + "  " + TimelineTimeCode(m_Model, composition.Start) + "  " +
+              TimeCodeText(composition.Duration, composition.EditRate) + "  " + RateText(composition.EditRate) +
               " fps" + (composition.Stereoscopic ? ", stereoscopic" : "") +
               (composition.Encrypted ? ", encrypted" : "") +
-              (composition.State > TimelineState::Unusual ? std::string(", ") + TimelineStateName(composition.State)
-                                                          : std::string()) +
-              ')');
+              (IsAlarming(composition.State) ? std::string(", ") + TimelineStateName(composition.State) : "") + "  " +
+              composition.Title);
     }
     More(m_Model.Compositions.size());
   }
@@ -315,7 +315,7 @@ class TextTimeline {
 
   void ListFindings() {
     if (!m_Model.Findings.empty()) m_Text += '\n';
-    for (const Finding& finding : m_Model.Findings) {
+    for (const Finding& finding : WorstFirst(m_Model.Findings)) {
       const std::string text = FindingText(FindingToJson(finding));
       AddWrapped(text.substr(0, text.find('\n')));
     }
