@@ -39,6 +39,11 @@ enum class TimelineState {
   return state >= TimelineState::Missing;
 }
 
+/// True where no sound is to play.
+[[nodiscard]] constexpr bool IsSilent(TimelineState state) {
+  return state == TimelineState::Silence || state == TimelineState::NoSound;
+}
+
 /// One asset in one reel, or the lack of sound there.
 struct TimelineTrack : TimelineSpan {
   size_t Composition = 0;  ///< index

@@ -9,6 +9,7 @@
 #include "TimelineSvgLists.h"
 
 #include <Ferro/Assert.h>
+#include <Ferro/Path.h>
 
 #include <algorithm>
 
@@ -37,7 +38,7 @@ std::string tip_of(const TimelineModel& model, const TimelineLane& lane, const T
   std::string tip = lane.Name + ", " + place_text(model, track) + ": " + TimelineStateName(track.State);
   if (!track.Asset.AssetID.HasValue()) return tip;
   tip += ", asset " + track.Asset.AssetID.EncodeString();
-  if (!track.File.empty()) tip += ", " + track.File;
+  if (!track.File.empty()) tip += ", " + Ferro::PathBasename(track.File);
   tip += ", edit units " + std::to_string(track.Asset.EntryPoint) + " to " +
          std::to_string(Ferro::ui64_t{track.Asset.EntryPoint} + track.Asset.Duration) + " of " +
          std::to_string(track.Asset.IntrinsicDuration);
@@ -47,7 +48,7 @@ std::string tip_of(const TimelineModel& model, const TimelineLane& lane, const T
 }
 
 std::string word_of(const TimelineTrack& track) {
-  if (IsAlarming(track.State) || !track.Asset.AssetID.HasValue()) return TimelineStateName(track.State);
+  if (IsAlarming(track.State) || IsSilent(track.State)) return TimelineStateName(track.State);
   const std::string& word = track.Coding.empty() ? track.Language : track.Coding;
   std::string text = word;
   if (track.HeadTrim() > 0) text += (text.empty() ? "" : ", ") + ("from " + std::to_string(track.HeadTrim()));
@@ -289,7 +290,7 @@ class SvgTimeline {
   void DrawTrack(const TimelineLane& lane, const TimelineItem& item, SvgBox box) {
     const TimelineTrack& track = lane.Tracks[item.Index];
     const bool alarm = IsAlarming(track.State);
-    const bool silent = track.State == TimelineState::Silence || track.State == TimelineState::NoSound;
+    const bool silent = IsSilent(track.State);
     if (alarm) box = Seen(box);
     const std::string many = std::to_string(item.Count) + " reels";
     SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? lane.Name + ", " + many : tip_of(m_Model, lane, track));

@@ -98,7 +98,7 @@ class TextTimeline {
     ListCompositions();
     ListEvents();
     ListFindings();
-    return m_Text;
+    return m_Form.IsUtf8 ? m_Text : WithoutEllipses(m_Text);
   }
 
  private:
@@ -144,6 +144,17 @@ class TextTimeline {
     text.append(NameColumns - ColumnsOf(text), ' ');
     text += row.Text();
     m_Text += text.substr(0, text.find_last_not_of(' ') + 1) + '\n';
+  }
+
+  /// What FitColumns shortened ends with one character in ASCII too.
+  static std::string WithoutEllipses(const std::string& text) {
+    std::string plain;
+    for (size_t at = 0; at < text.size(); ++at) {
+      const bool is_ellipsis = text.compare(at, 3, "\u2026") == 0;
+      plain += is_ellipsis ? '>' : text[at];
+      if (is_ellipsis) at += 2;
+    }
+    return plain;
   }
 
   /// A box of a row of names: an edge, and the text where there is room for some of it.
@@ -266,8 +277,9 @@ class TextTimeline {
       if (cells.End - cells.Begin < 3) continue;
       row.Fill(cells.Begin, cells.Begin + 1, m_Glyphs.Edge);
       const std::string word = WordOf(*track);
-      if (!word.empty() && ColumnsOf(word) + 4 <= cells.End - cells.Begin)
-        row.Write(cells.Begin + 2, cells.End, ' ' + word + ' ');
+      const size_t room = cells.End - cells.Begin;
+      if (!word.empty() && ColumnsOf(word) + 3 <= room)
+        row.Write(cells.Begin + 2, cells.End, ' ' + word + (ColumnsOf(word) + 3 < room ? " " : ""));
     }
     AddRow(lane.Name, row);
   }
