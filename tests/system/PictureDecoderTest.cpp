@@ -33,7 +33,7 @@ std::string refusal_of(const Bytes& codestream) {
 }  // namespace
 
 TEST(PictureDecoder, GivesWhatAnotherDecoderGives) {
-  const Bytes codestream = drawing().Encode();
+  const Bytes codestream = drawing().Encode(24);
   const testsupport::TemporaryFolder folder;
   std::ofstream(folder.Path("a.j2k"), std::ios::binary)
       .write(reinterpret_cast<const char*>(codestream.data()), static_cast<std::streamsize>(codestream.size()));
@@ -62,7 +62,7 @@ TEST(PictureDecoder, WhatIsNoCodestreamIsRefused) {
 }
 
 TEST(PictureDecoder, WhatIsCutShortIsRefused) {
-  const Bytes whole = drawing().Encode();
+  const Bytes whole = drawing().Encode(24);
   for (size_t size = 0; size < whole.size(); size += size < 200 ? 1 : 29)
     EXPECT_EQ(refusal_of(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)))
                   .find("the picture cannot be decoded: "),
@@ -71,13 +71,13 @@ TEST(PictureDecoder, WhatIsCutShortIsRefused) {
 }
 
 TEST(PictureDecoder, ZerosBehindTheEndAreNoPartOfIt) {
-  Bytes filled = drawing().Encode();
+  Bytes filled = drawing().Encode(24);
   filled.resize(filled.size() + 100);
   EXPECT_EQ(refusal_of(filled), "");
 }
 
 TEST(PictureDecoder, EnormousSizeIsRefusedBeforeMemoryIsTaken) {
-  Bytes codestream = drawing().Encode();
+  Bytes codestream = drawing().Encode(24);
   // Xsiz and Ysiz, and the tile's size after four offsets, to 2^30 each (ISO/IEC 15444-1, A.5.1).
   for (const size_t at : {8U, 12U, 24U, 28U}) codestream[at] = 0x40;
   EXPECT_EQ(refusal_of(codestream), "the picture cannot be decoded: it claims to have 1073741984 x 1073741920 pixels");
