@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "ExportCommand.h"
 #include "FrameCommand.h"
+#include "InfoCommand.h"
 #include "Interrupt.h"
 #include "LogView.h"
 #include "MakeSampleCommand.h"
@@ -21,8 +22,15 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-constexpr AddCommand Commands[] = {AddCheckCommand,    AddPlayCommand,   AddMakeSampleCommand,
-                                   AddTimelineCommand, AddExportCommand, AddFrameCommand};
+constexpr AddCommand Commands[] = {
+    AddCheckCommand,       //
+    AddPlayCommand,        //
+    AddInfoCommand,        //
+    AddTimelineCommand,    //
+    AddFrameCommand,       //
+    AddExportCommand,      //
+    AddMakeSampleCommand,  //
+};
 
 int run(int argc, char** argv) {
   LogView log;

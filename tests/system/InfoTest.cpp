@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "JsonSchema.h"
+#include "SampleFolder.h"
+
+#include <fstream>
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using Json = nlohmann::json;
+
+namespace {
+
+class Info : public SampleFolder {
+ protected:
+  /// Runs the command on one path; the item it reports.
+  Json Of(const std::string& path, int exit_code = 0) const {
+    StrataProgram info({"info", path, "--json"});
+    EXPECT_EQ(info.Wait(), exit_code) << path << info.Errors();
+    EXPECT_EQ(info.Errors(), "") << path;
+    ExpectMatchesSchema(info.Output(), "strata-info-1");
+    const Json report = Json::parse(info.Output());
+    EXPECT_EQ(report["items"].size(), 1U);
+    EXPECT_EQ(report["items"][0]["path"], path);
+    EXPECT_EQ(report["items"][0].contains("problems"), exit_code != 0) << path;
+    return report["items"][0];
+  }
+
+  /// Writes a file beside the show; its path.
+  std::string Write(const std::string& name, const std::string& content) const {
+    std::ofstream(Beside(name), std::ios::binary) << content;
+    return Beside(name);
+  }
+};
+
+TEST_F(Info, PictureTrackFile) {
+  const Json item = Of(Show("Trailer/picture-1.mxf"));
+  EXPECT_EQ(item["kind"], "JPEG 2000 picture track file");
+  EXPECT_EQ(item["picture"]["width"], 96);
+  EXPECT_EQ(item["picture"]["height"], 64);
+  EXPECT_EQ(item["picture"]["bits"], 12);
+  EXPECT_EQ(item["edit_rate"], "24 1");
+  EXPECT_EQ(item["duration"], 24);
+  EXPECT_EQ(item["label_set"], "SMPTE");
+  EXPECT_EQ(item["encrypted"], false);
+  EXPECT_EQ(item["index"], (Json{{"health", "good"}, {"covers", 24}}));
+  EXPECT_EQ(item["structure"]["partitions"].size(), 3U);
+}
+
+TEST_F(Info, SoundTrackFileWithItsConfiguration) {
+  const Json item = Of(Show("Trailer/sound-1.mxf"));
+  EXPECT_EQ(item["sound"]["channels"], 6);
+  EXPECT_EQ(item["sound"]["bits"], 24);
+  EXPECT_EQ(item["sound"]["sampling_rate"], "48000 1");
+  EXPECT_THAT(item["sound"]["configuration"].get<std::string>(), HasSubstr("L,R,C,LFE,Ls,Rs"));
+  EXPECT_GT(item["index"]["edit_unit_bytes"], 36000);
+}
+
+TEST_F(Info, StereoscopicEncryptedTextAndImmersiveTrackFiles) {
+  EXPECT_EQ(Of(Show("Stereoscopic/picture-1.mxf"))["picture"]["stereoscopic"], true);
+  const Json encrypted = Of(Show("Encrypted/picture-1.mxf"));
+  EXPECT_EQ(encrypted["encrypted"], true);
+  EXPECT_TRUE(encrypted["encryption"].contains("key_id"));
+  const Json text = Of(Show("Feature/subtitle-1.mxf"));
+  EXPECT_EQ(text["kind"], "timed-text track file");
+  EXPECT_TRUE(text["text"].contains("namespace"));
+  EXPECT_EQ(Of(Show("Immersive/immersive-1.mxf"))["kind"], "immersive-audio track file");
+}
+
+TEST_F(Info, Documents) {
+  const Json cpl = Of(Show("Feature/CPL.xml"));
+  EXPECT_EQ(cpl["kind"], "composition playlist");
+  EXPECT_EQ(cpl["reels"].size(), 3U);
+  EXPECT_EQ(cpl["reels"][0]["duration"], 24);
+  EXPECT_EQ(cpl["duration"], 72);
+  EXPECT_EQ(Of(Show("Feature/PKL.xml"))["assets"].size(), 13U);
+  EXPECT_EQ(Of(Show("Feature/ASSETMAP.xml"))["assets"].size(), 14U);
+  EXPECT_EQ(Of(Show("Feature/VOLINDEX.xml"))["volume"], 1);
+  const Json show = Of(Show("show.xml"));
+  EXPECT_EQ(show["kind"], "show playlist");
+  EXPECT_EQ(show["title"], "Sample show");
+  EXPECT_EQ(show["sequence"][0], (Json{{"kind", "marker"}, {"label", "SHOW_START"}}));
+  EXPECT_EQ(show["sequence"][1]["kind"], "show playlist");
+}
+
+TEST_F(Info, TimedTextAndPresentationListByTheirElements) {
+  const Json text = Of(Write("text.xml",
+                             "<SubtitleReel xmlns='http://www.smpte-ra.org/schemas/428-7/2010/DCST'>"
+                             "<Id>urn:uuid:11111111-2222-4333-8444-555555555555</Id>"
+                             "<ContentTitleText>A title</ContentTitleText><EditRate>24 1</EditRate><LoadFont/>"
+                             "<SubtitleList><Subtitle><Text>a</Text><Text>b</Text></Subtitle></SubtitleList>"
+                             "</SubtitleReel>"));
+  EXPECT_EQ(text["kind"], "timed-text document");
+  EXPECT_EQ(text["id"], "11111111-2222-4333-8444-555555555555");
+  EXPECT_EQ(text["title"], "A title");
+  EXPECT_EQ(text["edit_rate"], "24 1");
+  EXPECT_EQ(text["spots"], 1);
+  EXPECT_EQ(text["texts"], 2);
+  EXPECT_EQ(text["fonts"], 1);
+  const Json subtitle = Of(Write("subtitle.xml",
+                                 "<DCSubtitle><SubtitleID>11111111-2222-4333-8444-555555555555</SubtitleID>"
+                                 "<LoadFont Id='f' URI='font.ttf'/><Subtitle SpotNumber='1' TimeIn='00:00:01:000'"
+                                 " TimeOut='00:00:02:000'><Text>a</Text></Subtitle></DCSubtitle>"));
+  EXPECT_EQ(subtitle["kind"], "Interop subtitle");
+  EXPECT_EQ(subtitle["spots"], 1);
+  EXPECT_EQ(subtitle["files"], Json({"font.ttf"}));
+  const Json list = Of(Write("rpl.xml",
+                             "<ResourcePresentationList xmlns='http://www.smpte-ra.org/schemas/430-11/2010/RPL'>"
+                             "<PlayoutID>7</PlayoutID></ResourcePresentationList>"));
+  EXPECT_EQ(list["kind"], "resource presentation list");
+  EXPECT_EQ(list["playout_id"], "7");
+}
+
+TEST_F(Info, FolderTellsOfItsPackages) {
+  const Json item = Of(Show("Trailer"));
+  EXPECT_EQ(item["kind"], "folder");
+  EXPECT_EQ(item["packages"].size(), 1U);
+  EXPECT_EQ(item["assets"].size(), 4U);
+  std::filesystem::remove(Show("Trailer/sound-1.mxf"));
+  const Json broken = Of(Show("Trailer"), 2);
+  EXPECT_THAT(broken["problems"].dump(), HasSubstr("missing"));
+}
+
+TEST_F(Info, TruncatedTrackFileLosesItsIndexAndFrames) {
+  std::filesystem::resize_file(Show("Trailer/sound-1.mxf"), 20'000);
+  const Json item = Of(Show("Trailer/sound-1.mxf"), 2);
+  EXPECT_EQ(item["index"]["health"], "missing");
+  EXPECT_THAT(item["problems"].dump(), HasSubstr("The file holds 0 of 24 edit units."));
+}
+
+TEST_F(Info, OverwrittenFrameIsFoundThroughTheIndex) {
+  const std::string path = Show("Trailer/sound-1.mxf");
+  {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(200'000);
+    file << std::string(100'000, '\0');
+  }
+  const Json item = Of(path, 2);
+  EXPECT_EQ(item["index"]["health"], "damaged");
+  // Edit units of 36,020 bytes from byte 16,520 on: the sixth begins at 196,620, the seventh in what was overwritten.
+  EXPECT_THAT(item["problems"].dump(), HasSubstr("Edit unit 6 is not where the index says"));
+}
+
+TEST_F(Info, BrokenAndUnknownFilesSayWhy) {
+  std::filesystem::resize_file(Show("Trailer/picture-1.mxf"), 3000);
+  EXPECT_EQ(Of(Show("Trailer/picture-1.mxf"), 2)["problems"],
+            Json({"The header of this MXF file is damaged: copy the file again."}));
+  EXPECT_EQ(Of(Write("empty", ""), 2)["problems"], Json({"The file is empty."}));
+  EXPECT_EQ(Of(Write("text", "hello\n"), 2)["kind"], "unknown file");
+  EXPECT_EQ(Of(Write("other.xml", "<a xmlns='urn:other'/>"), 2)["kind"], "XML document");
+  EXPECT_EQ(Of("/dev/null", 2)["kind"], "device");
+  EXPECT_EQ(Of(Beside("nothing"), 1)["problems"], Json({"There is no such file or folder."}));
+}
+
+TEST_F(Info, RawEssenceOutsideTrackFiles) {
+  // The sizes stand in the header chunk alone; the rest of the image is not looked at.
+  const Json image =
+      Of(Write("a.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\0\x20\0\0\0\x10\x08\x06\0\0\0", 29)));
+  EXPECT_EQ(image["kind"], "PNG image");
+  EXPECT_EQ(image["picture"], (Json{{"width", 32}, {"height", 16}, {"bits", 8}}));
+  const std::string wave(
+      "RIFF\x2c\0\0\0WAVEfmt \x10\0\0\0\x01\0\x02\0\x80\xbb\0\0\0\x65\x04\0\x06\0\x18\0data\x06\0\0\0abcdef", 50);
+  const Json sound = Of(Write("a.wav", wave));
+  EXPECT_EQ(sound["sound"], (Json{{"channels", 2}, {"bits", 24}, {"sampling_rate", "48000 1"}}));
+}
+
+TEST_F(Info, TextHasEveryFactOnALine) {
+  StrataProgram info({"info", Show("Trailer/picture-1.mxf"), Show("show.xml")});
+  EXPECT_EQ(info.Wait(), 0);
+  EXPECT_THAT(info.Output(),
+              AllOf(HasSubstr("picture-1.mxf: JPEG 2000 picture track file\n"),
+                    HasSubstr("  duration              24 (0:01)\n"), HasSubstr("    width               96\n"),
+                    HasSubstr("      body, offset 16384, body sid 1\n"), HasSubstr("    marker, SHOW_START\n"),
+                    Not(HasSubstr("_text"))));
+}
+
+TEST_F(Info, WithoutAPathItIsAUsageError) {
+  StrataProgram info({"info"});
+  EXPECT_EQ(info.Wait(), 1);
+}
+
+}  // namespace

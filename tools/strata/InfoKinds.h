@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Cairn/FileType.h>
+
+/// What a kind of file is called: "composition playlist", "sound track file"; "unknown file" for FT_UNKNOWN.
+[[nodiscard]] const char* FileKindName(Cairn::FileType_t type);

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "InfoRaw.h"
+
+#include <Ferro/FileReader.h>
+#include <QUIRE/Codestream.h>
+#include <QUIRE/WAVReader.h>
+
+#include <array>
+#include <vector>
+
+namespace {
+
+// Main headers of codestreams and streams are far shorter.
+std::vector<Ferro::ui8_t> head_of(const std::string& path) {
+  std::vector<Ferro::ui8_t> head(65536);
+  Ferro::FileReader file;
+  size_t count = 0;
+  if (file.OpenRead(path).Success()) static_cast<void>(file.ReadUpTo(0, head, count));
+  head.resize(count);
+  return head;
+}
+
+void describe_codestream(const std::string& path, Json& item) {
+  QUIRE::JP2K::PictureDescriptor descriptor;
+  if (QUIRE::JP2K::ParseCodestream(head_of(path), descriptor).Failure())
+    return AddProblem(item, "The main header of this codestream is damaged.");
+  item["picture"] = Json{{"width", descriptor.StoredWidth},
+                         {"height", descriptor.StoredHeight},
+                         {"components", descriptor.Csiz},
+                         {"bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1}};
+}
+
+void describe_stream(const std::string& path, Json& item) {
+  QUIRE::MPEG2::VideoDescriptor descriptor;
+  if (QUIRE::MPEG2::ParseSequence(head_of(path), descriptor).Failure())
+    return AddProblem(item, "The sequence header of this stream is damaged.");
+  item["picture"] = Json{{"width", descriptor.StoredWidth},
+                         {"height", descriptor.StoredHeight},
+                         {"sample_rate", descriptor.SampleRate.EncodeString()},
+                         {"bits_per_second", descriptor.BitRate}};
+}
+
+void describe_sound(const std::string& path, Json& item) {
+  QUIRE::PCM::WAVReader reader;
+  QUIRE::PCM::AudioDescriptor descriptor;
+  const QUIRE::Rational per_second(1, 1);
+  const auto result = reader.OpenRead(path, per_second);
+  if (result.Failure() || reader.FillAudioDescriptor(descriptor).Failure())
+    return AddProblem(item, std::string("This WAVE file cannot be wrapped: ") + result.Label() + '.');
+  item["sound"] = Json{{"channels", descriptor.ChannelCount},
+                       {"bits", descriptor.QuantizationBits},
+                       {"sampling_rate", descriptor.AudioSamplingRate.EncodeString()}};
+  item["duration_seconds"] = descriptor.ContainerDuration;
+}
+
+// The header chunk comes first (ISO/IEC 15948, 11.2.2): signature, length, "IHDR", width, height, bit depth.
+void describe_image(const std::string& path, Json& item) {
+  const std::vector<Ferro::ui8_t> head = head_of(path);
+  if (head.size() < 25) return AddProblem(item, "This image is cut off.");
+  const auto number = [&](size_t at) {
+    return Ferro::ui32_t{head[at]} << 24 | Ferro::ui32_t{head[at + 1]} << 16 | Ferro::ui32_t{head[at + 2]} << 8 |
+           head[at + 3];
+  };
+  item["picture"] = Json{{"width", number(16)}, {"height", number(20)}, {"bits", head[24]}};
+}
+
+}  // namespace
+
+void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, Json& item) {
+  if (type == Cairn::FT_J2C) describe_codestream(path, item);
+  if (type == Cairn::FT_WAV) describe_sound(path, item);
+  if (type == Cairn::FT_MPEG2_VES) describe_stream(path, item);
+  if (type == Cairn::FT_TI_PNG) describe_image(path, item);
+}
