@@ -25,5 +25,4 @@ class ShowFrames : public FrameSource {
 
   Inputs m_Inputs;  // outlives the playlist, which looks assets up in its store
   Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
-  Strata::ITimelineTrack* m_Ready = nullptr;  // the track that was read last
 };
