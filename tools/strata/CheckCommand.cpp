@@ -161,6 +161,10 @@ ExitCode check(const CheckOptions& options) {
   }
   const ShowOutline outline(inputs);
   std::vector<Finding> findings = FindingsOf(outline);
+  if (Interrupt::Requested()) {
+    std::fputs("strata: interrupted\n", stderr);
+    return Interrupted;
+  }
   const EngineAnswer answer = load_show(inputs, log);
   add_engine_findings(answer, findings);
   const ExitCode code = ExitCodeFor(findings);

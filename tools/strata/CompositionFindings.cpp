@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CompositionFindings.h"
 
+#include "Interrupt.h"
 #include "TextForms.h"
 #include "TrackFileFacts.h"
 
@@ -85,6 +86,7 @@ class CompositionFindings {
   void Collect() {
     if (!CheckDocument()) return;
     for (const OutlineReel& reel : m_Composition.Reels) {
+      if (Interrupt::Requested()) return;
       ++m_Reel;
       if (reel.First(AssetKind::Picture) == nullptr) Add(Severity::Error, "The reel has no picture.").Advice = AskAgain;
       for (const OutlineAsset& asset : reel.Assets) CheckAsset(asset);

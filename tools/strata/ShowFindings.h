@@ -6,5 +6,6 @@
 
 #include <vector>
 
-/// What the documents, the store and the files show to be wrong, in playing order. Opens every file.
+/// What the documents, the store and the files show to be wrong, in playing order. Opens every file; stops
+/// early, with less than all, when the user interrupts it.
 [[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);

@@ -4,7 +4,9 @@
 #include "ExitCode.h"
 #include "Inputs.h"
 #include "Interrupt.h"
+#include "LogView.h"
 #include "Report.h"
+#include "Terminal.h"
 #include "TimelineHtml.h"
 #include "TimelineJson.h"
 #include "TimelineModel.h"
@@ -13,7 +15,6 @@
 
 #include <Ferro/FileText.h>
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -35,16 +36,6 @@ struct TimelineOptions {
   unsigned Columns = 0;
 };
 
-/// Of the terminal, or what COLUMNS says, or 100.
-unsigned columns_of_output() {
-  winsize size = {};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-    return std::clamp<unsigned>(size.ws_col, FewestColumns, MostColumns);
-  const char* columns = std::getenv("COLUMNS");
-  const int wanted = columns == nullptr ? 0 : std::atoi(columns);
-  return wanted <= 0 ? 100 : std::clamp<unsigned>(static_cast<unsigned>(wanted), FewestColumns, MostColumns);
-}
-
 /// POSIX: LC_ALL goes before LC_CTYPE, and that before LANG. ASCII where none says UTF-8.
 bool is_utf8_locale() {
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
@@ -57,6 +48,10 @@ bool is_utf8_locale() {
   return false;
 }
 
+unsigned columns_of_terminal() {
+  return std::clamp(Terminal::Columns(STDOUT_FILENO), FewestColumns, MostColumns);
+}
+
 bool write_file(const std::string& name, const std::string& text) {
   const Ferro::Result_t result = Ferro::WriteStringIntoFile(name, text);
   if (result.Failure()) std::fprintf(stderr, "strata: %s cannot be written: %s\n", name.c_str(), result.Label());
@@ -64,10 +59,11 @@ bool write_file(const std::string& name, const std::string& text) {
 }
 
 ExitCode timeline(const TimelineOptions& options) {
+  QuietLog log;  // what is wrong is told in other words
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
-    return Usage;
+    return inputs.ProblemCode();
   }
   const TimelineModel model = MakeTimelineModel(ShowOutline(inputs));
   if (Interrupt::Requested()) {
@@ -78,7 +74,7 @@ ExitCode timeline(const TimelineOptions& options) {
   if (!options.HtmlFile.empty() && !write_file(options.HtmlFile, TimelineHtml(model))) return NotPlayable;
   const bool nothing_else = options.SvgFile.empty() && options.HtmlFile.empty() && !options.AsJson;
   if (options.AsText || nothing_else) {
-    const TimelineTextForm form = {options.Columns != 0 ? options.Columns : columns_of_output(), is_utf8_locale()};
+    const TimelineTextForm form = {options.Columns != 0 ? options.Columns : columns_of_terminal(), is_utf8_locale()};
     std::fputs(TimelineText(model, form).c_str(), stdout);
   }
   if (options.AsJson) PrintReport(TimelineJson(model), true, {});
@@ -102,7 +98,7 @@ void AddTimelineCommand(CLI::App& app, int& exit_code) {
       command->add_flag("--text", options->AsText, "Print lines of text; so it is without other options");
   command
       ->add_option("--width", options->Columns,
-                   "Columns of the text, 40 to 1000 (default: the terminal's; 100 where there is none)")
+                   "Columns of the text, 40 to 1000 (default: the terminal's; 80 where there is none)")
       ->check(CLI::Range(FewestColumns, MostColumns));
   command->add_flag("--json", options->AsJson, "Print what is drawn as JSON")->excludes(text);
   command->footer(
