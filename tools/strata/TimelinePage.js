@@ -182,7 +182,8 @@
     const at = item.start_seconds !== undefined ? item.start_seconds : item.seconds;
     add('Starts at', `${placeAt(at).code}, edit unit ${item.start !== undefined ? item.start : item.position}`);
     if (item.duration !== undefined) add('Plays for', `${item.duration} edit units, ${clock(item.duration_seconds, 0.1)}`);
-    add('Asset', item.asset_id || item.id);
+    add('Asset', item.asset_id);
+    add('Identifier', item.id);
     add('File', item.file);
     add('Kind', item.kind);
     add('Scope', item.scope);
@@ -269,8 +270,8 @@
       makeSvg(layers.labels, 'text', {class: 'lane', x: left - 10, y: y + height / 2 + 4, 'text-anchor': 'end'}, name);
   const box = (drawn, height, classes, told) => {
     const room = drawn.to - drawn.from;
-    const size = {x: drawn.from + 0.5, y, height,
-                  width: Math.max(room - (room > 4 ? 1.5 : 0), isAlarm(drawn.item) ? leastSeen : 1)};
+    const size = {y, height, width: Math.max(room - (room > 4 ? 1.5 : 0), isAlarm(drawn.item) ? leastSeen : 1)};
+    size.x = Math.min(drawn.from + 0.5, width - right - size.width);
     for (const name of classes) {
       const element = makeSvg(layers.boxes, 'rect', {class: name, ...size});
       element.told = told;
