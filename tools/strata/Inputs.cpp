@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Inputs.h"
 
+#include "DocumentTitle.h"
+#include "IndexFile.h"
+
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
 #include <Cairn/InspectFile.h>
@@ -18,14 +21,6 @@ namespace {
 std::optional<Cairn::UUID> identifier_of(const std::string& name) {
   if (const auto id = Cairn::UUID::FromURN(name)) return id;
   return Cairn::UUID::FromHex(name);
-}
-
-std::string title_of(Cairn::FileType_t type, const std::string& path) {
-  Cairn::CompositionPlaylist cpl;
-  Strata::ShowPlaylist spl;
-  if (type == Cairn::FT_CPL && Cairn::InitObjectWithFile(cpl, path).Success()) return cpl.ContentTitle;
-  if (type == Cairn::FT_SHOW && Cairn::InitObjectWithFile(spl, path).Success()) return spl.ShowTitle;
-  return "";
 }
 
 std::string folder_of(const std::string& path) {
@@ -82,10 +77,7 @@ void InputOptions::AddTo(CLI::App& command, const std::string& names, const std:
 }
 
 bool OpenAssetStore(const InputOptions& options, Cairn::AssetStore& store, std::string& problem) {
-  if (const Strata::Result_t result = store.Open(options.Index); result.Failure()) {
-    problem = "The asset index " + options.Index + " cannot be used: " + result.Label();
-    return false;
-  }
+  if (!OpenIndexFile(options.Index, store, problem)) return false;
   for (const std::string& folder : options.Stores)
     if (const Strata::Result_t result = store.AddFolder(folder); result.Failure()) {
       problem = "The store " + folder + " cannot be opened: " + result.Label();
@@ -129,7 +121,7 @@ bool Inputs::ResolveFolder(const std::string& folder) {
     if (!info.RealFilename.starts_with(root)) continue;
     if (info.FileType != Cairn::FT_SHOW && info.FileType != Cairn::FT_CPL) continue;
     auto& list = info.FileType == Cairn::FT_SHOW ? shows : compositions;
-    list.push_back({info.FileType, info.ID, title_of(info.FileType, info.RealFilename), info.RealFilename});
+    list.push_back({info.FileType, info.ID, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
   }
   const std::set<Cairn::UUID> nested = nested_in(shows);
   std::vector<Candidate> outermost = shows;
@@ -176,7 +168,7 @@ bool Inputs::ResolveFile(const std::string& path) {
   if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
     return Fail(path + ": this is neither a composition nor a show playlist.");
   if (!AddFolder(folder_of(path))) return false;
-  m_Shows.push_back({content.Type, content.ID, title_of(content.Type, path), path});
+  m_Shows.push_back({content.Type, content.ID, DocumentTitle(content.Type, path), path});
   return true;
 }
 
@@ -186,7 +178,7 @@ bool Inputs::ResolveIdentifier(const Cairn::UUID& id) {
   const Cairn::AssetInfo& info = places.front().Info;
   if (info.FileType != Cairn::FT_CPL && info.FileType != Cairn::FT_SHOW)
     return Fail(id.EncodeString() + ": this is neither a composition nor a show playlist, but " + info.RealFilename);
-  m_Shows.push_back({info.FileType, id, title_of(info.FileType, info.RealFilename), info.RealFilename});
+  m_Shows.push_back({info.FileType, id, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
   return true;
 }
 

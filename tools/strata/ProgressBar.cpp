@@ -18,7 +18,8 @@ constexpr unsigned BarWidth = 24;
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::string what) : m_What(std::move(what)), m_OnTerminal(isatty(STDERR_FILENO) != 0) {}
+ProgressBar::ProgressBar(std::string what, ProgressUnit unit)
+    : m_What(std::move(what)), m_Unit(unit), m_OnTerminal(isatty(STDERR_FILENO) != 0) {}
 
 ProgressBar::~ProgressBar() {
   if (m_IsShown) std::fputs("\r\x1b[K", stderr);
@@ -35,13 +36,17 @@ void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
 }
 
 std::string ProgressBar::Line(const std::string& what, Ferro::ui64_t done, Ferro::ui64_t total, double seconds,
-                              unsigned columns) {
+                              unsigned columns, ProgressUnit unit) {
   const double share = total > 0 ? std::min(1.0, double(done) / double(total)) : 0;
   const double rate = seconds > 0 ? double(done) / seconds : 0;
   const unsigned filled = static_cast<unsigned>(share * BarWidth);
+  const auto amount = [&](double value) {
+    const auto whole = static_cast<Ferro::ui64_t>(value);
+    return unit == ProgressUnit::Bytes ? BytesText(whole) : std::to_string(whole);
+  };
   std::string line = what + " [" + std::string(filled, '#') + std::string(BarWidth - filled, '.') + "] " +
-                     BytesText(done) + " of " + BytesText(total) + ", " + BytesText(static_cast<Ferro::ui64_t>(rate)) +
-                     "/s";
+                     amount(double(done)) + " of " + amount(double(total)) +
+                     (unit == ProgressUnit::Files ? " files, " : ", ") + amount(rate) + "/s";
   if (rate > 0 && done < total) line += ", " + DurationText(double(total - done) / rate) + " left";
   return line.substr(0, columns);
 }

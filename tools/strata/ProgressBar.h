@@ -6,26 +6,30 @@
 #include <chrono>
 #include <string>
 
-/// A line on standard error that says how far long work is: a bar, bytes, rate and time left. Shown from one second on,
+/// What progress is counted in.
+enum class ProgressUnit { Bytes, Files };
+
+/// A line on standard error that says how far long work is: a bar, what is done, rate and time left. Shown from one second on,
 /// and only on a terminal.
 class ProgressBar {
  public:
-  explicit ProgressBar(std::string what);
+  explicit ProgressBar(std::string what, ProgressUnit unit = ProgressUnit::Bytes);
   ~ProgressBar();
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  /// `done` and `total` in bytes.
+  /// `done` and `total` in the bar's unit.
   void Update(Ferro::ui64_t done, Ferro::ui64_t total);
 
   /// What Update shows after `seconds`: for `columns` characters.
   [[nodiscard]] static std::string Line(const std::string& what, Ferro::ui64_t done, Ferro::ui64_t total,
-                                        double seconds, unsigned columns);
+                                        double seconds, unsigned columns, ProgressUnit unit = ProgressUnit::Bytes);
 
  private:
   using Clock = std::chrono::steady_clock;
 
   const std::string m_What;
+  const ProgressUnit m_Unit;
   const bool m_OnTerminal;
   const Clock::time_point m_Started = Clock::now();
   Clock::time_point m_Shown = m_Started;

@@ -8,6 +8,7 @@
 #include "LogView.h"
 #include "MakeSampleCommand.h"
 #include "PlayCommand.h"
+#include "StoreCommand.h"
 #include "TimelineCommand.h"
 
 #include <Strata/Version.h>
@@ -29,6 +30,7 @@ constexpr AddCommand Commands[] = {
     AddTimelineCommand,    //
     AddFrameCommand,       //
     AddExportCommand,      //
+    AddStoreCommand,       //
     AddMakeSampleCommand,  //
 };
 

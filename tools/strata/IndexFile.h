@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "LogView.h"
+
+#include <Cairn/AssetStore.h>
+
+#include <chrono>
+#include <string>
+
+/// Where the asset index of this user lies when no other one is named: $XDG_DATA_HOME/strata/store.sqlite, else
+/// ~/.local/share/strata/store.sqlite (XDG Base Directory Specification). Empty where there is no home.
+[[nodiscard]] std::string DefaultIndexFile();
+
+/// Opens a store over an index; without a name it lies in memory.
+/// @param patience  how long to wait for another program that works with it.
+/// @return false, with a text for the user in `problem`, when it cannot be used.
+[[nodiscard]] bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
+                                 std::chrono::milliseconds patience = std::chrono::seconds(30));
+
+/// The failure of an index among the messages since the last look, in words for the user; empty where there is none.
+[[nodiscard]] std::string IndexFailure(QuietLog& log, const std::string& index);

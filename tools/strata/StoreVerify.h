@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "StoreSession.h"
+
+/// `strata store verify`: are the files there, with the sizes listed, and with the digests listed?
+[[nodiscard]] ExitCode StoreVerify(const StoreOptions& options);
