@@ -42,6 +42,13 @@ class MakeSample : public SampleFolder {
     ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
   }
 
+  /// The set of labels that a track file of the show is made with.
+  QUIRE::LabelSet_t LabelsOf(QUIRE::TrackFileReader&& reader, const std::string& name) const {
+    QUIRE::WriterInfo info;
+    EXPECT_TRUE(reader.OpenRead(Show(name)).Success() && reader.FillWriterInfo(info).Success()) << name;
+    return info.LabelSetType;
+  }
+
   /// Two folders hold the same files with the same bytes.
   void ExpectEqual(const std::string& one, const std::string& other) const {
     const std::vector<std::string> files = FilesOf(one);
@@ -56,16 +63,19 @@ TEST_F(MakeSample, EqualSeedsMakeEqualFiles) {
   ExpectEqual(Show(), Beside("again"));
 }
 
-TEST_F(MakeSample, EqualSeedsMakeEqualInteropFiles) {
-  Make("one", "3", "interop");
-  Make("other", "3", "interop");
-  EXPECT_EQ(FilesOf(Beside("one")).size(), 45U);
-  ExpectEqual(Beside("one"), Beside("other"));
+class MakeSampleInterop : public MakeSample {
+ protected:
+  void SetUp() override { Make("show", "1", "interop"); }
+};
+
+TEST_F(MakeSampleInterop, EqualSeedsMakeEqualFiles) {
+  Make("again", "1", "interop");
+  EXPECT_EQ(FilesOf(Show()).size(), 45U);
+  ExpectEqual(Show(), Beside("again"));
 }
 
-TEST_F(MakeSample, InteropShowIsCheckedAndPlaysAsItsFilesAre) {
-  Make("interop", "1", "interop");
-  StrataProgram check({"check", Beside("interop"), "--hash"});
+TEST_F(MakeSampleInterop, IsCheckedAndPlaysAsItsFilesAre) {
+  StrataProgram check({"check", Show(), "--hash"});
   EXPECT_EQ(check.Wait(), 0);
   EXPECT_EQ(check.Output(),
             "00:00:00:00  SampleTrailer  (1 reel, 24 fps)\n"
@@ -74,21 +84,18 @@ TEST_F(MakeSample, InteropShowIsCheckedAndPlaysAsItsFilesAre) {
             "00:00:05:00  SampleStereoscopic  (1 reel, 24 fps, stereoscopic)\n"
             "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
             "This show will play: 0:06.\n");
-  StrataProgram play({"play", Beside("interop"), "--verify", "--speed", "max"});
+  StrataProgram play({"play", Show(), "--verify", "--speed", "max"});
   EXPECT_EQ(play.Wait(), 0);
   EXPECT_THAT(play.Output(), HasSubstr("Verified 432 frames: all are as in their files.\n"));
 }
 
-TEST_F(MakeSample, InteropFilesCarryInteropLabels) {
-  Make("interop", "1", "interop");
-  const auto labels_of = [](QUIRE::TrackFileReader&& reader, const std::string& filename) {
-    QUIRE::WriterInfo info;
-    EXPECT_TRUE(reader.OpenRead(filename).Success() && reader.FillWriterInfo(info).Success()) << filename;
-    return info.LabelSetType;
-  };
-  EXPECT_EQ(labels_of(QUIRE::JP2K::MXFReader(), Beside("interop/Trailer/picture-1.mxf")), QUIRE::LS_MXF_INTEROP);
-  EXPECT_EQ(labels_of(QUIRE::PCM::MXFReader(), Beside("interop/Encrypted/sound-1.mxf")), QUIRE::LS_MXF_INTEROP);
-  EXPECT_EQ(labels_of(QUIRE::JP2K::MXFReader(), Show("Trailer/picture-1.mxf")), QUIRE::LS_MXF_SMPTE);
+TEST_F(MakeSampleInterop, FilesCarryInteropLabels) {
+  EXPECT_EQ(LabelsOf(QUIRE::JP2K::MXFReader(), "Trailer/picture-1.mxf"), QUIRE::LS_MXF_INTEROP);
+  EXPECT_EQ(LabelsOf(QUIRE::PCM::MXFReader(), "Encrypted/sound-1.mxf"), QUIRE::LS_MXF_INTEROP);
+}
+
+TEST_F(MakeSample, FilesCarryTheLabelsOfTheStandard) {
+  EXPECT_EQ(LabelsOf(QUIRE::JP2K::MXFReader(), "Trailer/picture-1.mxf"), QUIRE::LS_MXF_SMPTE);
 }
 
 TEST_F(MakeSample, AnotherSeedMakesOtherIdentifiers) {
@@ -117,15 +124,17 @@ TEST_F(MakeSample, TakesAnEmptyFolder) {
   EXPECT_EQ(FilesOf(Beside("empty")), FilesOf(Show()));
 }
 
-TEST_F(MakeSample, RefusesSizesOutsideTheProfile) {
+TEST(MakeSampleOptions, RefusesSizesOutsideTheProfile) {
+  const testsupport::TemporaryFolder folder;
   for (const char* size : {"63x64", "64x63", "2049x1080", "2048x1081", "64", "64x", "x64", "64x64x", "-64x64"}) {
-    StrataProgram maker({"make-sample", Beside("none"), "--size", size});
+    StrataProgram maker({"make-sample", folder.Path("none"), "--size", size});
     EXPECT_EQ(maker.Wait(), 1) << size;
-    EXPECT_FALSE(std::filesystem::exists(Beside("none")));
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("none")));
   }
 }
 
-TEST_F(MakeSample, RefusesOptionsWithWhatWouldDo) {
+TEST(MakeSampleOptions, RefusesOptionsWithWhatWouldDo) {
+  const testsupport::TemporaryFolder folder;
   const std::array<std::string, 3> cases[] = {
       {"--size", "4096x2160", "4096x2160: pictures are made from 64x64 to 2048x1080 pixels; 4K is not made"},
       {"--size", "64", "\"64\" is not a size like 2048x1080"},
@@ -137,10 +146,10 @@ TEST_F(MakeSample, RefusesOptionsWithWhatWouldDo) {
       {"--flavour", "imf", "\"imf\" is neither smpte nor interop"},
       {"--seed", "-1", "\"-1\" is not a whole number from 0 to 18446744073709551615"}};
   for (const auto& [option, value, message] : cases) {
-    StrataProgram maker({"make-sample", Beside("none"), option, value});
+    StrataProgram maker({"make-sample", folder.Path("none"), option, value});
     EXPECT_EQ(maker.Wait(), 1) << value;
     EXPECT_EQ(maker.Errors(), option + ": " + message + "\nRun with --help for more information.\n");
-    EXPECT_FALSE(std::filesystem::exists(Beside("none")));
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("none")));
   }
 }
 
