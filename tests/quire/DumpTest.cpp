@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Descriptions of files against those in the golden folder. STRATA_ACCEPT_GOLDEN=1 in the environment makes the tests
 // write the files instead; look at the difference before keeping it.
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "MetadataBytes.h"
 #include "ScratchFile.h"
 
@@ -48,7 +48,7 @@ TEST(Dump, DescribesAWholeFileAsJSON) {
 
 TEST(Dump, FileThatIsNotMXFIsRefused) {
   const ScratchFile file(Bytes(100, 7));
-  const LogCapture log;
+  const testsupport::LogCapture log;
   std::string text = "as before";
   EXPECT_EQ(DumpFile(file.Reader, DumpForm::Text, text), RESULT_FORMAT);
   EXPECT_EQ(text, "as before");
@@ -58,7 +58,7 @@ TEST(Dump, FileThatIsNotMXFIsRefused) {
 TEST(Dump, WhatCannotBeReadIsNamed) {
   Bytes bytes = ExampleFile();
   bytes[4538 + 22] = 0xff;  // the length of the first item of the index segment
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_THAT(DumpOf(bytes), HasSubstr("Index: []\n"));
   EXPECT_THAT(DumpOf(bytes),
               HasSubstr("Problems: [index of stream 1: The file is not a proper D-Cinema track file.]\n"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "MetadataBytes.h"
 #include "ScratchFile.h"
 
@@ -104,7 +104,7 @@ TEST(FileStructure, OffsetsCountFromTheEndOfARunIn) {
 }
 
 TEST(FileStructure, FileWithoutHeaderPartitionPackIsRefused) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ReadHeaderOf({}), RESULT_FORMAT);
   EXPECT_EQ(ReadHeaderOf(Bytes(100, 0)), RESULT_FORMAT);
   EXPECT_EQ(ReadHeaderOf(Bytes(1000000, 0x06)), RESULT_FORMAT);
@@ -121,7 +121,7 @@ TEST(FileStructure, FileWithoutHeaderPartitionPackIsRefused) {
 TEST(FileStructure, HeaderCutAtEveryByteIsAFormatErrorWithOneLine) {
   const Bytes bytes = ExampleFile();
   for (size_t length = 0; length < BodyPack; ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     ASSERT_EQ(ReadHeaderOf(FirstBytes(bytes, length)), RESULT_FORMAT) << length;
     ASSERT_THAT(log.Lines(), SizeIs(1)) << length;
   }
@@ -130,11 +130,11 @@ TEST(FileStructure, HeaderCutAtEveryByteIsAFormatErrorWithOneLine) {
 TEST(FileStructure, HeaderByteCountExtremesAreFormatErrors) {
   for (const ui64_t count :
        {ui64_t{0}, ui64_t{1}, ui64_t{16}, ui64_t{4609 + 1}, ~ui64_t{0}, ui64_t{1} << 63, ~ui64_t{0} >> 1}) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     EXPECT_EQ(ReadHeaderOf(With64(ExampleFile(), HeaderByteCountField, count)), RESULT_FORMAT) << count;
     EXPECT_THAT(log.Lines(), SizeIs(1)) << count;
   }
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ReadHeaderOf(With64(ExampleFile(), HeaderByteCountField, ~ui64_t{0})), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: header metadata of 18446744073709551615 bytes beyond the end of the "
                                        "file at offset 0.\n"));
@@ -146,7 +146,7 @@ TEST(FileStructure, MetadataBeyondTheLimitAreRefused) {
   Bytes bytes;
   pack.Write(bytes);
   bytes.resize(bytes.size() + OP1aHeader::MaxMetadataBytes + 1);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ReadHeaderOf(bytes), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: header metadata of 16777217 bytes, more than the limit at offset 0.\n"));
 }
@@ -209,14 +209,14 @@ TEST(FileStructure, OpenHeaderIsUsedWhereNothingIsBetter) {
 TEST(FileStructure, FileWithoutMetadataIsRefused) {
   Bytes bytes;
   Partition().Write(bytes);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ReadHeaderOf(bytes), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: no header metadata in any partition of the file at offset 0.\n"));
 }
 
 TEST(FileStructure, PartitionsOfACutFileAreThoseBeforeTheCut) {
   const Bytes bytes = ExampleFile();
-  const LogCapture log;
+  const testsupport::LogCapture log;
   for (size_t length = BodyPack; length <= ExampleSize; ++length) {
     const size_t expected = length >= FooterPack + 140 ? 3 : length >= BodyPack + 140 ? 2 : 1;
     ASSERT_THAT(PartitionOffsets(FirstBytes(bytes, length)), SizeIs(expected)) << length;

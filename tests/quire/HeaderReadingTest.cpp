@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "MetadataBytes.h"
 
 #include <gmock/gmock.h>
@@ -58,7 +58,7 @@ TEST(HeaderReading, CutAtEveryByteIsAFormatErrorWithOneLine) {
   const std::vector<size_t> boundaries = {0,    1306, 1516, 1700, 1812, 1904, 2048, 2156, 2256, 2351, 2461,
                                           2561, 2689, 2853, 2961, 3061, 3156, 3266, 3366, 3494, 3723};
   for (size_t length = 0; length < metadata.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     OP1aHeader header;
     const bool boundary = std::find(boundaries.begin(), boundaries.end(), length) != boundaries.end();
     ASSERT_EQ(header.InitFromBuffer(std::span(metadata).first(length), 140),
@@ -74,7 +74,7 @@ TEST(HeaderReading, EveryByteSetToEveryExtremeIsReadOrRefused) {
     for (const int value : {0x00, 0x01, 0x7f, 0x80, 0xff}) {
       Bytes changed = metadata;
       changed[at] = static_cast<ui8_t>(value);
-      const LogCapture log;
+      const testsupport::LogCapture log;
       OP1aHeader header;
       const Result_t result = header.InitFromBuffer(changed, 140);
       ASSERT_TRUE(result == Ferro::RESULT_OK || result == RESULT_FORMAT);
@@ -86,7 +86,7 @@ TEST(HeaderReading, EveryByteSetToEveryExtremeIsReadOrRefused) {
 TEST(HeaderReading, KLVPastTheEndIsNamedWithItsOffset) {
   Bytes metadata = ExampleMetadata();
   metadata[1306 + 17] = 0x10;  // the Preface's length
-  const LogCapture log;
+  const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(metadata, 140), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: header metadata with something that is no whole KLV at offset 1446.\n"));
@@ -95,7 +95,7 @@ TEST(HeaderReading, KLVPastTheEndIsNamedWithItsOffset) {
 TEST(HeaderReading, ItemPastTheEndOfItsSetIsNamedWithItsOffset) {
   Bytes metadata = ExampleMetadata();
   metadata[1306 + 20 + 2] = 0xff;  // the first item's length
-  const LogCapture log;
+  const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(metadata, 140), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(),
@@ -103,14 +103,14 @@ TEST(HeaderReading, ItemPastTheEndOfItsSetIsNamedWithItsOffset) {
 }
 
 TEST(HeaderReading, ValueOfTheWrongLengthIsNamedWithItsTag) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(SetBytes(MDD_Track, {s_ID, Item(0x4801, {1, 2, 3})}), 1000), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: item 4801 of Track with a malformed value of 3 bytes at offset 1040.\n"));
 }
 
 TEST(HeaderReading, BatchesBeyondTheirItemAreFormatErrors) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   const auto batch = [](const Bytes& count, const Bytes& size) {
     return SetBytes(MDD_ContentStorage, {s_ID, Item(0x1901, Concat({count, size, Bytes(16, 0x22)}))});
   };
@@ -131,7 +131,7 @@ TEST(HeaderReading, MoreItemsThanTheLimitAreRefused) {
   Bytes metadata;
   AppendKL(metadata, DefaultSMPTEDict().ul(MDD_Filler), value.size());
   metadata.insert(metadata.end(), value.begin(), value.end());
-  const LogCapture log;
+  const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(metadata, 0), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("too many items in the header metadata")));
@@ -141,7 +141,7 @@ TEST(HeaderReading, MoreSetsThanTheLimitAreRefused) {
   const Bytes one = SetBytes(MDD_Filler, {});
   Bytes metadata;
   for (size_t i = 0; i <= OP1aHeader::MaxSets; ++i) metadata.insert(metadata.end(), one.begin(), one.end());
-  const LogCapture log;
+  const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(metadata, 0), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: too many header metadata sets at offset 1310720.\n"));
@@ -288,7 +288,7 @@ TEST(HeaderReading, ItemWithTagZeroIsWrittenBack) {
 }
 
 TEST(HeaderReading, FailureIsLoggedOnceAndNothingElse) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(Parse(ExampleMetadata()).Objects().size(), 20u);
   EXPECT_THAT(log.Lines(), IsEmpty());
 }

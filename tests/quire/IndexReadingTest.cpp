@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "MetadataBytes.h"
 #include "ScratchFile.h"
 
@@ -158,7 +158,7 @@ TEST(EssenceRuns, BodyOffsetThatWouldWrapIsAFormatError) {
   std::vector<EssenceRun> runs;
   ASSERT_EQ(structure.ReadHeader(file.Reader), Ferro::RESULT_OK);
   ASSERT_EQ(structure.ReadPartitions(file.Reader), Ferro::RESULT_OK);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(structure.ReadEssenceRuns(file.Reader, 1, runs), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: partition with a body offset that cannot be at offset 4025.\n"));
 }
@@ -205,7 +205,7 @@ TEST(IndexReading, LargerThanOneReadIsReadToItsEnd) {
 
 TEST(IndexReading, GarbageIsAFormatErrorWithItsOffset) {
   Opened opened(TwoElements(Joined(Segment({0}), Bytes(30, 0xff))).File);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(opened.Read(), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: index with something that is no whole KLV at offset 4544.\n"));
   EXPECT_TRUE(opened.Index.IsEmpty());
@@ -235,7 +235,7 @@ TEST(IndexRebuilding, MissingIndexIsRebuiltFromTheElements) {
 }
 
 TEST(IndexRebuilding, BrokenIndexIsReplacedAndTheFaultLogged) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   Opened opened(TwoElements(Joined(Segment({0}), Segment({100}, 1, 129, 5))).File);
   ASSERT_EQ(opened.ReadOrRebuild(), Ferro::RESULT_OK);
   EXPECT_THAT(opened.Offsets(), ElementsAre(0, 100));
@@ -317,7 +317,7 @@ TEST(IndexRebuilding, WithoutEssenceTheIndexIsEmpty) {
 
 // Reads all there is of a file; what it returns must be success or a format error.
 void ReadEverything(const Bytes& bytes) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   const ScratchFile file(bytes);
   FileStructure structure;
   const auto proper = [](const Result_t& result) { return result == Ferro::RESULT_OK || result == RESULT_FORMAT; };

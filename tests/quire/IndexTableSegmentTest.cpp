@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ExampleFile.h"
-#include "LogCapture.h"
 
 #include <QUIRE/MXF/IndexTableSegment.h>
 
@@ -114,7 +114,7 @@ TEST(IndexTableSegment, CutAtEveryByteWithinAnItemIsAFormatError) {
   const Bytes value = ExampleValue();
   const std::vector<size_t> boundaries = {0, 20, 32, 44, 56, 64, 72, 80, 85, 90, 108};
   for (size_t length = 0; length < value.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     IndexTableSegment segment;
     const Result_t result = segment.Read(std::span(value).first(length), 0);
     const bool boundary = std::find(boundaries.begin(), boundaries.end(), length) != boundaries.end();
@@ -127,7 +127,7 @@ TEST(IndexTableSegment, CountsBeyondTheArrayAreFormatErrors) {
   Bytes value = ExampleValue();
   ASSERT_EQ(value[108], 0x3f);
   ASSERT_EQ(value[109], 0x0a);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   for (const Bytes& count : {Bytes{0, 0, 0, 2}, Bytes{0x7f, 0xff, 0xff, 0xff}, Bytes{0xff, 0xff, 0xff, 0xff}})
     EXPECT_EQ(ParseWith(112, count), RESULT_FORMAT);
   for (const Bytes& size : {Bytes{0, 0, 0, 0}, Bytes{0, 0, 0, 1}, Bytes{0, 0, 0, 10}, Bytes{0xff, 0xff, 0xff, 0xff}})
@@ -138,7 +138,7 @@ TEST(IndexTableSegment, CountsBeyondTheArrayAreFormatErrors) {
 }
 
 TEST(IndexTableSegment, ItemsOfTheWrongLengthAreFormatErrors) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   IndexTableSegment segment;
   EXPECT_EQ(segment.Read(Bytes{0x3f, 0x05, 0, 3, 0, 0, 0}, 40), RESULT_FORMAT);
   EXPECT_EQ(segment.Read(Bytes{0x3f, 0x0b, 0, 4, 0, 0, 0, 24}, 40), RESULT_FORMAT);
@@ -150,7 +150,7 @@ TEST(IndexTableSegment, ItemsOfTheWrongLengthAreFormatErrors) {
 }
 
 TEST(IndexTableSegment, UnknownAndEmptyItemsArePassedOver) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   const IndexTableSegment segment = Parse({0x3f, 0x11, 0, 1, 1, 0x3f, 0x0b, 0, 0, 0x3f, 0x06, 0, 4, 0, 0, 0, 7});
   EXPECT_EQ(segment.IndexSID, 7u);
   EXPECT_THAT(log.Lines(), IsEmpty());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+
+#include "../support/LogCapture.h"
 
 #include <QUIRE/MXF/IndexTable.h>
 
@@ -129,7 +130,7 @@ TEST(IndexTable, WithoutSegmentsOrEntriesItIsEmpty) {
 }
 
 TEST(IndexTable, GapIsAFormatError) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   IndexTable table;
   EXPECT_EQ(table.Build({Variable(0, 2, 2), Variable(3, 1, 1)}), RESULT_FORMAT);
   EXPECT_TRUE(table.IsEmpty());
@@ -141,7 +142,7 @@ TEST(IndexTable, GapIsAFormatError) {
 }
 
 TEST(IndexTable, NegativeStartIsAFormatError) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   IndexTable table;
   IndexTableSegment segment = Variable(0, 1, 1);
   segment.IndexStartPosition = std::numeric_limits<i64_t>::min();
@@ -150,7 +151,7 @@ TEST(IndexTable, NegativeStartIsAFormatError) {
 }
 
 TEST(IndexTable, ChangeOfConstantSizeIsAFormatError) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   IndexTable table;
   EXPECT_EQ(table.Build({Constant(10, 0, 5), Constant(11, 5, 5)}), RESULT_FORMAT);
   EXPECT_EQ(table.Build({Constant(10, 0, 5), Variable(5, 1, 1)}), RESULT_FORMAT);
@@ -159,7 +160,7 @@ TEST(IndexTable, ChangeOfConstantSizeIsAFormatError) {
 }
 
 TEST(IndexTable, ConstantSegmentsAddUp) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   IndexTable table;
   ASSERT_EQ(table.Build({Constant(10, 5, 7), Constant(10, 0, 5)}), Ferro::RESULT_OK);
   EXPECT_EQ(table.Duration(), 12u);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "ScratchFile.h"
 
 #include <QUIRE/Dictionary.h>
@@ -113,7 +113,7 @@ TEST(KLV, PastTheEndOfTheFileIsAFormatError) {
   Bytes bytes;
   AppendKL(bytes, DefaultSMPTEDict().ul(MDD_JPEG2000Essence), 1);
   const ScratchFile file(bytes);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   KLVPacket packet;
   EXPECT_EQ(ReadKLV(file.Reader, 0, ~ui64_t{0}, packet), RESULT_FORMAT);
   EXPECT_EQ(ReadKLV(file.Reader, 20, ~ui64_t{0}, packet), RESULT_FORMAT);

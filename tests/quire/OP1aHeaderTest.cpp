@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ExampleFile.h"
-#include "LogCapture.h"
 #include "MetadataBytes.h"
 
 #include <QUIRE/Dictionary.h>

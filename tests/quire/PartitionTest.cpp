@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ExampleFile.h"
-#include "LogCapture.h"
 
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/MXF/Partition.h>
@@ -107,7 +107,7 @@ TEST(Partition, OtherKeysAreNoPartitionPacks) {
   EXPECT_FALSE(IsPartitionKey(DefaultSMPTEDict().ul(MDD_Primer)));
   EXPECT_FALSE(IsPartitionKey(DefaultSMPTEDict().ul(MDD_RandomIndexPack)));
   EXPECT_FALSE(IsPartitionKey(DefaultSMPTEDict().ul(MDD_PartitionPack)));
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ParseWith(13, {0x05}), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(),
               ElementsAre("MXF: key 060e2b34.02050101.0d010201.01050400 is no partition pack at offset 7000.\n"));
@@ -120,7 +120,7 @@ TEST(Partition, RegistryVersionOfTheKeyDoesNotMatter) {
 TEST(Partition, CutAtEveryByteIsAFormatError) {
   const Bytes bytes = PackAt(0);
   for (size_t length = 0; length < bytes.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     Partition partition;
     EXPECT_EQ(partition.Read(std::span(bytes).first(length), 0), RESULT_FORMAT);
     EXPECT_THAT(log.Lines(), ElementsAre("MXF: no whole partition pack at offset 0.\n"));
@@ -129,13 +129,13 @@ TEST(Partition, CutAtEveryByteIsAFormatError) {
 }
 
 TEST(Partition, PackShorterThanItsFieldsIsAFormatError) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ParseWith(19, {87}), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: partition pack of only 87 bytes at offset 7000.\n"));
 }
 
 TEST(Partition, LabelsBeyondThePackAreAFormatError) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   EXPECT_EQ(ParseWith(LabelCount, {0, 0, 0, 3}), RESULT_FORMAT);
   EXPECT_EQ(ParseWith(LabelCount, {0xff, 0xff, 0xff, 0xff}), RESULT_FORMAT);
   EXPECT_EQ(ParseWith(LabelSize, {0, 0, 0, 0}), RESULT_FORMAT);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ExampleFile.h"
-#include "LogCapture.h"
 
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/MXF/Primer.h>
@@ -67,7 +67,7 @@ TEST(Primer, IsWrittenAsItWasRead) {
 TEST(Primer, CutAtEveryByteIsAFormatError) {
   const Bytes value = ExampleValue();
   for (size_t length = 0; length < value.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     Primer primer;
     EXPECT_EQ(primer.Read(std::span(value).first(length), 160), RESULT_FORMAT) << length;
     EXPECT_EQ(log.Lines().size(), 1u);
@@ -77,7 +77,7 @@ TEST(Primer, CutAtEveryByteIsAFormatError) {
 
 TEST(Primer, CountsAndSizesBeyondTheValueAreFormatErrors) {
   const Bytes entry = EntryBytes(0x3c0a, MDD_InterchangeObject_InstanceUID);
-  const LogCapture log;
+  const testsupport::LogCapture log;
   Primer primer;
   EXPECT_EQ(primer.Read(Value(2, 18, {entry}), 5), RESULT_FORMAT);
   EXPECT_EQ(primer.Read(Value(0xffffffff, 18, {entry}), 5), RESULT_FORMAT);

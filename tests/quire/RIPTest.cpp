@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ExampleFile.h"
-#include "LogCapture.h"
 #include "ScratchFile.h"
 
 #include <QUIRE/MXF/RIP.h>
@@ -57,7 +57,7 @@ TEST(RIP, SizesOfOrdinaryFiles) {
 TEST(RIP, CutAtEveryByteIsAFormatError) {
   const Bytes bytes = ExamplePack();
   for (size_t length = 0; length < bytes.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     RIP index;
     EXPECT_EQ(index.Read(std::span(bytes).first(length), 9), RESULT_FORMAT);
     EXPECT_THAT(log.Lines(), ElementsAre("MXF: no whole random index pack at offset 9.\n"));
@@ -67,7 +67,7 @@ TEST(RIP, CutAtEveryByteIsAFormatError) {
 TEST(RIP, HalfAPairIsAFormatError) {
   Bytes bytes = ExamplePack();
   bytes[19] = 39;
-  const LogCapture log;
+  const testsupport::LogCapture log;
   RIP index;
   EXPECT_EQ(index.Read(bytes, 9), RESULT_FORMAT);
   EXPECT_THAT(log.Lines(), ElementsAre("MXF: random index pack of 39 bytes, which are no whole pairs at offset 9.\n"));
@@ -92,7 +92,7 @@ TEST(RIP, LongerThanOneReadIsFound) {
 }
 
 TEST(RIP, ImplausibleSizeWordMeansThatThereIsNone) {
-  const LogCapture log;
+  const testsupport::LogCapture log;
   for (const Bytes& word :
        {Bytes{0, 0, 0, 0}, Bytes{0, 0, 0, 1}, Bytes{0, 0, 0, 20}, Bytes{0, 0, 0, 59}, Bytes{0, 0, 0, 61},
         Bytes{0, 0, 0x20, 0}, Bytes{0x7f, 0xff, 0xff, 0xff}, Bytes{0xff, 0xff, 0xff, 0xff}})

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "src/SetCodec.h"
 #include "src/SetDefinition.h"
 
@@ -120,7 +120,7 @@ TEST_P(EverySet, CutAtEveryByteIsReadUpToAWholeItemOrRefused) {
   const std::span<const ui8_t> value = std::span<const ui8_t>(written).subspan(packet->HeaderLength);
   size_t accepted = 0;
   for (size_t length = 0; length < value.size(); ++length) {
-    const LogCapture log;
+    const testsupport::LogCapture log;
     size_t items_left = 1000;
     std::unique_ptr<InterchangeObject> cut;
     const Result_t result = ReadSet(packet->Key, value.first(length), 20, primer, items_left, cut);

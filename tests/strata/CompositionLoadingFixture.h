@@ -2,8 +2,8 @@
 #pragma once
 
 #include "../support/FakeTimeline.h"
+#include "../support/LogCapture.h"
 #include "../support/PackageMaker.h"
-#include "LogCapture.h"
 
 #include "Playlist/CompositionLoading.h"
 
@@ -69,9 +69,9 @@ class CompositionLoading : public testing::Test {
     Strata::CompositionLoader loader({State.Timeline, State.ReelCount, State.ShowPosition.Duration, State.Compositions,
                                       State.HasStereoImage, State.PictureType, State.ChangeMode, State.LastCPL,
                                       State.LastCPLAssets});
-    const StrataTest::LogCapture log;
+    const testsupport::LogCapture log;
     const auto result = loader.InitWithCPL(cpl, Lookup);
-    Log = log.Text();
+    Log = log.TextWithLevels();
     return result;
   }
   Strata::Result_t Load() { return Load(CPL); }

@@ -2,8 +2,8 @@
 #include "Playlist/ShowExpansion.h"
 
 #include "../support/FakeTimeline.h"
+#include "../support/LogCapture.h"
 #include "../support/PackageMaker.h"
-#include "LogCapture.h"
 
 #include <Cairn/PListDict.h>
 #include <Ferro/FileText.h>
@@ -60,18 +60,18 @@ class PlaylistInitialisation : public testing::Test {
   }
 
   Strata::Result_t InitText(const std::string& text) {
-    const StrataTest::LogCapture log;
+    const testsupport::LogCapture log;
     const auto result = Playlist.InitWithPlaylist(text, Package.Lookup, Cairn::PListDict());
-    Log = log.Text();
+    Log = log.TextWithLevels();
     return result;
   }
   Strata::Result_t InitShow(const ShowPlaylist& spl) { return InitText(Package.Encode(spl)); }
   Strata::Result_t InitList(std::initializer_list<Ferro::UUID> ids) {
     Ferro::UUIDList list;
     for (const auto& id : ids) list.push_back(id);
-    const StrataTest::LogCapture log;
+    const testsupport::LogCapture log;
     const auto result = Playlist.InitWithUUIDList(list, Package.Lookup, Cairn::PListDict());
-    Log = log.Text();
+    Log = log.TextWithLevels();
     return result;
   }
   [[nodiscard]] static std::string Loading(const ShowPlaylist& spl) {
@@ -327,12 +327,13 @@ TEST_F(PlaylistInitialisation, ShowsNestAsDeepAsTheLimitAndNoDeeper) {
       Package.Show(outer);
       id = outer.ID;
     }
-    const StrataTest::LogCapture log;
+    const testsupport::LogCapture log;
     Ferro::UUIDList ids;
     ids.push_back(id);
     const auto result = playlist.InitWithUUIDList(ids, Package.Lookup, Cairn::PListDict());
     EXPECT_EQ(result, depth <= Strata::MaxShowDepth ? Ferro::RESULT_OK : QUIRE::RESULT_FORMAT);
-    EXPECT_EQ(log.Text().find("E Show playlists nest too deep") != std::string::npos, depth > Strata::MaxShowDepth);
+    EXPECT_EQ(log.TextWithLevels().find("E Show playlists nest too deep") != std::string::npos,
+              depth > Strata::MaxShowDepth);
   }
 }
 

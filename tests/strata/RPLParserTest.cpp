@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "ResourcePresentationList/h__RPLParser.h"
-
-#include "LogCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,14 +8,14 @@
 namespace Strata {
 namespace {
 
-using StrataTest::LogCapture;
+using testsupport::LogCapture;
 
 TEST(RPLParser, AnotherDocumentIsNotRecognised) {
   ResourcePresentationList list;
   LogCapture log;
   EXPECT_EQ(list.DecodeXML("<ShowPlaylist xmlns=\"http://www.strata.example/ra/xsd/strata-spl-1\"/>"),
             Cairn::RESULT_NOT_CPL);
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
 }
 
 TEST(RPLParser, ContentIsPassedOver) {
@@ -34,7 +33,7 @@ TEST(RPLParser, UnknownNamespaceAndMalformedTextAreRefused) {
   LogCapture log;
   EXPECT_EQ(list.DecodeXML("<ResourcePresentationList xmlns=\"http://other.example/\"/>"), Cairn::RESULT_XML_NAMESPACE);
   EXPECT_EQ(list.DecodeXML(""), Cairn::RESULT_XML_PARSE);
-  EXPECT_EQ(log.Text(),
+  EXPECT_EQ(log.TextWithLevels(),
             "E Document does not contain SMPTE or JPEG Interop XML.\nE Unable to parse XML document element.\n");
 }
 
@@ -43,7 +42,7 @@ TEST(RPLParser, UnclosedDocumentIsRefused) {
   LogCapture log;
   EXPECT_EQ(list.DecodeXML("<ResourcePresentationList xmlns=\"http://www.smpte-ra.org/schemas/430-11/2010/RPL\">"),
             Cairn::RESULT_XML_PARSE);
-  EXPECT_THAT(log.Text(), testing::EndsWith("E XML parser error count: 1\n"));
+  EXPECT_THAT(log.TextWithLevels(), testing::EndsWith("E XML parser error count: 1\n"));
 }
 
 TEST(RPLParser, DocumentTypeDeclarationIsRefused) {
@@ -52,7 +51,7 @@ TEST(RPLParser, DocumentTypeDeclarationIsRefused) {
   EXPECT_EQ(list.DecodeXML("<!DOCTYPE x [<!ENTITY e SYSTEM \"file:///etc/hostname\">]><ResourcePresentationList "
                            "xmlns=\"http://www.smpte-ra.org/schemas/430-11/2010/RPL\">&e;</ResourcePresentationList>"),
             Cairn::RESULT_XML_PARSE);
-  EXPECT_NE(log.Text(), "");
+  EXPECT_NE(log.TextWithLevels(), "");
 }
 
 TEST(RPLParser, WithoutADocumentTheStateIsWrong) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Strata/ResourcePresentationList.h>
 
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "RecordCheck.h"
 #include "SchemaCheck.h"
 
@@ -186,13 +186,13 @@ std::vector<std::string> AllShapes() {
 }
 
 TEST(ResourcePresentationList, WrittenListsAreRecognisedAndChangeNothing) {
-  StrataTest::LogCapture log;
+  testsupport::LogCapture log;
   for (const std::string& document : AllShapes()) {
     RPL list = TwoReels();
     EXPECT_EQ(list.DecodeXML(document), Ferro::RESULT_OK);
     EXPECT_EQ(Encoded(list), Encoded(TwoReels()));
   }
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
 }
 
 TEST(ResourcePresentationList, WrittenListsAreValidByThePublishedSchema) {

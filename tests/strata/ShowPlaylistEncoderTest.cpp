@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Strata/ShowPlaylist.h>
 
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "RecordCheck.h"
 #include "SchemaCheck.h"
 
@@ -14,7 +14,7 @@ namespace Strata {
 namespace {
 
 using StrataTest::ID;
-using StrataTest::LogCapture;
+using testsupport::LogCapture;
 
 ShowPlaylist::MarkerItem Marker(const char* label, const char* scope, const char* annotation, i32_t offset) {
   ShowPlaylist::MarkerItem marker;
@@ -235,7 +235,7 @@ TEST(ShowPlaylistEncoder, ItemOfAnotherTypeIsAFormatErrorAndLogged) {
     std::string out = "as before";
     LogCapture log;
     EXPECT_EQ(playlist.EncodeXML(out, Cairn::DFT_NONE), QUIRE::RESULT_FORMAT);
-    EXPECT_EQ(log.Text(), "E Unexpected ShowSequence item type: " + std::to_string(type) + "\n");
+    EXPECT_EQ(log.TextWithLevels(), "E Unexpected ShowSequence item type: " + std::to_string(type) + "\n");
     EXPECT_EQ(out, "as before");
   }
 }

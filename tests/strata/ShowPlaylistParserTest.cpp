@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Strata/ShowPlaylist.h>
 
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "RecordCheck.h"
 
 #include <Cairn/InitObjectWithFile.h>
@@ -18,7 +18,7 @@ namespace Strata {
 namespace {
 
 using StrataTest::ID;
-using StrataTest::LogCapture;
+using testsupport::LogCapture;
 
 using Composition = ShowPlaylist::CompositionItem;
 using Marker = ShowPlaylist::MarkerItem;
@@ -122,7 +122,7 @@ TEST(ShowPlaylistParser, LogsNothingForAProperDocument) {
   LogCapture log;
   ShowPlaylist playlist;
   Decode(playlist, WholeShow);
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
 }
 
 TEST(ShowPlaylistParser, ReadsFromAFile) {
@@ -160,7 +160,7 @@ TEST(ShowPlaylistParser, AnotherDocumentIsNotRead) {
   EXPECT_FALSE(playlist.ID.HasValue());
   EXPECT_EQ(playlist.NamespaceName, "");
   EXPECT_EQ(playlist.DCPFormat, Cairn::DFT_NONE);
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
 }
 
 TEST(ShowPlaylistParser, MalformedIdentifierIsRefused) {
@@ -169,7 +169,7 @@ TEST(ShowPlaylistParser, MalformedIdentifierIsRefused) {
     LogCapture log;
     EXPECT_EQ(playlist.DecodeXML(Document(std::string("<Label>x</Label><Id>") + id + "</Id><Creator>y</Creator>")),
               Cairn::RESULT_CN_UUID_FORMAT);
-    EXPECT_EQ(log.Text(), std::string("E ShowPlaylist: malformed identifier \"") + id + "\" in element Id\n");
+    EXPECT_EQ(log.TextWithLevels(), std::string("E ShowPlaylist: malformed identifier \"") + id + "\" in element Id\n");
     EXPECT_FALSE(playlist.ID.HasValue());
     EXPECT_EQ(playlist.Label, "x");
     EXPECT_EQ(playlist.Creator, "");
@@ -183,7 +183,7 @@ TEST(ShowPlaylistParser, MalformedCompositionIdKeepsTheItemsBefore) {
   EXPECT_EQ(playlist.DecodeXML(Sequence("<Marker><Label>a</Label></Marker><CompositionPlaylist><CompositionId>"
                                         "urn:uuid:xyz</CompositionId></CompositionPlaylist><Marker/>")),
             Cairn::RESULT_CN_UUID_FORMAT);
-  EXPECT_EQ(log.Text(), "E ShowPlaylist: malformed identifier \"urn:uuid:xyz\" in element CompositionId\n");
+  EXPECT_EQ(log.TextWithLevels(), "E ShowPlaylist: malformed identifier \"urn:uuid:xyz\" in element CompositionId\n");
   ASSERT_EQ(playlist.ShowSequence.size(), 1u);
   EXPECT_EQ(ItemAt<Marker>(playlist, 0).Label, "a");
 }
@@ -196,7 +196,7 @@ TEST(ShowPlaylistParser, UnknownElementsArePassedOver) {
                             "<CompositionPlaylist><Id>no</Id></CompositionPlaylist></ShowSequence>"));
   EXPECT_EQ(playlist.Label, "yes");
   EXPECT_EQ(playlist.ShowSequence.size(), 2u);
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
 }
 
 TEST(ShowPlaylistParser, ElementsOfAnotherNamespaceArePassedOver) {
@@ -242,7 +242,7 @@ TEST(ShowPlaylistParser, MalformedIssueDateIsLoggedAndLeavesTheTime) {
   LogCapture log;
   Decode(playlist, Document("<IssueDate>yesterday</IssueDate>"));
   EXPECT_EQ(playlist.IssueDate.UnixMilliseconds(), 1000);
-  EXPECT_EQ(log.Text(), "W ShowPlaylist: malformed IssueDate \"yesterday\", ignored\n");
+  EXPECT_EQ(log.TextWithLevels(), "W ShowPlaylist: malformed IssueDate \"yesterday\", ignored\n");
 }
 
 TEST(ShowPlaylistParser, SignatureIsTakenAsUntested) {
@@ -297,7 +297,7 @@ TEST(ShowPlaylistParser, MalformedEditRateIsLoggedAndTheRestIsRead) {
   LogCapture log;
   Decode(playlist, Sequence("<CompositionPlaylist><EditRate>24/1</EditRate><Duration>5</Duration>"
                             "</CompositionPlaylist>"));
-  EXPECT_EQ(log.Text(), "E Unable to decode rational value from string \"24/1\".");
+  EXPECT_EQ(log.TextWithLevels(), "E Unable to decode rational value from string \"24/1\".");
   EXPECT_EQ(ItemAt<Composition>(playlist, 0).EditRate, QUIRE::Rational(0, 0));
   EXPECT_EQ(ItemAt<Composition>(playlist, 0).Duration, 5u);
 }
@@ -316,7 +316,7 @@ TEST(ShowPlaylistParser, StaticImageIsLoggedAndAddsNothing) {
   ShowPlaylist playlist;
   LogCapture log;
   Decode(playlist, Sequence("<StaticImage><URI>a.png</URI></StaticImage><Marker/>"));
-  EXPECT_EQ(log.Text(), "W Ignoring StaticImage in playlist, not supported\n");
+  EXPECT_EQ(log.TextWithLevels(), "W Ignoring StaticImage in playlist, not supported\n");
   EXPECT_EQ(playlist.ShowSequence.size(), 1u);
 }
 
@@ -324,14 +324,14 @@ TEST(ShowPlaylistParser, DocumentOfAnUnknownNamespaceIsRefused) {
   ShowPlaylist playlist;
   LogCapture log;
   EXPECT_EQ(playlist.DecodeXML("<ShowPlaylist xmlns=\"http://other.example/\"/>"), Cairn::RESULT_XML_NAMESPACE);
-  EXPECT_EQ(log.Text(), "E Document does not contain SMPTE or JPEG Interop XML.\n");
+  EXPECT_EQ(log.TextWithLevels(), "E Document does not contain SMPTE or JPEG Interop XML.\n");
 }
 
 TEST(ShowPlaylistParser, TextThatIsNoXMLIsRefused) {
   ShowPlaylist playlist;
   LogCapture log;
   EXPECT_EQ(playlist.DecodeXML("urn:uuid:00112233-4455-6677-8899-aabbccddeeff"), Cairn::RESULT_XML_PARSE);
-  EXPECT_EQ(log.Text(), "E Unable to parse XML document element.\n");
+  EXPECT_EQ(log.TextWithLevels(), "E Unable to parse XML document element.\n");
 }
 
 TEST(ShowPlaylistParser, DocumentCutAtAnyByteIsRefused) {
@@ -341,7 +341,7 @@ TEST(ShowPlaylistParser, DocumentCutAtAnyByteIsRefused) {
     ShowPlaylist playlist;
     LogCapture log;
     EXPECT_EQ(playlist.DecodeXML(whole.substr(0, size)), Cairn::RESULT_XML_PARSE) << size;
-    EXPECT_NE(log.Text(), "") << size;
+    EXPECT_NE(log.TextWithLevels(), "") << size;
     EXPECT_TRUE(playlist.ShowSequence.empty()) << size;
   }
 }
@@ -353,7 +353,7 @@ TEST(ShowPlaylistParser, DocumentTypeDeclarationsAreRefused) {
     ShowPlaylist playlist;
     LogCapture log;
     EXPECT_EQ(playlist.DecodeXML(dtd + Document("<Label>&e;</Label>")), Cairn::RESULT_XML_PARSE);
-    EXPECT_NE(log.Text(), "");
+    EXPECT_NE(log.TextWithLevels(), "");
     EXPECT_EQ(playlist.Label, "");
   }
 }
@@ -383,7 +383,7 @@ TEST(ShowPlaylistParser, DeepNestingIsRefused) {
   ShowPlaylist playlist;
   LogCapture log;
   EXPECT_EQ(playlist.DecodeXML(Sequence(open + close)), Cairn::RESULT_XML_PARSE);
-  EXPECT_NE(log.Text(), "");
+  EXPECT_NE(log.TextWithLevels(), "");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Strata/ShowPlaylist.h>
 
-#include "LogCapture.h"
+#include "../support/LogCapture.h"
 #include "SchemaCheck.h"
 
 #include <gtest/gtest.h>
@@ -185,7 +185,7 @@ ui64_t FirstSeed() {
 }
 
 TEST(ShowPlaylistRoundTrip, GeneratedModelsAreReadAsTheyWereWritten) {
-  StrataTest::LogCapture log;
+  testsupport::LogCapture log;
   std::vector<std::string> documents;
   for (ui64_t seed = FirstSeed(); seed < FirstSeed() + 500; ++seed) {
     SCOPED_TRACE("STRATA_TEST_SEED=" + std::to_string(seed));
@@ -199,7 +199,7 @@ TEST(ShowPlaylistRoundTrip, GeneratedModelsAreReadAsTheyWereWritten) {
     ASSERT_FALSE(testing::Test::HasFailure()) << document;
     documents.push_back(std::move(document));
   }
-  EXPECT_EQ(log.Text(), "");
+  EXPECT_EQ(log.TextWithLevels(), "");
   EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, documents), "");
 }
 

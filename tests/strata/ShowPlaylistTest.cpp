@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <Strata/ShowPlaylist.h>
+#include "../support/LogCapture.h"
 
-#include "LogCapture.h"
+#include <Strata/ShowPlaylist.h>
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 namespace Strata {
 namespace {
 
-using StrataTest::LogCapture;
+using testsupport::LogCapture;
 
 static_assert(ShowPlaylist::SIT_CPL == 0 && ShowPlaylist::SIT_SHOW == 1 && ShowPlaylist::SIT_MARKER == 2 &&
               ShowPlaylist::SIT_IMAGE == 3);
@@ -120,9 +120,9 @@ TEST(ShowPlaylistSeconds, UnknownItemsAreLoggedAndSkipped) {
   AddComposition(playlist, 48, 24, 1);
   LogCapture log;
   EXPECT_EQ(playlist.GetDurationSeconds(), 2u);
-  EXPECT_EQ(log.Text(), "E Unexpected ShowSequence item type: 9\n");
+  EXPECT_EQ(log.TextWithLevels(), "E Unexpected ShowSequence item type: 9\n");
   EXPECT_EQ(playlist.GetPositionSeconds(24), 1u);
-  EXPECT_EQ(log.Text(), "E Unexpected ShowSequence item type: 9\nE Unexpected ShowSequence item type: 9\n");
+  EXPECT_EQ(log.TextWithLevels(), "E Unexpected ShowSequence item type: 9\nE Unexpected ShowSequence item type: 9\n");
 }
 
 TEST(ShowPlaylistSeconds, PositionZeroIsZero) {

@@ -4,6 +4,7 @@
 #include <Ferro/LogSink.h>
 
 #include <string>
+#include <vector>
 
 namespace testsupport {
 
@@ -20,6 +21,18 @@ class LogCapture : public Ferro::MemoryLogSink {
     std::string text;
     for (const auto& entry : Entries()) text += entry.Message;
     return text;
+  }
+  /// The same, each behind the letter of its level and a blank: "W message".
+  [[nodiscard]] std::string TextWithLevels() const {
+    std::string text;
+    for (const auto& entry : Entries())
+      text += std::string(1, "DIWE"[static_cast<size_t>(entry.Level)]) + ' ' + entry.Message;
+    return text;
+  }
+  [[nodiscard]] std::vector<std::string> Lines() const {
+    std::vector<std::string> lines;
+    for (const auto& entry : Entries()) lines.push_back(entry.Message);
+    return lines;
   }
   /// How many messages have this level.
   [[nodiscard]] size_t Count(Ferro::LogLevel level) const {

@@ -20,8 +20,7 @@ void FillCodestream(const MXF::JPEG2000PictureSubDescriptor& sub, PictureDescrip
   descriptor.XTOsiz = sub.XTOsiz;
   descriptor.YTOsiz = sub.YTOsiz;
   descriptor.Csiz = sub.Csiz;
-  for (const MXF::ImageComponent& component : sub.PictureComponentSizing)
-    descriptor.PictureComponentSizing.push_back({component.Ssiz, component.XRsiz, component.YRsiz});
+  descriptor.PictureComponentSizing = sub.PictureComponentSizing;
   if (sub.CodingStyleDefault) descriptor.CodingStyleDefault = *sub.CodingStyleDefault;
   if (sub.QuantizationDefault) descriptor.QuantizationDefault = *sub.QuantizationDefault;
 }

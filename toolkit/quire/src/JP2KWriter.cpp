@@ -14,10 +14,6 @@ namespace {
 constexpr ui8_t DefaultDepth = 12;
 constexpr ui8_t MaxDepth = 31;
 
-MXF::ImageComponent ToMXF(const ComponentSizing& component) {
-  return {component.Ssiz, component.XRsiz, component.YRsiz};
-}
-
 void AddSubDescriptor(SetFactory& sets, MXF::FileDescriptor& owner, const PictureDescriptor& picture) {
   auto& set = sets.AddSubDescriptor<MXF::JPEG2000PictureSubDescriptor>(owner);
   set.Rsiz = picture.Rsiz;
@@ -30,9 +26,7 @@ void AddSubDescriptor(SetFactory& sets, MXF::FileDescriptor& owner, const Pictur
   set.XTOsiz = picture.XTOsiz;
   set.YTOsiz = picture.YTOsiz;
   set.Csiz = picture.Csiz;
-  for (const auto& component : picture.PictureComponentSizing) {
-    set.PictureComponentSizing.push_back(ToMXF(component));
-  }
+  set.PictureComponentSizing = picture.PictureComponentSizing;
   if (!picture.CodingStyleDefault.empty()) set.CodingStyleDefault = picture.CodingStyleDefault;
   if (!picture.QuantizationDefault.empty()) set.QuantizationDefault = picture.QuantizationDefault;
 }

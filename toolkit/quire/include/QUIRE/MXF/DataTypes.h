@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QUIRE/Export.h>
+#include <QUIRE/PictureDescriptor.h>
 #include <QUIRE/Types.h>
 
 #include <Ferro/Timestamp.h>
@@ -54,13 +55,8 @@ using RGBALayout = std::array<ui8_t, 16>;
 /// X'Y'Z', 12 bits each (ST 429-4, 6.4.1).
 inline constexpr RGBALayout RGBALayout_XYZ12 = {0xd8, 12, 0xd9, 12, 0xda, 12};
 
-/// One component of a SIZ marker segment (ISO/IEC 15444-1, A.5.1).
-struct ImageComponent {
-  ui8_t Ssiz = 0;   ///< depth - 1; the top bit says signed
-  ui8_t XRsiz = 0;  ///< horizontal separation of samples on the reference grid
-  ui8_t YRsiz = 0;  ///< vertical separation
-  friend bool operator==(const ImageComponent&, const ImageComponent&) = default;
-};
+/// Header metadata store what the picture's descriptor says of a component.
+using ImageComponent = JP2K::ComponentSizing;
 
 /// The basic UMID of a package whose material number is `material` (ST 330; ST 429-3, 6.3).
 [[nodiscard]] QUIRE_API UMID MakeUMID(const UUID& material);
