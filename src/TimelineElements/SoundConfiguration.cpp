@@ -109,7 +109,7 @@ std::string GroupLabel(const SoundfieldGroupLabelSubDescriptor& group,
   bool any_linked = false;
   bool closed = false;
   for (auto j = channels.begin(); j != channels.end(); ++j) {
-    FERRO_ASSERT(*j);
+    FERRO_ASSERT(*j);  // out of the reach of any header: CollectLabels takes in what a cast found
     const std::string name = SymbolName((*j)->MCATagSymbol);
     if ((*j)->SoundfieldGroupLinkID.value_or(UUID()) == group.MCALinkID) {
       if (any_linked) label += ",";

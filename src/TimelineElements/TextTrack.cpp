@@ -158,6 +158,7 @@ Result_t TextTimelineTrack::LoadST429_5Resource(QUIRE::TimedText::MXFReader& rea
     return result;
   }
   buffer.MIMEType(ResourceMIMEType(resource.Type));
+  // Out of the reach of any file: the entry was made above.
   const auto test_i = m_AncillaryResourceIdMap.find(id);
   FERRO_ASSERT(test_i != m_AncillaryResourceIdMap.end());
   m_AncillaryResourceIdList.push_back(id);
@@ -196,6 +197,7 @@ void TextTimelineTrack::LoadInteropResource(const std::string& folder, const std
   }
   const bool image = Ferro::PathExtension(name) == "png";  // "PNG" is taken for a font
   buffer.MIMEType(Cairn::FileTypeToInteropMIMEType(image ? Cairn::FT_TI_PNG : Cairn::FT_TI_TRUETYPE));
+  // As in LoadST429_5Resource.
   const auto test_i = m_AncillaryResourceNameMap.find(name);
   FERRO_ASSERT(test_i != m_AncillaryResourceNameMap.end());
   m_AncillaryResourceNameList.push_back(name);
