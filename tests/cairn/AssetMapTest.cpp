@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/AssetMap.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 #include "SampleDocuments.h"
 
 #include <gmock/gmock.h>
@@ -42,7 +42,7 @@ class AssetMapTest : public testing::Test {
     EXPECT_THAT(m_Log.Errors(), ElementsAre(line));
   }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   AssetMap m_Map;
 };
 
@@ -95,7 +95,7 @@ TEST_F(AssetMapTest, TheOrderOfTheHeadingDoesNotMatter) {
 
 TEST_F(AssetMapTest, TheOlderNamespaceIsReadSilently) {
   EXPECT_EQ(Read(Asset(""), "http://www.smpte-ra.org/schemas/429-9/2006/AM"), Ferro::RESULT_OK);
-  EXPECT_THAT(m_Log.Sink.Entries(), IsEmpty());
+  EXPECT_THAT(m_Log.Entries(), IsEmpty());
 }
 
 TEST_F(AssetMapTest, AMisspeltNamespaceIsReported) {
@@ -152,7 +152,7 @@ TEST(VolumeIndex, EveryNamespaceMetIsRead) {
 }
 
 TEST(VolumeIndex, AMissingIndexIsRefused) {
-  const CairnTest::RecordedLog log;
+  const testsupport::LogCapture log;
   Cairn::VolumeIndex volume;
   EXPECT_EQ(volume.DecodeXML("<VolumeIndex xmlns=\"" + std::string(Smpte) + "\"/>"), Cairn::RESULT_CN_VALUE);
   EXPECT_THAT(log.Errors(), ElementsAre("VolumeIndex: Index is missing\n"));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/CompositionPlaylist.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 #include "SampleDocuments.h"
 
 #include <Cairn/Namespace.h>
@@ -51,12 +51,12 @@ class CompositionPlaylistTest : public testing::Test {
   const Cairn::Reel& Reel() const { return m_CPL.ReelList.front(); }
 
   void ExpectRefused(const std::string& assets, Result_t result, const std::string& line) {
-    m_Log.Sink.Clear();
+    m_Log.Clear();
     EXPECT_EQ(Read(assets), result) << assets;
     EXPECT_THAT(m_Log.Errors(), ElementsAre(line)) << assets;
   }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   CompositionPlaylist m_CPL;
 };
 
@@ -93,7 +93,7 @@ TEST_F(CompositionPlaylistTest, AnIdentifierMayStandOnItsOwnLineInUpperCase) {
 TEST_F(CompositionPlaylistTest, AMalformedIdentifierIsAUUIDFormatError) {
   for (const char* id : {"", "urn:uuid:", "00000000-0000-4000-8000-000000000001", "urn:uuid:0000",
                          "urn:uuid:00000000-0000-4000-8000-00000000000g"}) {
-    m_Log.Sink.Clear();
+    m_Log.Clear();
     EXPECT_EQ(m_CPL.DecodeXML("<CompositionPlaylist xmlns=\"" + std::string(Smpte) + "\"><Id>" + id +
                               "</Id></CompositionPlaylist>"),
               Cairn::RESULT_CN_UUID_FORMAT)
@@ -383,7 +383,7 @@ TEST_F(CompositionPlaylistTest, UnknownContentIsSkipped) {
             Ferro::RESULT_OK);
   EXPECT_EQ(Reel().MainPicture.AssetID, SampleID(0x11));
   EXPECT_EQ(m_CPL.ID, SampleID(1));
-  EXPECT_THAT(m_Log.Sink.Entries(), IsEmpty());
+  EXPECT_THAT(m_Log.Entries(), IsEmpty());
 }
 
 TEST_F(CompositionPlaylistTest, ASecondPictureIsReportedAndLeftOut) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What a composition playlist refuses to write; what it writes stands in GoldenDocumentTest.cpp.
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 #include "SampleDocuments.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +23,7 @@ class CompositionWriter : public testing::Test {
 
   Cairn::Reel& Reel() { return m_CPL.ReelList.front(); }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   CompositionPlaylist m_CPL = CairnTest::CompositionSamples()[1].Model;   // SMPTE
   CompositionPlaylist m_Full = CairnTest::CompositionSamples()[0].Model;  // SMPTE, with everything
 };
@@ -154,7 +154,7 @@ TEST_F(CompositionWriter, ASignatureIsNotWritten) {
   std::string out;
   EXPECT_EQ(m_CPL.EncodeXML(out, Cairn::DFT_DCI_SMPTE), Ferro::RESULT_OK);
   EXPECT_EQ(out.find("Sign"), std::string::npos);
-  EXPECT_THAT(m_Log.Sink.Entries(), IsEmpty());
+  EXPECT_THAT(m_Log.Entries(), IsEmpty());
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/DCSubtitle.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 #include "SampleDocuments.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ class DCSubtitleTest : public testing::Test {
                                 "</DCSubtitle>");
   }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   DCSubtitle m_Document;
 };
 
@@ -54,7 +54,7 @@ TEST_F(DCSubtitleTest, CommentsAndUnknownElementsInTheHeadingAreSkipped) {
   EXPECT_EQ(m_Document.MovieTitle, "Ferry");
   EXPECT_EQ(m_Document.ReelNumber, 2u);
   EXPECT_EQ(m_Document.Language, "en");
-  EXPECT_THAT(m_Log.Sink.Entries(), IsEmpty());
+  EXPECT_THAT(m_Log.Entries(), IsEmpty());
 }
 
 TEST_F(DCSubtitleTest, AMalformedReelNumberIsOnlyReported) {

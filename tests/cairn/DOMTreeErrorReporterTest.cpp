@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/DOMTreeErrorReporter.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 
 #include <Cairn/XMLLibraries.h>
 
@@ -22,7 +22,7 @@ class DOMTreeErrorReporter : public testing::Test {
     return xercesc::SAXParseException(message, u"", u"", line, 1);
   }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   Cairn::DOMTreeErrorReporter m_Reporter;
 };
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Written documents against the files in the golden folder. STRATA_ACCEPT_GOLDEN=1 in the environment makes the tests
 // write the files instead; look at the difference before keeping it.
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
+#include "../support/SchemaCheck.h"
 #include "SampleDocuments.h"
-#include "SchemaCheck.h"
 
 #include <Ferro/FileText.h>
 
@@ -42,18 +42,20 @@ void ExpectWritten(const std::vector<Sample<T>>& samples) {
 template <class T>
 void ExpectRead(const std::vector<Sample<T>>& samples) {
   for (const Sample<T>& sample : samples) {
-    const CairnTest::RecordedLog log;
+    const testsupport::LogCapture log;
     T model;
     EXPECT_EQ(model.DecodeXML(GoldenText(sample.Golden)), Ferro::RESULT_OK) << sample.Golden;
     EXPECT_EQ(model, sample.Model) << sample.Golden;
-    EXPECT_THAT(log.Sink.Entries(), IsEmpty()) << sample.Golden;
+    EXPECT_THAT(log.Entries(), IsEmpty()) << sample.Golden;
   }
 }
 
 template <class T>
 void ExpectValid(const std::vector<Sample<T>>& samples) {
   for (const Sample<T>& sample : samples)
-    EXPECT_EQ(CairnTest::ValidateFiles(sample.Schema, {GoldenPath(sample.Golden)}), "") << sample.Golden;
+    EXPECT_EQ(
+        testsupport::ValidateFiles(testsupport::SchemaFolder() + "/" + sample.Schema, {GoldenPath(sample.Golden)}), "")
+        << sample.Golden;
 }
 
 TEST(GoldenDocument, CompositionPlaylistsAreWrittenWhole) {
@@ -97,7 +99,7 @@ TEST(GoldenDocument, SubtitleDocumentsAreReadBackEqual) {
 }
 
 TEST(GoldenDocument, AllAreValidAgainstTheStandardsSchemas) {
-  if (CairnTest::SchemaFolder().empty())
+  if (testsupport::SchemaFolder().empty())
     GTEST_SKIP() << "NOT RUN: STRATA_SCHEMAS does not name the folder of the standards' schemas";
   ExpectValid(CairnTest::CompositionSamples());
   ExpectValid(CairnTest::PackingListSamples());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/LogCapture.h"
 #include "HostileDocuments.h"
-#include "RecordedLog.h"
 #include "SampleDocuments.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ constexpr long MostMemory = 2'000'000;                  // KiB
 
 void ExpectRefused(const std::vector<HostileDocument>& documents) {
   for (const HostileDocument& document : documents) {
-    const CairnTest::RecordedLog log;
+    const testsupport::LogCapture log;
     const std::clock_t start = std::clock();
     Cairn::VolumeIndex volume;
     EXPECT_TRUE(volume.DecodeXML(document.Text).Failure()) << document.Name;
@@ -33,7 +33,7 @@ void ExpectRefused(const std::vector<HostileDocument>& documents) {
 }
 
 Cairn::Result_t Read(const std::string& text, Cairn::VolumeIndex& volume) {
-  const CairnTest::RecordedLog log;
+  const testsupport::LogCapture log;
   return volume.DecodeXML(text);
 }
 
@@ -71,7 +71,7 @@ TEST(HostileDocument, EqualSignsInTextAreNoAttributes) {
 }
 
 TEST(HostileDocument, ADocumentTypeInsideTheDocumentIsMalformed) {
-  const CairnTest::RecordedLog log;
+  const testsupport::LogCapture log;
   Cairn::VolumeIndex volume;
   EXPECT_EQ(volume.DecodeXML(VolumeIndexText("<!DOCTYPE v SYSTEM \"file:///etc/passwd\"><Index>1</Index>")),
             Cairn::RESULT_XML_PARSE);
@@ -110,7 +110,7 @@ void ExpectCutsRefused(const CairnTest::Sample<T>& sample) {
   ASSERT_EQ(CairnTest::Encode(sample.Model, xml, sample.Format), Ferro::RESULT_OK);
   const size_t end = xml.find_last_of('>');
   for (size_t size = 0; size <= end; ++size) {
-    const CairnTest::RecordedLog log;
+    const testsupport::LogCapture log;
     T model;
     ASSERT_EQ(model.DecodeXML(xml.substr(0, size)), Cairn::RESULT_XML_PARSE) << sample.Golden << " cut at " << size;
     ASSERT_FALSE(log.Errors().empty()) << sample.Golden << " cut at " << size;

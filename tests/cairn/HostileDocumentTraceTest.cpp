@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A traced process decodes hostile documents: no file and no socket is opened meanwhile.
-#include "SchemaCheck.h"
+#include "../support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,8 +35,8 @@ TEST(HostileDocumentTrace, NoFileAndNoSocketIsOpened) {
   ASSERT_TRUE(Runs("command -v strace")) << "strace is not installed";
   if (!Runs("strace -f -o /dev/null true")) GTEST_SKIP() << "NOT RUN: this system does not let strace trace processes";
 
-  const CairnTest::TemporaryFolder folder;
-  const std::string trace = folder.Path() + "/trace";
+  const testsupport::TemporaryFolder folder;
+  const std::string trace = folder.Path("trace");
   // The leak checker cannot work in a traced process.
   const std::string command = "ASAN_OPTIONS=detect_leaks=0 strace -f -e trace=%file,%network -o '" + trace + "' '" +
                               HOSTILE_DOCUMENT_PROBE + "'";
@@ -48,8 +48,8 @@ TEST(HostileDocumentTrace, NoFileAndNoSocketIsOpened) {
 
 TEST(HostileDocumentTrace, TheTraceShowsAFileThatIsOpened) {
   if (!Runs("strace -f -o /dev/null true")) GTEST_SKIP() << "NOT RUN: this system does not let strace trace processes";
-  const CairnTest::TemporaryFolder folder;
-  const std::string trace = folder.Path() + "/trace";
+  const testsupport::TemporaryFolder folder;
+  const std::string trace = folder.Path("trace");
   ASSERT_TRUE(Runs("strace -f -e trace=%file,%network -o '" + trace +
                    "' sh -c 'test -e /strata-trace-begin; read x </etc/passwd; test -e /strata-trace-end; true'"));
   bool has_marks = false;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/InitObjectWithFile.h>
 
-#include "RecordedLog.h"
-#include "SchemaCheck.h"
+#include "../support/LogCapture.h"
+#include "../support/TemporaryFolder.h"
 
 #include <Cairn/AssetMap.h>
 
@@ -19,14 +19,14 @@ std::string Document(size_t size) {
 }
 
 TEST(InitObjectWithFile, AFileOfEightMebibytesIsDecoded) {
-  const CairnTest::TemporaryFolder folder;
+  const testsupport::TemporaryFolder folder;
   Cairn::VolumeIndex volume;
   EXPECT_EQ(Cairn::InitObjectWithFile(volume, folder.Write("a.xml", Document(Limit))), Ferro::RESULT_OK);
   EXPECT_EQ(volume.Index, 4u);
 }
 
 TEST(InitObjectWithFile, AByteMoreFailsWithTheReadersResult) {
-  const CairnTest::TemporaryFolder folder;
+  const testsupport::TemporaryFolder folder;
   Cairn::VolumeIndex volume;
   EXPECT_EQ(Cairn::InitObjectWithFile(volume, folder.Write("a.xml", Document(Limit + 1))), Ferro::RESULT_TOOLARGE);
   EXPECT_EQ(volume.Index, 1u);
@@ -38,8 +38,8 @@ TEST(InitObjectWithFile, AMissingFileFailsWithTheReadersResult) {
 }
 
 TEST(InitObjectWithFile, TheDecodersResultIsReturned) {
-  const CairnTest::RecordedLog log;
-  const CairnTest::TemporaryFolder folder;
+  const testsupport::LogCapture log;
+  const testsupport::TemporaryFolder folder;
   Cairn::AssetMap map;
   EXPECT_EQ(Cairn::InitObjectWithFile(map, folder.Write("a.xml", Document(200))), Cairn::RESULT_NOT_ASSETMAP);
 }

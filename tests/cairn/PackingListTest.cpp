@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/PackingList.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 #include "SampleDocuments.h"
 
 #include <gmock/gmock.h>
@@ -34,7 +34,7 @@ class PackingListTest : public testing::Test {
     EXPECT_THAT(m_Log.Errors(), ElementsAre(line));
   }
 
-  CairnTest::RecordedLog m_Log;
+  testsupport::LogCapture m_Log;
   PackingList m_PKL;
 };
 
@@ -57,7 +57,7 @@ TEST_F(PackingListTest, SizesBeyondThirtyTwoBitsAreRead) {
 
 TEST_F(PackingListTest, ASizeThatIsNoSizeIsRefused) {
   for (const char* size : {"", "-1", "1.0", "18446744073709551616"}) {
-    m_Log.Sink.Clear();
+    m_Log.Clear();
     EXPECT_EQ(Read(Asset("<Size>" + std::string(size) + "</Size>")), Cairn::RESULT_CN_VALUE);
     EXPECT_THAT(m_Log.Errors(), ElementsAre("PackingList: malformed Size \"" + std::string(size) + "\"\n"));
   }

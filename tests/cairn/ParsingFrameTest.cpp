@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/XercesCallWrapper.h>
 
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
 
 #include <Cairn/XMLNode.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Reads, writes and reads again the worked documents that may stand beside the standards' schemas.
-#include "RecordedLog.h"
+#include "../support/LogCapture.h"
+#include "../support/SchemaCheck.h"
 #include "SampleDocuments.h"
-#include "SchemaCheck.h"
 
 #include <Cairn/InitObjectWithFile.h>
 
@@ -13,7 +13,7 @@
 namespace {
 
 std::string ExamplesFolder() {
-  const std::string schemas = CairnTest::SchemaFolder();
+  const std::string schemas = testsupport::SchemaFolder();
   const std::string folder = schemas + "/../examples";
   return !schemas.empty() && std::filesystem::is_directory(folder) ? folder : std::string();
 }
@@ -32,7 +32,7 @@ T Comparable(T model) {
 // 1 when the file is such a document and comes back equal, 0 when it is another document.
 template <class T>
 int ReadsAndWrites(const std::string& path) {
-  const CairnTest::RecordedLog log;
+  const testsupport::LogCapture log;
   T model;
   if (Cairn::InitObjectWithFile(model, path).Failure()) return 0;
   std::string xml;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Writes and reads documents of all shapes. STRATA_TEST_SEED in the environment chooses others.
+#include "../support/LogCapture.h"
+#include "../support/SchemaCheck.h"
+#include "../support/TemporaryFolder.h"
 #include "RandomDocuments.h"
-#include "RecordedLog.h"
 #include "SampleDocuments.h"
-#include "SchemaCheck.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,14 +32,14 @@ void ExpectReadBackEqual(T (RandomDocuments::*make)()) {
   const unsigned first = FirstSeed();
   for (unsigned seed = first; seed < first + DocumentCount; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
-    const CairnTest::RecordedLog log;
+    const testsupport::LogCapture log;
     const T model = (RandomDocuments(seed).*make)();
     std::string xml;
     ASSERT_EQ(CairnTest::Encode(model, xml, model.DCPFormat), Ferro::RESULT_OK);
     T again;
     ASSERT_EQ(again.DecodeXML(xml), Ferro::RESULT_OK) << xml;
     ASSERT_EQ(again, model) << xml;
-    ASSERT_THAT(log.Sink.Entries(), IsEmpty()) << xml;
+    ASSERT_THAT(log.Entries(), IsEmpty()) << xml;
     std::string rewritten;
     ASSERT_EQ(CairnTest::Encode(again, rewritten, again.DCPFormat), Ferro::RESULT_OK);
     ASSERT_EQ(rewritten, xml);
@@ -47,9 +48,9 @@ void ExpectReadBackEqual(T (RandomDocuments::*make)()) {
 
 template <class T>
 void ExpectValid(T (RandomDocuments::*make)(), Cairn::DCPFormat_t format, const char* schema) {
-  if (CairnTest::SchemaFolder().empty())
+  if (testsupport::SchemaFolder().empty())
     GTEST_SKIP() << "NOT RUN: STRATA_SCHEMAS does not name the folder of the standards' schemas";
-  const CairnTest::TemporaryFolder folder;
+  const testsupport::TemporaryFolder folder;
   std::vector<std::string> files;
   for (unsigned seed = FirstSeed(); files.size() < ValidatedCount; ++seed) {
     const T model = (RandomDocuments(seed).*make)();
@@ -58,7 +59,7 @@ void ExpectValid(T (RandomDocuments::*make)(), Cairn::DCPFormat_t format, const 
     ASSERT_EQ(CairnTest::Encode(model, xml, format), Ferro::RESULT_OK);
     files.push_back(folder.Write(std::to_string(seed) + ".xml", xml));
   }
-  EXPECT_EQ(CairnTest::ValidateFiles(schema, files), "");
+  EXPECT_EQ(testsupport::ValidateFiles(testsupport::SchemaFolder() + "/" + schema, files), "");
 }
 
 TEST(RoundTrip, CompositionPlaylistsAreReadBackEqual) {

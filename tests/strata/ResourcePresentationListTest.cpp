@@ -2,8 +2,8 @@
 #include <Strata/ResourcePresentationList.h>
 
 #include "../support/LogCapture.h"
+#include "../support/SchemaCheck.h"
 #include "RecordCheck.h"
-#include "SchemaCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -199,7 +199,8 @@ TEST(ResourcePresentationList, WrittenListsAreValidByThePublishedSchema) {
   const char* folder = std::getenv("STRATA_SCHEMAS");
   if (folder == nullptr)
     GTEST_SKIP() << "NOT RUN: STRATA_SCHEMAS does not name a folder with the schema of ST 430-11:2010";
-  EXPECT_EQ(StrataTest::SchemaMessages(std::string(folder) + "/reconstructed-430-11-2010-RPL.xsd", AllShapes()), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(std::string(folder) + "/reconstructed-430-11-2010-RPL.xsd", AllShapes()),
+            "");
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 #include <Strata/ShowPlaylist.h>
 
 #include "../support/LogCapture.h"
+#include "../support/SchemaCheck.h"
 #include "RecordCheck.h"
-#include "SchemaCheck.h"
 
 #include <Ferro/XMLElement.h>
 #include <QUIRE/Result.h>
@@ -251,12 +251,12 @@ TEST(ShowPlaylistEncoder, TextThatXMLCannotCarryIsRefused) {
 TEST(ShowPlaylistEncoder, DocumentsAreValidBySchema) {
   ShowPlaylist full;
   FillShow(full);
-  EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, {Encoded(full), Encoded(ShowPlaylist())}), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, {Encoded(full), Encoded(ShowPlaylist())}), "");
 }
 
 TEST(ShowPlaylistEncoder, SchemaRefusesWhatIsNoShowPlaylist) {
-  EXPECT_NE(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA,
-                                       {"<ShowPlaylist xmlns='http://www.strata.example/ra/xsd/strata-spl-1'/>"}),
+  EXPECT_NE(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA,
+                                           {"<ShowPlaylist xmlns='http://www.strata.example/ra/xsd/strata-spl-1'/>"}),
             "");
 }
 

@@ -2,7 +2,7 @@
 #include <Strata/ShowPlaylist.h>
 
 #include "../support/LogCapture.h"
-#include "SchemaCheck.h"
+#include "../support/SchemaCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -200,7 +200,7 @@ TEST(ShowPlaylistRoundTrip, GeneratedModelsAreReadAsTheyWereWritten) {
     documents.push_back(std::move(document));
   }
   EXPECT_EQ(log.TextWithLevels(), "");
-  EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, documents), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, documents), "");
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include "../support/AssertionText.h"
 #include "../support/FakeTimeline.h"
-#include "SchemaCheck.h"
+#include "../support/SchemaCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -133,7 +133,7 @@ TEST_F(TimelineExport, ShowPlaylistIsValid) {
   AddEvent("<&>", 10, "");
   AddEvent("between", 300);
   documents.push_back(ShowPlaylistOf(Fake));
-  EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, documents), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, documents), "");
 }
 
 TEST(TimelineExportTwice, CompositionPlayedTwiceIsTwoItems) {
@@ -281,7 +281,7 @@ TEST_F(TimelineExport, PresentationListIsValid) {
   std::string document;
   ui32_t playout_id = 0;
   ASSERT_EQ(Playlist.GetPresentationListForTimeline("http://server/a b", document, playout_id), Ferro::RESULT_OK);
-  EXPECT_EQ(StrataTest::SchemaMessages(std::string(folder) + "/reconstructed-430-11-2010-RPL.xsd", {document}), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(std::string(folder) + "/reconstructed-430-11-2010-RPL.xsd", {document}), "");
 }
 
 TEST_F(TimelineExport, TimelineWithoutTextIsAListWithoutReels) {

@@ -34,6 +34,14 @@ class LogCapture : public Ferro::MemoryLogSink {
     for (const auto& entry : Entries()) lines.push_back(entry.Message);
     return lines;
   }
+  [[nodiscard]] std::vector<std::string> Lines(Ferro::LogLevel level) const {
+    std::vector<std::string> lines;
+    for (const auto& entry : Entries())
+      if (entry.Level == level) lines.push_back(entry.Message);
+    return lines;
+  }
+  [[nodiscard]] std::vector<std::string> Errors() const { return Lines(Ferro::LogLevel::Error); }
+  [[nodiscard]] std::vector<std::string> Warnings() const { return Lines(Ferro::LogLevel::Warning); }
   /// How many messages have this level.
   [[nodiscard]] size_t Count(Ferro::LogLevel level) const {
     size_t count = 0;

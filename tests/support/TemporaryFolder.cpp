@@ -4,6 +4,7 @@
 #include <Ferro/Assert.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <system_error>
 
 namespace testsupport {
@@ -18,6 +19,14 @@ TemporaryFolder::TemporaryFolder() {
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(m_Folder, ignored);
+}
+
+std::string TemporaryFolder::Write(const std::string& name, std::string_view content) const {
+  std::ofstream file(Path(name), std::ios::binary);
+  file << content;
+  file.close();
+  FERRO_ASSERT(file);
+  return Path(name);
 }
 
 }  // namespace testsupport

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace testsupport {
 
@@ -15,6 +16,8 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   [[nodiscard]] std::string Path(const std::string& name) const { return (m_Folder / name).string(); }
+  /// Writes a file there. Returns its path.
+  std::string Write(const std::string& name, std::string_view content) const;
   [[nodiscard]] const std::filesystem::path& Folder() const { return m_Folder; }
 
  private:

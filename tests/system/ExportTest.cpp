@@ -50,7 +50,7 @@ Json playing_of(const std::vector<std::string>& names) {
 TEST(Export, ShowPlaylistIsFlatAndValidBySchema) {
   const BrokenShow show;
   const std::string document = output_of({"export", "spl", show.Path()});
-  EXPECT_EQ(StrataTest::SchemaMessages(SHOW_PLAYLIST_SCHEMA, {document}), "");
+  EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, {document}), "");
   EXPECT_EQ(count(document, "<CompositionPlaylist>"), 5U);
   EXPECT_EQ(count(show.Read("show.xml"), "<ShowPlaylist>"), 1U);
   EXPECT_EQ(count(document, "<ShowPlaylist>"), 0U);
