@@ -3,5 +3,5 @@
 
 #include <CLI/CLI.hpp>
 
-/// strata frame: takes one edit unit out of a show or a track file. `exit_code` must outlive `app`.
+/// Adds `strata frame`.
 void AddFrameCommand(CLI::App& app, int& exit_code);

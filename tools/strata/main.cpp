@@ -10,6 +10,7 @@
 #include "PlayCommand.h"
 #include "StoreCommand.h"
 #include "TimelineCommand.h"
+#include "WrapCommand.h"
 
 #include <Strata/Version.h>
 
@@ -23,6 +24,7 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
+<<<<<<< HEAD
 constexpr AddCommand Commands[] = {
     AddCheckCommand,       //
     AddPlayCommand,        //
@@ -33,6 +35,10 @@ constexpr AddCommand Commands[] = {
     AddStoreCommand,       //
     AddMakeSampleCommand,  //
 };
+=======
+constexpr AddCommand Commands[] = {AddCheckCommand,  AddPlayCommand,  AddMakeSampleCommand, AddTimelineCommand,
+                                   AddExportCommand, AddFrameCommand, AddWrapCommand};
+>>>>>>> 69565c2 (Make track files of codestreams, sound, text and data)
 
 int run(int argc, char** argv) {
   LogView log;
