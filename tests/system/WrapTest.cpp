@@ -133,11 +133,11 @@ TEST_F(Wrap, FilesOfOneChannelBecomeOne) {
     WriteWave(std::to_string(channel) + ".wav", {48000, 24, 1, ""}, mono);
     arguments.push_back(Path(std::to_string(channel) + ".wav"));
   }
-  arguments.insert(arguments.end(), {"--channels", "ST(L,R),HI", "--language", "en"});
+  arguments.insert(arguments.end(), {"--channels", "M(C),HI,VIN", "--language", "en"});
   ASSERT_EQ(RunWrap(arguments), 0) << m_Errors;
   const Bytes wave = Frame(0, "b.wav", {"--count", "24"});
   EXPECT_EQ(Bytes(wave.begin() + 104, wave.end()), all);
-  EXPECT_EQ(wave[12 + 36 + 8 + 20], 3);  // the loudspeakers left and right
+  EXPECT_EQ(wave[12 + 36 + 8 + 20], 4);  // the loudspeaker in the centre
 }
 
 TEST_F(Wrap, EditUnitsOfUnequalLengthComeBack) {
@@ -291,7 +291,9 @@ TEST_F(Wrap, WhatDoesNotFitIsRefused) {
       {{Path("one.wav"), Path("two.wav")}, 1, "two.wav: of several files each has one channel"},
       {{Path("one.wav"), Path("half.wav")}, 2, "half.wav: it lasts 12 edit units, the first file 24"},
       {{Path("one.wav"), "--channels", "51(L,R)x"}, 1, "this names no channels, as 51(L,R,C,LFE,Ls,Rs) does"},
-      {{Path("one.wav"), "--channels", "ST(L,R)"}, 1, "--channels ST(L,R): the sound has only 1"},
+      {{Path("one.wav"), "--channels", "51(L,R,C,LFE,Ls,Rs)"},
+       1,
+       "--channels 51(L,R,C,LFE,Ls,Rs): the sound has only 1"},
       {{Path("pictures"), "--rate", "0"}, 1, "--rate 0: not edit units per second, as 24 or 30000/1001"},
       {{Path("pictures"), "--rate", "23.976"}, 1, "--rate 23.976: not edit units per second"},
       {{Path("pictures"), "--id", "five"}, 1, "--id five: this is no UUID"},

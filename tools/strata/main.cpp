@@ -24,21 +24,17 @@ namespace {
 using AddCommand = void (*)(CLI::App&, int& exit_code);
 
 // Every subcommand, in the order in which --help shows them.
-<<<<<<< HEAD
 constexpr AddCommand Commands[] = {
     AddCheckCommand,       //
     AddPlayCommand,        //
     AddInfoCommand,        //
     AddTimelineCommand,    //
     AddFrameCommand,       //
+    AddWrapCommand,        //
     AddExportCommand,      //
     AddStoreCommand,       //
     AddMakeSampleCommand,  //
 };
-=======
-constexpr AddCommand Commands[] = {AddCheckCommand,  AddPlayCommand,  AddMakeSampleCommand, AddTimelineCommand,
-                                   AddExportCommand, AddFrameCommand, AddWrapCommand};
->>>>>>> 69565c2 (Make track files of codestreams, sound, text and data)
 
 int run(int argc, char** argv) {
   LogView log;
