@@ -332,6 +332,37 @@ const Case Cases[] = {
      "2\nerror: SampleFeature, reel 1, sound: The sound has no channels. Expected at least 1, found 0.\n    file  "
      "SHOW/Feature/sound-1.mxf\n" +
          AskAgain + WillNot},
+    {"SoundChangesBetweenReels",
+     [](const BrokenShow& show) {
+       show.Replace("Feature/sound-2.mxf", SamplingRateTag + bytes({0, 0, 0xbb, 0x80}),
+                    SamplingRateTag + bytes({0, 1, 0x77, 0x00}));
+     },
+     "0\nwarning: SampleFeature, reel 2, sound: The format changes from the reel before: some equipment stumbles. "
+     "Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.\n    file  SHOW/Feature/sound-2.mxf\n"
+     "warning: SampleFeature, reel 3, sound: The format changes from the reel before: some equipment stumbles. "
+     "Expected 6 channels at 96000 Hz, found 6 channels at 48000 Hz.\n    file  SHOW/Feature/sound-3.mxf\n" +
+         WillPlay},
+    {"OneReelWithoutSound",
+     [](const BrokenShow& show) {
+       const std::string text = show.Read("Feature/CPL.xml");
+       const size_t end = text.find("</MainSound>") + 12;
+       show.Write("Feature/CPL.xml", text.substr(0, text.find("<MainSound>")) + text.substr(end));
+       show.ListSize("Feature/CPL.xml");
+     },
+     "0\nwarning: SampleFeature: Some reels have no sound and will play silence.\n" + WillPlay},
+    {"CompositionWithoutSound",
+     [](const BrokenShow& show) {
+       const std::string text = show.Read("Trailer/CPL.xml");
+       const size_t end = text.find("</MainSound>") + 12;
+       show.Write("Trailer/CPL.xml", text.substr(0, text.find("<MainSound>")) + text.substr(end));
+       show.ListSize("Trailer/CPL.xml");
+     },
+     "0\nwarning: SampleTrailer: The composition has no sound: some equipment stops there.\n" + WillPlay},
+    {"AnotherIntrinsicDuration",
+     [](const BrokenShow& show) { show.Replace("Feature/CPL.xml", "<IntrinsicDuration>24", "<IntrinsicDuration>99"); },
+     "0\nwarning: SampleFeature, reel 1, picture: The composition says that the file has another length. Expected 99 "
+     "edit units, found 24 edit units.\n    file  SHOW/Feature/picture-1.mxf\n" +
+         WillPlay},
     {"EncryptedWithoutKeyInTheComposition",
      [](const BrokenShow& show) {
        const std::string text = show.Read("Encrypted/CPL.xml");
