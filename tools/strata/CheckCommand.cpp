@@ -182,6 +182,8 @@ void AddCheckCommand(CLI::App& app, int& exit_code) {
   command->add_flag("--json", options->AsJson, "Print the report as JSON");
   command->footer(
       "Exit codes: 0 it plays, 2 it does not, 3 assets are missing, 4 interrupted.\n"
-      "Example: strata check /media/disk/TheFeature --store /srv/library --hash");
+      "Examples:\n"
+      "  strata check show --hash\n"
+      "  strata check show/Feature --store show --json");
   command->callback([options, &exit_code] { exit_code = check(*options); });
 }

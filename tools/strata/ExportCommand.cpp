@@ -122,16 +122,16 @@ void AddExportCommand(CLI::App& app, int& exit_code) {
       "explains each kind.\n"
       "Exit codes: 0 written, 1 usage, 2 not playable or cannot be written, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
-      "  strata export spl /media/disk/TheShow --out flat.xml\n"
-      "  strata export ids /media/disk/TheShow --which keys");
+      "  strata export spl show --out flat.xml\n"
+      "  strata export ids show --which keys");
 
   add_kind(command, "spl", "One flat show playlist that plays the same", show_playlist, options, exit_code)
       .footer(
           "Show playlists inside the show come out as their compositions, events as markers. The playlist has a new\n"
           "identifier each time.\n"
           "Examples:\n"
-          "  strata export spl /media/disk/TheShow --out flat.xml\n"
-          "  strata check flat.xml --store /media/disk/TheShow");
+          "  strata export spl show --out flat.xml\n"
+          "  strata check flat.xml --store show");
 
   CLI::App& rpl = add_kind(command, "rpl", "The resource presentation list (ST 430-11) of subtitles and captions",
                            presentation_list, options, exit_code);
@@ -141,7 +141,7 @@ void AddExportCommand(CLI::App& app, int& exit_code) {
   rpl.footer(
       "For systems that show captions beside the screen. The list has a new playout number each time.\n"
       "Examples:\n"
-      "  strata export rpl /media/disk/TheShow --base-url http://192.168.1.20/captions --out show.rpl.xml");
+      "  strata export rpl show --base-url http://192.168.1.20/captions --out show.rpl.xml");
 
   CLI::App& ids =
       add_kind(command, "ids", "Identifiers, one on each line, in order of the show", identifiers, options, exit_code);
@@ -152,6 +152,6 @@ void AddExportCommand(CLI::App& app, int& exit_code) {
   ids.footer(
       "A composition that plays twice stands there twice; each key stands there once.\n"
       "Examples:\n"
-      "  strata export ids /media/disk/TheShow\n"
-      "  strata export ids /media/disk/TheShow --which keys --out keys.txt");
+      "  strata export ids show\n"
+      "  strata export ids show --which keys --out keys.txt");
 }

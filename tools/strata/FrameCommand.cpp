@@ -230,6 +230,8 @@ void AddFrameCommand(CLI::App& app, int& exit_code) {
       "Exit codes: 0 written, 1 there is no such thing, 2 broken, encrypted or not to be written, 3 assets are "
       "missing,\n"
       "4 interrupted.\n"
-      "Example: strata frame /media/disk/TheFeature --at 00:10:00:00 --out still.png");
+      "Examples:\n"
+      "  strata frame show --at 00:00:02:12 --out still.png\n"
+      "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav");
   command->callback([options, &exit_code] { exit_code = run(*options); });
 }

@@ -124,6 +124,8 @@ void AddMakeSampleCommand(CLI::App& app, int& exit_code) {
       "Equal options make equal files. Pictures tell reel, edit unit and time; each channel has a tone of its own, and "
       "a\n"
       "tick every second. Exit codes: 0 made, 1 the folder is not empty, 2 it cannot be written, 4 interrupted.\n"
-      "Example: strata make-sample /tmp/show && strata check /tmp/show && strata play /tmp/show --verify");
+      "Examples:\n"
+      "  strata make-sample sample --length 2\n"
+      "  strata make-sample small --length 1 --size 96x64 --flavour interop");
   command->callback([options, &exit_code] { exit_code = make_sample(options->Sample); });
 }

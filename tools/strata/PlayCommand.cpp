@@ -84,6 +84,9 @@ void AddPlayCommand(CLI::App& app, int& exit_code) {
   command->footer(
       "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
       "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
-      "Exit codes: 0 fine, 2 not playable or frames differ, 3 assets are missing, 4 interrupted.");
+      "Exit codes: 0 fine, 2 not playable or frames differ, 3 assets are missing, 4 interrupted.\n"
+      "Examples:\n"
+      "  strata play show\n"
+      "  strata play show --speed max --verify --resume position.txt");
   command->callback([options, &exit_code] { exit_code = play(*options); });
 }

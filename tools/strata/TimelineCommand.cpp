@@ -106,6 +106,8 @@ void AddTimelineCommand(CLI::App& app, int& exit_code) {
       "Exit codes: 0 nothing is wrong, 1 usage, 2 something is broken or a file cannot be written, 3 assets are "
       "missing,\n"
       "4 interrupted.\n"
-      "Example: strata timeline /media/disk/TheFeature --store /srv/library --html timeline.html");
+      "Examples:\n"
+      "  strata timeline show\n"
+      "  strata timeline show/Feature --store show --html timeline.html --svg timeline.svg");
   command->callback([options, &exit_code] { exit_code = timeline(*options); });
 }
