@@ -89,8 +89,8 @@ class Help : public SampleFolder {
   /// Runs a line of shell in the folder beside the show, the program being found as "strata".
   std::string Run(const std::string& line, int exit_code = 0) const {
     const std::string script = Beside("line.sh");
-    std::ofstream(script) << "cd '" << Beside("") << "' && export PATH='" << BUILT_DOCUMENTS << "':$PATH && " << line
-                          << '\n';
+    std::ofstream(script) << "cd '" << Beside("") << "' && export HOME=$PWD PATH='" << BUILT_DOCUMENTS << "':$PATH && "
+                          << line << '\n';
     const int status = std::system(("bash '" + script + "' >'" + Beside("out") + "' 2>&1 </dev/null").c_str());
     const std::string out = text_of(Beside("out"));
     EXPECT_EQ(WEXITSTATUS(status), exit_code) << line << '\n' << out;

@@ -63,9 +63,9 @@ void AddStoreCommand(CLI::App& app, int& exit_code) {
       "Exit codes: 0 fine, 1 usage, 2 something is broken or the index cannot be used, 3 files are missing,\n"
       "4 interrupted.\n"
       "Examples:\n"
-      "  strata store add /srv/library /media/disk\n"
+      "  strata store add show\n"
       "  strata store verify --hash\n"
-      "  strata check /media/disk/TheShow --index ~/.local/share/strata/store.sqlite");
+      "  strata check show --index ~/.local/share/strata/store.sqlite");
 
   CLI::App& add =
       add_operation(command, "add", "Add folders, or look for changes in them", StoreAdd, options, exit_code);
@@ -76,8 +76,8 @@ void AddStoreCommand(CLI::App& app, int& exit_code) {
   add.footer(
       "An index that is not there is made. Interrupted, it stays as it was before the folder.\n"
       "Examples:\n"
-      "  strata store add /srv/library\n"
-      "  strata store add /media/disk --index /srv/cinema.sqlite --wait 5");
+      "  strata store add show\n"
+      "  strata store add show/Trailer --index cinema.sqlite --wait 5");
 
   CLI::App& list =
       add_operation(command, "list", "Show what is known of folders and assets", store_list, options, exit_code);
@@ -88,7 +88,7 @@ void AddStoreCommand(CLI::App& app, int& exit_code) {
       "Kind, size, identifier, file and title of each asset, and what is wrong with it.\n"
       "Examples:\n"
       "  strata store list\n"
-      "  strata store list /srv/library/TheFeature --refresh --json");
+      "  strata store list show/Feature --refresh --json");
 
   CLI::App& verify = add_operation(command, "verify", "Are all files there, and as their packages list them?",
                                    StoreVerify, options, exit_code);
@@ -104,7 +104,7 @@ void AddStoreCommand(CLI::App& app, int& exit_code) {
       "goes on from there the next time.\n"
       "Examples:\n"
       "  strata store verify\n"
-      "  strata store verify /srv/library --hash --threads 2");
+      "  strata store verify show --hash --threads 2");
 
   CLI::App& forget = add_operation(command, "forget", "Take folders and single files out of the index", StoreForget,
                                    options, exit_code);
@@ -114,5 +114,5 @@ void AddStoreCommand(CLI::App& app, int& exit_code) {
   forget.footer(
       "The files themselves are left alone.\n"
       "Examples:\n"
-      "  strata store forget /media/disk");
+      "  strata store forget show");
 }

@@ -140,6 +140,10 @@ void AddWrapCommand(CLI::App& app, int& exit_code) {
       "text lie beside it, named by their identifiers. The digest is what a packing list has.\n"
       "Exit codes: 0 written, 1 there is no such thing, 2 broken or not to be written, 3 a font or image is missing,\n"
       "4 interrupted.\n"
-      "Example: strata wrap pictures/ --rate 24 --out picture.mxf");
+      "Examples:\n"
+      "  strata frame show --at 0 --out still.j2c\n"
+      "  strata wrap still.j2c --rate 24 --out picture.mxf\n"
+      "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav\n"
+      "  strata wrap second.wav --rate 24 --out sound.mxf");
   command->callback([options, &exit_code] { exit_code = run(*options); });
 }
