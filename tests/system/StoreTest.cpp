@@ -6,10 +6,13 @@
 
 #include <Ferro/FileText.h>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -251,6 +254,32 @@ TEST_F(Store, FolderThatIsNotThereIsToldOnce) {
   EXPECT_EQ(List()["folders"][0]["present"], false);
 }
 
+/// Makes folders in folders, until the path is longer than the system can open (PATH_MAX).
+void make_deep_folders(const std::string& top) {
+  const std::string name(250, 'd');
+  int folder = open(top.c_str(), O_RDONLY | O_DIRECTORY);
+  for (int depth = 0; depth < 18 && folder >= 0; ++depth) {
+    ASSERT_EQ(mkdirat(folder, name.c_str(), 0700), 0);
+    const int inner = openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY);
+    close(folder);
+    folder = inner;
+  }
+  ASSERT_GE(folder, 0);
+  close(folder);
+}
+
+TEST_F(Store, FolderThatCannotBeReadIsAWarning) {
+  make_deep_folders(m_Show.Path());
+  const Answer added = Run({"add", m_Show.Path()});
+  EXPECT_EQ(added.Code, 0);
+  EXPECT_THAT(added.Errors, StartsWith("warning: " + m_Show.Path("ddd")));
+  EXPECT_THAT(added.Errors, HasSubstr(": folder left out: File name too long\n"));
+  const Json report = Verify({}, 0);
+  ASSERT_EQ(report["findings"].size(), 1U);
+  EXPECT_EQ(report["findings"][0]["severity"], "warning");
+  EXPECT_THAT(report["findings"][0]["message"].get<std::string>(), HasSubstr(": folder left out: "));
+}
+
 TEST_F(Store, SelectionIsVerifiedAlone) {
   static_cast<void>(Do({"add", m_Show.Path()}));
   m_Show.Remove("Feature/sound-2.mxf");
@@ -323,7 +352,7 @@ TEST_F(Store, DatabaseOfAnotherProgramIsRefused) {
 TEST_F(Store, LockedIndexIsToldAfterTheWait) {
   static_cast<void>(Do({"add", m_Show.Path("Trailer")}));
   const Database other(Index(), "BEGIN IMMEDIATE");
-  const Answer answer = Run({"add", m_Show.Path("Feature"), "--wait", "0.1"});
+  const Answer answer = Run({"add", m_Show.Path("Feature"), "--wait", "0"});
   EXPECT_EQ(answer.Code, 2);
   EXPECT_EQ(answer.Errors, "strata: The asset index " + Index() +
                                " cannot be used: database is locked. Another program is working with it: try again "

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "IndexFile.h"
 
+#include "LogView.h"
+
 #include <array>
 #include <cstdlib>
 
@@ -43,15 +45,15 @@ bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::stri
   QuietLog log;
   const Cairn::Result_t result = store.Open(index, patience);
   if (result.Success()) return true;
-  problem = IndexFailure(log, index);
+  problem = IndexFailure(log.Take(), index);
   if (problem.empty()) problem = problem_text(index, result.Label());
   return false;
 }
 
-std::string IndexFailure(QuietLog& log, const std::string& index) {
+std::string IndexFailure(const std::vector<Ferro::LogEntry>& messages, const std::string& index) {
   const std::string start = "Asset index " + index + ": ";
   std::string problem;
-  for (const Ferro::LogEntry& entry : log.Take())
+  for (const Ferro::LogEntry& entry : messages)
     if (problem.empty() && entry.Level == Ferro::LogLevel::Error && entry.Message.starts_with(start))
       problem = problem_text(index, entry.Message.substr(start.size()));
   return problem;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "LogView.h"
-
 #include <Cairn/AssetStore.h>
+#include <Ferro/LogSink.h>
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 /// Where the asset index of this user lies when no other one is named: $XDG_DATA_HOME/strata/store.sqlite, else
 /// ~/.local/share/strata/store.sqlite (XDG Base Directory Specification). Empty where there is no home.
@@ -18,5 +18,5 @@
 [[nodiscard]] bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
                                  std::chrono::milliseconds patience = std::chrono::seconds(30));
 
-/// The failure of an index among the messages since the last look, in words for the user; empty where there is none.
-[[nodiscard]] std::string IndexFailure(QuietLog& log, const std::string& index);
+/// The failure of an index among messages, in words for the user; empty where there is none.
+[[nodiscard]] std::string IndexFailure(const std::vector<Ferro::LogEntry>& messages, const std::string& index);

@@ -31,7 +31,8 @@ void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
   m_Shown = now;
   m_IsShown = true;
   const double seconds = std::chrono::duration<double>(now - m_Started).count();
-  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, Terminal::Columns(STDERR_FILENO) - 1).c_str());
+  const unsigned columns = Terminal::Columns(STDERR_FILENO) - 1;
+  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, columns, m_Unit).c_str());
   std::fflush(stderr);
 }
 

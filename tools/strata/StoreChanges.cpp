@@ -20,16 +20,6 @@ std::string folder_around(const Cairn::AssetStore& store, const std::string& pat
   return "";
 }
 
-/// Shows what the store warned of, as files that could not be read, or what made it fail.
-ExitCode show_messages(StoreSession& session) {
-  const std::vector<Ferro::LogEntry> entries = session.Log().Take();
-  for (const Ferro::LogEntry& entry : entries) {
-    if (entry.Level == Ferro::LogLevel::Warning) std::fprintf(stderr, "warning: %s\n", entry.Message.c_str());
-    if (entry.Level == Ferro::LogLevel::Error) session.Log().WriteEntry(entry);
-  }
-  return session.CheckIndex();
-}
-
 void tell_added(const Cairn::AssetStore& store, const std::string& path) {
   size_t assets = 0;
   size_t unusable = 0;
@@ -54,7 +44,7 @@ ExitCode add_folder(StoreSession& session, const std::string& folder) {
   });
   if (result == Ferro::RESULT_CANCELLED)
     return StoreTrouble(Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
-  if (const ExitCode code = show_messages(session); code != Fine) return code;
+  if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
   return result.Success() ? Fine
                           : StoreTrouble(NotPlayable, folder + ": it cannot be looked through: " + result.Label());
 }
@@ -62,7 +52,7 @@ ExitCode add_folder(StoreSession& session, const std::string& folder) {
 ExitCode add_file(StoreSession& session, const std::string& path) {
   Cairn::AssetInfo info;
   const Cairn::Result_t result = session.Store().RegisterAsset(path, Cairn::SHA1(), info);
-  if (const ExitCode code = show_messages(session); code != Fine) return code;
+  if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
   if (result == Cairn::RESULT_CN_VALUE)
     return StoreTrouble(Usage, path + ": this file says no identifier of its own; add the folder of its package.");
   return result.Success() ? Fine : StoreTrouble(NotPlayable, path + ": it cannot be read: " + result.Label());
@@ -112,12 +102,14 @@ ExitCode forget(StoreSession& session, const std::string& name) {
 ExitCode for_each_name(const StoreOptions& options, bool may_create,
                        ExitCode (*work)(StoreSession&, const std::string&)) {
   StoreSession session;
-  if (const ExitCode code = session.Open(options, may_create); code != Fine) return code;
+  ExitCode code = session.Open(options, may_create);
+  if (code != Fine) return code;
   for (const std::string& name : options.Names) {
     if (Interrupt::Requested()) return StoreTrouble(Interrupted, "interrupted before " + name + '.');
-    if (const ExitCode code = work(session, name); code != Fine) return code;
+    if (code = work(session, name); code != Fine) break;
   }
-  return Fine;
+  for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
+  return code;
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr double MostPatience = 86'400;
+constexpr Ferro::ui32_t MostPatience = 86'400;
 
 ExitCode store_list(const StoreOptions& options) {
   StoreSession session;
@@ -22,6 +22,7 @@ ExitCode store_list(const StoreOptions& options) {
   if (refreshed != Fine) return refreshed == Interrupted ? StoreTrouble(Interrupted, "interrupted") : refreshed;
   const Json report = StoreListReport(session, session.Store(), selection);
   if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
+  for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   PrintReport(report, options.AsJson, StoreListText);
   return Fine;
 }
@@ -39,7 +40,7 @@ CLI::App& add_operation(CLI::App& command, const std::string& name, const std::s
   operation
       .add_option("--wait", options->Patience,
                   "Seconds to wait while another program keeps the index locked, 0 to 86400")
-      ->check(CLI::Range(0.0, MostPatience))
+      ->check(CLI::Range(0U, MostPatience))
       ->type_name("SECONDS")
       ->capture_default_str();
   operation.callback([options, run, &exit_code] { exit_code = run(*options); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StoreList.h"
 
+#include "DisplayText.h"
 #include "DocumentTitle.h"
 #include "InfoKinds.h"
 #include "TextForms.h"
@@ -59,8 +60,8 @@ std::string asset_text(const Json& asset) {
   char start[96];
   std::snprintf(start, sizeof start, "  %-28s %8s  %s  ", asset["kind"].get<std::string>().c_str(),
                 BytesText(asset["size"].get<Ferro::ui64_t>()).c_str(), asset["id"].get<std::string>().c_str());
-  std::string line = start + (IsInside(file, package) ? file.substr(package.size() + 1) : file);
-  if (asset.contains("title")) line += "  \"" + asset["title"].get<std::string>() + '"';
+  std::string line = start + DisplayText(IsInside(file, package) ? file.substr(package.size() + 1) : file);
+  if (asset.contains("title")) line += "  \"" + DisplayText(asset["title"].get<std::string>()) + '"';
   line += '\n';
   for (const Json& problem : asset["problems"]) line += "      " + problem.get<std::string>() + '\n';
   return line;
@@ -99,13 +100,13 @@ Json StoreListReport(const StoreSession& session, const Cairn::AssetStore& store
 std::string StoreListText(const Json& report) {
   std::string text = "Index " + report["index"].get<std::string>() + '\n';
   for (const Json& folder : report["folders"])
-    text += "Folder " + folder["folder"].get<std::string>() +
+    text += "Folder " + DisplayText(folder["folder"].get<std::string>()) +
             (folder["present"].get<bool>() ? "\n" : "  (not there now)\n");
   std::string package;
   for (const Json& asset : report["assets"]) {
     if (asset["package"] != package) {
       package = asset["package"];
-      text += '\n' + package + '\n';
+      text += '\n' + DisplayText(package) + '\n';
       for (const Json& known : report["packages"])
         if (known["folder"] == package)
           for (const Json& finding : known["findings"]) text += "  " + finding.get<std::string>() + '\n';

@@ -77,8 +77,9 @@ ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
     return StoreTrouble(Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
   if (options.Index.empty()) fs::create_directories(fs::path(m_IndexFile).parent_path(), error);
   std::string problem;
-  const auto patience = std::chrono::milliseconds(static_cast<int>(options.Patience * 1000));
-  return OpenIndexFile(m_IndexFile, m_Store, problem, patience) ? Fine : StoreTrouble(NotPlayable, problem);
+  return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.Patience))
+             ? Fine
+             : StoreTrouble(NotPlayable, problem);
 }
 
 ExitCode StoreSession::Refresh() {
@@ -92,6 +93,9 @@ ExitCode StoreSession::Refresh() {
 }
 
 ExitCode StoreSession::CheckIndex() {
-  const std::string problem = IndexFailure(m_Log, m_IndexFile);
+  const std::vector<Ferro::LogEntry> messages = m_Log.Take();
+  for (const Ferro::LogEntry& message : messages)
+    if (message.Level == Ferro::LogLevel::Warning) m_Warnings.push_back(message.Message);
+  const std::string problem = IndexFailure(messages, m_IndexFile);
   return problem.empty() ? Fine : StoreTrouble(NotPlayable, problem);
 }

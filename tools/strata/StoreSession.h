@@ -13,7 +13,7 @@
 /// What the user gave to a command about the asset index.
 struct StoreOptions {
   std::string Index;               ///< the index's file; empty: the user's own
-  double Patience = 30;            ///< seconds to wait for another program that keeps the index locked
+  Ferro::ui32_t Patience = 30;     ///< seconds to wait for another program that keeps the index locked
   std::vector<std::string> Names;  ///< folders, files, identifiers
   bool Refresh = false;            ///< list: look for changes first
   bool Hash = false;               ///< verify: digests too
@@ -48,17 +48,19 @@ class StoreSession {
   [[nodiscard]] ExitCode Open(const StoreOptions& options, bool may_create);
   [[nodiscard]] Cairn::AssetStore& Store() { return m_Store; }
   [[nodiscard]] const std::string& IndexFile() const { return m_IndexFile; }
-  [[nodiscard]] QuietLog& Log() { return m_Log; }
 
   /// Looks for changes in all folders. Interrupted when the user stopped it.
   [[nodiscard]] ExitCode Refresh();
   /// Shows a failure of the index, if there was one since the last look. NotPlayable then, else Fine.
   [[nodiscard]] ExitCode CheckIndex();
+  /// What the store warned of before the last CheckIndex, such as files that could not be read.
+  [[nodiscard]] const std::vector<std::string>& Warnings() const { return m_Warnings; }
 
  private:
   QuietLog m_Log;
   Cairn::AssetStore m_Store;
   std::string m_IndexFile;
+  std::vector<std::string> m_Warnings;
 };
 
 /// Shows one line of trouble, and hands the code back.

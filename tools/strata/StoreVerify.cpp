@@ -59,6 +59,20 @@ std::vector<std::string> absent_folders(const Cairn::AssetStore& store) {
   return folders;
 }
 
+/// What the store warned of and no finding tells.
+void add_warnings(const StoreSession& session, std::vector<Finding>& findings) {
+  std::vector<Finding> added;
+  for (const std::string& warning : session.Warnings()) {
+    const bool is_told = std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
+      return !finding.File.empty() && warning.starts_with(finding.File + ": ");
+    });
+    if (is_told) continue;
+    added.emplace_back().Level = Severity::Warning;
+    added.back().Message = warning;
+  }
+  findings.insert(findings.end(), added.begin(), added.end());
+}
+
 std::vector<Finding> findings_of(const Cairn::AssetStore& store, const StoreSelection& selection, bool hash) {
   std::vector<Finding> findings;
   const std::vector<std::string> absent = absent_folders(store);
@@ -162,6 +176,7 @@ ExitCode StoreVerify(const StoreOptions& options) {
   std::vector<Finding> findings;
   if (code == Fine) {
     findings = findings_of(session.Store(), selection, options.Hash);
+    if (selection.All()) add_warnings(session, findings);
     code = ExitCodeFor(findings);
   }
   const std::vector<Cairn::AssetRecord> assets = selection.Assets(session.Store());
