@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What loading a show costs, by its number of compositions: each has one reel, with a picture and a sound track file. Beside
 // it what it is made of: reading the composition playlists with Cairn alone, and opening the same track files with QUIRE
-// alone and reading what they say of themselves.
+// alone and reading what they say of themselves. Loading and opening take turns; of_files is the median of their ratios.
 #include "../tests/support/LogCapture.h"
 #include "../tests/support/TemporaryFolder.h"
 #include "../tests/support/TrackFileMaker.h"
+#include "FrameReads.h"
 
 #include <Strata/Strata.h>
 
@@ -17,21 +18,17 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
+#include <chrono>
 #include <filesystem>
-#include <iostream>
 #include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
+using namespace bench;
 using testsupport::TrackKind;
-
-void Require(const Ferro::Result_t& result) {
-  if (result == Ferro::RESULT_OK) return;
-  std::cerr << "the benchmark failed: " << result.Label() << '\n';
-  std::abort();
-}
 
 /// Answers from memory, so that the lookup costs next to nothing.
 class MemoryLookup : public Cairn::IAssetLookup {
@@ -131,59 +128,79 @@ const Shows& TheShows() {
   return shows;
 }
 
-void CountPerComposition(benchmark::State& state) {
-  state.counters["per_composition"] = benchmark::Counter(
-      static_cast<double>(state.range(0)), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
+using Identifiers = Ferro::ArchivableList<Ferro::UUID>;
 
-void LoadShow(benchmark::State& state) {
-  const testsupport::LogCapture log;
-  const auto ids = TheShows().First(static_cast<size_t>(state.range(0)));
-  for (auto _ : state) {
+double TimeLoading(const Identifiers& ids) {
+  const auto start = std::chrono::steady_clock::now();
+  {
     Ferro::mem_ptr<Strata::IPlaylist> playlist;
     Require(Strata::NewPlaylist(playlist));
     Require(playlist->InitWithUUIDList(ids, TheShows().Lookup(), {}));
     benchmark::DoNotOptimize(playlist->GetDuration());
   }
-  CountPerComposition(state);
+  return SecondsSince(start);
 }
 
-void ReadCompositions(benchmark::State& state) {
+double TimeReadingDocuments(size_t count) {
+  const auto start = std::chrono::steady_clock::now();
+  for (size_t number = 0; number < count; ++number) {
+    Cairn::CompositionPlaylist composition;
+    Require(Cairn::InitObjectWithFile(composition, TheShows().CompositionPath(number)));
+  }
+  return SecondsSince(start);
+}
+
+double TimeOpeningFiles(size_t count) {
+  const auto start = std::chrono::steady_clock::now();
+  for (size_t number = 0; number < count; ++number) {
+    QUIRE::WriterInfo info;
+    QUIRE::JP2K::MXFReader picture;
+    QUIRE::JP2K::PictureDescriptor picture_descriptor;
+    Require(picture.OpenRead(TheShows().PathOf("picture", number)));
+    Require(picture.FillPictureDescriptor(picture_descriptor));
+    Require(picture.FillWriterInfo(info));
+    QUIRE::PCM::MXFReader sound;
+    QUIRE::PCM::AudioDescriptor sound_descriptor;
+    Require(sound.OpenRead(TheShows().PathOf("sound", number)));
+    Require(sound.FillAudioDescriptor(sound_descriptor));
+    Require(sound.FillWriterInfo(info));
+  }
+  return SecondsSince(start);
+}
+
+void LoadShow(benchmark::State& state) {
+  const testsupport::LogCapture log;
   const auto count = static_cast<size_t>(state.range(0));
-  for (auto _ : state)
-    for (size_t number = 0; number < count; ++number) {
-      Cairn::CompositionPlaylist composition;
-      Require(Cairn::InitObjectWithFile(composition, TheShows().CompositionPath(number)));
-    }
-  CountPerComposition(state);
+  const Identifiers ids = TheShows().First(count);
+  std::vector<double> loading;
+  std::vector<double> reading;
+  std::vector<double> opening;
+  std::vector<double> ratio;
+  static_cast<void>(TimeLoading(ids) + TimeOpeningFiles(count));
+  for (auto _ : state) {
+    const bool load_first = loading.size() % 2 == 0;
+    const double first = load_first ? TimeLoading(ids) : TimeOpeningFiles(count);
+    const double second = load_first ? TimeOpeningFiles(count) : TimeLoading(ids);
+    loading.push_back(load_first ? first : second);
+    opening.push_back(load_first ? second : first);
+    ratio.push_back(loading.back() / opening.back());
+    reading.push_back(TimeReadingDocuments(count));
+    state.SetIterationTime(loading.back());
+  }
+  const auto per_composition = [&](const std::vector<double>& times) {
+    return Median(times) / static_cast<double>(count) * 1e6;
+  };
+  state.counters["load_us"] = per_composition(loading);
+  state.counters["documents_us"] = per_composition(reading);
+  state.counters["files_us"] = per_composition(opening);
+  state.counters["of_files"] = Median(ratio);
 }
 
-void OpenTrackFiles(benchmark::State& state) {
-  const auto count = static_cast<size_t>(state.range(0));
-  for (auto _ : state)
-    for (size_t number = 0; number < count; ++number) {
-      QUIRE::WriterInfo info;
-      QUIRE::JP2K::MXFReader picture;
-      QUIRE::JP2K::PictureDescriptor picture_descriptor;
-      Require(picture.OpenRead(TheShows().PathOf("picture", number)));
-      Require(picture.FillPictureDescriptor(picture_descriptor));
-      Require(picture.FillWriterInfo(info));
-      QUIRE::PCM::MXFReader sound;
-      QUIRE::PCM::AudioDescriptor sound_descriptor;
-      Require(sound.OpenRead(TheShows().PathOf("sound", number)));
-      Require(sound.FillAudioDescriptor(sound_descriptor));
-      Require(sound.FillWriterInfo(info));
-    }
-  CountPerComposition(state);
-}
-
-void ByLength(benchmark::internal::Benchmark* bench) {
-  bench->ArgName("compositions")->Unit(benchmark::kMillisecond);
+void Configure(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("compositions")->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(21);
   for (const int count : {1, 10, 100, 1000, 5000}) bench->Arg(count);
 }
 
-BENCHMARK(LoadShow)->Apply(ByLength);
-BENCHMARK(ReadCompositions)->Apply(ByLength);
-BENCHMARK(OpenTrackFiles)->Apply(ByLength);
+BENCHMARK(LoadShow)->Apply(Configure);
 
 }  // namespace

@@ -15,10 +15,6 @@ void add_text(Json& json, const char* key, const std::string& text) {
   if (!text.empty()) json[key] = text;
 }
 
-std::string rate_text(const QUIRE::Rational& rate) {
-  return std::to_string(rate.Numerator) + '/' + std::to_string(rate.Denominator);
-}
-
 Json show_json(const TimelineShow& show) {
   Json json{{"id", show.ID.EncodeString()}, {"title", show.Title}, {"file", show.File}, {"depth", show.Depth}};
   add_span(json, show);
@@ -29,7 +25,7 @@ Json composition_json(const TimelineComposition& composition) {
   Json json{{"id", composition.ID.EncodeString()}, {"title", composition.Title}};
   add_text(json, "kind", composition.Kind);
   add_text(json, "file", composition.File);
-  json["edit_rate"] = rate_text(composition.EditRate);
+  json["edit_rate"] = composition.EditRate.EncodeString();
   json["stereoscopic"] = composition.Stereoscopic;
   json["encrypted"] = composition.Encrypted;
   json["state"] = TimelineStateName(composition.State);
@@ -49,7 +45,7 @@ Json track_json(const TimelineTrack& track) {
   if (!track.Asset.AssetID.HasValue()) return json;
   json["asset_id"] = track.Asset.AssetID.EncodeString();
   add_text(json, "file", track.File);
-  json["edit_rate"] = rate_text(track.Asset.EditRate);
+  json["edit_rate"] = track.Asset.EditRate.EncodeString();
   json["entry_point"] = track.Asset.EntryPoint;
   json["asset_duration"] = track.Asset.Duration;
   json["intrinsic_duration"] = track.Asset.IntrinsicDuration;

@@ -35,7 +35,7 @@
   // ---- time
 
   const rateOf = item => {
-    const [numerator, denominator] = item.edit_rate.split('/').map(Number);
+    const [numerator, denominator] = item.edit_rate.split(' ').map(Number);
     return numerator > 0 && denominator > 0 ? numerator / denominator : 24;
   };
   const count = (number, thing) => `${number} ${thing}${number === 1 ? '' : 's'}`;
@@ -187,7 +187,7 @@
     add('File', item.file);
     add('Kind', item.kind);
     add('Scope', item.scope);
-    if (item.edit_rate) add('Edit rate', item.edit_rate);
+    if (item.edit_rate) add('Edit rate', item.edit_rate.replace(' ', '/'));
     add('Entry point', item.entry_point);
     add('Duration', item.asset_duration);
     add('Intrinsic duration', item.intrinsic_duration);
