@@ -178,20 +178,21 @@ Table windows_metrics() {
 
 /// Adds the tables that depend on the glyphs.
 void add_glyphs(std::map<std::string, Table>& tables) {
-  size_t most_runs = 0;
+  int contours = 0;  // of the glyph that has most
   for (size_t i = 0; i < Characters.size(); ++i) {
     const SampleGlyph& glyph = i == 0 ? Missing : SampleGlyphOf(Characters[i]);
     const std::vector<Run> runs = runs_of(glyph);
-    most_runs = std::max(most_runs, runs.size());
     int left = runs.empty() ? 0 : Columns;
     for (const Run& run : runs) left = std::min(left, run.Left);
     tables["hmtx"].U16(Advance).U16(left * Dot);
     tables["loca"].U32(tables["glyf"].Bytes.size());
-    tables["glyf"].Add(outline(glyph));
+    const Table drawn = outline(glyph);
+    if (!drawn.Bytes.empty())
+      contours = std::max(contours, drawn.Bytes[0] << 8 | drawn.Bytes[1]);  // it begins with them
+    tables["glyf"].Add(drawn);
   }
   tables["loca"].U32(tables["glyf"].Bytes.size());
   const int glyphs = static_cast<int>(Characters.size());
-  const int contours = static_cast<int>(most_runs);
   tables["maxp"].U32(0x10000).U16(glyphs).U16(contours * 4).U16(contours).U16(0).U16(0).U16(2).Zeros(16);
   tables["hhea"] = horizontal_header(glyphs);
 }
