@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "CompositionFindings.h"
 #include "SampleFolder.h"
 
 #include <nlohmann/json.hpp>
@@ -10,7 +11,6 @@
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-using Json = nlohmann::json;
 
 namespace {
 
@@ -56,6 +56,41 @@ TEST_F(Check, UnknownNameIsAUsageError) {
 TEST_F(Check, WithoutAShowItIsAUsageError) {
   StrataProgram check({"check"});
   EXPECT_EQ(check.Wait(), 1);
+}
+
+TEST_F(Check, EditRateThatChangesIsWarnedOf) {
+  StrataProgram maker(
+      {"make-sample", Beside("other"), "--length", "1", "--size", "96x64", "--rate", "25", "--seed", "2"});
+  ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
+  StrataProgram check({"check", Show("Trailer/CPL.xml"), Beside("other/Trailer/CPL.xml")});
+  EXPECT_EQ(check.Wait(), 0) << check.Output();
+  EXPECT_THAT(check.Output(),
+              HasSubstr("The edit rate changes from the composition before: some projectors blank the screen. "
+                        "Expected 24, found 25.\n"));
+}
+
+TEST(CompositionFindings, UnusualEditRateIsWarnedOf) {
+  Cairn::AssetStore store;
+  ASSERT_TRUE(store.Open().Success());
+  const auto unusual_rates = [&](const QUIRE::Rational& rate) {
+    OutlineComposition composition;
+    composition.Title = "Composition";
+    composition.EditRate = rate;
+    std::vector<Finding> findings;
+    FindingMemory memory;
+    FindInComposition(composition, store, memory, findings);
+    std::string found;
+    for (const Finding& finding : findings)
+      if (finding.Message.starts_with("The edit rate is unusual")) {
+        EXPECT_EQ(finding.Level, Severity::Warning);
+        found += finding.Found;
+      }
+    return found;
+  };
+  EXPECT_EQ(unusual_rates({24, 1}), "");
+  EXPECT_EQ(unusual_rates({48, 1}), "");
+  EXPECT_EQ(unusual_rates({20, 1}), "20");
+  EXPECT_EQ(unusual_rates({24000, 1001}), "23.976");
 }
 
 class Play : public SampleFolder {};

@@ -61,6 +61,7 @@ Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter&
   } catch (const TooManyErrors&) {
     // The count below says so.
   }
+  setErrorHandler(nullptr);  // the parser may outlive it
   if (reporter.m_ErrorCount == 0) return Ferro::RESULT_OK;
   log.Error("XML parser error count: %u\n", reporter.m_ErrorCount);
   return RESULT_XML_PARSE;
@@ -73,7 +74,7 @@ void DocumentParser::Reset() {
   m_Names.clear();
 }
 
-// The tree keeps its names in a table of fixed size: many different ones would make it crawl.
+// The parser's own tree keeps its names in a table of fixed size: many different ones would make it crawl.
 const DocumentParser::Name& DocumentParser::NoteName(const XMLCh* name) {
   const std::u16string_view wide(name);
   if (const auto known = m_Names.find(wide); known != m_Names.end()) return known->second;

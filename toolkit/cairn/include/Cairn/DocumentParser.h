@@ -18,9 +18,10 @@
 
 namespace Cairn {
 
-/// A DOM parser for documents from outside. Refuses document type declarations and has no code for them in use, so
-/// nothing expands and nothing is loaded; opens no file and no connection; bounds size, depth and counts. Comments and processing
-/// instructions are left out of the tree and CDATA sections become text, so that an element's text is one node.
+/// A parser for documents from outside, with a DOM tree unless a derived class builds its own. Refuses document type
+/// declarations and has no code for them in use, so nothing expands and nothing is loaded; opens no file and no
+/// connection; bounds size, depth and counts. Comments and processing instructions are left out of the tree and CDATA
+/// sections become text, so that an element's text is one node.
 class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
  public:
   static constexpr size_t MaxDocumentSize = 64 * 1024 * 1024;  // bytes
