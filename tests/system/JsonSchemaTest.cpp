@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "JsonSchema.h"
 
+#include "CommandLine.h"
 #include "SampleFolder.h"
 
 #include <filesystem>
@@ -47,6 +48,20 @@ TEST(JsonSchemas, EachIsNamedInItsFileAndOnThePage) {
     EXPECT_EQ(DocumentedSchema(name)["properties"]["schema"]["const"], name);
     EXPECT_THAT(page, testing::HasSubstr("(schema/" + name + ".json)"));
   }
+}
+
+// The schema of `strata store list --json` is strata-store-list-1.
+void ExpectSchemas(const CLI::App& command, const std::string& name) {
+  if (command.get_option_no_throw("--json") != nullptr) EXPECT_TRUE(DocumentedSchema(name + "-1").is_object()) << name;
+  for (const CLI::App* sub : SubcommandsOf(command)) ExpectSchemas(*sub, name + '-' + sub->get_name());
+}
+
+TEST(JsonSchemas, EachCommandThatReportsHasOne) {
+  CLI::App app;
+  bool is_verbose = false;
+  int exit_code = 0;
+  DescribeCommandLine(app, is_verbose, exit_code);
+  ExpectSchemas(app, "strata");
 }
 
 TEST(JsonSchemas, OffencesAreSeen) {
