@@ -52,7 +52,8 @@ TEST(JsonSchemas, EachIsNamedInItsFileAndOnThePage) {
 
 // The schema of `strata store list --json` is strata-store-list-1.
 void ExpectSchemas(const CLI::App& command, const std::string& name) {
-  if (command.get_option_no_throw("--json") != nullptr) EXPECT_TRUE(DocumentedSchema(name + "-1").is_object()) << name;
+  const bool reports = command.get_option_no_throw("--json") != nullptr;
+  EXPECT_TRUE(!reports || DocumentedSchema(name + "-1").is_object()) << name;
   for (const CLI::App* sub : SubcommandsOf(command)) ExpectSchemas(*sub, name + '-' + sub->get_name());
 }
 
