@@ -153,6 +153,19 @@ TEST_F(ParsingFrame, TwoMalformedConstructsGiveTwoLinesThenTheCount) {
   EXPECT_THAT(m_Seen.Calls, IsEmpty());
 }
 
+TEST_F(ParsingFrame, WhatDoesNotNestIsRefused) {
+  for (const char* declaration : {"", "<?xml version=\"1.0\"?>", "<?xml a?>"})
+    for (const char* content : {"<b c<b d</b></b></a>", "<b c<b d</b</b", "</b></a></a></a>", "</a><a/><a>text</a>",
+                                "<b></a></b></a>", "</a>text</a><c></c></c><!-- comment --><?pi?>",
+                                "<b a='1' a='2'/></b></a></a><b>", "<![CDATA[</a>]]></b></b>"}) {
+      m_Log.Clear();
+      const std::string text = declaration + std::string("<a xmlns=\"http://www.smpte-ra.org/\">") + content;
+      EXPECT_EQ(Parse(text), Cairn::RESULT_XML_PARSE) << text;
+      EXPECT_THAT(Messages().back(), testing::StartsWith("XML parser error count: ")) << text;
+    }
+  EXPECT_THAT(m_Seen.Calls, IsEmpty());
+}
+
 TEST_F(ParsingFrame, AnUnboundPrefixIsAnError) {
   EXPECT_EQ(Parse("<a xmlns=\"http://www.smpte-ra.org/x\"><p:b/></a>"), Cairn::RESULT_XML_PARSE);
   EXPECT_EQ(Messages().back(), "XML parser error count: 1\n");

@@ -54,6 +54,7 @@ Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter&
   source.setEncoding(xercesc::XMLUni::fgUTF8EncodingString);  // whatever the declaration says: it was converted
   Reset();
   setErrorHandler(&reporter);
+  m_Reporter = &reporter;
   try {
     parse(source);
   } catch (const DocumentRefused& refusal) {
@@ -62,6 +63,7 @@ Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter&
     // The count below says so.
   }
   setErrorHandler(nullptr);  // the parser may outlive it
+  m_Reporter = nullptr;
   if (reporter.m_ErrorCount == 0) return Ferro::RESULT_OK;
   log.Error("XML parser error count: %u\n", reporter.m_ErrorCount);
   return RESULT_XML_PARSE;
@@ -72,6 +74,12 @@ void DocumentParser::Reset() {
   m_AttributeCount = 0;
   m_NamespaceCounts.clear();
   m_Names.clear();
+}
+
+// What follows an error is parsed for its diagnostics only. It need not nest, and the parser's own tree crashes on an end
+// without a start.
+bool DocumentParser::IsMalformed() const {
+  return m_Reporter != nullptr && m_Reporter->m_ErrorCount > 0;
 }
 
 // The parser's own tree keeps its names in a table of fixed size: many different ones would make it crawl.
@@ -124,17 +132,24 @@ void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, un
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count,
                                   bool is_empty, bool is_root) {
   AdmitElement(declaration, attributes, attribute_count);
+  if (IsMalformed()) return;
   XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
 }
 
 void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
                                 const XMLCh* prefix) {
   LeaveElement();
+  if (IsMalformed()) return;
   XercesDOMParser::endElement(declaration, uri, is_root, prefix);
 }
 
 void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool) {
+  if (IsMalformed()) return;
   XercesDOMParser::docCharacters(text, length, false);
+}
+
+void DocumentParser::ignorableWhitespace(const XMLCh* text, XMLSize_t length, bool) {
+  docCharacters(text, length, false);
 }
 
 void DocumentParser::docPI(const XMLCh*, const XMLCh*) {}

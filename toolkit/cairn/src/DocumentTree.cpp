@@ -69,8 +69,6 @@ class TreeParser : public DocumentParser {
     if (m_Open != nullptr) m_Text.append(text, length);
   }
 
-  void ignorableWhitespace(const XMLCh* text, XMLSize_t length, bool) override { docCharacters(text, length, false); }
-
  private:
   static void AppendTo(Element* parent, Element& element) {
     element.Parent = parent;

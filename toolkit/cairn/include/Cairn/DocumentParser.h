@@ -42,13 +42,14 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
   /// logged, beyond MaxDocumentSize. May throw what Xerces-C throws.
   [[nodiscard]] Result_t ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log);
 
-  // Events of the parser, overridden to hold the limits.
+  // Events of the parser, overridden to hold the limits and to end the tree at the first error.
   void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attribute_count, bool is_empty,
                     bool is_root) override;
   void endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool is_root,
                   const XMLCh* prefix) override;
   void docCharacters(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
+  void ignorableWhitespace(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
   void docPI(const XMLCh* target, const XMLCh* data) override;
 
  protected:
@@ -73,8 +74,10 @@ class CAIRN_API DocumentParser : public xercesc::XercesDOMParser {
   };
 
   void CheckAttributes(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, size_t count);
+  [[nodiscard]] bool IsMalformed() const;
   void Reset();
 
+  const DOMTreeErrorReporter* m_Reporter = nullptr;  // of the parse that goes on
   unsigned m_ElementCount = 0;
   size_t m_AttributeCount = 0;
   std::vector<size_t> m_NamespaceCounts;  // declarations in scope, for each open element
