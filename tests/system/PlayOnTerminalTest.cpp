@@ -134,4 +134,16 @@ TEST_F(PlayOnTerminal, VerifyingDigestsShowsProgressAndCanBeInterrupted) {
   EXPECT_TRUE(check.WaitFor("strata: interrupted\r\n"));
 }
 
+TEST_F(PlayOnTerminal, MakingASampleShowsProgressAndCanBeInterrupted) {
+  TerminalProgram maker({"make-sample", m_Show.Beside("long"), "--length", "600", "--size", "64x64"});
+  EXPECT_TRUE(maker.WaitFor("Trailer: 600 seconds\r\n"));
+  EXPECT_TRUE(maker.WaitFor("\rDrawing [........................] ")) << maker.Screen();
+  EXPECT_TRUE(maker.WaitFor(" of 115200 pictures, "));
+  EXPECT_TRUE(maker.WaitFor("/s, "));
+  EXPECT_TRUE(maker.WaitFor(" left"));
+  maker.Type("\x03");
+  EXPECT_EQ(maker.Wait(), 4);
+  EXPECT_TRUE(maker.WaitFor("\r\x1b[Kstrata: interrupted; nothing was left behind\r\n"));
+}
+
 }  // namespace

@@ -409,6 +409,10 @@ TEST_F(Store, IndexServesTheOtherCommands) {
 TEST(ProgressOfFiles, CountsThemAndTellsTheRate) {
   EXPECT_EQ(ProgressBar::Line("Looking", 50, 100, 10, 120, ProgressUnit::Files),
             "Looking [############............] 50 of 100 files, 5/s, 0:10 left");
+  EXPECT_EQ(ProgressBar::Line("Drawing", 1, 4, 1, 120, ProgressUnit::Pictures),
+            "Drawing [######..................] 1 of 4 pictures, 1/s, 0:03 left");
+  EXPECT_EQ(ProgressBar::Line("Checking", 4, 4, 2, 120, ProgressUnit::Compositions),
+            "Checking [########################] 4 of 4 compositions, 2/s");
 }
 
 }  // namespace

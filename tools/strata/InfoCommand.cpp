@@ -98,8 +98,8 @@ ExitCode info(const InfoOptions& options) {
   Json report = NewReport("info");
   report["items"] = Json::array();
   for (const std::string& path : options.Paths) {
-    if (Interrupt::Requested()) return Interrupted;
     report["items"].push_back(describe(path, code));
+    if (Interrupt::Requested()) return Interrupted;
   }
   PrintReport(report, options.AsJson, render);
   return code;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoFolder.h"
 
+#include "FolderScan.h"
 #include "InfoKinds.h"
 #include "TextForms.h"
 
@@ -26,7 +27,7 @@ Json asset_json(const Cairn::AssetRecord& record, Json& item) {
 void DescribeFolder(const std::string& path, Json& item) {
   Cairn::AssetStore store;
   auto result = store.Open();
-  if (result.Success()) result = store.AddFolder(path);
+  if (result.Success()) result = LookThroughFolder(store, path);
   if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label() + '.');
 
   item["packages"] = Json::array();

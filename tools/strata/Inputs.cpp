@@ -2,6 +2,7 @@
 #include "Inputs.h"
 
 #include "DocumentTitle.h"
+#include "FolderScan.h"
 #include "IndexFile.h"
 
 #include <Cairn/CompositionPlaylist.h>
@@ -76,19 +77,12 @@ void InputOptions::AddTo(CLI::App& command, const std::string& names, const std:
       ->type_name("FILE");
 }
 
-bool OpenAssetStore(const InputOptions& options, Cairn::AssetStore& store, std::string& problem) {
-  if (!OpenIndexFile(options.Index, store, problem)) return false;
-  for (const std::string& folder : options.Stores)
-    if (const Strata::Result_t result = store.AddFolder(folder); result.Failure()) {
-      problem = "The store " + folder + " cannot be opened: " + result.Label();
-      return false;
-    }
-  return true;
-}
-
 bool Inputs::Open(const InputOptions& options) {
-  if (!OpenAssetStore(options, m_Store, m_Problem)) return false;
-  return std::all_of(options.Names.begin(), options.Names.end(), [&](const auto& name) { return Resolve(name); });
+  const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
+  const auto resolve = [&](const std::string& name) { return Resolve(name); };
+  return OpenIndexFile(options.Index, m_Store, m_Problem) &&
+         std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
+         std::all_of(options.Names.begin(), options.Names.end(), resolve);
 }
 
 bool Inputs::Fail(const std::string& problem, ExitCode code) {
@@ -97,9 +91,10 @@ bool Inputs::Fail(const std::string& problem, ExitCode code) {
   return false;
 }
 
-bool Inputs::AddFolder(const std::string& folder) {
-  const Strata::Result_t result = m_Store.AddFolder(folder);
-  return result.Success() || Fail("The folder " + folder + " cannot be opened: " + result.Label());
+bool Inputs::AddFolder(const char* what, const std::string& folder) {
+  const Strata::Result_t result = LookThroughFolder(m_Store, folder);
+  if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", Interrupted);
+  return result.Success() || Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + result.Label());
 }
 
 bool Inputs::Resolve(const std::string& name) {
@@ -111,7 +106,7 @@ bool Inputs::Resolve(const std::string& name) {
 }
 
 bool Inputs::ResolveFolder(const std::string& folder) {
-  if (!AddFolder(folder)) return false;
+  if (!AddFolder("folder", folder)) return false;
   std::error_code error;
   const std::string root = std::filesystem::canonical(folder, error).string() + '/';
   std::vector<Candidate> shows;
@@ -167,7 +162,7 @@ bool Inputs::ResolveFile(const std::string& path) {
                 NotPlayable);
   if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
     return Fail(path + ": this is neither a composition nor a show playlist.");
-  if (!AddFolder(folder_of(path))) return false;
+  if (!AddFolder("folder", folder_of(path))) return false;
   m_Shows.push_back({content.Type, content.ID, DocumentTitle(content.Type, path), path});
   return true;
 }

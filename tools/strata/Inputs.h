@@ -38,7 +38,7 @@ class Inputs {
 
   /// Why Open failed, for the user; may have several lines.
   [[nodiscard]] const std::string& Problem() const { return m_Problem; }
-  /// NotPlayable where something that was meant is broken, else Usage.
+  /// NotPlayable where something that was meant is broken, Interrupted where the user stopped it, else Usage.
   [[nodiscard]] ExitCode ProblemCode() const { return m_ProblemCode; }
   [[nodiscard]] Cairn::AssetStore& Store() { return m_Store; }
   [[nodiscard]] const Cairn::AssetStore& Store() const { return m_Store; }
@@ -49,7 +49,7 @@ class Inputs {
   [[nodiscard]] Strata::Result_t Load(Strata::IPlaylist& playlist) const;
 
  private:
-  bool AddFolder(const std::string& folder);
+  bool AddFolder(const char* what, const std::string& folder);
   bool Resolve(const std::string& name);
   bool ResolveFolder(const std::string& folder);
   bool ResolveFile(const std::string& path);
@@ -62,6 +62,3 @@ class Inputs {
   std::string m_Problem;
   ExitCode m_ProblemCode = Usage;
 };
-
-/// Opens a store over `options`' index and folders. @return false with the reason in `problem`.
-[[nodiscard]] bool OpenAssetStore(const InputOptions& options, Cairn::AssetStore& store, std::string& problem);

@@ -2,6 +2,7 @@
 #include "MakeSampleCommand.h"
 
 #include "ExitCode.h"
+#include "ProgressBar.h"
 #include "SampleShow.h"
 #include "SampleSound.h"
 
@@ -56,7 +57,9 @@ CLI::Validator number_that(bool (*allowed)(Ferro::ui64_t), const std::string& ra
 }
 
 ExitCode make_sample(const SampleOptions& options) {
-  const auto tell = [](const std::string& line) {
+  ProgressBar bar("Drawing", ProgressUnit::Pictures);
+  const auto tell = [&bar](const std::string& line) {
+    bar.Hide();
     std::puts(line.c_str());
     std::fflush(stdout);
   };
@@ -66,11 +69,13 @@ ExitCode make_sample(const SampleOptions& options) {
                    options.Folder.c_str());
       return Usage;
     }
-    if (!MakeSampleShow(options, tell)) {
+    if (!MakeSampleShow(options, tell, [&bar](auto done, auto total) { bar.Update(done, total); })) {
+      bar.Hide();
       std::fputs("strata: interrupted; nothing was left behind\n", stderr);
       return Interrupted;
     }
   } catch (const std::exception& error) {
+    bar.Hide();
     std::fprintf(stderr, "strata: the sample show cannot be made: %s\n", error.what());
     return NotPlayable;
   }

@@ -16,13 +16,32 @@ constexpr auto FirstShown = std::chrono::seconds(1);
 constexpr auto Interval = std::chrono::milliseconds(100);
 constexpr unsigned BarWidth = 24;
 
+std::string Name(ProgressUnit unit) {
+  switch (unit) {
+    case ProgressUnit::Bytes:
+      return "";  // told with each amount
+    case ProgressUnit::Files:
+      return " files";
+    case ProgressUnit::Pictures:
+      return " pictures";
+    case ProgressUnit::Compositions:
+      return " compositions";
+  }
+  return "";
+}
+
 }  // namespace
 
 ProgressBar::ProgressBar(std::string what, ProgressUnit unit)
     : m_What(std::move(what)), m_Unit(unit), m_OnTerminal(isatty(STDERR_FILENO) != 0) {}
 
 ProgressBar::~ProgressBar() {
+  Hide();
+}
+
+void ProgressBar::Hide() {
   if (m_IsShown) std::fputs("\r\x1b[K", stderr);
+  m_IsShown = false;
 }
 
 void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
@@ -46,8 +65,7 @@ std::string ProgressBar::Line(const std::string& what, Ferro::ui64_t done, Ferro
     return unit == ProgressUnit::Bytes ? BytesText(whole) : std::to_string(whole);
   };
   std::string line = what + " [" + std::string(filled, '#') + std::string(BarWidth - filled, '.') + "] " +
-                     amount(double(done)) + " of " + amount(double(total)) +
-                     (unit == ProgressUnit::Files ? " files, " : ", ") + amount(rate) + "/s";
+                     amount(double(done)) + " of " + amount(double(total)) + Name(unit) + ", " + amount(rate) + "/s";
   if (rate > 0 && done < total) line += ", " + DurationText(double(total - done) / rate) + " left";
   return line.substr(0, columns);
 }

@@ -7,7 +7,7 @@
 #include <string>
 
 /// What progress is counted in.
-enum class ProgressUnit { Bytes, Files };
+enum class ProgressUnit { Bytes, Files, Pictures, Compositions };
 
 /// A line on standard error that says how far long work is: a bar, what is done, rate and time left. Shown from one second on,
 /// and only on a terminal.
@@ -20,6 +20,8 @@ class ProgressBar {
 
   /// `done` and `total` in the bar's unit.
   void Update(Ferro::ui64_t done, Ferro::ui64_t total);
+  /// Makes room for other output; the next Update shows the bar again.
+  void Hide();
 
   /// What Update shows after `seconds`: for `columns` characters.
   [[nodiscard]] static std::string Line(const std::string& what, Ferro::ui64_t done, Ferro::ui64_t total,

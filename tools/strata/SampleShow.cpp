@@ -12,7 +12,9 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
+#include <utility>
 
 namespace {
 
@@ -36,6 +38,7 @@ constexpr Plan Feature = {"Feature", "FEATURE", Cairn::CK_FEATURE, 3, {1000, 100
 constexpr Plan Stereo = {"Stereoscopic", "STEREO", Cairn::CK_SHORT, 1, {900, 1150, 900}, false, true};
 constexpr Plan Immersive = {"Immersive", "IMMERSIVE", Cairn::CK_SHORT, 1, {1300, 1000, 900}, false, false, true};
 constexpr Plan Encrypted = {"Encrypted", "ENCRYPTED", Cairn::CK_SHORT, 1, {1400, 1400, 500}, false, false, false, true};
+constexpr std::array Plans = {Trailer, Feature, Stereo, Immersive, Encrypted};
 
 /// A folder that is removed with all that is in it unless it was put in its place.
 class UnfinishedFolder {
@@ -75,10 +78,22 @@ bool IsInterop(const SampleOptions& options) {
   return options.Flavour == Cairn::DFT_Interop;
 }
 
+bool HasPlan(const SampleOptions& options, const Plan& plan) {
+  return !plan.Immersive || !IsInterop(options);
+}
+
+Ferro::ui64_t PictureCount(const SampleOptions& options) {
+  Ferro::ui64_t count = 0;
+  for (const Plan& plan : Plans)
+    if (HasPlan(options, plan))
+      count += Ferro::ui64_t{plan.Reels} * options.Seconds * options.Rate * (plan.Stereoscopic ? 2 : 1);
+  return count;
+}
+
 class ShowMaker {
  public:
-  ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder)
-      : m_Options(options), m_Seed(options.Seed), m_Files(options), m_Folder(folder) {}
+  ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder, std::function<void()> on_picture)
+      : m_Options(options), m_Seed(options.Seed), m_Files(options, std::move(on_picture)), m_Folder(folder) {}
 
   void MakePackage(const Plan& plan) const {
     SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour);
@@ -226,12 +241,14 @@ class ShowMaker {
 
 }  // namespace
 
-bool MakeSampleShow(const SampleOptions& options, const std::function<void(const std::string&)>& tell) {
+bool MakeSampleShow(const SampleOptions& options, const std::function<void(const std::string&)>& tell,
+                    const std::function<void(Ferro::ui64_t, Ferro::ui64_t)>& progress) {
   UnfinishedFolder folder(Ferro::PathNormalize(options.Folder));
-  const ShowMaker maker(options, folder);
+  Ferro::ui64_t done = 0;
+  const ShowMaker maker(options, folder, [&, total = PictureCount(options)] { progress(++done, total); });
   try {
-    for (const Plan& plan : {Trailer, Feature, Stereo, Immersive, Encrypted}) {
-      if (plan.Immersive && IsInterop(options)) {
+    for (const Plan& plan : Plans) {
+      if (!HasPlan(options, plan)) {
         tell(std::string(plan.Folder) + ": left out, Interop has no immersive audio");
         continue;
       }

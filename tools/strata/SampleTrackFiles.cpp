@@ -137,6 +137,7 @@ void SampleTrackFiles::WritePicture(const std::string& filename, const Reel& ree
     SampleRequire(reel.Stereoscopic ? stereo.WriteFrame(buffer, phase, encryption.Cipher(), encryption.Integrity())
                                     : mono.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()),
                   filename);
+    m_OnPicture();
   });
   SampleRequire(reel.Stereoscopic ? stereo.Finalize() : mono.Finalize(), filename);
 }

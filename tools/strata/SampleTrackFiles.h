@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Thrown when the user stopped the work.
@@ -33,7 +34,10 @@ class SampleTrackFiles {
     [[nodiscard]] std::string NameOf(const std::string& kind) const;
   };
 
-  explicit SampleTrackFiles(const SampleOptions& options) : m_Options(options), m_Seed(options.Seed) {}
+  /// @param on_picture  called when a picture was written.
+  explicit SampleTrackFiles(
+      const SampleOptions& options, std::function<void()> on_picture = [] {})
+      : m_Options(options), m_Seed(options.Seed), m_OnPicture(std::move(on_picture)) {}
 
   void WritePicture(const std::string& filename, const Reel& reel) const;
   void WriteSound(const std::string& filename, const Reel& reel) const;
@@ -63,4 +67,5 @@ class SampleTrackFiles {
 
   SampleOptions m_Options;
   SampleSeed m_Seed;
+  std::function<void()> m_OnPicture;
 };

@@ -2,6 +2,7 @@
 #include "ShowFindings.h"
 
 #include "CompositionFindings.h"
+#include "ProgressBar.h"
 #include "TextForms.h"
 
 #include <algorithm>
@@ -66,9 +67,12 @@ std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   FindingMemory memory;
   add_show_findings(outline, findings);
   const OutlineComposition* previous = nullptr;
+  ProgressBar bar("Checking", ProgressUnit::Compositions);
+  size_t done = 0;
   for (const OutlineComposition& composition : outline.Compositions()) {
     const size_t before = findings.size();
     FindInComposition(composition, outline.Store(), memory, findings);
+    bar.Update(++done, outline.Compositions().size());
     const bool plays = std::all_of(findings.begin() + static_cast<std::ptrdiff_t>(before), findings.end(),
                                    [](const Finding& finding) { return finding.Level == Severity::Warning; });
     if (!plays) continue;

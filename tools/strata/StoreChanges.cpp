@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StoreChanges.h"
 
+#include "FolderScan.h"
 #include "Interrupt.h"
-#include "ProgressBar.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -37,11 +37,7 @@ void tell_added(const Cairn::AssetStore& store, const std::string& path) {
 }
 
 ExitCode add_folder(StoreSession& session, const std::string& folder) {
-  ProgressBar bar("Looking through " + fs::path(folder).filename().string(), ProgressUnit::Files);
-  const Cairn::Result_t result = session.Store().AddFolder(folder, [&](const Cairn::ScanProgress& now) {
-    bar.Update(now.FilesDone, now.FilesTotal);
-    return !Interrupt::Requested();
-  });
+  const Cairn::Result_t result = LookThroughFolder(session.Store(), folder);
   if (result == Ferro::RESULT_CANCELLED)
     return StoreTrouble(Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
   if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
