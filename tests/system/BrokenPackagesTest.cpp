@@ -188,7 +188,7 @@ const Case Cases[] = {
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowOfTheFolderIsNotXML", [](const BrokenShow& show) { show.Write("show.xml", Garbage); },
      "2\nstrata: SHOW/show.xml: this document is damaged and cannot be understood. It may be the show that is meant: "
-     "copy it again, or name what to take instead:\n  01c65309-6d2d-5793-ae99-6f8746579451  "
+     "copy it again, or name what to take instead:\n  a19e3273-74b1-59c2-bae2-438223953875  "
      "SHOW/before-the-feature.xml  \"Before the feature\"\n"},
     {"ShowIsEmpty", [](const BrokenShow& show) { show.Cut("show.xml", 0); },
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
@@ -203,18 +203,18 @@ const Case Cases[] = {
      "show.xml"},
     {"ShowNamesAnUnknownComposition",
      [](const BrokenShow& show) {
-       show.Replace("show.xml", "cbfba508-4470-5243-aa4d-20e919e2f773", "00000000-0000-4000-8000-000000000001");
+       show.Replace("show.xml", "832bf129-513d-56ec-9f6e-00743329a00d", "00000000-0000-4000-8000-000000000001");
      },
      "3\nmissing: Feature, composition: No store has this composition.\n" + StoreHint +
          "This show will not play: missing 1 composition.\n"},
     {"ShowNamesAnUnknownShow", [](const BrokenShow& show) { show.Remove("before-the-feature.xml"); },
-     "3\nmissing: show playlist: No store has the show playlist urn:uuid:01c65309-6d2d-5793-ae99-6f8746579451, which "
+     "3\nmissing: show playlist: No store has the show playlist urn:uuid:a19e3273-74b1-59c2-bae2-438223953875, which "
      "the show contains.\n    Copy the show playlist beside the show, or name its folder with --store.\n"
      "This show will not play: missing 1 show playlist.\n"},
     {"ShowsContainEachOther",
      [](const BrokenShow& show) {
        show.Replace("before-the-feature.xml", "<ShowSequence>",
-                    "<ShowSequence><ShowPlaylist><URI>urn:uuid:f833a20d-1ccd-50ce-8530-df1b17d27774</URI>"
+                    "<ShowSequence><ShowPlaylist><URI>urn:uuid:12882066-0fed-5c52-83e0-cf5e3b96e2bb</URI>"
                     "</ShowPlaylist>");
      },
      "2\nerror: show playlist: The show playlist SHOW/show.xml contains itself.\n"
@@ -399,7 +399,7 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
   EXPECT_EQ(show.Check(), "3\nmissing: SampleFeature, reel 1, sound: No store has this asset.\n" + StoreHint +
                               "missing: SampleFeature, reel 2, picture: No store has this asset.\n" + StoreHint +
                               "missing: SampleFeature, reel 3, picture: No store has this asset.\n" + StoreHint +
-                              "This show will not play: missing 2 picture, 1 sound.\n");
+                              "This show will not play: missing 2 pictures, 1 sound.\n");
   fs::create_directory(show.Beside("empty"));
   EXPECT_EQ(show.Check({"--store", show.Beside("empty"), "--store", show.Beside("original"), "--hash"}),
             "0\n" + WillPlay);

@@ -117,7 +117,7 @@ TEST_F(FrameStill, PictureIsWhatWasDrawn) {
   ExpectShows("b.png", FeatureReel2, 7);
   EXPECT_EQ(m_Output, Beside("b.png") +
                           "\npicture of edit unit 79 (00:00:03:07), edit unit 7 of "
-                          "904f554f-56fe-59c1-8e02-20aaf67e44fe\n");
+                          "e2819af1-5d8a-5965-ae88-9f0cdba2c071\n");
 
   ASSERT_EQ(Run(Show(), "00:00:03:07", "c.png"), 0) << m_Errors;
   ExpectShows("c.png", FeatureReel2, 7);

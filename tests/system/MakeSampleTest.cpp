@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SampleFolder.h"
+#include "SampleSeed.h"
 
 #include "Judges.h"
 
@@ -13,6 +14,8 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <set>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -104,6 +107,21 @@ TEST_F(MakeSample, AnotherSeedMakesOtherIdentifiers) {
     if (file.ends_with("VOLINDEX.xml")) continue;  // holds nothing but a number
     EXPECT_NE(DigestOf(Show(file)), DigestOf(Beside("other/" + file))) << file;
   }
+}
+
+TEST(SampleSeed, EveryOptionMakesOtherIdentifiers) {
+  std::vector<SampleOptions> options(7);
+  options[1].Seed = 2;
+  options[2].Seconds = 5;
+  options[3].Rate = 25;
+  std::swap(options[4].Width, options[4].Height);
+  options[5].Channels = 8;
+  options[6].Flavour = Cairn::DFT_Interop;
+  std::set<Ferro::UUID> seen;
+  for (const SampleOptions& each : options) seen.insert(SampleSeed(each).ID("name"));
+  EXPECT_EQ(seen.size(), options.size());
+  options[0].Folder = "elsewhere";
+  EXPECT_TRUE(seen.contains(SampleSeed(options[0]).ID("name")));
 }
 
 TEST_F(MakeSample, LeavesNothingBesideTheShow) {

@@ -69,7 +69,7 @@ TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
   EXPECT_TRUE(play.WaitFor("reel 1/1  pause 24 fps"));
   play.Type("q");
   EXPECT_EQ(play.Wait(), 0) << play.Screen();
-  EXPECT_THAT(PositionKept(), MatchesRegex("f833a20d-1ccd-50ce-8530-df1b17d27774 [0-9]+"));
+  EXPECT_THAT(PositionKept(), MatchesRegex("12882066-0fed-5c52-83e0-cf5e3b96e2bb [0-9]+"));
 }
 
 TEST_F(PlayOnTerminal, EndsWithASummaryOfEveryChannel) {
@@ -99,7 +99,7 @@ TEST_F(PlayOnTerminal, GoesOnWhereItWasLeft) {
     play.Type("q");
     EXPECT_EQ(play.Wait(), 0);
   }
-  EXPECT_EQ(PositionKept(), "f833a20d-1ccd-50ce-8530-df1b17d27774 100");
+  EXPECT_EQ(PositionKept(), "12882066-0fed-5c52-83e0-cf5e3b96e2bb 100");
   TerminalProgram play({"play", m_Show.Path(), "--paused", "--resume", m_Position});
   EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168"));
   play.Type("q");
@@ -113,7 +113,7 @@ TEST_F(PlayOnTerminal, InterruptedItKeepsItsPosition) {
   play.Type("\x03");
   EXPECT_EQ(play.Wait(), 4) << play.Screen();
   EXPECT_TRUE(play.WaitFor("Played "));
-  EXPECT_THAT(PositionKept(), MatchesRegex("f833a20d-1ccd-50ce-8530-df1b17d27774 [0-9]+"));
+  EXPECT_THAT(PositionKept(), MatchesRegex("12882066-0fed-5c52-83e0-cf5e3b96e2bb [0-9]+"));
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(fs::path(m_Position).parent_path()))
     names.push_back(entry.path().filename());

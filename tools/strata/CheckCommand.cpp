@@ -111,7 +111,8 @@ std::string verdict_text(const std::vector<Finding>& findings, const EngineAnswe
   std::string text = "This show will not play: missing";
   const char* separator = " ";
   for (const auto& [kind, count] : missing) {
-    text += separator + std::to_string(count) + " " + kind;
+    const bool is_plural = count > 1 && kind != AssetKindName(AssetKind::AuxData);
+    text += separator + std::to_string(count) + " " + kind + (is_plural ? "s" : "");
     separator = ", ";
   }
   return text + ".";

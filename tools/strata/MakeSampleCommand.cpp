@@ -121,7 +121,9 @@ void AddMakeSampleCommand(CLI::App& app, int& exit_code) {
         return text == "smpte" || text == "interop" ? "" : "\"" + text + "\" is neither smpte nor interop";
       })
       ->default_str("smpte");
-  command->add_option("--seed", sample.Seed, "A whole number from which identifiers, dates and keys follow")
+  command
+      ->add_option("--seed", sample.Seed,
+                   "A whole number from which, with the other options, identifiers, dates and keys follow")
       ->type_name("NUMBER")
       ->check(number_that([](auto) { return true; }, "a whole number from 0 to 18446744073709551615"))
       ->capture_default_str();

@@ -10,8 +10,14 @@ constexpr Ferro::i64_t FirstDate = 1'767'225'600'000;  // 2026-01-01T00:00:00Z
 
 }  // namespace
 
+SampleSeed::SampleSeed(const SampleOptions& options)
+    : m_Text(std::to_string(options.Seed) + (options.Flavour == Cairn::DFT_Interop ? "/interop" : "/smpte")) {
+  for (const Ferro::ui32_t number : {options.Seconds, options.Rate, options.Width, options.Height, options.Channels})
+    m_Text += '/' + std::to_string(number);
+}
+
 Ferro::SHA1 SampleSeed::Digest(const std::string& name) const {
-  return Ferro::DigestText(std::to_string(m_Number) + '/' + name);
+  return Ferro::DigestText(m_Text + '/' + name);
 }
 
 Ferro::UUID SampleSeed::ID(const std::string& name) const {

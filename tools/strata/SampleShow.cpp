@@ -93,7 +93,7 @@ Ferro::ui64_t PictureCount(const SampleOptions& options) {
 class ShowMaker {
  public:
   ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder, std::function<void()> on_picture)
-      : m_Options(options), m_Seed(options.Seed), m_Files(options, std::move(on_picture)), m_Folder(folder) {}
+      : m_Options(options), m_Seed(options), m_Files(options, std::move(on_picture)), m_Folder(folder) {}
 
   void MakePackage(const Plan& plan) const {
     SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour);

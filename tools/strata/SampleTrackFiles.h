@@ -37,7 +37,7 @@ class SampleTrackFiles {
   /// @param on_picture  called when a picture was written.
   explicit SampleTrackFiles(
       const SampleOptions& options, std::function<void()> on_picture = [] {})
-      : m_Options(options), m_Seed(options.Seed), m_OnPicture(std::move(on_picture)) {}
+      : m_Options(options), m_Seed(options), m_OnPicture(std::move(on_picture)) {}
 
   void WritePicture(const std::string& filename, const Reel& reel) const;
   void WriteSound(const std::string& filename, const Reel& reel) const;
