@@ -53,6 +53,21 @@ class Wrap : public testing::Test {
     arguments.insert(arguments.end(), {"--out", Path("out.mxf")});
     return Run(arguments);
   }
+  /// Reads an edit unit of the file that was wrapped with the key of KeyDigits.
+  void ExpectOpensWithTheKey() const {
+    QUIRE::CipherBlock key{};
+    for (size_t i = 0; i < key.size(); ++i) key[i] = static_cast<Ferro::ui8_t>(i);
+    QUIRE::AESDecContext cipher;
+    QUIRE::HMACContext integrity;
+    ASSERT_TRUE(cipher.InitKey(key).Success());
+    ASSERT_TRUE(integrity.InitKey(key, QUIRE::LS_MXF_SMPTE).Success());
+    QUIRE::JP2K::MXFReader reader;
+    QUIRE::JP2K::FrameBuffer frame;
+    ASSERT_TRUE(frame.Capacity(1'000'000).Success());
+    ASSERT_TRUE(reader.OpenRead(Path("out.mxf")).Success());
+    ASSERT_EQ(reader.ReadFrame(7, frame, &cipher, &integrity), Ferro::RESULT_OK);
+    EXPECT_EQ(Bytes(frame.RoData(), frame.RoData() + frame.Size()), testsupport::MakeCodestream(64, 64, 7));
+  }
   /// Edit unit of the file that was wrapped, as `strata frame` takes it out.
   Bytes Frame(Ferro::ui32_t number, const std::string& out, const std::vector<std::string>& more = {}) {
     std::vector<std::string> arguments = {"frame", Path("out.mxf"), "--at", std::to_string(number), "--out", Path(out)};
@@ -219,18 +234,14 @@ TEST_F(Wrap, EncryptedFileOpensWithItsKey) {
   WritePictures("pictures");
   ASSERT_EQ(RunWrap({Path("pictures"), "--key", KeyDigits, "--key-id", KeyID, "--json"}), 0) << m_Errors;
   EXPECT_EQ(Json::parse(m_Output)["key_id"], KeyID);
-  QUIRE::CipherBlock key{};
-  for (size_t i = 0; i < key.size(); ++i) key[i] = static_cast<Ferro::ui8_t>(i);
-  QUIRE::AESDecContext cipher;
-  QUIRE::HMACContext integrity;
-  ASSERT_TRUE(cipher.InitKey(key).Success());
-  ASSERT_TRUE(integrity.InitKey(key, QUIRE::LS_MXF_SMPTE).Success());
-  QUIRE::JP2K::MXFReader reader;
-  QUIRE::JP2K::FrameBuffer frame;
-  ASSERT_TRUE(frame.Capacity(1'000'000).Success());
-  ASSERT_TRUE(reader.OpenRead(Path("out.mxf")).Success());
-  ASSERT_EQ(reader.ReadFrame(7, frame, &cipher, &integrity), Ferro::RESULT_OK);
-  EXPECT_EQ(Bytes(frame.RoData(), frame.RoData() + frame.Size()), testsupport::MakeCodestream(64, 64, 7));
+  ExpectOpensWithTheKey();
+}
+
+TEST_F(Wrap, KeyMayLieInAFile) {
+  WritePictures("pictures");
+  std::ofstream(Path("key")) << ' ' << KeyDigits << "\r\n";
+  ASSERT_EQ(RunWrap({Path("pictures"), "--key-file", Path("key"), "--key-id", KeyID}), 0) << m_Errors;
+  ExpectOpensWithTheKey();
 }
 
 TEST_F(Wrap, ReportsWhatAPackingListHas) {
@@ -297,7 +308,12 @@ TEST_F(Wrap, WhatDoesNotFitIsRefused) {
       {{Path("pictures"), "--rate", "0"}, 1, "--rate 0: not edit units per second, as 24 or 30000/1001"},
       {{Path("pictures"), "--rate", "23.976"}, 1, "--rate 23.976: not edit units per second"},
       {{Path("pictures"), "--id", "five"}, 1, "--id five: this is no UUID"},
-      {{Path("pictures"), "--key", KeyDigits}, 1, "--key and --key-id go together"},
+      {{Path("pictures"), "--key", KeyDigits}, 1, "--key or --key-file, and --key-id go together"},
+      {{Path("pictures"), "--key-file", Path("none"), "--key-id", KeyID}, 1, "none: it cannot be read: "},
+      {{Path("pictures"), "--key-file", Path("noise.j2c"), "--key-id", KeyID},
+       1,
+       "--key-file: a key has 32 hexadecimal digits"},
+      {{Path("pictures"), "--key", KeyDigits, "--key-file", Path("none"), "--key-id", KeyID}, 1, "excludes --key"},
       {{Path("pictures"), "--key", "00", "--key-id", KeyID}, 1, "--key: a key has 32 hexadecimal digits"}};
   for (const Case& test : cases) {
     EXPECT_EQ(RunWrap(test.Arguments), test.Code) << test.Message << '\n' << m_Errors;

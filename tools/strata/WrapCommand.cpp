@@ -114,7 +114,14 @@ void add_options(CLI::App& command, WrapOptions& options) {
       ->type_name("RATE");
   command.add_option("--id", options.ID, "Identifier of the track file (default: a new one)")->type_name("UUID");
   command.add_flag("--interop,!--smpte", options.Interop, "Interop labels; without it those of SMPTE");
-  command.add_option("--key", options.Key, "Encrypt with this key, 32 hexadecimal digits")->type_name("HEX");
+  CLI::Option* key =
+      command
+          .add_option("--key", options.Key,
+                      "Encrypt with this key, 32 hexadecimal digits, which others on this machine may see meanwhile")
+          ->type_name("HEX");
+  command.add_option("--key-file", options.KeyFile, "Encrypt with the key in this file, 32 hexadecimal digits")
+      ->type_name("FILE")
+      ->excludes(key);
   command.add_option("--key-id", options.KeyID, "Identifier of that key")->type_name("UUID");
   command
       .add_option("--channels", options.Channels,

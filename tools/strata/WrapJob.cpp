@@ -5,6 +5,7 @@
 #include "Interrupt.h"
 
 #include <Ferro/FileReader.h>
+#include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 #include <Ferro/TextEncoding.h>
 #include <Strata/Version.h>
@@ -38,6 +39,16 @@ QUIRE::Rational read_rate(const std::string& text) {
   return rate;
 }
 
+/// What the file holds, without the blanks and line ends around it.
+std::string read_key_file(const std::string& filename) {
+  constexpr Ferro::fsize_t limit = 4096;
+  std::string text;
+  if (const Ferro::Result_t result = Ferro::ReadFileIntoString(filename, text, limit); result.Failure())
+    throw CommandError(Usage, "--key-file " + filename + ": it cannot be read: " + result.Label());
+  const size_t first = text.find_first_not_of(" \t\r\n");
+  return first == text.npos ? "" : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
 void make_room(QUIRE::FrameBuffer& frame, size_t size) {
   if (frame.Capacity() < size && frame.Capacity(static_cast<Ferro::ui32_t>(size)).Failure())
     throw CommandError(NotPlayable, "there is no memory for a frame of " + std::to_string(size) + " bytes");
@@ -56,14 +67,16 @@ WrapJob::WrapJob(const WrapOptions& options) : m_Options(options), m_Bar("Wrappi
   m_Info.ProductName = "strata wrap";
   m_Info.LabelSetType = options.Interop ? QUIRE::LS_MXF_INTEROP : QUIRE::LS_MXF_SMPTE;
   if (!options.Rate.empty()) m_EditRate = read_rate(options.Rate);
-  if (options.Key.empty() != options.KeyID.empty())
-    throw CommandError(Usage, "--key and --key-id go together: an encrypted file names its key");
-  if (!options.Key.empty()) SetKey();
+  if ((options.Key.empty() && options.KeyFile.empty()) != options.KeyID.empty())
+    throw CommandError(Usage, "--key or --key-file, and --key-id go together: an encrypted file names its key");
+  if (!options.Key.empty()) SetKey(options.Key, "--key");
+  if (!options.KeyFile.empty()) SetKey(read_key_file(options.KeyFile), "--key-file");
 }
 
-void WrapJob::SetKey() {
+void WrapJob::SetKey(const std::string& digits, const char* option) {
   QUIRE::CipherBlock key{};
-  if (!Ferro::hex2bin(m_Options.Key, key)) throw CommandError(Usage, "--key: a key has 32 hexadecimal digits");
+  if (!Ferro::hex2bin(digits, key))
+    throw CommandError(Usage, std::string(option) + ": a key has 32 hexadecimal digits");
   m_Info.EncryptedEssence = m_Info.UsesHMAC = true;
   m_Info.ContextID = Ferro::UUID::Random();
   m_Info.CryptographicKeyID = read_id("--key-id", m_Options.KeyID);

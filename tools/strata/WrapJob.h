@@ -24,6 +24,7 @@ struct WrapOptions {
   std::string Rate;           ///< "24", "30000/1001"; empty: what the source says, else 24
   std::string ID;             ///< of the track file; empty: a random one
   std::string Key;            ///< 32 hexadecimal digits; empty: not encrypted
+  std::string KeyFile;        ///< a file with these digits
   std::string KeyID;
   std::string Channels;        ///< sound: "51(L,R,C,LFE,Ls,Rs)"; empty: 5.1 for six channels, else no loudspeakers
   std::string Language;        ///< RFC 5646; empty: what the source says
@@ -51,7 +52,7 @@ class WrapJob {
   void Progress(Ferro::ui64_t done, Ferro::ui64_t total);
 
  private:
-  void SetKey();
+  void SetKey(const std::string& digits, const char* option);
 
   WrapOptions m_Options;
   QUIRE::WriterInfo m_Info;
