@@ -33,8 +33,11 @@ TEST(InitObjectWithFile, AByteMoreFailsWithTheReadersResult) {
 }
 
 TEST(InitObjectWithFile, AMissingFileFailsWithTheReadersResult) {
+  const testsupport::LogCapture log;
   Cairn::VolumeIndex volume;
   EXPECT_EQ(Cairn::InitObjectWithFile(volume, "/nonexistent/a.xml"), Ferro::RESULT_NOT_FOUND);
+  EXPECT_EQ(log.Errors(),
+            std::vector<std::string>{std::string("/nonexistent/a.xml: ") + Ferro::RESULT_NOT_FOUND.Label() + "\n"});
 }
 
 TEST(InitObjectWithFile, TheDecodersResultIsReturned) {
@@ -42,6 +45,16 @@ TEST(InitObjectWithFile, TheDecodersResultIsReturned) {
   const testsupport::TemporaryFolder folder;
   Cairn::AssetMap map;
   EXPECT_EQ(Cairn::InitObjectWithFile(map, folder.Write("a.xml", Document(200))), Cairn::RESULT_NOT_ASSETMAP);
+}
+
+TEST(InitObjectWithFile, WhatTheDecoderSaysIsFollowedByTheFilesName) {
+  const testsupport::LogCapture log;
+  const testsupport::TemporaryFolder folder;
+  const std::string file = folder.Write("a.xml", "<VolumeIndex xmlns=\"http://www.smpte-ra.org/x\">\n</Volume>");
+  Cairn::VolumeIndex volume;
+  EXPECT_EQ(Cairn::InitObjectWithFile(volume, file), Cairn::RESULT_XML_PARSE);
+  EXPECT_EQ(log.Errors().back(), file + ": " + Cairn::RESULT_XML_PARSE.Label() + "\n");
+  EXPECT_EQ(log.Errors().front().substr(0, 8), "line 2: ");
 }
 
 }  // namespace

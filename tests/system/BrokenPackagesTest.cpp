@@ -405,4 +405,18 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
             "0\n" + WillPlay);
 }
 
+// What the libraries say of a document on the way, a line and a number without its file, would only confuse.
+TEST(BrokenPackage, CommandsThatNeedAWholeShowSayOnceWhatIsWrong) {
+  const BrokenShow show;
+  show.Replace("Feature/CPL.xml", "</ReelList>", "</ReelLost>");
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"play", show.Path()}, {"export", "spl", show.Path()}}) {
+    StrataProgram program(arguments);
+    EXPECT_EQ(program.Wait(), 2);
+    EXPECT_THAT(program.Errors(), testing::StartsWith("error: Feature, composition: "));
+    EXPECT_THAT(program.Errors(), testing::HasSubstr("\n    file  " + show.Path("Feature/CPL.xml") + "\n"));
+    EXPECT_THAT(program.Errors(), testing::Not(testing::HasSubstr("XML parser error count")));
+  }
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 #include "DocumentTitle.h"
 #include "FolderScan.h"
 #include "IndexFile.h"
+#include "LogView.h"
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
@@ -78,6 +79,7 @@ void InputOptions::AddTo(CLI::App& command, const std::string& names, const std:
 }
 
 bool Inputs::Open(const InputOptions& options) {
+  const QuietLog log;  // what is wrong is told in Problem()
   const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
   const auto resolve = [&](const std::string& name) { return Resolve(name); };
   return OpenIndexFile(options.Index, m_Store, m_Problem) &&

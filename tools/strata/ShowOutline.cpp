@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ShowOutline.h"
 
+#include "LogView.h"
+
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
 #include <Ferro/CheckedMath.h>
@@ -41,6 +43,7 @@ const OutlineAsset* OutlineReel::First(AssetKind kind) const {
 }
 
 ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
+  const QuietLog log;  // what cannot be read is told in Problems(), or found again by FindingsOf
   for (const Candidate& show : inputs.Shows()) {
     std::error_code error;  // a file that cannot be found is told of when it is read
     std::vector<std::string> paths{std::filesystem::weakly_canonical(show.Path, error).string()};
