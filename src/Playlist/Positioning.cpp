@@ -61,8 +61,9 @@ void h__Playlist::AdjustCounters() {
 
 void h__Playlist::MarkCompositionChange(const UUID& previous, const CompositionInfo& current) {
   m_HasChanges |= ChangedComposition;
+  if (!previous.HasValue()) return;  // the counters are computed for the first time
   const auto before = m_CompositionInfo.find(previous);
-  if (before == m_CompositionInfo.end()) return;  // the counters are computed for the first time
+  FERRO_ASSERT(before != m_CompositionInfo.end());
   if (test_CompositionInfo_coding_same(before->second, current, m_ImageEssenceChangeMode)) return;
   Ferro::DefaultLogSink().Debug("Essence format has changed.\n");
   m_HasChanges |= ChangedEssenceCoding;

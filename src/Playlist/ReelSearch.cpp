@@ -13,11 +13,12 @@ const TimelineReel* find_reel(const Timeline_t& timeline, ui32_t position) {
   if (timeline.empty()) return nullptr;
   if (position == 0) return &timeline.front();
 
-  const auto ri = std::lower_bound(timeline.begin(), timeline.end(), position,
-                                   [](const TimelineReel& reel, ui32_t sought) { return reel.m_Offset < sought; });
-  if (ri == timeline.end()) return timeline.back().End() < position ? nullptr : &timeline.back();
-  FERRO_ASSERT_TEXT(ri != timeline.begin(), "ri != m_Timeline.begin()");
-  return ri->m_Offset == position ? &*ri : &*(ri - 1);
+  FERRO_ASSERT_TEXT(timeline.front().m_Offset < position, "ri != m_Timeline.begin()");
+  // The last reel that does not start later: a reel without edit units never hides the one behind it.
+  const auto ri = std::upper_bound(timeline.begin(), timeline.end(), position,
+                                   [](ui32_t sought, const TimelineReel& reel) { return sought < reel.m_Offset; });
+  if (ri == timeline.end() && timeline.back().End() < position) return nullptr;
+  return &*(ri - 1);
 }
 
 }  // namespace

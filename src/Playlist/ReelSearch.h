@@ -6,7 +6,8 @@
 namespace Strata {
 
 /// The reel that holds an edit unit of the timeline, found in logarithmic time; null beyond the end and in an empty
-/// timeline. One past the end still yields the last reel:
+/// timeline. Edit unit 0 is always the first reel's; a reel without edit units holds no other. One past the end still
+/// yields the last reel:
 ///
 ///     timeline      |  reel 0: 0..9  |  reel 1: 10..24  |
 ///     edit unit     0 ............ 9   10 ........... 24  25 -> reel 1   26 -> null

@@ -42,6 +42,8 @@ Result_t ShowExpander::InitWithSPL(const ShowPlaylist& spl, Ferro::PathList_t& p
   for (auto si = spl.ShowSequence.begin(); si != spl.ShowSequence.end() && result.Success(); ++si) {
     FERRO_ASSERT_TEXT(*si != nullptr, "*si != 0");
     const ShowPlaylist::ShowItem& item = **si;
+    result = CountItem(spl, item);
+    if (result.Failure()) return result;
     switch (item.m_Type) {
       case ShowPlaylist::SIT_CPL:
         result = AddComposition(static_cast<const ShowPlaylist::CompositionItem&>(item));
@@ -98,7 +100,7 @@ Result_t ShowExpander::AddShow(const ShowPlaylist::ShowPlaylistItem& item, Ferro
   if (result.Failure()) return result;
   if (std::find(paths.begin(), paths.end(), path) != paths.end()) return RESULT_SX_PLAYLIST_REC;
 
-  result = CheckLimits(item.URI, paths);
+  result = CheckNesting(item.URI, paths);
   if (result.Failure()) return result;
   paths.push_back(path);
   result = InitWithSPL(spl, paths);
@@ -106,10 +108,22 @@ Result_t ShowExpander::AddShow(const ShowPlaylist::ShowPlaylistItem& item, Ferro
   return result;
 }
 
-Result_t ShowExpander::CheckLimits(const std::string& uri, const Ferro::PathList_t& paths) {
+Result_t ShowExpander::CheckNesting(const std::string& uri, const Ferro::PathList_t& paths) {
   if (paths.size() < MaxShowDepth && ++m_NestedShows <= MaxNestedShows) return Ferro::RESULT_OK;
   Ferro::DefaultLogSink().Error("Show playlists nest too deep or too often at %s (limits: %zu deep, %zu in all).\n",
                                 uri.c_str(), MaxShowDepth, MaxNestedShows);
+  return QUIRE::RESULT_FORMAT;
+}
+
+Result_t ShowExpander::CountItem(const ShowPlaylist& spl, const ShowPlaylist::ShowItem& item) {
+  m_Items += 1;
+  if (item.m_Type == ShowPlaylist::SIT_CPL)
+    m_Items += static_cast<const ShowPlaylist::CompositionItem&>(item).MarkerList.size();
+  if (m_Items <= MaxShowItems) return Ferro::RESULT_OK;
+  Ferro::DefaultLogSink().Error(
+      "Show is full, no room for the next item of show playlist %s (limit: %zu items and "
+      "markers in all).\n",
+      spl.ID.EncodeString().c_str(), MaxShowItems);
   return QUIRE::RESULT_FORMAT;
 }
 

@@ -17,10 +17,12 @@
 
 namespace Strata {
 
-/// How deep show playlists may nest, and how many nested ones a show may expand to; documents that ask for more are
-/// refused. Both are far beyond any show, and keep small files that name each other twice from growing without end.
+/// How deep show playlists may nest, and how many nested ones, items and markers a show may expand to; documents that
+/// ask for more are refused. All are far beyond any show, and keep small files that name each other twice from growing
+/// without end.
 inline constexpr size_t MaxShowDepth = 64;
 inline constexpr size_t MaxNestedShows = 10'000;
+inline constexpr size_t MaxShowItems = 250'000;
 
 /// Expands show playlists, depth first, into a flat timeline, and turns their markers into events.
 class ShowExpander {
@@ -44,7 +46,8 @@ class ShowExpander {
  private:
   [[nodiscard]] Result_t AddComposition(const ShowPlaylist::CompositionItem& item);
   [[nodiscard]] Result_t AddShow(const ShowPlaylist::ShowPlaylistItem& item, Ferro::PathList_t& paths);
-  [[nodiscard]] Result_t CheckLimits(const std::string& uri, const Ferro::PathList_t& paths);
+  [[nodiscard]] Result_t CheckNesting(const std::string& uri, const Ferro::PathList_t& paths);
+  [[nodiscard]] Result_t CountItem(const ShowPlaylist& spl, const ShowPlaylist::ShowItem& item);
   void AddEvent(const ShowPlaylist::MarkerItem& marker, ui32_t position);
   [[nodiscard]] ui32_t TimelineEnd() const { return m_Timeline.empty() ? 0 : m_Timeline.back().End(); }
 
@@ -54,6 +57,7 @@ class ShowExpander {
   const Cairn::IAssetLookup& m_Lookup;
   const LoadComposition m_Load;
   size_t m_NestedShows = 0;
+  size_t m_Items = 0;  // of all show playlists expanded, each of their markers counted
 };
 
 }  // namespace Strata

@@ -14,7 +14,8 @@ namespace Strata {
 class PCMReaderWrapper : public QUIRE::PCM::MXFReader {
  public:
   /// In bytes: one edit unit of 16 channels, 24 bits and 96 kHz at 24 per second takes 192,000.
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x80000; }
+  static constexpr ui32_t MaxFrameBytes = 0x80000;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
 
   /// Opens the file and sets the members below from its wave audio descriptor (ST 382).
   /// @return the reader's result; the failure of the look-up when the header has no wave audio descriptor.

@@ -8,6 +8,7 @@
 #include <QUIRE/FrameBuffer.h>
 #include <QUIRE/UL.h>
 
+#include <memory>
 #include <string>
 
 namespace Strata {
@@ -79,23 +80,24 @@ class SilenceTimelineTrack : public ITimelineTrack {
   UUID m_KeyID;
 };
 
-/// Stands in where a reel of a composition has no sound: one frame of zero samples, the same for every position. The
-/// frame never changes, so any thread may read it at any time.
+/// Stands in where a reel of a composition has no sound: one frame of zero samples, the same for every position and
+/// shared by all silence of its size. The frame never changes, so any thread may read it at any time.
 class SilenceTimelineElement final : public SilenceTimelineTrack {
  public:
   /// @param descriptor  what the silence sounds like: edit rate, sampling rate, sample size and channel count are used.
-  ///                    One without rates, or whose frame would exceed 64 MiB, gives an empty frame.
+  ///                    One without rates, or whose frame would exceed what a sound track delivers (512 KiB), gives
+  ///                    an empty frame.
   explicit SilenceTimelineElement(const QUIRE::PCM::AudioDescriptor& descriptor);
   ~SilenceTimelineElement() override;
 
   /// Always 100. The length of the silent frame is the size of the frame buffer itself.
   ui32_t FrameBufferSize() const override { return 100; }
-  const QUIRE::FrameBuffer& FrameBuffer() const override { return m_SilenceFB; }
+  const QUIRE::FrameBuffer& FrameBuffer() const override { return *m_SilenceFB; }
   ui32_t REyeFrameBufferSize() const override { return 0; }
-  const QUIRE::FrameBuffer& REyeFrameBuffer() const override { return m_SilenceFB; }
+  const QUIRE::FrameBuffer& REyeFrameBuffer() const override { return *m_SilenceFB; }
 
  private:
-  QUIRE::PCM::FrameBuffer m_SilenceFB;
+  const std::shared_ptr<const QUIRE::PCM::FrameBuffer> m_SilenceFB;
 };
 
 }  // namespace Strata

@@ -347,6 +347,27 @@ TEST_F(PlaylistInitialisation, NestedShowsBeyondTheLimitAreRefused) {
                             " (limits: 64 deep, 10000 in all).\n"));
 }
 
+TEST_F(PlaylistInitialisation, ItemsAndMarkersBeyondTheLimitAreRefused) {
+  constexpr size_t Repeats = 1000;
+  ShowPlaylist inner = Show();
+  for (size_t i = 0; i + 3 < Strata::MaxShowItems / Repeats; ++i) AddMarker(inner, "M");
+  AddComposition(inner, Composition().ID).MarkerList.push_back(Marker("C"));
+  Package.Show(inner);
+  ShowPlaylist spl = Show();
+  for (size_t i = 0; i < Repeats; ++i) AddShow(spl, inner.ID);
+  const size_t room = Strata::MaxShowItems % Repeats;
+  ASSERT_EQ(room, 0u) << "each repetition takes its own item, the markers and the composition with its one";
+  {
+    Strata::h__Playlist playlist;
+    const testsupport::LogCapture log;
+    EXPECT_EQ(playlist.InitWithPlaylist(Package.Encode(spl), Package.Lookup, {}), Ferro::RESULT_OK);
+  }
+  AddMarker(spl, "One more");
+  EXPECT_EQ(InitShow(spl), QUIRE::RESULT_FORMAT);
+  EXPECT_TRUE(Log.ends_with("E Show is full, no room for the next item of show playlist " + spl.ID.EncodeString() +
+                            " (limit: 250000 items and markers in all).\n"));
+}
+
 TEST_F(PlaylistInitialisation, CompositionThatIsRefusedLeavesWhatCameBefore) {
   const AssetInfo good = Composition();
   auto cpl = testsupport::EmptyComposition("Bad");

@@ -180,6 +180,16 @@ TEST(ReelSearch, EachReelOfALongTimelineHoldsItsEditUnits) {
       ASSERT_EQ(FindReelHavingEditUnit(fake.State.Timeline, position), &reel) << position;
 }
 
+TEST(ReelSearch, ReelsWithoutEditUnitsNeverHideTheReelBehindThem) {
+  FakeTimeline fake;
+  fake.Append(Composition(1), {5, 0, 0, 5, 0});
+  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 4), &fake.Reel(0));
+  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 5), &fake.Reel(3));
+  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 9), &fake.Reel(3));
+  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 10), &fake.Reel(4)) << "one past the end";
+  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 11), nullptr);
+}
+
 TEST(ReelSearch, TimelineUpToTheLargestNumberIsSearchedWhole) {
   FakeTimeline fake;
   fake.Append(Composition(1), {0x80000000, 0x7fffffff});
@@ -327,6 +337,19 @@ TEST_F(CodingChange, IsLoggedAndAnsweredOnce) {
   EXPECT_TRUE(fake.Playlist.EssenceCodingChanged());
   EXPECT_FALSE(fake.Playlist.EssenceCodingChanged());
   EXPECT_EQ(fake.State.HasChanges, 3u) << "the other bits stay";
+}
+
+TEST_F(CodingChange, NeverComesWithTheFirstComputation) {
+  FakeTimeline fake;
+  fake.Append(Composition(1), {10});
+  CompositionInfo stereo = Composition(2);
+  stereo.ID = Ferro::UUID::FromHex("00000000-0000-0000-0000-000000000000").value();
+  stereo.ImageFormat = Cairn::FT_QUIRE_JP2K_J2C_S;
+  fake.Append(stereo, {10});
+  fake.Finish();
+  EXPECT_FALSE(fake.Playlist.EssenceCodingChanged());
+  fake.Playlist.MoveToEditUnit(10);
+  EXPECT_TRUE(fake.Playlist.EssenceCodingChanged());
 }
 
 TEST_F(CodingChange, IsDecidedFromTheCompositionBeforeTheMove) {

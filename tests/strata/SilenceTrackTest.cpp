@@ -58,6 +58,25 @@ TEST(SilenceTrack, DescriptorThatCannotBeTrueGivesAnEmptyFrame) {
   EXPECT_EQ(SilenceTimelineElement(descriptor).FrameBuffer().Size(), 0u);
 }
 
+TEST(SilenceTrack, FrameBeyondWhatASoundTrackDeliversIsEmpty) {
+  auto descriptor = Descriptor({48000, 1}, {24, 1});
+  descriptor.ChannelCount = 87;  // 6000 bytes each, at most 524,288 in all
+  EXPECT_EQ(SilenceTimelineElement(descriptor).FrameBuffer().Size(), 522000u);
+  descriptor.ChannelCount = 88;
+  EXPECT_EQ(SilenceTimelineElement(descriptor).FrameBuffer().Size(), 0u);
+  descriptor.ChannelCount = 0xFFFFFFFF;
+  descriptor.QuantizationBits = 0xFFFFFFFF;
+  EXPECT_LE(SilenceTimelineElement(descriptor).FrameBuffer().Size(), 524288u);
+}
+
+TEST(SilenceTrack, TracksOfOneSizeShareOneFrame) {
+  const SilenceTimelineElement at_24(Descriptor({48000, 1}, {24, 1}));
+  const SilenceTimelineElement at_25(Descriptor({48000, 1}, {25, 1}));
+  const SilenceTimelineElement again(Descriptor({96000, 1}, {48, 1}));
+  EXPECT_EQ(&at_24.FrameBuffer(), &again.FrameBuffer());
+  EXPECT_NE(&at_24.FrameBuffer(), &at_25.FrameBuffer());
+}
+
 TEST(SilenceTrack, InitTakesTheDescriptorAndIgnoresTheFile) {
   SilenceTimelineElement track(Descriptor({48000, 1}, {24, 1}));
   EXPECT_EQ(track.InitWithFilename("no such file", 17, 240), Ferro::RESULT_OK);
