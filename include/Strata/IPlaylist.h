@@ -29,10 +29,11 @@ class ITransportNotify;
 
 /// One show, laid out as a timeline of reels.
 ///
-/// A playlist is made by NewPlaylist, initialised once, then moved about and read. Positions count edit units from the
-/// start of the timeline. Asking outside the timeline does not fail: it answers null, 0 or an empty record. The playlist
-/// has no lock: one thread at a time. Its tracks belong to it and live as long as it does. The order of the virtual
-/// operations is fixed.
+/// A playlist is made by NewPlaylist, initialised once, then moved about and read. One whose initialisation failed, or
+/// ran out of memory (std::bad_alloc), is to be discarded: a second initialisation, or a look at what the first one left,
+/// may assert. Positions count edit units from the start of the timeline. Asking outside the timeline does not fail: it
+/// answers null, 0 or an empty record. The playlist has no lock: one thread at a time. Its tracks belong to it and live
+/// as long as it does. The order of the virtual operations is fixed.
 class STRATA_API IPlaylist {
  public:
   virtual ~IPlaylist();
