@@ -20,34 +20,38 @@ struct Sort {
   const char* Words;
   const char* Digest;
   const char* Types;
+  const char* Track;  // once it is open
 };
 
 const Sort Sorts[] = {
     {"Sound", TrackKind::Sound,
      [](Reel& r, const AssetInfo& i) -> Cairn::GenericAsset& { return r.MainSound = AssetOf<SoundAsset>(i); },
      [](const Strata::TimelineReel& r) { return size_t{!r.MainSound.empty()}; }, "Sound asset missing", "MainSound",
-     "MainSound", "PCM"},
+     "MainSound", "PCM", "MainSound"},
     {"OnScreenText", TrackKind::Text,
      [](Reel& r, const AssetInfo& i) -> Cairn::GenericAsset& { return r.MainSubtitle = AssetOf<TimedTextAsset>(i); },
      [](const Strata::TimelineReel& r) { return size_t{!r.OnScreenText.empty()}; }, "On-screen text asset missing",
-     "On-screen text", "MainSubtitle", "CineCanvas or ST 429-5"},
+     "On-screen text", "MainSubtitle", "CineCanvas or ST 429-5", "MainSubtitle"},
     {"OffScreenText", TrackKind::Text,
      [](Reel& r, const AssetInfo& i) -> Cairn::GenericAsset& {
        return r.OffScreenText.emplace_back(AssetOf<TimedTextAsset>(i));
      },
      [](const Strata::TimelineReel& r) { return r.OffScreenText.size(); }, "Off-screen text asset missing",
-     "Off-screen text", "Off-screen text", "CineCanvas or ST 429-5"},
+     "Off-screen text", "Off-screen text", "CineCanvas or ST 429-5", "ClosedSubtitle"},
     {"AuxData", TrackKind::Data,
      [](Reel& r, const AssetInfo& i) -> Cairn::GenericAsset& {
        return r.AuxData.emplace_back(AssetOf<AuxDataAsset>(i));
      },
      [](const Strata::TimelineReel& r) { return r.AuxData.size(); }, "Aux data asset missing", "AuxData", "AuxData",
-     "DCDATA or ATMOS"}};
+     "DCDATA or ATMOS", "AuxData"}};
 
 class EachSort : public CompositionLoading, public testing::WithParamInterface<Sort> {
  protected:
   Cairn::GenericAsset& AddAsset(const AssetInfo& info) { return GetParam().Add(AddReel(), info); }
   [[nodiscard]] const AssetInfo& File() const { return Files::Of(GetParam().Kind); }
+  [[nodiscard]] AssetInfo FileAt25() const {
+    return Files::Package().Track(GetParam().Kind, Spec([](auto& s) { s.EditRate = Rational(25, 1); }));
+  }
   [[nodiscard]] size_t Installed() const { return GetParam().Count(State.Timeline.back()); }
 };
 
@@ -105,13 +109,29 @@ TEST_P(EachSort, FileThatCannotBeOpenedStaysInstalled) {
 }
 
 TEST_P(EachSort, TrackFileOfAnotherEditRateIsRefused) {
-  const AssetInfo file = Files::Package().Track(GetParam().Kind, Spec([](auto& s) { s.EditRate = Rational(25, 1); }));
-  AddAsset(file);
-  const std::string name = GetParam().Kind != TrackKind::Text       ? GetParam().Words
-                           : std::string(GetParam().Name)[1] == 'n' ? "MainSubtitle"
-                                                                    : "ClosedSubtitle";
-  ExpectFailure(QUIRE::RESULT_FORMAT, "E " + name + " EditRate does not match track file in" + In(1) + "\n");
+  AddAsset(FileAt25());
+  ExpectFailure(QUIRE::RESULT_FORMAT,
+                std::string("E ") + GetParam().Track + " EditRate does not match track file in" + In(1) + "\n");
   EXPECT_EQ(Installed(), 1u);
+}
+
+// Of two rules that an asset breaks, the one checked first is told.
+
+TEST_P(EachSort, EditRateIsCheckedBeforeTheType) {
+  AddAsset(Picture()).EditRate = Rational(25, 1);
+  ExpectFailure(QUIRE::RESULT_FORMAT, std::string("E ") + GetParam().Words + " EditRate mismatch in" + In(1) + "\n");
+}
+
+TEST_P(EachSort, TypeIsCheckedBeforeTheDigest) {
+  AddAsset(Picture()).Digest = File().Digest;
+  ExpectFailure(QUIRE::RESULT_FORMAT, std::string("E ") + GetParam().Words + " asset must be " + GetParam().Types +
+                                          " (got 4) in" + In(1) + "\n");
+}
+
+TEST_P(EachSort, EditRateOfTheTrackFileIsCheckedBeforeItsLength) {
+  AddAsset(FileAt25()).Duration = 6;
+  ExpectFailure(QUIRE::RESULT_FORMAT,
+                std::string("E ") + GetParam().Track + " EditRate does not match track file in" + In(1) + "\n");
 }
 
 TEST_P(EachSort, EncryptedFileHasItsKeyID) {

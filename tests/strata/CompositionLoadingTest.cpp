@@ -221,6 +221,14 @@ TEST_F(CompositionLoading, MPEG2InAStereoscopicInteropCompositionIsRefused) {
   EXPECT_FALSE(State.HasStereoImage);
 }
 
+TEST_F(CompositionLoading, SoundFileAsPictureOfAStereoscopicInteropCompositionIsRefused) {
+  CPL.StereoscopicImage = true;
+  CPL.DCPFormat = Cairn::DFT_Interop;
+  AddReel(Files::Of(TrackKind::Sound));
+  ExpectFailure(QUIRE::RESULT_FORMAT, "E Stereoscopic image not supported for non-JPEG2000 essence in" + In(1) + "\n");
+  EXPECT_FALSE(State.HasStereoImage);
+}
+
 TEST_F(CompositionLoading, PlainPictureOfAStereoscopicCompositionOfNoFlavourIsRefused) {
   CPL.StereoscopicImage = true;
   CPL.DCPFormat = Cairn::DFT_NONE;
@@ -352,6 +360,17 @@ TEST_F(CompositionLoading, InteropTextHasNoEditRateToCompare) {
   reel.OffScreenText.push_back(reel.MainSubtitle);
   ExpectSuccess();
   EXPECT_EQ(State.Timeline[0].OnScreenText->TextEssenceFormat(), Cairn::DFT_Interop);
+}
+
+TEST_F(CompositionLoading, InteropTextShorterThanTheReelOnlyWarnsToo) {
+  CPL.DCPFormat = Cairn::DFT_Interop;
+  auto text = AssetOf<TimedTextAsset>(Files::Package().InteropText(), 4);
+  text.EntryPoint = 2;
+  Reel& reel = AddReel();
+  reel.MainSubtitle = text;
+  reel.OffScreenText.push_back(text);
+  ExpectSuccess("W MainSubtitle asset length (5) less than EntryPoint + Duration (2 + 4) in" + In(1) + "\n" +
+                "W ClosedSubtitle asset length (5) less than EntryPoint + Duration (2 + 4) in" + In(1) + "\n");
 }
 
 // Auxiliary data
