@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace {
 
 using testsupport::Asserts;
@@ -209,6 +211,55 @@ TEST_F(Notification, ForcedPlaylistStatusReportsTheUnchangedComposition) {
   Fake.State.HasChanges = 7;
   Playlist.PlaylistStatusNotify(&Notifier, true);
   EXPECT_EQ(Fake.State.HasChanges, 5u);
+}
+
+// When a change counts as reported.
+
+/// Looks at the change bits while it is told something, then throws if it is to.
+class WatchingNotifier final : public Strata::ITransportNotify {
+ public:
+  WatchingNotifier(const ui32_t& bits, bool throws) : m_Bits(bits), m_Throws(throws) {}
+  std::vector<ui32_t> Seen;
+
+  void TransportStatusNotify(const Strata::TimelinePosition& /*show*/, const Strata::TimelinePosition& /*cpl*/,
+                             const Strata::TimelinePosition& /*reel*/, const Strata::DeviceStatus& /*status*/,
+                             const Strata::CommandType_t& /*command*/) override {
+    Watch();
+  }
+  void TransportExceptionNotify(const Strata::TransportException& /*exception*/) override { Watch(); }
+  void PlaylistStatusNotify(const Strata::CompositionInfo& /*composition*/) override { Watch(); }
+  void PlaylistEventNotify(const Strata::PlaylistEventList& /*events*/) override { Watch(); }
+
+ private:
+  void Watch() {
+    Seen.push_back(m_Bits);
+    if (m_Throws) throw std::runtime_error("no report");
+  }
+  const ui32_t& m_Bits;
+  const bool m_Throws;
+};
+
+TEST_F(Notification, ChangeBitsAreClearedAfterTheReport) {
+  WatchingNotifier watcher(Fake.State.HasChanges, false);
+  Fake.State.HasChanges = 7;
+  Playlist.TransportStatusNotify(&watcher, Strata::CMD_PLAY, Status, false);
+  EXPECT_EQ(watcher.Seen, std::vector<ui32_t>({7}));
+  EXPECT_EQ(Fake.State.HasChanges, 6u);
+  Playlist.PlaylistStatusNotify(&watcher, false);
+  EXPECT_EQ(watcher.Seen, std::vector<ui32_t>({7, 6}));
+  EXPECT_EQ(Fake.State.HasChanges, 4u);
+}
+
+TEST_F(Notification, ReportThatThrowsIsStillDue) {
+  WatchingNotifier watcher(Fake.State.HasChanges, true);
+  Fake.State.HasChanges = 7;
+  EXPECT_THROW(Playlist.TransportStatusNotify(&watcher, Strata::CMD_PLAY, Status, false), std::runtime_error);
+  EXPECT_THROW(Playlist.PlaylistStatusNotify(&watcher, false), std::runtime_error);
+  EXPECT_EQ(Fake.State.HasChanges, 7u);
+  Playlist.TransportStatusNotify(&Notifier, Strata::CMD_PLAY, Status, false);
+  Playlist.PlaylistStatusNotify(&Notifier, false);
+  EXPECT_EQ(Notifier.Transport.size(), 1u);
+  EXPECT_EQ(Notifier.Compositions.size(), 1u);
 }
 
 // Exceptions.

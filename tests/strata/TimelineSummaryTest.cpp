@@ -221,6 +221,22 @@ TEST(FixupPlaylist, EmptyTimelineIsRefused) {
   EXPECT_EQ(fake.Playlist.GetDurationSeconds(), 0u);
 }
 
+TEST(FixupPlaylist, EmptyTimelineEmptiesTheIdentifierLists) {
+  FakeTimeline fake;
+  fake.Append(Composition(1), {240});
+  fake.Picture(0).Is.KeyID = NumberedID(9);
+  fake.Finish();
+  ASSERT_EQ(KeyIDs(fake.Playlist), Numbered({9}));
+  ASSERT_EQ(CiphertextCPLIDs(fake.Playlist), Numbered({1}));
+  fake.State.Timeline.clear();
+  const LogCapture log;
+  EXPECT_EQ(fake.State.FixupPlaylist(), Ferro::RESULT_PARAM);
+  EXPECT_EQ(CPLIDs(fake.Playlist), Numbered({}));
+  EXPECT_EQ(KeyIDs(fake.Playlist), Numbered({}));
+  EXPECT_EQ(CiphertextCPLIDs(fake.Playlist), Numbered({}));
+  EXPECT_EQ(fake.Playlist.GetDurationSeconds(), 0u);
+}
+
 TEST(FixupPlaylist, CompositionIsListedOncePerAppearance) {
   FakeTimeline fake;
   fake.Append(Composition(1), {10, 10});
@@ -350,6 +366,23 @@ TEST(FixupPlaylist, SecondsAreAddedBeforeRounding) {
   EXPECT_EQ(Seconds({8, 8, 8}, {24, 1}), 1u) << "three thirds";
 }
 
+TEST(FixupPlaylist, SecondsThatAreNoNumberCountAsNone) {
+  EXPECT_EQ(Seconds({24}, {0, 0}), 0u);
+  EXPECT_EQ(Seconds({0}, {0, 1}), 0u);
+  EXPECT_EQ(Seconds({240, 0}, {0, 0}), 0u) << "nor does the rest count";
+}
+
+TEST(FixupPlaylist, SecondsWithoutEndCountAsTheMostThereIs) {
+  EXPECT_EQ(Seconds({24}, {0, 1}), 0xffffffffu);
+  EXPECT_EQ(Seconds({0xffffffffu}, {1, 1}), 0xffffffffu);
+  EXPECT_EQ(Seconds({0xfffffffeu}, {1, 1}), 0xfffffffeu);
+  EXPECT_EQ(Seconds({0xfffffffeu}, {1, 2}), 0xffffffffu);
+}
+
+TEST(FixupPlaylist, SecondsAreNeverLessThanNone) {
+  EXPECT_EQ(Seconds({24}, {-24, 1}), 0u);
+}
+
 TEST(FixupPlaylist, SecondsComeFromThePictureTracks) {
   FakeTimeline fake;
   fake.Append(Composition(1), {240, 240});
@@ -414,6 +447,17 @@ TEST(FixupPlaylist, EveryEventMayLieBeyondTheEnd) {
   for (const char* label : {"a", "b"}) AddRaw(fake, label, 0xffffffff);
   fake.Finish();
   EXPECT_EQ(Events(fake.State.Events), EventPairs({{"a", 0}, {"b", 0}}));
+}
+
+TEST(FixupPlaylist, EventsOfAnEmptyTimelineAreSortedAndPulledInside) {
+  FakeTimeline fake;
+  fake.State.ShowPosition.Duration = 100;
+  AddRaw(fake, "late", 700);
+  AddRaw(fake, "inside", 50);
+  AddRaw(fake, "early", 10);
+  const LogCapture log;
+  EXPECT_EQ(fake.State.FixupPlaylist(), Ferro::RESULT_PARAM);
+  EXPECT_EQ(Events(fake.State.Events), EventPairs({{"early", 10}, {"inside", 50}, {"late", 99}}));
 }
 
 }  // namespace
