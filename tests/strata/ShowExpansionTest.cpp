@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace StrataTest {
 namespace {
@@ -93,7 +95,8 @@ TEST_F(NestedShowFile, IsDecodedBeforeItIsRefusedInsideItself) {
   EXPECT_TRUE(log.Errors().empty());
   lookup.Meddle = [&path] { std::ofstream(path) << "<a"; };
   EXPECT_EQ(Strata::h__Playlist().InitWithUUIDList(ids, lookup, Cairn::PListDict()), Cairn::RESULT_XML_PARSE);
-  EXPECT_EQ(log.Errors().back(), path + ": The XML document could not be parsed.\n");
+  EXPECT_EQ(log.Errors(), std::vector<std::string>({"Unable to parse XML document element.\n",
+                                                    path + ": The XML document could not be parsed.\n"}));
 }
 
 // Items
