@@ -96,10 +96,11 @@ TEST_P(Interrupted, LeavesAWholeFileOrNone) {
     fs::remove_all(Out());
     StrataProgram run(Arguments());
     std::this_thread::sleep_for(length * step / Steps);
-    run.Signal(step % 2 == 0 ? SIGINT : SIGTERM);
+    constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
+    run.Signal(signals[step % 3]);
     const int code = run.Wait();
     // A signal that comes before the program has begun ends it as any program.
-    EXPECT_THAT(code, testing::AnyOf(0, 4, 128 + SIGINT, 128 + SIGTERM)) << run.Errors();
+    EXPECT_THAT(code, testing::AnyOf(0, 4, 128 + SIGINT, 128 + SIGTERM, 128 + SIGHUP)) << run.Errors();
     if (code == 0) {
       EXPECT_THAT(Names(), testing::ElementsAre(GetParam().Out)) << step;
       EXPECT_EQ(SizeOf(Out()), size);

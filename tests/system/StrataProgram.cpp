@@ -23,7 +23,9 @@ std::string contents_of(const std::string& filename) {
 
 }  // namespace
 
-StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const std::string& input) {
+StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const std::string& input,
+                             const std::string& output_device) {
+  const std::string output = output_device.empty() ? m_Folder.Path("out") : output_device;
   std::ofstream(m_Folder.Path("in")) << input;
   std::vector<std::string> words = {STRATA_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
@@ -34,9 +36,17 @@ StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const st
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, m_Folder.Path("in").c_str(), O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, m_Folder.Path("out").c_str(), O_WRONLY | O_CREAT, 0600);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, m_Folder.Path("err").c_str(), O_WRONLY | O_CREAT, 0600);
-  const int failure = posix_spawn(&m_Process, STRATA_PROGRAM, &actions, nullptr, argv.data(), environ);
+  posix_spawnattr_t attributes;  // a suite that runs under nohup, or in the background, gives its signals to nobody
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int number : {SIGINT, SIGHUP}) sigaddset(&signals, number);
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setsigdefault(&attributes, &signals);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+  const int failure = posix_spawn(&m_Process, STRATA_PROGRAM, &actions, &attributes, argv.data(), environ);
+  posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   EXPECT_EQ(failure, 0) << STRATA_PROGRAM << " cannot be started";
 }

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
-/// A run of the built program, with standard input from a text and both outputs captured.
+/// A run of the built program, with standard input from a text and both outputs captured; or standard output into a
+/// device.
 class StrataProgram {
  public:
-  explicit StrataProgram(const std::vector<std::string>& arguments, const std::string& input = "");
+  explicit StrataProgram(const std::vector<std::string>& arguments, const std::string& input = "",
+                         const std::string& output_device = "");
   ~StrataProgram();
   StrataProgram(const StrataProgram&) = delete;
   StrataProgram& operator=(const StrataProgram&) = delete;

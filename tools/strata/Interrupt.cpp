@@ -22,6 +22,9 @@ void Interrupt::Install() {
   action.sa_handler = handle_signal;
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  struct sigaction before = {};
+  sigaction(SIGHUP, nullptr, &before);
+  if (before.sa_handler != SIG_IGN) sigaction(SIGHUP, &action, nullptr);  // under nohup the work goes on
 }
 
 bool Interrupt::Requested() {
