@@ -166,8 +166,11 @@ TEST_F(Play, ShowWithMissingAssetsIsNotPlayed) {
 }
 
 TEST_F(Play, SpeedThatIsNoneIsAUsageError) {
-  StrataProgram play({"play", Show(), "--speed", "0"});
-  EXPECT_EQ(play.Wait(), 1);
+  for (const std::string speed : {"0", "-1", "nan", "1e-300", "101", "0x2", "+2", " 2", "2x", "MAX"}) {
+    StrataProgram play({"play", Show(), "--speed=" + speed});
+    EXPECT_EQ(play.Wait(), 1) << speed;
+    EXPECT_THAT(play.Errors(), HasSubstr("not a speed: " + speed));
+  }
 }
 
 TEST_F(Play, InterruptedItSaysHowFarItCame) {

@@ -7,6 +7,7 @@
 #include "PlaySession.h"
 #include "TextForms.h"
 
+#include <charconv>
 #include <cstdio>
 #include <memory>
 
@@ -37,9 +38,10 @@ std::string render(const Json& summary) {
 }
 
 bool is_speed(const std::string& text) {
-  char* end = nullptr;
-  const double value = std::strtod(text.c_str(), &end);
-  return text == "max" || (end != nullptr && *end == '\0' && value > 0 && value <= 100);
+  double value = 0;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, value);
+  return text == "max" || (error == std::errc() && end == last && value >= 0.01 && value <= 100);
 }
 
 bool load(PlaySession& session) {
@@ -73,7 +75,7 @@ void AddPlayCommand(CLI::App& app, int& exit_code) {
   const auto options = std::make_shared<PlayOptions>();
   CLI::App* command = app.add_subcommand("play", "Play a show: read every frame of every channel, fire its events");
   options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
-  command->add_option("--speed", options->Speed, "Times real time, or max: as fast as frames can be read")
+  command->add_option("--speed", options->Speed, "Times real time, 0.01 to 100, or max: as fast as frames can be read")
       ->check(CLI::Validator([](const std::string& text) { return is_speed(text) ? "" : "not a speed: " + text; },
                              "NUMBER|max"));
   command->add_option("--resume", options->ResumeFile, "Start where this file says, and keep the position in it")
