@@ -389,6 +389,23 @@ TEST_P(BrokenPackage, GivesOneClearMessageAndTheExitCodeThatFits) {
 INSTANTIATE_TEST_SUITE_P(Check, BrokenPackage, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.Name; });
 
+TEST(BrokenPackage, TheOnlyCompositionOfAFolderIsNamedWhenItIsDamaged) {
+  const BrokenShow show;
+  show.Cut("Trailer/CPL.xml", 66);
+  EXPECT_EQ(
+      show.Check({show.Path("Trailer")}),
+      "2\nstrata: SHOW/Trailer: there is no composition in this folder that can be used. Copy it again; wrong are:\n"
+      "  SHOW/Trailer/CPL.xml: The file does not have the size that the package lists.\n");
+}
+
+TEST(BrokenPackage, TheOnlyCompositionOfAFolderIsMissedWhenItIsNotThere) {
+  const BrokenShow show;
+  show.Remove("Trailer/CPL.xml");
+  StrataProgram check({"check", show.Path("Trailer")});
+  EXPECT_EQ(check.Wait(), 3);
+  EXPECT_THAT(check.Errors(), testing::EndsWith(": The file is missing.\n"));
+}
+
 TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
   const BrokenShow show;
   fs::copy(show.Path("Feature"), show.Beside("original"), fs::copy_options::recursive);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Inputs.h"
 
+#include "DisplayText.h"
 #include "DocumentTitle.h"
 #include "FolderScan.h"
 #include "IndexFile.h"
@@ -88,7 +89,7 @@ bool Inputs::Open(const InputOptions& options) {
 }
 
 bool Inputs::Fail(const std::string& problem, ExitCode code) {
-  m_Problem = problem;
+  m_Problem = DisplayLines(problem);
   m_ProblemCode = code;
   return false;
 }
@@ -127,12 +128,32 @@ bool Inputs::ResolveFolder(const std::string& folder) {
 
   const std::vector<Candidate>& meant = shows.empty() ? compositions : shows;
   if (RefuseDamaged(folder, meant)) return false;
-  if (meant.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
+  if (meant.empty()) return FailWithout(folder);
   if (meant.size() > 1)
     return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
                 " could be meant. Name one of them:" + list_of(meant));
   m_Shows.push_back(meant.front());
   return true;
+}
+
+// Where a package lists what cannot be used, the composition may be among it.
+bool Inputs::FailWithout(const std::string& folder) {
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string();
+  std::string unusable;
+  Ferro::ui32_t problems = 0;
+  for (const Cairn::AssetRecord& record : m_Store.Assets()) {
+    const bool is_here = record.Package == root || record.Package.starts_with(root + '/');
+    if (!is_here || (record.Problems & Cairn::FatalAssetProblems) == 0) continue;
+    problems |= record.Problems & Cairn::FatalAssetProblems;
+    const std::string& file = record.Info.RealFilename;
+    unusable += "\n  " + (file.empty() ? "asset " + record.Info.ID.EncodeString() : file) + ':';
+    for (const std::string& reason : record.Reasons()) unusable += ' ' + reason;
+  }
+  if (unusable.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
+  return Fail(
+      folder + ": there is no composition in this folder that can be used. Copy it again; wrong are:" + unusable,
+      problems == Cairn::AP_MISSING_FILE ? AssetsMissing : NotPlayable);
 }
 
 // A document beside the packages that nobody can read may be the very show that is meant.

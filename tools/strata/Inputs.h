@@ -54,6 +54,7 @@ class Inputs {
   bool ResolveFolder(const std::string& folder);
   bool ResolveFile(const std::string& path);
   bool ResolveIdentifier(const Cairn::UUID& id);
+  bool FailWithout(const std::string& folder);
   bool RefuseDamaged(const std::string& folder, const std::vector<Candidate>& meant);
   bool Fail(const std::string& problem, ExitCode code = Usage);
 
