@@ -36,6 +36,12 @@ TEST(DisplayText, LineBreaksAndTabsBecomeBlanks) {
   EXPECT_EQ(DisplayText("a\n\tb\r"), "a  b ");
 }
 
+TEST(DisplayLines, KeepsLinesAndMakesEachSafe) {
+  EXPECT_EQ(DisplayLines("one\x1b[2J\n\ttwo\n"), "one\uFFFD[2J\n two\n");
+  EXPECT_EQ(DisplayLines("one"), "one");
+  EXPECT_EQ(DisplayLines(""), "");
+}
+
 TEST(ColumnsOf, WideLettersTakeTwoAndCombiningMarksNone) {
   EXPECT_EQ(ColumnsOf("abc"), 3U);
   EXPECT_EQ(ColumnsOf("\u6620\u753b"), 4U);

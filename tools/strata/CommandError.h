@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "DisplayText.h"
 #include "ExitCode.h"
 
 #include <Ferro/Result.h>
@@ -11,7 +12,7 @@
 /// Ends a command: the message is for the user, the exit code for scripts.
 class CommandError : public std::runtime_error {
  public:
-  CommandError(ExitCode code, const std::string& message) : std::runtime_error(message), m_Code(code) {}
+  CommandError(ExitCode code, const std::string& message) : std::runtime_error(DisplayLines(message)), m_Code(code) {}
   [[nodiscard]] ExitCode Code() const { return m_Code; }
 
  private:

@@ -141,6 +141,15 @@ std::string DisplayText(std::string_view text) {
   return out;
 }
 
+std::string DisplayLines(std::string_view text) {
+  std::string out;
+  for (size_t end = text.find('\n'); end != text.npos; end = text.find('\n')) {
+    out += DisplayText(text.substr(0, end)) + '\n';
+    text.remove_prefix(end + 1);
+  }
+  return out + DisplayText(text);
+}
+
 unsigned ColumnsOf(std::string_view text) {
   return static_cast<unsigned>(measure(text, columns_of));
 }

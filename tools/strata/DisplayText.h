@@ -20,6 +20,8 @@ struct DisplayCharacter {
 [[nodiscard]] std::string EncodeCharacter(char32_t code);
 /// The same as UTF-8: safe to print, and fit for XML.
 [[nodiscard]] std::string DisplayText(std::string_view text);
+/// The same for text of several lines, which stay lines.
+[[nodiscard]] std::string DisplayLines(std::string_view text);
 
 /// Columns that a text takes on a terminal.
 [[nodiscard]] unsigned ColumnsOf(std::string_view text);

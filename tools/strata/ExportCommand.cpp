@@ -10,9 +10,7 @@
 #include <Ferro/FileText.h>
 #include <Strata/IPlaylist.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -68,17 +66,13 @@ Strata::Result_t load(const Inputs& inputs, Ferro::mem_ptr<Strata::IPlaylist>& p
 }
 
 ExitCode write(const std::string& text, const std::string& file) {
-  std::string reason;
   if (file.empty()) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-      reason = std::strerror(errno);
+    std::fwrite(text.data(), 1, text.size(), stdout);  // whether it arrives is seen at the program's end
   } else if (const Strata::Result_t result = Ferro::WriteStringIntoFile(file, text); result.Failure()) {
-    reason = result.Label();
+    std::fprintf(stderr, "strata: %s cannot be written: %s\n", file.c_str(), result.Label());
+    return NotPlayable;
   }
-  if (reason.empty()) return Fine;
-  std::fprintf(stderr, "strata: %s cannot be written: %s\n", file.empty() ? "standard output" : file.c_str(),
-               reason.c_str());
-  return NotPlayable;
+  return Fine;
 }
 
 ExitCode export_show(const ExportOptions& options, const Export& make) {

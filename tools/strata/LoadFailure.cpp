@@ -11,7 +11,8 @@ ExitCode ReportLoadFailure(const Inputs& inputs) {
   QuietLog log;
   const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
   for (const Finding& finding : findings)
-    if (finding.Level != Severity::Warning) std::fputs(FindingText(FindingToJson(finding)).c_str(), stderr);
+    if (finding.Level != Severity::Warning)
+      std::fputs(FindingText(DisplayModel(FindingToJson(finding))).c_str(), stderr);
   std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
   const ExitCode code = ExitCodeFor(findings);
   return code == Fine ? NotPlayable : code;

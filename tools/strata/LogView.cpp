@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "LogView.h"
 
+#include "DisplayText.h"
+
 #include <cstdio>
 #include <string>
 
@@ -8,7 +10,7 @@ void LogView::WriteEntry(const Ferro::LogEntry& entry) {
   if (!m_All && entry.Level < Ferro::LogLevel::Warning) return;
   static constexpr const char* Names[] = {"debug", "info", "warning", "error"};
   const size_t level = static_cast<size_t>(entry.Level);
-  std::string line = std::string(level < 4 ? Names[level] : "log") + ": " + entry.Message;
+  std::string line = std::string(level < 4 ? Names[level] : "log") + ": " + DisplayLines(entry.Message);
   if (line.empty() || line.back() != '\n') line += '\n';
   std::fputs(line.c_str(), stderr);
 }

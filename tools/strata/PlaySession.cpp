@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "PlaySession.h"
 
+#include "DisplayText.h"
 #include "Interrupt.h"
 #include "TextForms.h"
 
@@ -190,15 +191,14 @@ void PlaySession::ShowStatus() {
     if (channel.Late > 0) late += " " + channel.Name + " " + std::to_string(channel.Late);
   line += "  late" + (late.empty() ? " 0" : late);
   if (!m_Typed.empty()) line = "> " + m_Typed + "  " + line;
-  line.resize(
-      std::min<size_t>(line.size(), Terminal::Columns(STDOUT_FILENO) - 1));  // a line that wraps cannot be undone
+  line = FitColumns(line, Terminal::Columns(STDOUT_FILENO) - 1);  // a line that wraps cannot be undone
   std::printf("\r%s\x1b[K", line.c_str());
   std::fflush(stdout);
 }
 
 void PlaySession::Say(const std::string& line) {
   if (m_Options.AsJson) return;
-  std::printf("%s%s\n", m_ShowsStatus ? "\r\x1b[K" : "", line.c_str());
+  std::printf("%s%s\n", m_ShowsStatus ? "\r\x1b[K" : "", DisplayText(line).c_str());
   std::fflush(stdout);
 }
 

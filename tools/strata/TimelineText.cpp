@@ -328,7 +328,7 @@ class TextTimeline {
   void ListFindings() {
     if (!m_Model.Findings.empty()) m_Text += '\n';
     for (const Finding& finding : WorstFirst(m_Model.Findings)) {
-      const std::string text = FindingText(FindingToJson(finding));
+      const std::string text = FindingText(DisplayModel(FindingToJson(finding)));
       AddWrapped(text.substr(0, text.find('\n')));
     }
   }

@@ -6,7 +6,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 namespace {
@@ -30,11 +32,19 @@ int run(int argc, char** argv) {
   return exit_code;
 }
 
+/// `exit_code`, or NotPlayable where what was printed has not arrived, as on a full disk.
+int finish_printing(int exit_code) {
+  const bool was_written = std::ferror(stdout) == 0;
+  if (std::fflush(stdout) == 0 && was_written) return exit_code;
+  std::fprintf(stderr, "strata: standard output cannot be written: %s\n", std::strerror(errno));
+  return exit_code == Fine ? NotPlayable : exit_code;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return run(argc, argv);
+    return finish_printing(run(argc, argv));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "strata: %s\n", error.what());
     return NotPlayable;
