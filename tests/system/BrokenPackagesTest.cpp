@@ -389,6 +389,16 @@ TEST_P(BrokenPackage, GivesOneClearMessageAndTheExitCodeThatFits) {
 INSTANTIATE_TEST_SUITE_P(Check, BrokenPackage, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.Name; });
 
+TEST(BrokenPackage, PlayingATrackFileThatWasCutIsNoSuccess) {
+  const BrokenShow show;
+  show.Cut("Trailer/picture-1.mxf", 60'000);
+  show.ListSize("Trailer/picture-1.mxf");
+  StrataProgram play({"play", show.Path("Trailer"), "--speed", "max", "--verify"});
+  EXPECT_EQ(play.Wait(), 2);
+  EXPECT_THAT(play.Output(),
+              testing::HasSubstr(" frames could not be read: `strata check` says which file is damaged.\n"));
+}
+
 TEST(BrokenPackage, TheOnlyCompositionOfAFolderIsNamedWhenItIsDamaged) {
   const BrokenShow show;
   show.Cut("Trailer/CPL.xml", 66);

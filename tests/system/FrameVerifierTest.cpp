@@ -79,6 +79,12 @@ TEST_F(FrameVerifierTest, FrameWithoutFileIsNotCompared) {
   EXPECT_EQ(verifier.Compared(), 0U);
 }
 
+TEST(PlayExitCode, FramesThatCouldNotBeReadAreNotPlayable) {
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}, {"repeated": 3}]})")), 2);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}]})")), 0);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "channels": [{"repeated": 3}]})")), 4);
+}
+
 TEST(PlayExitCode, DifferentFramesAreNotPlayable) {
   EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 1}})")), 2);
   EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 0}})")), 0);

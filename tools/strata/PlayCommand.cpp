@@ -13,6 +13,14 @@
 
 namespace {
 
+/// Frames that could not be read, so that what came before stayed in their place.
+Ferro::ui64_t frames_lacking(const Json& summary) {
+  Ferro::ui64_t count = 0;
+  for (const Json& channel : summary.value("channels", Json::array()))
+    count += channel["repeated"].get<Ferro::ui64_t>();
+  return count;
+}
+
 std::string render(const Json& summary) {
   std::string text = "Played " + std::to_string(summary["edit_units"].get<Ferro::ui64_t>()) + " edit units in " +
                      DurationText(summary["seconds"].get<double>()) + ", " +
@@ -27,6 +35,8 @@ std::string render(const Json& summary) {
                   latency["p50"].get<double>(), latency["p99"].get<double>(), latency["max"].get<double>());
     text += line;
   }
+  if (const auto lacking = frames_lacking(summary); lacking > 0)
+    text += std::to_string(lacking) + " frames could not be read: `strata check` says which file is damaged.\n";
   if (summary.contains("verified")) {
     const auto compared = summary["verified"]["compared"].get<Ferro::ui64_t>();
     const auto different = summary["verified"]["different"].get<Ferro::ui64_t>();
@@ -68,7 +78,7 @@ ExitCode play(const PlayOptions& options) {
 ExitCode PlayExitCode(const Json& summary) {
   if (summary["interrupted"].get<bool>()) return Interrupted;
   const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
-  return differs ? NotPlayable : Fine;
+  return differs || frames_lacking(summary) > 0 ? NotPlayable : Fine;
 }
 
 void AddPlayCommand(CLI::App& app, int& exit_code) {
@@ -86,7 +96,7 @@ void AddPlayCommand(CLI::App& app, int& exit_code) {
   command->footer(
       "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
       "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
-      "Exit codes: 0 fine, 2 not playable or frames differ, 3 assets are missing, 4 interrupted.\n"
+      "Exit codes: 0 fine, 2 not playable, or frames differ or are lacking, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata play show\n"
       "  strata play show --speed max --verify --resume position.txt");
