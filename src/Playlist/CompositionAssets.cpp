@@ -207,7 +207,7 @@ Result_t CompositionLoader::CheckSoundFormat(const QUIRE::PCM::AudioDescriptor& 
 Result_t CompositionLoader::InitCplOnScreenText(const Cairn::AssetInfo& info, const Cairn::TimedTextAsset& asset) {
   const Result_t result = CheckText(s_OnScreenText, info, asset);
   if (result.Failure()) return result;
-  auto* track = new TextTimelineElement(asset.IntrinsicDuration);
+  auto* track = new TextTimelineElement(asset.IntrinsicDuration, ShortIndexPack::Refuse);
   LastReel().OnScreenText.set(track);
   const char* label = asset.Purpose == Cairn::TT_CAPTION ? "MainCaption" : "MainSubtitle";
   track->SetIdentity(TRKT_ON_SCREEN_TEXT, 0, label, asset.Language);
@@ -219,7 +219,7 @@ Result_t CompositionLoader::InitCplOffScreenText(const Cairn::AssetInfo& info, c
   if (result.Failure()) return result;
   std::vector<TrackPtr>& tracks = LastReel().OffScreenText;
   const ui32_t channel = static_cast<ui32_t>(tracks.size());
-  auto* track = new TextTimelineElement(asset.IntrinsicDuration);
+  auto* track = new TextTimelineElement(asset.IntrinsicDuration, ShortIndexPack::Refuse);
   tracks.push_back(TrackPtr(track));
   FERRO_ASSERT_TEXT(tracks.back().get() == track, "m_Timeline.back().OffScreenText.back().get() == TextTrack");
   const char* label = asset.Purpose == Cairn::TT_CAPTION ? "ClosedCaption" : "ClosedSubtitle";

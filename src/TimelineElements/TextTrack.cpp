@@ -78,7 +78,8 @@ void LogFailure(const std::string& resource, const Result_t& result) {
 
 }  // namespace
 
-TextTimelineTrack::TextTimelineTrack(ui32_t intrinsic_duration) : m_IntrinsicDuration(intrinsic_duration) {}
+TextTimelineTrack::TextTimelineTrack(ui32_t intrinsic_duration, ShortIndexPack short_index_pack)
+    : m_IntrinsicDuration(intrinsic_duration), m_ShortIndexPack(short_index_pack) {}
 
 TextTimelineTrack::~TextTimelineTrack() = default;
 
@@ -133,6 +134,11 @@ Result_t TextTimelineTrack::InitWithST429_5Filename(const std::string& filename,
   m_EditRate = m_Desc.EditRate;
 
   if (buf_size_list.empty()) return QUIRE::RESULT_FORMAT;  // one partition: no place for the document
+  if (buf_size_list.size() <= m_Desc.ResourceList.size() && m_ShortIndexPack == ShortIndexPack::Refuse) {
+    Ferro::DefaultLogSink().Error("%s: too few partitions in the index pack for %zu resources\n", filename.c_str(),
+                                  m_Desc.ResourceList.size());
+    return QUIRE::RESULT_FORMAT;
+  }
   result = m_TextResource.Capacity(buf_size_list.front());
   if (result.Success()) result = reader.ReadTimedTextResource(m_TextResource);
   if (result.Failure()) return result;

@@ -20,6 +20,12 @@ class MXFReader;
 
 namespace Strata {
 
+/// What a track does about an ST 429-5 file whose random index pack lists fewer partitions than its resources need.
+enum class ShortIndexPack {
+  Assert,  ///< for a host that makes tracks of files it has examined
+  Refuse   ///< for files from outside: logged, QUIRE::RESULT_FORMAT
+};
+
 /// A track of timed text: an Interop subtitle document with its fonts and images beside it, or an ST 429-5 track file
 /// with them inside. Initialisation loads all of it; the track then answers copies and has neither a ready nor a
 /// dormant state.
@@ -80,7 +86,7 @@ class TextTimelineTrack : public ITimelineTrack {
 
  protected:
   /// @param intrinsic_duration  edit units that the composition says the asset has
-  explicit TextTimelineTrack(ui32_t intrinsic_duration);
+  TextTimelineTrack(ui32_t intrinsic_duration, ShortIndexPack short_index_pack);
 
  private:
   Result_t InitWithST429_5Filename(const std::string& filename, Ferro::fsize_t file_size);
@@ -99,6 +105,7 @@ class TextTimelineTrack : public ITimelineTrack {
   ui32_t m_EntryPoint = 0;
   ui32_t m_Duration = 0;
   ui32_t m_IntrinsicDuration;
+  ShortIndexPack m_ShortIndexPack;
   ui32_t m_SpanDuration = 0;
   std::string m_AssetName;
   std::string m_Language;
@@ -117,7 +124,8 @@ class TextTimelineTrack : public ITimelineTrack {
 /// The text track as the timeline holds it: text comes through the operations for timed text, not as frames.
 class TextTimelineElement final : public TextTimelineTrack {
  public:
-  explicit TextTimelineElement(ui32_t intrinsic_duration) : TextTimelineTrack(intrinsic_duration) {}
+  explicit TextTimelineElement(ui32_t intrinsic_duration, ShortIndexPack short_index_pack = ShortIndexPack::Assert)
+      : TextTimelineTrack(intrinsic_duration, short_index_pack) {}
   ~TextTimelineElement() override;
 
   ui32_t FrameBufferSize() const override { return 0; }

@@ -353,6 +353,14 @@ TEST_F(CompositionLoading, TextShorterThanTheReelOnlyWarns) {
                 "W ClosedSubtitle asset length (5) less than EntryPoint + Duration (2 + 4) in" + In(1) + "\n");
 }
 
+TEST_F(CompositionLoading, TextFileOfADamagedIndexPackIsRefused) {
+  const AssetInfo text = Files::Package().Track(TrackKind::Text, Spec([](auto& s) { s.ImageSizes = {100, 100}; }));
+  testsupport::CutIndexPack(text.RealFilename, 3);
+  AddReel().MainSubtitle = AssetOf<TimedTextAsset>(text);
+  ExpectFailure(QUIRE::RESULT_FORMAT,
+                "E " + text.RealFilename + ": too few partitions in the index pack for 2 resources\n");
+}
+
 TEST_F(CompositionLoading, InteropTextHasNoEditRateToCompare) {
   CPL.DCPFormat = Cairn::DFT_Interop;
   Reel& reel = AddReel();

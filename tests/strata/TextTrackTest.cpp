@@ -4,8 +4,6 @@
 #include "TrackFixtures.h"
 
 #include <Cairn/Result.h>
-#include <Ferro/FileReader.h>
-#include <QUIRE/MXF/RIP.h>
 #include <QUIRE/Result.h>
 
 #include <filesystem>
@@ -186,27 +184,26 @@ TEST_F(SMPTETextTrack, TrackFileOfAnotherKindIsRefused) {
   EXPECT_EQ(Init("sound.mxf"), QUIRE::RESULT_FORMAT);
 }
 
-/// Replaces the file's random index pack by one with its first `count` pairs.
-void CutIndexPack(const std::string& filename, size_t count) {
-  Ferro::FileReader file;
-  ASSERT_EQ(file.OpenRead(filename), Ferro::RESULT_OK);
-  QUIRE::MXF::RIP index;
-  ASSERT_EQ(index.ReadFromFile(file), Ferro::RESULT_OK);
-  std::filesystem::resize_file(filename, file.Size() - index.ArchiveLength());
-  index.PairArray.resize(count);
-  Bytes bytes;
-  index.Write(bytes);
-  std::ofstream(filename, std::ios::binary | std::ios::app)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
 using SMPTETextTrackDeathTest = SMPTETextTrack;
 
 TEST_F(SMPTETextTrackDeathTest, IndexPackWithFewerPartitionsThanResources) {
   Spec.ImageSizes = {100, 100, 100};
   ASSERT_EQ(MakeTrackFile(TrackKind::Text, Folder.Path("text.mxf"), Spec), Ferro::RESULT_OK);
-  CutIndexPack(Folder.Path("text.mxf"), 3);
+  testsupport::CutIndexPack(Folder.Path("text.mxf"), 3);
   EXPECT_DEATH(static_cast<void>(Init("text.mxf")), "Assertion '!buf_size_list.empty\\(\\)' failed\\.");
+}
+
+TEST_F(SMPTETextTrack, IndexPackWithFewerPartitionsThanResourcesIsRefusedWhereAsked) {
+  Spec.ImageSizes = {100, 100, 100};
+  const std::string name = Folder.Path("text.mxf");
+  for (const size_t partitions : {5, 4}) {  // header, document, and three images; then one less
+    ASSERT_EQ(MakeTrackFile(TrackKind::Text, name, Spec), Ferro::RESULT_OK);
+    testsupport::CutIndexPack(name, partitions);
+    TextTimelineElement track(2400, Strata::ShortIndexPack::Refuse);
+    const bool fits = partitions == 5;
+    EXPECT_EQ(track.InitWithFilename(name, 0, 1), fits ? Ferro::RESULT_OK : QUIRE::RESULT_FORMAT);
+    EXPECT_EQ(Errors(), fits ? Lines{} : Lines{name + ": too few partitions in the index pack for 3 resources\n"});
+  }
 }
 
 TEST_F(SMPTETextTrack, ResourceThatCannotBeReadIsLoggedAndReturned) {

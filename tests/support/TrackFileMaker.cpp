@@ -5,13 +5,17 @@
 #include <QUIRE/DCDataWriter.h>
 #include <QUIRE/JP2KWriter.h>
 #include <QUIRE/MPEG2Writer.h>
+#include <QUIRE/MXF/RIP.h>
 #include <QUIRE/PCMWriter.h>
 #include <QUIRE/TimedTextWriter.h>
 
 #include <Ferro/Assert.h>
+#include <Ferro/FileReader.h>
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 
 namespace testsupport {
 
@@ -288,6 +292,19 @@ void FillBuffer(const Bytes& bytes, FrameBuffer& buffer) {
   FERRO_ASSERT(allocated);
   if (!bytes.empty()) std::memcpy(buffer.Data(), bytes.data(), bytes.size());
   buffer.Size(static_cast<ui32_t>(bytes.size()));
+}
+
+void CutIndexPack(const std::string& filename, size_t count) {
+  Ferro::FileReader file;
+  MXF::RIP index;
+  const bool read = file.OpenRead(filename).Success() && index.ReadFromFile(file).Success();
+  FERRO_ASSERT(read);
+  std::filesystem::resize_file(filename, file.Size() - index.ArchiveLength());
+  index.PairArray.resize(count);
+  Bytes bytes;
+  index.Write(bytes);
+  std::ofstream(filename, std::ios::binary | std::ios::app)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
 WriteContexts::WriteContexts(const TrackFileSpec& spec) : m_HasKey(spec.Key.has_value()) {

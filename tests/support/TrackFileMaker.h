@@ -67,6 +67,9 @@ struct TrackFileSpec {
 [[nodiscard]] QUIRE::Result_t MakeTrackFile(TrackKind kind, const std::string& filename,
                                             const TrackFileSpec& spec = {});
 
+/// Replaces a file's random index pack by one that lists its first `count` partitions only.
+void CutIndexPack(const std::string& filename, size_t count);
+
 // What such a file contains, for comparison.
 
 /// The plaintext of one edit unit, not of text. In a stereoscopic file that of the left eye, or with `right_eye` of the
