@@ -400,7 +400,7 @@ TEST_F(Store, IndexServesTheOtherCommands) {
   }
   fs::resize_file(Index(), 5000);
   StrataProgram check({"check", id, "--index", Index()});
-  EXPECT_EQ(check.Wait(), 1);
+  EXPECT_EQ(check.Wait(), 2);
   EXPECT_THAT(check.Errors(), HasSubstr("strata: The asset index " + Index() + " cannot be used: "));
 }
 

@@ -83,8 +83,9 @@ bool Inputs::Open(const InputOptions& options) {
   const QuietLog log;  // what is wrong is told in Problem()
   const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
   const auto resolve = [&](const std::string& name) { return Resolve(name); };
-  return OpenIndexFile(options.Index, m_Store, m_Problem) &&
-         std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
+  std::string problem;
+  if (!OpenIndexFile(options.Index, m_Store, problem)) return Fail(problem, NotPlayable);
+  return std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
          std::all_of(options.Names.begin(), options.Names.end(), resolve);
 }
 
