@@ -96,11 +96,11 @@ TEST_P(Interrupted, LeavesAWholeFileOrNone) {
     fs::remove_all(Out());
     StrataProgram run(Arguments());
     std::this_thread::sleep_for(length * step / Steps);
-    constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
-    run.Signal(signals[step % 3]);
+    constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+    run.Signal(signals[step % 4]);
     const int code = run.Wait();
     // A signal that comes before the program has begun ends it as any program.
-    EXPECT_THAT(code, testing::AnyOf(0, 4, 128 + SIGINT, 128 + SIGTERM, 128 + SIGHUP)) << run.Errors();
+    EXPECT_THAT(code, testing::AnyOf(0, 4, 128 + SIGINT, 128 + SIGTERM, 128 + SIGHUP, 128 + SIGQUIT)) << run.Errors();
     if (code == 0) {
       EXPECT_THAT(Names(), testing::ElementsAre(GetParam().Out)) << step;
       EXPECT_EQ(SizeOf(Out()), size);

@@ -2,10 +2,12 @@
 //
 // A person at a terminal plays the sample show. What is typed next follows from what stands on the screen.
 #include "BrokenShow.h"
+#include "PlaySession.h"
 #include "TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include <filesystem>
 #include <fstream>
@@ -40,7 +42,7 @@ TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
                    "(f|b|l<n>|t<n>|j(b|f)|p|s|?)"));
   EXPECT_TRUE(play.WaitFor("composition \"SampleTrailer\", reel 1 of 1\r\n"));
   EXPECT_TRUE(play.WaitFor("event SHOW_START\r\n"));
-  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  LIGHTS_DOWN in 0:02  late 0"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  late 0  LIGHTS_DOWN in 0:02"));
 
   play.Type(".");
   EXPECT_TRUE(play.WaitFor("00:00:00:01 1/168  composition 1/5"));
@@ -52,7 +54,8 @@ TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
   play.Type("l48\r");
   EXPECT_TRUE(play.WaitFor("composition \"SampleFeature\", reel 1 of 3\r\n"));
   EXPECT_TRUE(play.WaitFor("event LIGHTS_DOWN\r\n"));
-  EXPECT_TRUE(play.WaitFor("00:00:02:00 48/168  composition 3/5  reel 1/3  pause 24 fps  FEATURE_SECOND_1 in 0:01"));
+  EXPECT_TRUE(
+      play.WaitFor("00:00:02:00 48/168  composition 3/5  reel 1/3  pause 24 fps  late 0  FEATURE_SECOND_1 in 0:01"));
   play.Type("l100\r");
   EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168  composition 3/5  reel 3/3  pause 24 fps  late 0"));
   play.Type("?\r");
@@ -70,6 +73,26 @@ TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
   play.Type("q");
   EXPECT_EQ(play.Wait(), 0) << play.Screen();
   EXPECT_THAT(PositionKept(), MatchesRegex("12882066-0fed-5c52-83e0-cf5e3b96e2bb [0-9]+"));
+}
+
+// It is the last column that is left free: a line that reaches into it may wrap.
+TEST_F(PlayOnTerminal, LateFramesShowOnANarrowTerminalToo) {
+  TerminalProgram play({"play", m_Show.Path(), "--paused"}, 80);
+  EXPECT_TRUE(
+      play.WaitFor("\r00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  late 0  LIGHTS_DOW\u2026\x1b[K"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0);
+}
+
+TEST(LateText, SaysHowManyAndOfWhichChannels) {
+  std::vector<ChannelStatistics> channels(3);
+  channels[0].Name = "picture";
+  channels[1].Name = "sound";
+  channels[2].Name = "subtitle";
+  EXPECT_EQ(LateText(channels), "late 0");
+  channels[0].Late = 3;
+  channels[2].Late = 2;
+  EXPECT_EQ(LateText(channels), "late 5 (picture 3, subtitle 2)");
 }
 
 TEST_F(PlayOnTerminal, EndsWithASummaryOfEveryChannel) {
@@ -118,6 +141,59 @@ TEST_F(PlayOnTerminal, InterruptedItKeepsItsPosition) {
   for (const auto& entry : fs::directory_iterator(fs::path(m_Position).parent_path()))
     names.push_back(entry.path().filename());
   EXPECT_THAT(names, testing::UnorderedElementsAre("position", "show"));
+}
+
+TEST_F(PlayOnTerminal, KeysItDoesNotKnowAreNoCommand) {
+  TerminalProgram play({"play", m_Show.Path(), "--paused"});
+  EXPECT_TRUE(play.WaitFor(" 0/168"));
+  // Delete, Ctrl-Right, Shift-Tab, F1 of two terminals, F5, F12, Alt-x, a mouse, and one that is no sequence.
+  play.Type("\x1b[3~\x1b[1;5C\x1b[Z\x1bOP\x1b[[A\x1b[15~\x1b[24~\x1bx\x1b[<0;10;5M\x1b[1\x01\t");
+  play.Type(".");
+  EXPECT_TRUE(play.WaitFor(" 1/168"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0);
+  EXPECT_THAT(play.Screen(), testing::Not(HasSubstr("> ")));
+}
+
+TEST_F(PlayOnTerminal, ArrowsInPiecesAndOfTheApplicationModeAreArrows) {
+  TerminalProgram play({"play", m_Show.Path(), "--paused"});
+  EXPECT_TRUE(play.WaitFor(" 0/168"));
+  play.Type("\x1b");
+  play.Type("[C");
+  EXPECT_TRUE(play.WaitFor(" 167/168"));
+  play.Type("\x1bOD");
+  EXPECT_TRUE(play.WaitFor(" 0/168"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0);
+}
+
+TEST_F(PlayOnTerminal, EscapeGivesUpACommand) {
+  TerminalProgram play({"play", m_Show.Path(), "--paused"});
+  play.Type("l10");
+  EXPECT_TRUE(play.WaitFor("\r> l10  00:00:00:00 0/168"));
+  play.Type("\x1b");
+  EXPECT_TRUE(play.WaitFor("\r00:00:00:00 0/168"));
+  play.Type("l2\r");
+  EXPECT_TRUE(play.WaitFor(" 2/168"));
+  play.Type("q");
+  EXPECT_EQ(play.Wait(), 0);
+}
+
+// What the keys Ctrl-C and Ctrl-\ send; the other two come from elsewhere.
+TEST_F(PlayOnTerminal, LeavesTheTerminalAsItWasWhateverEndsIt) {
+  for (const int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+    TerminalProgram play({"play", m_Show.Path(), "--paused", "--resume", m_Position});
+    EXPECT_TRUE(play.WaitFor(" 0/168"));
+    EXPECT_FALSE(play.Echoes());
+    if (number == SIGINT || number == SIGQUIT)
+      play.Type(number == SIGINT ? "\x03" : "\x1c");
+    else
+      play.Signal(number);
+    EXPECT_EQ(play.Wait(), 4) << number << play.Screen();
+    EXPECT_TRUE(play.Echoes()) << number;
+    EXPECT_EQ(PositionKept(), "12882066-0fed-5c52-83e0-cf5e3b96e2bb 0");
+    fs::remove(m_Position);
+  }
 }
 
 // The file is as long as half an hour's reading, all of it a hole.

@@ -41,7 +41,7 @@ StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const st
   posix_spawnattr_t attributes;  // a suite that runs under nohup, or in the background, gives its signals to nobody
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int number : {SIGINT, SIGHUP}) sigaddset(&signals, number);
+  for (const int number : {SIGINT, SIGHUP, SIGQUIT}) sigaddset(&signals, number);
   posix_spawnattr_init(&attributes);
   posix_spawnattr_setsigdefault(&attributes, &signals);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);

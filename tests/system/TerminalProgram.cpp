@@ -6,19 +6,20 @@
 #include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
 #include <chrono>
 
-TerminalProgram::TerminalProgram(const std::vector<std::string>& arguments) {
+TerminalProgram::TerminalProgram(const std::vector<std::string>& arguments, unsigned short columns) {
   std::vector<std::string> words = {STRATA_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
 
-  winsize size = {24, 200, 0, 0};
+  winsize size = {24, columns, 0, 0};
   m_Process = forkpty(&m_Terminal, nullptr, nullptr, &size);
   if (m_Process == 0) {
     execv(STRATA_PROGRAM, argv.data());
@@ -37,6 +38,16 @@ TerminalProgram::~TerminalProgram() {
 
 void TerminalProgram::Type(const std::string& keys) const {
   EXPECT_EQ(write(m_Terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+}
+
+void TerminalProgram::Signal(int number) const {
+  EXPECT_EQ(kill(m_Process, number), 0);
+}
+
+bool TerminalProgram::Echoes() const {
+  termios settings = {};
+  EXPECT_EQ(tcgetattr(m_Terminal, &settings), 0);
+  return (settings.c_lflag & ECHO) != 0;
 }
 
 // At the program's end the terminal answers with an error.

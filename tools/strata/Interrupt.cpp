@@ -2,6 +2,7 @@
 #include "Interrupt.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace {
 
@@ -22,9 +23,11 @@ void Interrupt::Install() {
   action.sa_handler = handle_signal;
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-  struct sigaction before = {};
-  sigaction(SIGHUP, nullptr, &before);
-  if (before.sa_handler != SIG_IGN) sigaction(SIGHUP, &action, nullptr);  // under nohup the work goes on
+  for (const int number : {SIGHUP, SIGQUIT}) {
+    struct sigaction before = {};
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);  // under nohup the work goes on
+  }
 }
 
 bool Interrupt::Requested() {

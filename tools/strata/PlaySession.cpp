@@ -133,14 +133,21 @@ bool PlaySession::HandleInput(Terminal& terminal, const std::string& input) {
   return false;
 }
 
-// Keys act at once; anything else begins a command, which Enter ends.
+// Keys act at once; anything else begins a command, which Enter ends and the escape key gives up.
 bool PlaySession::HandleKey(const std::string& key) {
   const auto second = static_cast<Ferro::i64_t>(1 / EditUnitLength().count() + 0.5);
+  const bool is_letter = key.size() == 1 && key.front() >= ' ' && key.front() <= '~';
   if (key == "\n" || key == "\r") {
     HandleLine(std::exchange(m_Typed, ""));
   } else if (key == "\x7f" || key == "\b") {
     if (!m_Typed.empty()) m_Typed.pop_back();
-  } else if (!m_Typed.empty()) {
+  } else if (key == "left" || key == "right") {
+    m_Transport->Jump(key == "left" ? -10 * second : 10 * second);
+  } else if (key == "up" || key == "down") {
+    m_Transport->Jump(key == "up" ? 60 * second : -60 * second);
+  } else if (key == "escape") {
+    m_Typed.clear();
+  } else if (is_letter && !m_Typed.empty()) {
     m_Typed += key;
   } else if (key == "q") {
     return true;
@@ -148,11 +155,7 @@ bool PlaySession::HandleKey(const std::string& key) {
     m_Transport->TogglePause();
   } else if (key == "." || key == ",") {
     HandleLine(key == "." ? "jf" : "jb");
-  } else if (key == "left" || key == "right") {
-    m_Transport->Jump(key == "left" ? -10 * second : 10 * second);
-  } else if (key == "up" || key == "down") {
-    m_Transport->Jump(key == "up" ? 60 * second : -60 * second);
-  } else if (key.size() == 1) {
+  } else if (is_letter) {
     m_Typed = key;
   }
   return false;
@@ -167,6 +170,18 @@ void PlaySession::HandleLine(const std::string& line) {
     Say(command.LastError());
 }
 
+std::string LateText(const std::vector<ChannelStatistics>& channels) {
+  Ferro::ui64_t late = 0;
+  std::string names;
+  for (const ChannelStatistics& channel : channels)
+    if (channel.Late > 0) {
+      late += channel.Late;
+      names += (names.empty() ? "" : ", ") + channel.Name + ' ' + std::to_string(channel.Late);
+    }
+  return "late " + std::to_string(late) + (late == 0 ? "" : " (" + names + ')');
+}
+
+// A narrow terminal shows the beginning: what matters most goes first.
 void PlaySession::ShowStatus() {
   const Clock::time_point now = Clock::now();
   if (!m_ShowsStatus || now - m_StatusShown < StatusInterval) return;
@@ -183,13 +198,10 @@ void PlaySession::ShowStatus() {
                      "/" + std::to_string(all.size()) + "  reel " + std::to_string(composition.CurrentReel) + "/" +
                      std::to_string(composition.TotalReels) + "  " + m_Transport->StateText() + " " +
                      RateText(composition.EditRate) + " fps";
+  line += "  " + LateText(m_Reader->Statistics());
   if (marker != m_Outline.Markers().end())
     line +=
         "  " + marker->Label + " in " + DurationText(double(marker->Position - position) * EditUnitLength().count());
-  std::string late;
-  for (const ChannelStatistics& channel : m_Reader->Statistics())
-    if (channel.Late > 0) late += " " + channel.Name + " " + std::to_string(channel.Late);
-  line += "  late" + (late.empty() ? " 0" : late);
   if (!m_Typed.empty()) line = "> " + m_Typed + "  " + line;
   line = FitColumns(line, Terminal::Columns(STDOUT_FILENO) - 1);  // a line that wraps cannot be undone
   std::printf("\r%s\x1b[K", line.c_str());

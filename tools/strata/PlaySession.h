@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct PlayOptions {
   InputOptions Inputs;
@@ -25,6 +26,9 @@ struct PlayOptions {
 
 /// What a summary says of verification: how many frames were compared, how many differ, and the first that do.
 [[nodiscard]] Json VerifiedJson(const FrameVerifier& verifier);
+
+/// "late 5 (picture 3, sound 2)": the frames that came too late; "late 0".
+[[nodiscard]] std::string LateText(const std::vector<ChannelStatistics>& channels);
 
 /// One playing of a show, from load to summary.
 class PlaySession : private Strata::ITransportNotify {

@@ -8,18 +8,46 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace {
 
 termios s_Before;
 
+// What follows the escape character: of ECMA-48's CSI, and of SS3 where the terminal is in its application mode.
 struct EscapeSequence {
-  const char* Bytes;
+  std::string_view Bytes;
   const char* Name;
 };
 
-constexpr std::array Arrows = {EscapeSequence{"\x1b[D", "left"}, EscapeSequence{"\x1b[C", "right"},
-                               EscapeSequence{"\x1b[A", "up"}, EscapeSequence{"\x1b[B", "down"}};
+constexpr std::array Arrows = {EscapeSequence{"[D", "left"},  EscapeSequence{"OD", "left"},
+                               EscapeSequence{"[C", "right"}, EscapeSequence{"OC", "right"},
+                               EscapeSequence{"[A", "up"},    EscapeSequence{"OA", "up"},
+                               EscapeSequence{"[B", "down"},  EscapeSequence{"OB", "down"}};
+
+constexpr char Escape = '\x1b';
+constexpr size_t LongestSequence = 64;  // bytes; real ones are far shorter
+// For the rest of a sequence to arrive. When it has not come by then, the user hit the escape key.
+constexpr auto SequencePatience = std::chrono::milliseconds(50);
+
+bool is_in(char character, char first, char last) {
+  return character >= first && character <= last;
+}
+
+/// Length of the escape sequence that `text` begins with: 1 for the escape key alone, 0 while the rest is to come.
+size_t sequence_length(std::string_view text) {
+  if (text.size() < 2) return 0;
+  if (text[1] == Escape) return 1;
+  if (text[1] != '[' && text[1] != 'O') return 2;  // a key with Alt
+  if (text.size() < 3) return 0;
+  if (text[1] == 'O') return 3;
+  if (text[2] == '[') return text.size() < 4 ? 0 : 4;  // function keys of the Linux console
+  // CSI: parameters, intermediates, and a final byte.
+  size_t end = 2;
+  while (end < text.size() && end < LongestSequence && is_in(text[end], ' ', '?')) ++end;
+  if (end == text.size()) return 0;
+  return is_in(text[end], '@', '~') ? end + 1 : end;
+}
 
 }  // namespace
 
@@ -54,19 +82,29 @@ std::optional<std::string> Terminal::Read(std::chrono::duration<double> limit) {
   const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
   if (count <= 0) m_AtEnd = true;
   if (count > 0) m_Pending.append(bytes.data(), static_cast<size_t>(count));
+  m_ReadAt = std::chrono::steady_clock::now();
   return next();
 }
 
 std::optional<std::string> Terminal::NextKey() {
-  if (m_Pending.empty()) return std::nullopt;
-  for (const EscapeSequence& arrow : Arrows)
-    if (m_Pending.starts_with(arrow.Bytes)) {
-      m_Pending.erase(0, 3);
-      return arrow.Name;
+  const auto take = [this](size_t length) {
+    std::string bytes = m_Pending.substr(0, length);
+    m_Pending.erase(0, length);
+    return bytes;
+  };
+  while (!m_Pending.empty()) {
+    if (m_Pending.front() != Escape) return take(1);
+    size_t length = sequence_length(m_Pending);
+    if (length == 0) {
+      if (!m_AtEnd && std::chrono::steady_clock::now() - m_ReadAt < SequencePatience) return std::nullopt;
+      length = m_Pending.size();
     }
-  std::string key = m_Pending.substr(0, 1);
-  m_Pending.erase(0, 1);
-  return key == "\x1b" ? "escape" : key;
+    const std::string sequence = take(length).substr(1);
+    if (sequence.empty()) return "escape";
+    for (const EscapeSequence& arrow : Arrows)
+      if (sequence == arrow.Bytes) return arrow.Name;
+  }
+  return std::nullopt;
 }
 
 std::optional<std::string> Terminal::NextLine() {

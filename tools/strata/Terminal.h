@@ -22,7 +22,8 @@ class Terminal {
   [[nodiscard]] bool AtEnd() const { return m_AtEnd; }
 
   /// Waits for input until `limit` has passed. On a terminal answers one key: a character, or "left", "right", "up",
-  /// "down", "escape"; otherwise one line without its end. No value when nothing came, or a signal did.
+  /// "down", "escape", while other keys that send a sequence of characters are passed over; otherwise one line without
+  /// its end. No value when nothing came, or a signal did.
   [[nodiscard]] std::optional<std::string> Read(std::chrono::duration<double> limit);
 
  private:
@@ -32,4 +33,5 @@ class Terminal {
   const bool m_IsTerminal;
   bool m_AtEnd = false;
   std::string m_Pending;  // read, but not yet answered
+  std::chrono::steady_clock::time_point m_ReadAt;
 };
