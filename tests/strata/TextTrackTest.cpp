@@ -196,7 +196,7 @@ TEST_F(SMPTETextTrackDeathTest, IndexPackWithFewerPartitionsThanResources) {
 TEST_F(SMPTETextTrack, IndexPackWithFewerPartitionsThanResourcesIsRefusedWhereAsked) {
   Spec.ImageSizes = {100, 100, 100};
   const std::string name = Folder.Path("text.mxf");
-  for (const size_t partitions : {5, 4}) {  // header, document, and three images; then one less
+  for (const size_t partitions : {size_t{5}, size_t{4}}) {  // header, document, and three images; then one less
     ASSERT_EQ(MakeTrackFile(TrackKind::Text, name, Spec), Ferro::RESULT_OK);
     testsupport::CutIndexPack(name, partitions);
     TextTimelineElement track(2400, Strata::ShortIndexPack::Refuse);
