@@ -184,7 +184,9 @@ TEST_F(FileWriterTest, FullDiskIsWriteFailAndLeavesNothing) {
     EXPECT_EQ(m_Writer.Write(std::string(5000, 'a')), RESULT_WRITEFAIL);
     EXPECT_EQ(m_Writer.Tell(), 0U);
   }
+  EXPECT_EQ(m_Writer.FailureReason(), "File too large");
   EXPECT_EQ(m_Writer.Commit(), RESULT_WRITEFAIL);
+  EXPECT_EQ(m_Writer.FailureReason(), "File too large");
   EXPECT_EQ(m_Folder.Names(), Names{"file"});
   EXPECT_EQ(BytesOf(m_Name), "before");
 }
@@ -196,6 +198,20 @@ TEST_F(FileWriterTest, CommitFailsWhenTheFolderHasGone) {
   std::filesystem::remove_all(folder);
   EXPECT_EQ(m_Writer.Commit(), RESULT_WRITEFAIL);
   EXPECT_FALSE(m_Writer.IsOpen());
+  EXPECT_EQ(m_Writer.FailureReason(), "No such file or directory");
+}
+
+TEST_F(FileWriterTest, ReasonIsOfThePresentFileAndMovesWithTheWriter) {
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "missing/file"), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Writer.FailureReason(), "No such file or directory");
+  const FileWriter other = std::move(m_Writer);
+  EXPECT_EQ(other.FailureReason(), "No such file or directory");
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "missing/file"), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path()), RESULT_NOTAFILE);
+  EXPECT_EQ(m_Writer.FailureReason(), "");
+  ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
+  EXPECT_EQ(m_Writer.WriteAt(0x7fffffffffffffff, BytesOfText("a")), RESULT_WRITEFAIL);
+  EXPECT_EQ(m_Writer.FailureReason(), "File too large");
 }
 
 TEST_F(FileWriterTest, SeveralWritersOfOneNameDoNotCollide) {

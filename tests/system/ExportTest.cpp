@@ -137,7 +137,7 @@ TEST(Export, FileThatCannotBeWrittenIsTold) {
   const std::string file = show.Beside("no/such/folder.xml");
   StrataProgram program({"export", "spl", show.Path(), "--out", file});
   EXPECT_EQ(program.Wait(), 2);
-  EXPECT_THAT(program.Errors(), HasSubstr("strata: " + file + " cannot be written: "));
+  EXPECT_EQ(program.Errors(), "strata: " + file + ": this file cannot be written: its folder is not there\n");
 }
 
 TEST(Export, FileThatIsThereIsReplaced) {

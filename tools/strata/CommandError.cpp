@@ -1,8 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CommandError.h"
 
-void CheckWritten(const std::string& filename, const Ferro::Result_t& result) {
-  if (result.Success()) return;
-  const char* reason = result == Ferro::RESULT_NOT_FOUND ? "its folder is not there" : result.Label();
-  throw CommandError(NotPlayable, filename + ": this file cannot be written: " + reason);
+#include <Ferro/FileWriter.h>
+
+std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
+  const std::string why = result == Ferro::RESULT_NOT_FOUND  ? "its folder is not there"
+                          : result == Ferro::RESULT_NOTAFILE ? "a folder, device or pipe has this name"
+                          : reason.empty()                   ? result.Label()
+                                                             : reason;
+  return filename + ": this file cannot be written: " + why;
+}
+
+void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
+  if (result.Failure()) throw CommandError(NotPlayable, WriteProblem(filename, result, reason));
+}
+
+std::string WriteWholeFile(const std::string& filename, std::string_view content) {
+  Ferro::FileWriter file;
+  Ferro::Result_t result = file.OpenWrite(filename);
+  if (result.Success()) result = file.Write(content);
+  if (result.Success()) result = file.Commit();
+  return result.Success() ? "" : WriteProblem(filename, result, file.FailureReason());
 }

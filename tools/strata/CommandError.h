@@ -8,6 +8,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 /// Ends a command: the message is for the user, the exit code for scripts.
 class CommandError : public std::runtime_error {
@@ -22,5 +23,10 @@ class CommandError : public std::runtime_error {
 /// Thrown when the user stopped the work.
 struct CommandStopped {};
 
-/// Throws CommandError, with the reason, where writing `filename` failed.
-void CheckWritten(const std::string& filename, const Ferro::Result_t& result);
+/// What the user reads where writing `filename` failed. `reason` is the system's, as FileWriter::FailureReason has it.
+[[nodiscard]] std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result,
+                                       const std::string& reason);
+/// Throws CommandError with the problem where writing `filename` failed.
+void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason);
+/// Writes a whole file, which is complete or as it was before. Returns the problem; empty: there is none.
+[[nodiscard]] std::string WriteWholeFile(const std::string& filename, std::string_view content);

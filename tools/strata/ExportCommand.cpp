@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ExportCommand.h"
 
+#include "CommandError.h"
 #include "ExitCode.h"
 #include "Inputs.h"
 #include "Interrupt.h"
 #include "LoadFailure.h"
 #include "LogView.h"
 
-#include <Ferro/FileText.h>
 #include <Strata/IPlaylist.h>
 
 #include <cstdio>
@@ -68,8 +68,8 @@ Strata::Result_t load(const Inputs& inputs, Ferro::mem_ptr<Strata::IPlaylist>& p
 ExitCode write(const std::string& text, const std::string& file) {
   if (file.empty()) {
     std::fwrite(text.data(), 1, text.size(), stdout);  // whether it arrives is seen at the program's end
-  } else if (const Strata::Result_t result = Ferro::WriteStringIntoFile(file, text); result.Failure()) {
-    std::fprintf(stderr, "strata: %s cannot be written: %s\n", file.c_str(), result.Label());
+  } else if (const std::string problem = WriteWholeFile(file, text); !problem.empty()) {
+    std::fprintf(stderr, "strata: %s\n", problem.c_str());
     return NotPlayable;
   }
   return Fine;

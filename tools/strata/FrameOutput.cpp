@@ -5,7 +5,6 @@
 #include "PictureDecoder.h"
 #include "PngFile.h"
 
-#include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 
 #include <algorithm>
@@ -19,7 +18,8 @@ namespace {
 using Bytes = std::vector<Ferro::ui8_t>;
 
 void write(const std::string& filename, std::string_view content) {
-  CheckWritten(filename, Ferro::WriteStringIntoFile(filename, content));
+  if (const std::string problem = WriteWholeFile(filename, content); !problem.empty())
+    throw CommandError(NotPlayable, problem);
 }
 
 std::string_view text_of(const Bytes& bytes) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SamplePackage.h"
 
+#include "CommandError.h"
 #include "SampleRequire.h"
 
 #include <Cairn/MIMEType.h>
-#include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 
 #include <filesystem>
@@ -66,5 +66,6 @@ template <class DocumentT>
 void SamplePackage::Write(const DocumentT& document, const std::string& filename) const {
   std::string text;
   SampleRequire(document.EncodeXML(text, m_Flavour), PathOf(filename));
-  SampleRequire(Ferro::WriteStringIntoFile(PathOf(filename), text), PathOf(filename));
+  if (const std::string problem = WriteWholeFile(PathOf(filename), text); !problem.empty())
+    throw std::runtime_error(problem);
 }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SampleShow.h"
 
+#include "CommandError.h"
+#include "LogView.h"
 #include "SampleFontFile.h"
 #include "SamplePackage.h"
 #include "SampleRequire.h"
 #include "SampleTrackFiles.h"
 
-#include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 #include <Strata/ShowPlaylist.h>
 
@@ -45,8 +46,10 @@ class UnfinishedFolder {
  public:
   explicit UnfinishedFolder(const std::string& target)
       : m_Target(target), m_Folder(target + ".unfinished-" + std::to_string(getpid())) {
-    if (m_Target.has_parent_path()) fs::create_directories(m_Target.parent_path());
-    fs::create_directory(m_Folder);
+    std::error_code error;
+    if (m_Target.has_parent_path()) fs::create_directories(m_Target.parent_path(), error);
+    if (!error) fs::create_directory(m_Folder, error);
+    if (error) throw std::runtime_error(target + ": this folder cannot be made: " + error.message());
   }
   ~UnfinishedFolder() {
     std::error_code ignored;
@@ -56,6 +59,11 @@ class UnfinishedFolder {
   UnfinishedFolder& operator=(const UnfinishedFolder&) = delete;
 
   [[nodiscard]] std::string PathOf(const std::string& name) const { return (m_Folder / name).string(); }
+  /// The text with the folder's name at the end in place of the present one.
+  [[nodiscard]] std::string NameAtTheEnd(std::string text) const {
+    const size_t at = text.find(m_Folder.string());
+    return at == text.npos ? text : text.replace(at, m_Folder.string().size(), m_Target.string());
+  }
   void Finish() {
     fs::rename(m_Folder, m_Target);
     m_Folder.clear();
@@ -67,7 +75,7 @@ class UnfinishedFolder {
 };
 
 void WriteText(const std::string& filename, std::string_view text) {
-  SampleRequire(Ferro::WriteStringIntoFile(filename, text), filename);
+  if (const std::string problem = WriteWholeFile(filename, text); !problem.empty()) throw std::runtime_error(problem);
 }
 
 void WriteBytes(const std::string& filename, const std::vector<Ferro::ui8_t>& bytes) {
@@ -246,6 +254,7 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
   UnfinishedFolder folder(Ferro::PathNormalize(options.Folder));
   Ferro::ui64_t done = 0;
   const ShowMaker maker(options, folder, [&, total = PictureCount(options)] { progress(++done, total); });
+  QuietLog log;  // the writers of track files say there why they fail
   try {
     for (const Plan& plan : Plans) {
       if (!HasPlan(options, plan)) {
@@ -255,10 +264,15 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
       tell(std::string(plan.Folder) + ": " + std::to_string(plan.Reels * options.Seconds) + " seconds");
       maker.MakePackage(plan);
     }
+    maker.MakeShows();
+    folder.Finish();
   } catch (const SampleStopped&) {
     return false;
+  } catch (const fs::filesystem_error& error) {
+    throw std::runtime_error(folder.NameAtTheEnd(error.path1().string()) + ": " + error.code().message());
+  } catch (const std::runtime_error& error) {
+    const auto messages = log.Take();
+    throw std::runtime_error(folder.NameAtTheEnd(messages.empty() ? error.what() : messages.front().Message));
   }
-  maker.MakeShows();
-  folder.Finish();
   return true;
 }

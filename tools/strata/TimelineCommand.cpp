@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineCommand.h"
 
+#include "CommandError.h"
 #include "ExitCode.h"
 #include "Inputs.h"
 #include "Interrupt.h"
@@ -12,8 +13,6 @@
 #include "TimelineModel.h"
 #include "TimelineSvg.h"
 #include "TimelineText.h"
-
-#include <Ferro/FileText.h>
 
 #include <unistd.h>
 
@@ -53,9 +52,9 @@ unsigned columns_of_terminal() {
 }
 
 bool write_file(const std::string& name, const std::string& text) {
-  const Ferro::Result_t result = Ferro::WriteStringIntoFile(name, text);
-  if (result.Failure()) std::fprintf(stderr, "strata: %s cannot be written: %s\n", name.c_str(), result.Label());
-  return result.Success();
+  const std::string problem = WriteWholeFile(name, text);
+  if (!problem.empty()) std::fprintf(stderr, "strata: %s\n", problem.c_str());
+  return problem.empty();
 }
 
 ExitCode timeline(const TimelineOptions& options) {

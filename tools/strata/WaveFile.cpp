@@ -49,20 +49,24 @@ WaveFile::WaveFile(const std::string& filename, const SoundFormat& format)
       m_Bits(format.Bits),
       m_Channels(format.Channels),
       m_SpeakerMask(SpeakerMask(format.Configuration)) {
-  CheckWritten(m_Filename, m_File.OpenWrite(filename));
-  CheckWritten(m_Filename, m_File.Write(Header()));
+  Check(m_File.OpenWrite(filename));
+  Check(m_File.Write(Header()));
 }
 
 void WaveFile::Write(std::span<const Ferro::ui8_t> samples) {
-  CheckWritten(m_Filename, m_File.Write(samples));
+  Check(m_File.Write(samples));
   m_Length += samples.size();
 }
 
 void WaveFile::Finish() {
-  if (m_Length % 2 != 0) CheckWritten(m_Filename, m_File.Write(std::string_view("\0", 1)));
-  CheckWritten(m_Filename, m_File.Seek(0));
-  CheckWritten(m_Filename, m_File.Write(Header()));
-  CheckWritten(m_Filename, m_File.Commit());
+  if (m_Length % 2 != 0) Check(m_File.Write(std::string_view("\0", 1)));
+  Check(m_File.Seek(0));
+  Check(m_File.Write(Header()));
+  Check(m_File.Commit());
+}
+
+void WaveFile::Check(const Ferro::Result_t& result) const {
+  CheckWritten(m_Filename, result, m_File.FailureReason());
 }
 
 // A chunk of filler holds the place of the one with the sizes of 64 bits.

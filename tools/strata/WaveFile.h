@@ -20,6 +20,7 @@ class WaveFile {
   void Finish();
 
  private:
+  void Check(const Ferro::Result_t& result) const;
   [[nodiscard]] std::string Header() const;
 
   std::string m_Filename;

@@ -90,8 +90,12 @@ QUIRE::Rational WrapJob::EditRate(const QUIRE::Rational& source) const {
   return source.Numerator > 0 && source.Denominator > 0 ? source : QUIRE::EditRate_24;
 }
 
-void WrapJob::Check(const Ferro::Result_t& result) const {
-  CheckWritten(m_Options.Out, result);
+void WrapJob::Check(const Ferro::Result_t& result) {
+  const auto messages = m_Log.Take();
+  const bool is_told = !messages.empty() && messages.back().Message.starts_with(m_Options.Out + ": cannot ");
+  if (is_told && result.Failure() && !(result == Ferro::RESULT_NOTAFILE))
+    throw CommandError(NotPlayable, messages.back().Message);
+  CheckWritten(m_Options.Out, result, "");
 }
 
 void WrapJob::Progress(Ferro::ui64_t done, Ferro::ui64_t total) {

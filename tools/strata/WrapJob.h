@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "LogView.h"
 #include "ProgressBar.h"
 
 #include <Ferro/Result.h>
@@ -47,7 +48,7 @@ class WrapJob {
   [[nodiscard]] QUIRE::HMACContext* Integrity() { return m_Integrity ? &*m_Integrity : nullptr; }
 
   /// Throws CommandError where writing the track file failed.
-  void Check(const Ferro::Result_t& result) const;
+  void Check(const Ferro::Result_t& result);
   /// Shows how far the work is, in bytes of the sources. Throws CommandStopped when the user wants to stop.
   void Progress(Ferro::ui64_t done, Ferro::ui64_t total);
 
@@ -60,6 +61,7 @@ class WrapJob {
   std::optional<QUIRE::AESEncContext> m_Cipher;
   std::optional<QUIRE::HMACContext> m_Integrity;
   ProgressBar m_Bar;
+  QuietLog m_Log;  // the writers say there why they fail
 };
 
 /// What a track file became.

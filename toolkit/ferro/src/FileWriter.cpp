@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -44,11 +45,16 @@ void SynchroniseFolderOf(const std::string& filename) {
   close(descriptor);
 }
 
+// Leaves the reason in errno where it fails.
 bool WriteWhole(int descriptor, fsize_t position, std::span<const ui8_t> bytes) {
-  if (position > s_MaxPosition || bytes.size() > s_MaxPosition - position) return false;
+  if (position > s_MaxPosition || bytes.size() > s_MaxPosition - position) {
+    errno = EFBIG;
+    return false;
+  }
   while (!bytes.empty()) {
     const ssize_t count = pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(position));
     if (count < 0 && errno == EINTR) continue;
+    if (count == 0) errno = EIO;
     if (count <= 0) return false;
     bytes = bytes.subspan(static_cast<size_t>(count));
     position += static_cast<fsize_t>(count);
@@ -73,23 +79,26 @@ FileWriter& FileWriter::operator=(FileWriter&& other) noexcept {
   m_TemporaryName = std::exchange(other.m_TemporaryName, {});
   m_Descriptor = std::exchange(other.m_Descriptor, -1);
   m_Position = std::exchange(other.m_Position, 0);
-  m_Failed = std::exchange(other.m_Failed, false);
+  m_Error = std::exchange(other.m_Error, 0);
   return *this;
 }
 
 Result_t FileWriter::OpenWrite(const std::string& filename) {
   if (IsOpen()) return RESULT_STATE;
+  m_Error = 0;
   if (const Result_t result = CheckFilename(filename); result.Failure()) return result;
   if (PathBasename(filename).empty() || SomethingElseStandsAt(filename)) return RESULT_NOTAFILE;
 
   std::string temporary_name = TemporaryNameFor(filename);
   const int descriptor = open(temporary_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (descriptor < 0) return ResultOfOpenError(errno);
+  if (descriptor < 0) {
+    m_Error = errno;
+    return ResultOfOpenError(m_Error);
+  }
   m_Filename = filename;
   m_TemporaryName = std::move(temporary_name);
   m_Descriptor = descriptor;
   m_Position = 0;
-  m_Failed = false;
   return RESULT_OK;
 }
 
@@ -106,7 +115,7 @@ Result_t FileWriter::Write(std::string_view text) {
 Result_t FileWriter::WriteAt(fsize_t position, std::span<const ui8_t> bytes) {
   if (!IsOpen()) return RESULT_INIT;
   if (WriteWhole(m_Descriptor, position, bytes)) return RESULT_OK;
-  m_Failed = true;
+  if (m_Error == 0) m_Error = errno;
   return RESULT_WRITEFAIL;
 }
 
@@ -119,9 +128,13 @@ Result_t FileWriter::Seek(fsize_t position) {
 
 Result_t FileWriter::Commit() {
   if (!IsOpen()) return RESULT_INIT;
-  const bool written = !m_Failed && fsync(m_Descriptor) == 0;
-  const bool closed = close(std::exchange(m_Descriptor, -1)) == 0;
-  if (!written || !closed || std::rename(m_TemporaryName.c_str(), m_Filename.c_str()) != 0) {
+  const auto note = [this](int answer) {
+    if (answer != 0 && m_Error == 0) m_Error = errno;
+  };
+  if (m_Error == 0) note(fsync(m_Descriptor));
+  note(close(std::exchange(m_Descriptor, -1)));
+  if (m_Error == 0) note(std::rename(m_TemporaryName.c_str(), m_Filename.c_str()));
+  if (m_Error != 0) {
     unlink(m_TemporaryName.c_str());
     return RESULT_WRITEFAIL;
   }
@@ -133,6 +146,10 @@ void FileWriter::Abandon() {
   if (!IsOpen()) return;
   close(std::exchange(m_Descriptor, -1));
   unlink(m_TemporaryName.c_str());
+}
+
+std::string FileWriter::FailureReason() const {
+  return m_Error == 0 ? "" : std::generic_category().message(m_Error);
 }
 
 }  // namespace Ferro

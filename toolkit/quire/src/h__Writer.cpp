@@ -6,6 +6,7 @@
 #include <Ferro/LogSink.h>
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace QUIRE {
@@ -23,6 +24,12 @@ const char* FindFault(const WriterInfo& info, const Rational& edit_rate) {
   if (info.EncryptedEssence && !info.ContextID.HasValue()) return "the cryptographic context has no identifier";
   if (info.EncryptedEssence && !info.CryptographicKeyID.HasValue()) return "the key has no identifier";
   return nullptr;
+}
+
+// In the system's words where they say more than the result.
+std::string ReasonOf(const Ferro::FileWriter& file, const Result_t& result) {
+  const std::string reason = file.FailureReason();
+  return reason.empty() ? result.Label() : reason;
 }
 
 }  // namespace
@@ -44,7 +51,8 @@ Result_t h__Writer::Open(const std::string& filename, const EssenceKind& kind, c
   if (result.Success()) result = MakeHeader(0, MXF::PartitionStatus::OpenIncomplete, 0, header);
   if (result.Success()) result = m_File.OpenWrite(filename);
   if (result.Failure()) {
-    Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s\n", filename.c_str(), result.Label());
+    Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s\n", filename.c_str(),
+                                  ReasonOf(m_File, result).c_str());
     return result;
   }
   result = Write(header);
@@ -227,7 +235,8 @@ Result_t h__Writer::Finalize(ui32_t duration) {
   if (result.Success()) result = m_File.WriteAt(0, header);
   if (result.Success()) result = m_File.Commit();
   if (result.Failure()) {
-    Ferro::DefaultLogSink().Error("%s: cannot complete the track file: %s\n", m_Filename.c_str(), result.Label());
+    Ferro::DefaultLogSink().Error("%s: cannot complete the track file: %s\n", m_Filename.c_str(),
+                                  ReasonOf(m_File, result).c_str());
     m_File.Abandon();
   }
   return result;
@@ -238,7 +247,7 @@ Result_t h__Writer::Write(std::span<const ui8_t> bytes) {
   const Result_t result = m_File.Write(bytes);
   if (result.Failure()) {
     Ferro::DefaultLogSink().Error("%s: cannot write %zu bytes at offset %llu: %s\n", m_Filename.c_str(), bytes.size(),
-                                  static_cast<unsigned long long>(position), result.Label());
+                                  static_cast<unsigned long long>(position), ReasonOf(m_File, result).c_str());
     m_File.Abandon();
   }
   return result;

@@ -40,13 +40,16 @@ class FERRO_API FileWriter {
   [[nodiscard]] Result_t Commit();
   /// Removes what was written; nothing happens when no file is open.
   void Abandon();
+  /// Why the system refused what failed since OpenWrite was called last, in its words: "No space left on device". Stays
+  /// when the file is closed. Empty when nothing failed, or something that the system was not asked for.
+  [[nodiscard]] std::string FailureReason() const;
 
  private:
   std::string m_Filename;
   std::string m_TemporaryName;
   int m_Descriptor = -1;
   fsize_t m_Position = 0;
-  bool m_Failed = false;  // some write was
+  int m_Error = 0;  // errno of the first failure
 };
 
 }  // namespace Ferro
