@@ -308,4 +308,22 @@ TEST_F(Frame, ReportsAsJson) {
   EXPECT_EQ(report["files"], Json::array({Beside("a-left.png"), Beside("a-right.png")}));
 }
 
+TEST(FrameOptions, CountsThatAreNoneAreRefusedInFewWords) {
+  for (const std::string count : {"0", "-1", "1.5", "x", "4294967296"}) {
+    StrataProgram program({"frame", "show", "--at", "0", "--out", "x.wav", "--count", count});
+    EXPECT_EQ(program.Wait(), 1);
+    EXPECT_THAT(program.Errors(),
+                testing::StartsWith("--count: " + count + " is no whole number from 1 to 4294967295\n"));
+  }
+  StrataProgram wrap({"wrap", "text.xml", "--out", "x.mxf", "--duration=0"});
+  EXPECT_EQ(wrap.Wait(), 1);
+  EXPECT_THAT(wrap.Errors(), testing::StartsWith("--duration: 0 is no whole number from 1 to 4294967295\n"));
+}
+
+TEST(FrameOptions, ValueThatIsMissingIsNotTheNextOption) {
+  StrataProgram program({"frame", "show", "--at=", "--out", "x.wav"});
+  EXPECT_EQ(program.Wait(), 1);
+  EXPECT_EQ(program.Errors(), "strata: --at=: there is no value behind the sign\n");
+}
+
 }  // namespace

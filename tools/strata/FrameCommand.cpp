@@ -9,11 +9,13 @@
 #include "Report.h"
 #include "TextForms.h"
 #include "WaveFile.h"
+#include "WholeNumber.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -216,7 +218,8 @@ void AddFrameCommand(CLI::App& app, int& exit_code) {
                    "extension means)")
       ->type_name("NAME");
   command->add_option("--count", options->Count, "Edit units of sound to write into one .wav")
-      ->check(CLI::PositiveNumber)
+      ->type_name("NUMBER")
+      ->check(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()))
       ->capture_default_str();
   command->add_option("--colour", options->Colour, "What the samples of pictures are: auto follows the track file")
       ->check(CLI::IsMember({"auto", "xyz", "rgb"}))

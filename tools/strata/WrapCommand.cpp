@@ -6,6 +6,7 @@
 #include "ProgressBar.h"
 #include "Report.h"
 #include "TextForms.h"
+#include "WholeNumber.h"
 #include "WrapEssence.h"
 
 #include <Ferro/Path.h>
@@ -13,6 +14,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <map>
 #include <memory>
 
@@ -132,7 +134,8 @@ void add_options(CLI::App& command, WrapOptions& options) {
   command.add_option("--coding", options.Coding, "Data: label of what they are, 32 hexadecimal digits")
       ->type_name("UL");
   command.add_option("--duration", options.Duration, "Text: length in edit units (default: up to the last line's end)")
-      ->check(CLI::PositiveNumber);
+      ->type_name("NUMBER")
+      ->check(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()));
 }
 
 }  // namespace

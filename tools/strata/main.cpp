@@ -13,6 +13,15 @@
 
 namespace {
 
+/// The first option with nothing after its "=", whose value would be taken from the next argument; null: there is none.
+const char* option_without_value(int argc, char** argv) {
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    const char* const sign = std::strchr(argv[i], '=');
+    if (std::strncmp(argv[i], "--", 2) == 0 && sign != nullptr && sign[1] == '\0') return argv[i];
+  }
+  return nullptr;
+}
+
 int run(int argc, char** argv) {
   LogView log;
   Ferro::SetDefaultLogSink(&log);
@@ -24,6 +33,10 @@ int run(int argc, char** argv) {
   DescribeCommandLine(app, verbose, exit_code);
   app.parse_complete_callback([&] { log.ShowAll(verbose); });
 
+  if (const char* option = option_without_value(argc, argv)) {
+    std::fprintf(stderr, "strata: %s: there is no value behind the sign\n", option);
+    return Usage;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
