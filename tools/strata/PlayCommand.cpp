@@ -88,7 +88,11 @@ void AddPlayCommand(CLI::App& app, int& exit_code) {
   command->add_option("--speed", options->Speed, "Times real time, 0.01 to 100, or max: as fast as frames can be read")
       ->check(CLI::Validator([](const std::string& text) { return is_speed(text) ? "" : "not a speed: " + text; },
                              "NUMBER|max"));
-  command->add_option("--resume", options->ResumeFile, "Start where this file says, and keep the position in it")
+  command
+      ->add_option(
+          "--resume", options->ResumeFile,
+          "Start where this file says, and keep the position in it; a file with anything else, or of another show "
+          "that was left in the middle, stays as it is")
       ->type_name("FILE");
   command->add_flag("--verify", options->Verify, "Compare each frame with its file");
   command->add_flag("--paused", options->Paused, "Wait for a command before playing");

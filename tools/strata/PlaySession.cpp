@@ -5,7 +5,6 @@
 #include "Interrupt.h"
 #include "TextForms.h"
 
-#include <Ferro/FileText.h>
 #include <Strata/DeviceStatus.h>
 
 #include <unistd.h>
@@ -28,7 +27,9 @@ PlaySession::PlaySession(const PlayOptions& options, Inputs& inputs)
       m_Inputs(inputs),
       m_Outline(inputs),
       m_AtMaximum(options.Speed == "max"),
-      m_ShowsStatus(isatty(STDOUT_FILENO) != 0 && !options.AsJson) {}
+      m_ShowsStatus(isatty(STDOUT_FILENO) != 0 && !options.AsJson),
+      m_PositionFile(options.ResumeFile, inputs.Shows().front().ID),
+      m_KeepsPosition(!options.ResumeFile.empty()) {}
 
 PlaySession::~PlaySession() = default;
 
@@ -106,7 +107,7 @@ std::chrono::duration<double> PlaySession::EditUnitLength() const {
 void PlaySession::TransportStatusNotify(const Strata::TimelinePosition&, const Strata::TimelinePosition&,
                                         const Strata::TimelinePosition&, const Strata::DeviceStatus&,
                                         const Strata::CommandType_t&) {
-  if (!m_Options.ResumeFile.empty() && Clock::now() - m_PositionKept >= PositionInterval) KeepPosition();
+  if (Clock::now() - m_PositionKept >= PositionInterval) KeepPosition();
 }
 
 void PlaySession::TransportExceptionNotify(const Strata::TransportException& exception) {
@@ -214,25 +215,24 @@ void PlaySession::Say(const std::string& line) {
   std::fflush(stdout);
 }
 
-// The position is worth nothing for another show.
+void PlaySession::Warn(const std::string& line) const {
+  std::fprintf(stderr, "%sstrata: warning: %s\n", m_ShowsStatus ? "\r\x1b[K" : "", DisplayText(line).c_str());
+}
+
+// It is written at once: the user learns before the show, not after it, that it cannot be.
 void PlaySession::Resume() {
-  std::string text;
-  if (m_Options.ResumeFile.empty() || Ferro::ReadFileIntoString(m_Options.ResumeFile, text).Failure()) return;
-  const size_t blank = text.find(' ');
-  Ferro::ui32_t position = 0;
-  if (blank == std::string::npos || text.substr(0, blank) != m_Inputs.Shows().front().ID.EncodeString()) return;
-  std::from_chars(text.data() + blank + 1, text.data() + text.size(), position);
-  m_Playlist->MoveToEditUnit(position);
+  const Ferro::ui32_t position = m_PositionFile.Read(m_Playlist->GetDuration());
+  if (!m_PositionFile.Problem().empty()) Warn(m_PositionFile.Problem());
+  if (position > 0) m_Playlist->MoveToEditUnit(position);
+  KeepPosition();
 }
 
 void PlaySession::KeepPosition() {
-  if (m_Options.ResumeFile.empty()) return;
+  if (!m_KeepsPosition) return;
   m_PositionKept = Clock::now();
-  const bool at_end = m_Playlist->GetPosition() + 1 >= m_Playlist->GetDuration();
-  const std::string text =
-      m_Inputs.Shows().front().ID.EncodeString() + ' ' + std::to_string(at_end ? 0 : m_Playlist->GetPosition()) + '\n';
-  if (const auto result = Ferro::WriteStringIntoFile(m_Options.ResumeFile, text); result.Failure())
-    std::fprintf(stderr, "strata: %s: %s\n", m_Options.ResumeFile.c_str(), result.Label());
+  const Ferro::ui32_t position = m_Playlist->GetPosition();
+  m_KeepsPosition = m_PositionFile.Keep(position + 1 >= m_Playlist->GetDuration() ? 0 : position);
+  if (!m_KeepsPosition) Warn(m_PositionFile.Problem());
 }
 
 Json VerifiedJson(const FrameVerifier& verifier) {

@@ -3,6 +3,7 @@
 
 #include "ChannelReader.h"
 #include "FrameVerifier.h"
+#include "PositionFile.h"
 #include "Report.h"
 #include "ShowOutline.h"
 #include "Terminal.h"
@@ -60,6 +61,7 @@ class PlaySession : private Strata::ITransportNotify {
   [[nodiscard]] std::chrono::duration<double> EditUnitLength() const;
   void ShowStatus();
   void Say(const std::string& line);
+  void Warn(const std::string& line) const;
   void Resume();
   void KeepPosition();
 
@@ -77,6 +79,8 @@ class PlaySession : private Strata::ITransportNotify {
   std::string m_Typed;  // a command being typed at the terminal
   Clock::time_point m_Started;
   Clock::time_point m_StatusShown;
+  PositionFile m_PositionFile;
+  bool m_KeepsPosition;
   Clock::time_point m_PositionKept;
   Clock::duration m_Elapsed{};
   Json m_Events = Json::array();
