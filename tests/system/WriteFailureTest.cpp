@@ -88,4 +88,13 @@ TEST_F(WriteFailure, DeviceOrFolderOfThatNameIsSaid) {
   }
 }
 
+// A folder of a package has several documents.
+TEST_F(WriteFailure, DocumentsThatAreTooManyAreNamed) {
+  StrataProgram wrap({"wrap", m_Show.Path("Trailer"), "--out", Out("a.mxf")});
+  EXPECT_EQ(wrap.Wait(), 1);
+  EXPECT_EQ(wrap.Errors(), "strata: a track file of text is made of one document; there are 4, from " +
+                               m_Show.Path("Trailer/ASSETMAP.xml") + " to " + m_Show.Path("Trailer/VOLINDEX.xml") +
+                               '\n');
+}
+
 }  // namespace

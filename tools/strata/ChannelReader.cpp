@@ -74,6 +74,7 @@ void ChannelReader::FindTracks(Ferro::ui32_t position) {
       if (track == channel.Track) continue;
       channel.Track = track;
       channel.Asked.reset();
+      channel.IsLacking = false;
       channel.IsReady = track != nullptr && make_sure_ready(*track);
     }
     for (auto channel = m_Channels.lower_bound({type, count});
@@ -116,6 +117,7 @@ void ChannelReader::Deliver(Channel& channel, Ferro::ui32_t file_position, const
       is_text ? track.GetTimedTextData(m_Text) : frame.FrameNumber() == file_position || is_silence(frame);
   if (!is_there) {
     ++statistics.Repeated;
+    if (!std::exchange(channel.IsLacking, true) && m_OnLacking) m_OnLacking(statistics.Name, file_position);
     return;
   }
   const auto right = track.HasStereoImage() ? bytes_of(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();

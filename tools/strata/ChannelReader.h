@@ -53,6 +53,10 @@ class ChannelReader {
   void ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next, std::chrono::duration<double> length,
                     const Inspect& inspect = {});
 
+  /// Sets what is called for the first frame of each track that cannot be read, with the channel's name and the frame's
+  /// number in the track file.
+  void OnFirstLacking(std::function<void(const std::string&, Ferro::ui32_t)> call) { m_OnLacking = std::move(call); }
+
   [[nodiscard]] std::vector<ChannelStatistics> Statistics() const;
 
  private:
@@ -60,6 +64,7 @@ class ChannelReader {
     Strata::ITimelineTrack* Track = nullptr;
     std::optional<Ferro::ui32_t> Asked;  // file position asked for and not yet taken
     bool IsReady = false;
+    bool IsLacking = false;  // some frame of the track could not be read
     ChannelStatistics Statistics;
   };
   using ChannelKey = std::pair<Strata::TrackType_t, Ferro::ui32_t>;
@@ -73,6 +78,7 @@ class ChannelReader {
 
   const Strata::IPlaylist& m_Playlist;
   std::map<ChannelKey, Channel> m_Channels;
+  std::function<void(const std::string&, Ferro::ui32_t)> m_OnLacking;
   QUIRE::TimedText::FrameBuffer m_Text;     // the copy of a document
   Ferro::ui32_t m_Position = 0;             // of the show, while its frames are taken
   std::optional<Ferro::ui32_t> m_Expected;  // the show position whose frames were asked for

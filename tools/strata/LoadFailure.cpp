@@ -10,10 +10,14 @@
 ExitCode ReportLoadFailure(const Inputs& inputs) {
   QuietLog log;
   const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
+  bool is_told = false;
   for (const Finding& finding : findings)
-    if (finding.Level != Severity::Warning)
+    if (finding.Level != Severity::Warning) {
       std::fputs(FindingText(DisplayModel(FindingToJson(finding))).c_str(), stderr);
-  std::fputs("strata: this show cannot be played; `strata check` says what is wrong with it\n", stderr);
+      is_told = true;
+    }
+  std::fprintf(stderr, "strata: this show cannot be played%s\n",
+               is_told ? "" : "; `strata check` says what is wrong with it");
   const ExitCode code = ExitCodeFor(findings);
   return code == Fine ? NotPlayable : code;
 }

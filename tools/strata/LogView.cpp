@@ -36,3 +36,16 @@ std::vector<Ferro::LogEntry> QuietLog::Take() {
   for (Ferro::LogEntry& entry : entries) entry.Message.erase(entry.Message.find_last_not_of('\n') + 1);
   return entries;
 }
+
+FrameErrorFilter::FrameErrorFilter() : m_Before(Ferro::SetDefaultLogSink(this)) {
+  const auto* view = dynamic_cast<const LogView*>(m_Before);
+  m_ShowsAll = view != nullptr && view->ShowsAll();
+}
+
+FrameErrorFilter::~FrameErrorFilter() {
+  Ferro::SetDefaultLogSink(m_Before);
+}
+
+void FrameErrorFilter::WriteEntry(const Ferro::LogEntry& entry) {
+  if (m_ShowsAll || !entry.Message.starts_with("IMG (frame ")) m_Before->WriteEntry(entry);
+}

@@ -32,3 +32,16 @@ class QuietLog : public Ferro::ILogSink {
   Ferro::ILogSink* m_Before;
   bool m_ShowsAll = false;
 };
+
+/// While it lives, holds back the engine's line for each frame that cannot be read, for a command that counts them, unless
+/// the user asked for all messages. The engine's threads may write to it: it outlives them.
+class FrameErrorFilter : public Ferro::ILogSink {
+ public:
+  FrameErrorFilter();
+  ~FrameErrorFilter() override;
+  void WriteEntry(const Ferro::LogEntry& entry) override;
+
+ private:
+  Ferro::ILogSink* m_Before;
+  bool m_ShowsAll;
+};

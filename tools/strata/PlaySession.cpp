@@ -43,6 +43,11 @@ bool PlaySession::Load() {
 }
 
 bool PlaySession::Play() {
+  m_Log.emplace();
+  m_Reader->OnFirstLacking([this](const std::string& channel, Ferro::ui32_t frame) {
+    Warn("edit unit " + std::to_string(m_Playlist->GetPosition()) + ", " + channel + ": frame " +
+         std::to_string(frame) + " of the file cannot be read; others of this file are only counted");
+  });
   Terminal terminal;
   if (terminal.IsTerminal())
     Say("space pause   . , step   arrows jump   q quit   or a command and Enter: (f|b|l<n>|t<n>|j(b|f)|p|s|?)");

@@ -61,7 +61,10 @@ TimedTextDescriptor describe(const WrapJob& job, const std::string& filename, co
 }  // namespace
 
 Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
-  if (sources.Files.size() != 1) throw CommandError(Usage, "a track file of text is made of one document");
+  if (sources.Files.size() != 1)
+    throw CommandError(Usage, "a track file of text is made of one document; there are " +
+                                  std::to_string(sources.Files.size()) + ", from " + sources.Files.front() + " to " +
+                                  sources.Files.back());
   if (job.Options().Interop)
     throw CommandError(Usage, "Interop packages keep subtitles as they are, not in a track file");
   const std::string& filename = sources.Files.front();

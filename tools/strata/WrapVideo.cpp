@@ -58,7 +58,10 @@ class StreamReader {
 }  // namespace
 
 Wrapped WrapVideo(WrapJob& job, const WrapSources& sources) {
-  if (sources.Files.size() != 1) throw CommandError(Usage, "a track file of MPEG-2 is made of one elementary stream");
+  if (sources.Files.size() != 1)
+    throw CommandError(Usage, "a track file of MPEG-2 is made of one elementary stream; there are " +
+                                  std::to_string(sources.Files.size()) + ", from " + sources.Files.front() + " to " +
+                                  sources.Files.back());
   const std::string& filename = sources.Files.front();
   StreamReader stream(filename);
   QUIRE::MPEG2::MXFWriter writer;
