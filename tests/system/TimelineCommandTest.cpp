@@ -187,7 +187,8 @@ TEST_F(Timeline, JsonOfABrokenShowIsAsDocumented) {
 TEST_F(Timeline, FileThatCannotBeWrittenIsNamed) {
   StrataProgram program({"timeline", m_Show.Path(), "--svg", m_Show.Beside("none/a.svg")});
   EXPECT_EQ(program.Wait(), 2);
-  EXPECT_THAT(program.Errors(), HasSubstr("strata: " + m_Show.Beside("none/a.svg") + " cannot be written: "));
+  EXPECT_EQ(program.Errors(),
+            "strata: " + m_Show.Beside("none/a.svg") + ": this file cannot be written: its folder is not there\n");
 }
 
 TEST_F(Timeline, UsageErrorsAreTold) {
