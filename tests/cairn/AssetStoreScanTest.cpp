@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace CairnTest {
 namespace {
@@ -56,6 +57,54 @@ TEST_F(AssetStoreScanTest, CancelledRefreshLeavesTheFolderAsItWas) {
   EXPECT_EQ(Only(SampleID(1)).Problems, 0U);  // the folder is not taken for one that is gone
   EXPECT_EQ(Store.Refresh(), RESULT_OK);
   EXPECT_EQ(IDs().size(), 4U);
+}
+
+TEST_F(AssetStoreScanTest, WhatCannotBeOpenedIsToldUntilItCan) {
+  EXPECT_THAT(Store.Unopened(), IsEmpty());
+  std::filesystem::create_symlink("loop", At("a/loop"));
+  std::filesystem::create_symlink("nowhere", At("a/gone"));
+  std::filesystem::create_directory(At("a/lost+found"));
+  const auto entries = [&] {
+    std::vector<std::string> lines;
+    for (const UnopenedEntry& entry : Store.Unopened()) lines.push_back(entry.Path + ": " + entry.Reason);
+    return lines;
+  };
+  ASSERT_EQ(Add("a"), RESULT_OK);
+  const std::vector<std::string> both{At("a/gone").string() + ": No such file or directory",
+                                      At("a/loop").string() + ": Too many levels of symbolic links"};
+  EXPECT_EQ(entries(), both);
+  EXPECT_EQ(IDs().size(), 3U);  // the others serve
+  ASSERT_EQ(Store.Refresh(), RESULT_OK);
+  EXPECT_EQ(entries(), both);
+  std::filesystem::remove(At("a/loop"));
+  ASSERT_EQ(Store.Refresh(), RESULT_OK);
+  EXPECT_EQ(entries(), std::vector<std::string>{both[0]});
+  ASSERT_EQ(Store.Forget(At("a")), RESULT_OK);
+  EXPECT_THAT(Store.Unopened(), IsEmpty());
+}
+
+// As any user but root, whom every file is open to.
+TEST_F(AssetStoreScanTest, FileAndFolderWithoutPermissionSaySo) {
+  PackageMaker package(At("package"), 10);
+  package.AddComposition(20);
+  package.Write();
+  std::filesystem::create_directories(At("package/inner/lost+found"));
+  std::filesystem::permissions(Base.Folder(), std::filesystem::perms(0755));
+  const std::string composition = At("package/cpl_20.xml").string();
+  for (const std::string& path : {composition, At("package/inner").string()})
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+  const uid_t user = geteuid();
+  ASSERT_EQ(user == 0 ? seteuid(65534) : 0, 0);
+  const Result_t added = Add("package");
+  ASSERT_EQ(user == 0 ? seteuid(user) : 0, 0);
+  std::filesystem::permissions(At("package/inner"), std::filesystem::perms(0755));
+
+  ASSERT_EQ(added, RESULT_OK);
+  ASSERT_EQ(Store.Unopened().size(), 2U);
+  EXPECT_EQ(Store.Unopened()[0].Path, composition);
+  EXPECT_EQ(Store.Unopened()[0].Reason, "Permission denied");
+  EXPECT_EQ(Store.Unopened()[1].Path, At("package/inner").string());
+  EXPECT_THAT(Only(SampleID(20)).Reasons(), ElementsAre("The file cannot be opened: Permission denied."));
 }
 
 TEST_F(AssetStoreScanTest, RegisteredFileIsForgottenAndAFoldersFileStays) {

@@ -29,8 +29,13 @@ constexpr std::array Sentences = {
 
 std::vector<std::string> AssetRecord::Reasons() const {
   std::vector<std::string> reasons;
-  for (const Words& words : Sentences)
-    if ((Problems & words.Problem) != 0) reasons.emplace_back(words.Text);
+  for (const Words& words : Sentences) {
+    if ((Problems & words.Problem) == 0) continue;
+    if (words.Problem == AP_UNREADABLE && !OpenFailure.empty())
+      reasons.push_back("The file cannot be opened: " + OpenFailure + '.');
+    else
+      reasons.emplace_back(words.Text);
+  }
   return reasons;
 }
 

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -58,20 +59,43 @@ class AssetStore::Impl {
       const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
       if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
       FileStamps found;
-      if (const Result_t result = Scan(folder, found); result.Failure()) return result;
+      OpenFailures unopened;
+      if (const Result_t result = Scan(folder, found, unopened); result.Failure()) return result;
       const bool is_registered = folder == StoreIndex::RegisteredFiles;
-      const std::optional<FolderUpdate> update =
+      std::optional<FolderUpdate> update =
           is_registered ? CompareFiles(found, known.Files, progress) : CompareFolder(found, known.Files, progress);
       if (!update) return Ferro::RESULT_CANCELLED;
-      if (known.Present && update->Empty()) return Ferro::RESULT_OK;
+      unopened.merge(update->Unopened);
 
       const std::lock_guard lock(m_Mutex);
+      m_Unopened[folder] = std::move(unopened);
+      if (known.Present && update->Empty()) return Ferro::RESULT_OK;
       Transaction transaction(m_Index.Connection(), Transaction::Writing);
       if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
       m_Index.Apply(folder, *update);
       transaction.Commit();
       return Ferro::RESULT_OK;
     }
+  }
+
+  /// The records that a question to the index answers, with what is known of their files besides.
+  template <class Question>
+  std::vector<AssetRecord> AskRecords(Question question) const {
+    return Ask([&](const StoreIndex& index) {
+      std::vector<AssetRecord> records = question(index);
+      for (AssetRecord& record : records)
+        if ((record.Problems & AP_UNREADABLE) != 0) record.OpenFailure = OpenFailureKnown(record.Info.RealFilename);
+      return records;
+    });
+  }
+
+  std::vector<UnopenedEntry> Unopened() const {
+    const std::lock_guard lock(m_Mutex);
+    OpenFailures all;  // a registered file may lie in a folder too
+    for (const auto& [folder, failures] : m_Unopened) all.insert(failures.begin(), failures.end());
+    std::vector<UnopenedEntry> entries;
+    for (const auto& [path, reason] : all) entries.push_back({path, reason});
+    return entries;
   }
 
   std::vector<std::string> Folders() const {
@@ -84,7 +108,10 @@ class AssetStore::Impl {
 
   bool Forget(const std::string& folder) {
     bool found = false;
-    Change([&] { found = m_Index.RemoveFolder(folder); });
+    Change([&] {
+      found = m_Index.RemoveFolder(folder);
+      m_Unopened.erase(folder);
+    });
     return found;
   }
 
@@ -128,8 +155,15 @@ class AssetStore::Impl {
     transaction.Commit();
   }
 
-  Result_t Scan(const std::string& folder, FileStamps& found) const {
-    if (folder != StoreIndex::RegisteredFiles) return ScanFolder(folder, found);
+  // Called with m_Mutex held.
+  std::string OpenFailureKnown(const std::string& path) const {
+    for (const auto& [folder, failures] : m_Unopened)
+      if (const auto failure = failures.find(path); failure != failures.end()) return failure->second;
+    return {};
+  }
+
+  Result_t Scan(const std::string& folder, FileStamps& found, OpenFailures& unopened) const {
+    if (folder != StoreIndex::RegisteredFiles) return ScanFolder(folder, found, unopened);
     FileStamp stamp;
     for (const std::string& path : Ask([](const StoreIndex& index) { return index.RegisteredPaths(); }))
       if (StampFile(path, stamp)) found.emplace(path, stamp);
@@ -137,7 +171,8 @@ class AssetStore::Impl {
   }
 
   mutable std::mutex m_Mutex;
-  StoreIndex m_Index;  // guarded by m_Mutex
+  StoreIndex m_Index;                              // guarded by m_Mutex
+  std::map<std::string, OpenFailures> m_Unopened;  // by folder; guarded by m_Mutex
 };
 
 namespace {
@@ -227,19 +262,23 @@ std::vector<std::string> AssetStore::Folders() const {
 std::vector<AssetRecord> AssetStore::Assets() const {
   if (m_Impl == nullptr) return {};
   return guarded_answer<std::vector<AssetRecord>>(
-      [&] { return m_Impl->Ask([](const StoreIndex& index) { return index.Assets(); }); });
+      [&] { return m_Impl->AskRecords([](const StoreIndex& index) { return index.Assets(); }); });
 }
 
 std::vector<AssetRecord> AssetStore::FindAsset(const UUID& id) const {
   if (m_Impl == nullptr) return {};
   return guarded_answer<std::vector<AssetRecord>>(
-      [&] { return m_Impl->Ask([&](const StoreIndex& index) { return AssetFinder(index).Find(id); }); });
+      [&] { return m_Impl->AskRecords([&](const StoreIndex& index) { return AssetFinder(index).Find(id); }); });
 }
 
 std::vector<PackageRecord> AssetStore::Packages() const {
   if (m_Impl == nullptr) return {};
   return guarded_answer<std::vector<PackageRecord>>(
       [&] { return m_Impl->Ask([](const StoreIndex& index) { return index.Packages(); }); });
+}
+
+std::vector<UnopenedEntry> AssetStore::Unopened() const {
+  return m_Impl == nullptr ? std::vector<UnopenedEntry>() : m_Impl->Unopened();
 }
 
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,

@@ -43,20 +43,38 @@ FileStamp stamp_of(const struct stat& status) {
   return {static_cast<fsize_t>(status.st_size), i64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
-/// Adds the files of one folder, and its subfolders to those still to be scanned.
-void scan_one(DIR* directory, const std::string& path, const std::string& top, FileStamps& files,
-              std::vector<std::string>& pending) {
+void leave_out(const char* kind, const std::string& path, int error, OpenFailures& unopened) {
+  Ferro::DefaultLogSink().Warn("%s: %s left out: %s\n", path.c_str(), kind, std::strerror(error));
+  unopened.emplace(path, std::strerror(error));
+}
+
+/// What is known of one folder and those around it.
+struct Scan {
+  const std::string& Top;
+  FileStamps& Files;
+  OpenFailures& Unopened;
+  std::vector<std::string> Pending;  ///< folders still to be scanned
+};
+
+void scan_entry(int directory, const char* name, const std::string& full, Scan& scan) {
+  struct stat status = {};
+  if (fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno != ENOENT) leave_out("entry", full, errno, scan.Unopened);  // else gone meanwhile
+    return;
+  }
+  if (S_ISLNK(status.st_mode)) {
+    if (stat(full.c_str(), &status) != 0) return leave_out("link", full, errno, scan.Unopened);
+    if (S_ISDIR(status.st_mode) || !link_leads_inside(full, scan.Top)) return;
+  }
+  if (S_ISDIR(status.st_mode)) scan.Pending.push_back(full);
+  if (S_ISREG(status.st_mode)) scan.Files.emplace(full, stamp_of(status));
+}
+
+void scan_one(DIR* directory, const std::string& path, Scan& scan) {
   while (const dirent* entry = readdir(directory)) {
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    const std::string full = path + '/' + entry->d_name;
-    struct stat status = {};
-    if (fstatat(dirfd(directory), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) continue;  // gone meanwhile
-    if (S_ISLNK(status.st_mode) &&
-        (stat(full.c_str(), &status) != 0 || S_ISDIR(status.st_mode) || !link_leads_inside(full, top)))
-      continue;
-    if (S_ISDIR(status.st_mode)) pending.push_back(full);
-    if (S_ISREG(status.st_mode)) files.emplace(full, stamp_of(status));
+    scan_entry(dirfd(directory), entry->d_name, path + '/' + entry->d_name, scan);
   }
 }
 
@@ -69,19 +87,26 @@ bool StampFile(const std::string& path, FileStamp& stamp) {
   return true;
 }
 
-Result_t ScanFolder(const std::string& folder, FileStamps& files) {
-  std::vector<std::string> pending{folder};
-  while (!pending.empty()) {
-    const std::string path = std::move(pending.back());
-    pending.pop_back();
+std::string OpenFailureOf(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) return std::strerror(errno);
+  close(file);
+  return {};
+}
+
+Result_t ScanFolder(const std::string& folder, FileStamps& files, OpenFailures& unopened) {
+  Scan scan{folder, files, unopened, {folder}};
+  while (!scan.Pending.empty()) {
+    const std::string path = std::move(scan.Pending.back());
+    scan.Pending.pop_back();
     const Directory directory(opendir(path.c_str()));
     if (directory != nullptr) {
-      scan_one(directory.get(), path, folder, files, pending);
+      scan_one(directory.get(), path, scan);
       continue;
     }
     const int error = errno;
     if (path == folder) return result_of(error);
-    Ferro::DefaultLogSink().Warn("%s: folder left out: %s\n", path.c_str(), std::strerror(error));
+    if (!path.ends_with("/lost+found")) leave_out("folder", path, error, unopened);
   }
   return Ferro::RESULT_OK;
 }

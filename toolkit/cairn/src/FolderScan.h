@@ -23,10 +23,17 @@ struct FileStamp {
 /// Files by path, in byte order, so that what lies below one folder stands together.
 using FileStamps = std::map<std::string, FileStamp>;
 
+/// Why entries cannot be opened, by path.
+using OpenFailures = std::map<std::string, std::string>;
+
+/// Why a file cannot be opened, in the system's words; empty when it can.
+[[nodiscard]] std::string OpenFailureOf(const std::string& path);
+
 /// Finds the regular files below a folder, at any depth. Folders that are symbolic links are not entered; a symbolic
-/// link to a file counts when the file lies below `folder`. Folders that cannot be read are logged and left out.
-/// @param folder  its canonical path, without a separator at the end.
+/// link to a file counts when the file lies below `folder`. What cannot be opened is logged and left out.
+/// @param folder    its canonical path, without a separator at the end.
+/// @param unopened  gets what was left out, but for a file system's own lost+found.
 /// @return RESULT_OK; RESULT_NOT_FOUND, RESULT_NO_PERM or RESULT_NOTAFILE for the folder itself.
-[[nodiscard]] Result_t ScanFolder(const std::string& folder, FileStamps& files);
+[[nodiscard]] Result_t ScanFolder(const std::string& folder, FileStamps& files, OpenFailures& unopened);
 
 }  // namespace Cairn

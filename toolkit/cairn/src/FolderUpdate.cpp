@@ -58,6 +58,8 @@ std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedF
     const bool same = before != known.end() && before->second.Stamp == stamp;
     if (same && before->second.Readable) continue;
     ScannedFile file = look_into(path, stamp);
+    if (!file.Readable)
+      if (std::string reason = OpenFailureOf(path); !reason.empty()) update.Unopened.emplace(path, std::move(reason));
     if (!same || file.Readable) update.Changed.emplace(path, std::move(file));
   }
   for (const auto& [path, file] : known)

@@ -19,6 +19,7 @@ struct FolderUpdate {
   std::vector<std::string> Removed;
   std::set<std::string> StalePackages;  ///< roots of packages that go, or are replaced
   std::vector<PackageReading> Packages;
+  OpenFailures Unopened;  ///< of the files there are; of no interest to the index
 
   [[nodiscard]] bool Empty() const { return Changed.empty() && Removed.empty(); }
 };

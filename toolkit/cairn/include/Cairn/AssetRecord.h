@@ -36,9 +36,16 @@ struct AssetRecord {
   fsize_t ListedSize = 0;       ///< bytes, as the packing list says
   bool DigestVerified = false;  ///< the present file's digest was computed and is the listed one
   ui32_t Problems = 0;          ///< AssetProblem_t bits
+  std::string OpenFailure;  ///< why the file cannot be opened: "Permission denied"; empty when it can, or is not known
 
   /// One sentence per problem, for a user: "The file is missing." Empty when nothing is wrong.
   [[nodiscard]] CAIRN_API std::vector<std::string> Reasons() const;
+};
+
+/// A file or folder that a look through its folder could not open, so that nobody knows what is in it. A plain value.
+struct UnopenedEntry {
+  std::string Path;
+  std::string Reason;  ///< the system's: "Permission denied"
 };
 
 /// One package of a store. A plain value.

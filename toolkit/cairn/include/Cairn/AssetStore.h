@@ -72,6 +72,9 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// Every place of one asset, the one that lookups answer first.
   [[nodiscard]] std::vector<AssetRecord> FindAsset(const UUID& id) const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
+  /// What this object's latest look through each folder could not open, in order of path: files, folders, and symbolic
+  /// links that lead nowhere. Not kept in the index. A file system's own lost+found is none of it.
+  [[nodiscard]] std::vector<UnopenedEntry> Unopened() const;
 
   /// Looks for changes, then computes the digests of files with a listed digest. What is found of each file is kept in
   /// the index at once, so that a verification that was cancelled goes on where it was.
