@@ -128,7 +128,11 @@ class InterruptedKeeper : public testing::Test {
       StrataProgram run(arguments);
       std::this_thread::sleep_for(length * step / Steps);
       run.Signal(SIGINT);
-      EXPECT_THAT(run.Wait(), testing::AnyOf(0, 4, 128 + SIGINT)) << run.Errors();
+      const int code = run.Wait();
+      EXPECT_THAT(code, testing::AnyOf(0, 4, 128 + SIGINT)) << run.Errors();
+      if (code == 4) {
+        EXPECT_NE(run.Output() + run.Errors(), "") << "it must say that it was interrupted";
+      }
       check();
     }
   }
@@ -176,10 +180,15 @@ TEST_F(InterruptedKeeper, ACommandThatOnlyLooksLeavesTheShowAlone) {
     return times;
   };
   const auto before = files();
+  const std::string index = m_Show.Beside("index.sqlite");
+  StrataProgram add({"store", "add", m_Show.Path(), "--index", index});
+  ASSERT_EQ(add.Wait(), 0) << add.Errors();
   InterruptAtEachMoment(
       {"check", m_Show.Path(), "--hash"}, [] {}, [] {});
   InterruptAtEachMoment(
       {"info", m_Show.Path()}, [] {}, [] {});
+  InterruptAtEachMoment(
+      {"store", "verify", "--hash", "--json", "--index", index}, [] {}, [] {});
   EXPECT_EQ(files(), before);
 }
 

@@ -24,10 +24,11 @@ std::string contents_of(const std::string& filename) {
 }  // namespace
 
 StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const std::string& input,
-                             const std::string& output_device) {
+                             const std::string& output_device, const std::vector<std::string>& runner) {
   const std::string output = output_device.empty() ? m_Folder.Path("out") : output_device;
   std::ofstream(m_Folder.Path("in")) << input;
-  std::vector<std::string> words = {STRATA_PROGRAM};
+  std::vector<std::string> words = runner;
+  words.emplace_back(STRATA_PROGRAM);
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
@@ -45,10 +46,10 @@ StrataProgram::StrataProgram(const std::vector<std::string>& arguments, const st
   posix_spawnattr_init(&attributes);
   posix_spawnattr_setsigdefault(&attributes, &signals);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-  const int failure = posix_spawn(&m_Process, STRATA_PROGRAM, &actions, &attributes, argv.data(), environ);
+  const int failure = posix_spawnp(&m_Process, argv.front(), &actions, &attributes, argv.data(), environ);
   posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
-  EXPECT_EQ(failure, 0) << STRATA_PROGRAM << " cannot be started";
+  EXPECT_EQ(failure, 0) << words.front() << " cannot be started";
 }
 
 StrataProgram::~StrataProgram() {

@@ -9,11 +9,11 @@
 #include <vector>
 
 /// A run of the built program, with standard input from a text and both outputs captured; or standard output into a
-/// device.
+/// device. `runner` is a program, with its arguments, to run it through.
 class StrataProgram {
  public:
   explicit StrataProgram(const std::vector<std::string>& arguments, const std::string& input = "",
-                         const std::string& output_device = "");
+                         const std::string& output_device = "", const std::vector<std::string>& runner = {});
   ~StrataProgram();
   StrataProgram(const StrataProgram&) = delete;
   StrataProgram& operator=(const StrataProgram&) = delete;

@@ -2,12 +2,9 @@
 #include "CompositionFindings.h"
 
 #include "Interrupt.h"
+#include "MappedPath.h"
 #include "TextForms.h"
 #include "TrackFileFacts.h"
-
-#include <Cairn/AssetMap.h>
-#include <Cairn/InitObjectWithFile.h>
-#include <Ferro/Path.h>
 
 #include <algorithm>
 #include <array>
@@ -58,21 +55,9 @@ std::string edit_units(Ferro::ui64_t count) {
   return std::to_string(count) + " edit units";
 }
 
-/// Where the asset map says that an asset's file lies; the package's folder where it does not say.
-std::string mapped_path(const Cairn::AssetRecord& record) {
-  for (const char* name : {"ASSETMAP.xml", "ASSETMAP"}) {
-    Cairn::AssetMap map;
-    if (Cairn::InitObjectWithFile(map, Ferro::PathJoin(record.Package, name)).Failure()) continue;
-    for (const auto& asset : map.AssetList) {
-      if (asset.ID != record.Info.ID || asset.ChunkList.empty()) continue;
-      const std::string& path = asset.ChunkList.front().Path;
-      return path.starts_with('/') ? path : Ferro::PathJoin(record.Package, path);
-    }
-  }
-  return record.Package;
-}
-
-const char* advice_for(Ferro::ui32_t problems) {
+const char* advice_for(const Cairn::AssetRecord& record) {
+  const Ferro::ui32_t problems = record.Problems;
+  if (!record.OpenFailure.empty()) return AllowReading;
   if ((problems & (Cairn::AP_BAD_PATH | Cairn::AP_SPLIT)) != 0) return AskAgain;
   return (problems & Cairn::FatalAssetProblems) != 0 ? CopyAgain : "";
 }
@@ -122,8 +107,8 @@ class CompositionFindings {
       Finding finding = place;
       finding.Level = is_missing ? Severity::Missing : is_fatal ? Severity::Error : Severity::Warning;
       finding.Message = reason;
-      finding.Advice = advice_for(record.Problems);
-      if (record.Info.RealFilename.empty()) finding.File = mapped_path(record);
+      finding.Advice = advice_for(record);
+      if (record.Info.RealFilename.empty()) finding.File = MappedPath(record);
       if ((record.Problems & Cairn::AP_WRONG_SIZE) != 0 && record.HasListedSize) {
         finding.Expected = std::to_string(record.ListedSize) + " bytes";
         finding.Found = std::to_string(record.Info.FileSize) + " bytes";
@@ -141,8 +126,9 @@ class CompositionFindings {
     place.File = m_Composition.Path;
     // Why a document cannot be understood is known better from reading it.
     constexpr Ferro::ui32_t told = Cairn::FatalAssetProblems & ~Ferro::ui32_t{Cairn::AP_UNREADABLE};
-    if (m_Composition.Found && (m_Composition.Found->Problems & told) != 0) {
-      AddProblems(*m_Composition.Found, place);
+    const auto& found = m_Composition.Found;
+    if (found && ((found->Problems & told) != 0 || !found->OpenFailure.empty())) {
+      AddProblems(*found, place);
       return false;
     }
     if (m_Composition.Problem.empty()) return true;
@@ -184,7 +170,7 @@ class CompositionFindings {
           std::string(leaves ? "The asset map's path leaves the package." : "The asset map's path leads to no file.") +
               " The file was found without it.",
           asset);
-      finding.Expected = mapped_path(other);
+      finding.Expected = MappedPath(other);
       finding.Found = record.Info.RealFilename;
       finding.Advice = AskAgain;
       return true;

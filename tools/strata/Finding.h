@@ -26,6 +26,9 @@ struct Finding {
   std::string Advice;  ///< what to do about it
 };
 
+/// The advice for what cannot be opened.
+inline constexpr char AllowReading[] = "Allow this user to read it, or copy it again.";
+
 /// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
 [[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
 

@@ -3,12 +3,15 @@
 
 #include "CommandError.h"
 #include "FileFrames.h"
+#include "LogView.h"
 #include "ShowFrames.h"
 
 #include <Cairn/InspectFile.h>
+#include <Ferro/FileReader.h>
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/JP2KReader.h>
 #include <QUIRE/MXF/Descriptors.h>
+#include <QUIRE/MXF/FileStructure.h>
 #include <QUIRE/MXF/OP1aHeader.h>
 
 #include <algorithm>
@@ -22,13 +25,34 @@ std::string FrameChannel::Name() const {
   return Names[Type] + (Number == 0 ? "" : ' ' + std::to_string(Number + 1));
 }
 
+namespace {
+
+// What is wrong is told by its result, not line by line.
+Ferro::Result_t look_into(const std::string& name, Cairn::FileContent& content) {
+  const QuietLog log;
+  return Cairn::InspectFile(name, content);
+}
+
+/// True for MXF that may have been a track file.
+bool has_damaged_header(const std::string& name, const Cairn::FileContent& content) {
+  if (content.Type != Cairn::FT_MXF) return false;
+  const QuietLog log;
+  Ferro::FileReader file;
+  QUIRE::MXF::FileStructure structure;
+  return file.OpenRead(name).Success() && structure.ReadHeader(file).Failure();
+}
+
+}  // namespace
+
 std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
   std::error_code error;
   if (options.Names.size() == 1 && std::filesystem::is_regular_file(options.Names.front(), error)) {
     const std::string& name = options.Names.front();
     Cairn::FileContent content;
-    if (const Ferro::Result_t result = Cairn::InspectFile(name, content); result.Failure())
-      throw CommandError(Usage, name + ": " + result.Label());
+    if (const Ferro::Result_t result = look_into(name, content); result.Failure())
+      throw CommandError(NotPlayable, name + ": the file cannot be read: " + result.Label());
+    if (has_damaged_header(name, content))
+      throw CommandError(NotPlayable, name + ": the header of this MXF file is damaged: copy the file again.");
     if (auto file = OpenTrackFile(name, content.Type)) return file;
     if (content.Type == Cairn::FT_UNKNOWN || content.Type == Cairn::FT_XML || content.Type == Cairn::FT_MXF)
       throw CommandError(Usage,

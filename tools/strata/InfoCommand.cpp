@@ -15,6 +15,7 @@
 #include <Cairn/InspectFile.h>
 #include <QUIRE/EssenceType.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 
@@ -41,7 +42,7 @@ void describe_file(const std::string& path, Json& item) {
     item["size"] = size;
     item["size_text"] = BytesText(size);
   }
-  if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label() + '.');
+  if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label());
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
       return AddProblem(
@@ -99,7 +100,10 @@ ExitCode info(const InfoOptions& options) {
   report["items"] = Json::array();
   for (const std::string& path : options.Paths) {
     report["items"].push_back(describe(path, code));
-    if (Interrupt::Requested()) return Interrupted;
+    if (Interrupt::Requested()) {
+      std::fputs("strata: interrupted\n", stderr);
+      return Interrupted;
+    }
   }
   PrintReport(report, options.AsJson, render);
   return code;

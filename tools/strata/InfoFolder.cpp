@@ -7,7 +7,7 @@
 
 #include <Cairn/AssetStore.h>
 
-#include <filesystem>
+#include <set>
 
 namespace {
 
@@ -28,7 +28,7 @@ void DescribeFolder(const std::string& path, Json& item) {
   Cairn::AssetStore store;
   auto result = store.Open();
   if (result.Success()) result = LookThroughFolder(store, path);
-  if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label() + '.');
+  if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label());
 
   item["packages"] = Json::array();
   for (const Cairn::PackageRecord& package : store.Packages()) {
@@ -39,13 +39,17 @@ void DescribeFolder(const std::string& path, Json& item) {
     for (const std::string& finding : package.Findings) AddProblem(item, package.Folder + ": " + finding);
   }
   Ferro::ui64_t size = 0;
+  std::set<std::string> told;
   Json assets = Json::array();
   for (const Cairn::AssetRecord& record : store.Assets()) {
     size += record.Info.FileSize;
+    told.insert(record.Info.RealFilename);
     assets.push_back(asset_json(record, item));
   }
+  for (const Cairn::UnopenedEntry& entry : store.Unopened())
+    if (!told.contains(entry.Path)) AddProblem(item, entry.Path + ": It cannot be opened: " + entry.Reason + '.');
   item["total_size"] = size;
   item["total_size_text"] = BytesText(size);
   item["assets"] = assets;
-  if (assets.empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
+  if (assets.empty() && store.Unopened().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
 }

@@ -6,6 +6,7 @@
 #include "FolderScan.h"
 #include "IndexFile.h"
 #include "LogView.h"
+#include "MappedPath.h"
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
@@ -46,7 +47,7 @@ std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
   return nested;
 }
 
-/// True for a file of which nothing can be read, and for one that means to be a playlist and is none.
+/// True for a document that cannot be read to its end, and for one that means to be a playlist and is none.
 bool is_damaged(const std::string& path) {
   std::string text;
   if (Ferro::ReadFileIntoString(path, text).Failure()) return true;
@@ -57,6 +58,29 @@ bool is_damaged(const std::string& path) {
   Strata::ShowPlaylist spl;
   const bool claims = text.find("ShowPlaylist") != text.npos || text.find("CompositionPlaylist") != text.npos;
   return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
+}
+
+bool is_mxf(Cairn::FileType_t type) {
+  switch (type) {
+    case Cairn::FT_MXF:
+    case Cairn::FT_QUIRE_MPEG2_VES:
+    case Cairn::FT_QUIRE_JP2K_J2C:
+    case Cairn::FT_QUIRE_JP2K_J2C_S:
+    case Cairn::FT_QUIRE_PCM:
+    case Cairn::FT_QUIRE_TIMED_TEXT:
+    case Cairn::FT_QUIRE_DCDATA:
+    case Cairn::FT_QUIRE_ATMOS:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// The file that should be there, by the asset map, or else the identifier.
+std::string name_of_missing(const Cairn::AssetRecord& record) {
+  const std::string path = MappedPath(record);
+  const std::string asset = "asset " + record.Info.ID.EncodeString();
+  return path == record.Package ? asset : path + " (" + asset + ')';
 }
 
 std::string list_of(const std::vector<Candidate>& candidates) {
@@ -143,17 +167,28 @@ bool Inputs::FailWithout(const std::string& folder) {
   const std::string root = std::filesystem::canonical(folder, error).string();
   std::string unusable;
   Ferro::ui32_t problems = 0;
+  std::set<std::string> told;
   for (const Cairn::AssetRecord& record : m_Store.Assets()) {
     const bool is_here = record.Package == root || record.Package.starts_with(root + '/');
     if (!is_here || (record.Problems & Cairn::FatalAssetProblems) == 0) continue;
     problems |= record.Problems & Cairn::FatalAssetProblems;
     const std::string& file = record.Info.RealFilename;
-    unusable += "\n  " + (file.empty() ? "asset " + record.Info.ID.EncodeString() : file) + ':';
+    told.insert(file);
+    unusable += "\n  " + (file.empty() ? name_of_missing(record) : file) + ':';
     for (const std::string& reason : record.Reasons()) unusable += ' ' + reason;
   }
+  bool may_be_opened = true;
+  for (const Cairn::UnopenedEntry& entry : m_Store.Unopened()) {
+    if (!entry.Path.starts_with(root + '/')) continue;
+    may_be_opened = false;
+    if (told.contains(entry.Path)) continue;
+    problems |= Cairn::AP_UNREADABLE;
+    unusable += "\n  " + entry.Path + ": It cannot be opened: " + entry.Reason + '.';
+  }
+  const char* advice = may_be_opened ? "Copy it again" : "Allow this user to read it, or copy it again";
   if (unusable.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
   return Fail(
-      folder + ": there is no composition in this folder that can be used. Copy it again; wrong are:" + unusable,
+      folder + ": there is no composition in this folder that can be used. " + advice + "; wrong are:" + unusable,
       problems == Cairn::AP_MISSING_FILE ? AssetsMissing : NotPlayable);
 }
 
@@ -163,11 +198,18 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
   const std::string root = std::filesystem::canonical(folder, error).string();
   for (const Cairn::PackageRecord& package : m_Store.Packages())
     if (package.Folder == root) return false;
+  const std::vector<Cairn::UnopenedEntry> unopened = m_Store.Unopened();
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    if (entry.path().extension() != ".xml" || entry.is_directory(error) || !is_damaged(entry.path())) continue;
-    Fail(entry.path().string() +
-             ": this document is damaged and cannot be understood. It may be the show that is meant: " +
-             "copy it again" + (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
+    if (entry.path().extension() != ".xml" || !entry.is_regular_file(error)) continue;
+    const auto failure = std::find_if(unopened.begin(), unopened.end(), [&](const Cairn::UnopenedEntry& other) {
+      return other.Path == root + '/' + entry.path().filename().string();
+    });
+    if (failure == unopened.end() && !is_damaged(entry.path())) continue;
+    const std::string what =
+        failure == unopened.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
+    Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
+             (failure == unopened.end() ? "" : "allow this user to read it, or ") + "copy it again" +
+             (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
          NotPlayable);
     return true;
   }
@@ -184,6 +226,10 @@ bool Inputs::ResolveFile(const std::string& path) {
   if (content.Type == Cairn::FT_XML && is_damaged(path))
     return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
                 NotPlayable);
+  if (is_mxf(content.Type))
+    return Fail(path +
+                ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "
+                "is in it, `strata frame` takes frames out of it.");
   if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
     return Fail(path + ": this is neither a composition nor a show playlist.");
   if (!AddFolder("folder", folder_of(path))) return false;

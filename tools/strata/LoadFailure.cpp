@@ -12,9 +12,9 @@ ExitCode ReportLoadFailure(const Inputs& inputs) {
   const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
   bool is_told = false;
   for (const Finding& finding : findings)
-    if (finding.Level != Severity::Warning) {
+    if (finding.Level != Severity::Warning || finding.Advice == AllowReading) {
       std::fputs(FindingText(DisplayModel(FindingToJson(finding))).c_str(), stderr);
-      is_told = true;
+      is_told |= finding.Level != Severity::Warning;
     }
   std::fprintf(stderr, "strata: this show cannot be played%s\n",
                is_told ? "" : "; `strata check` says what is wrong with it");

@@ -60,7 +60,27 @@ void add_show_findings(const ShowOutline& outline, std::vector<Finding>& finding
   }
 }
 
+// First, since what is said to be missing below may lie in them.
+void add_unopened(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
+  std::vector<Finding> added;
+  for (const Cairn::UnopenedEntry& entry : store.Unopened()) {
+    const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
+    if (std::any_of(findings.begin(), findings.end(), tells)) continue;
+    added.push_back(UnopenedFinding(entry));
+  }
+  findings.insert(findings.begin(), added.begin(), added.end());
+}
+
 }  // namespace
+
+Finding UnopenedFinding(const Cairn::UnopenedEntry& entry) {
+  Finding finding;
+  finding.Level = Severity::Warning;
+  finding.Message = "This cannot be opened, so that nobody knows what is in it: " + entry.Reason + '.';
+  finding.File = entry.Path;
+  finding.Advice = AllowReading;
+  return finding;
+}
 
 std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   std::vector<Finding> findings;
@@ -87,5 +107,6 @@ std::vector<Finding> FindingsOf(const ShowOutline& outline) {
     previous = &composition;
   }
   add_package_findings(outline, memory, findings);
+  add_unopened(outline.Store(), findings);
   return findings;
 }

@@ -28,7 +28,7 @@ Finding about(const Cairn::AssetRecord& record, Severity level) {
   if (!record.Info.RealFilename.empty()) finding.AssetType = StoreKindName(record);
   finding.AssetID = record.Info.ID.EncodeString();
   finding.File = record.Info.RealFilename.empty() ? record.Package : record.Info.RealFilename;
-  if (level != Severity::Warning) finding.Advice = CopyAgain;
+  if (level != Severity::Warning) finding.Advice = record.OpenFailure.empty() ? CopyAgain : AllowReading;
   return finding;
 }
 
@@ -37,6 +37,7 @@ void find_in_asset(const Cairn::AssetRecord& record, bool hash, std::vector<Find
     if ((record.Problems & problem) == 0) continue;
     Cairn::AssetRecord alone;
     alone.Problems = problem;
+    alone.OpenFailure = record.OpenFailure;
     Finding finding = about(record, severity_of(problem));
     for (const std::string& reason : alone.Reasons()) finding.Message += reason;
     if (problem == Cairn::AP_WRONG_SIZE && record.HasListedSize) {
@@ -181,6 +182,8 @@ ExitCode StoreVerify(const StoreOptions& options) {
   }
   const std::vector<Cairn::AssetRecord> assets = selection.Assets(session.Store());
   if (const ExitCode trouble = session.CheckIndex(); trouble != Fine) return trouble;
+  if (code == Interrupted && options.AsJson)
+    static_cast<void>(StoreTrouble(code, "interrupted"));  // else the verdict says so
   PrintReport(make_report(options, session, assets, findings, code), options.AsJson, render);
   return code;
 }
