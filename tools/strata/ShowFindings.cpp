@@ -60,20 +60,7 @@ void add_show_findings(const ShowOutline& outline, std::vector<Finding>& finding
   }
 }
 
-// First, since what is said to be missing below may lie in them.
-void add_unopened(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
-  std::vector<Finding> added;
-  for (const Cairn::UnopenedEntry& entry : store.Unopened()) {
-    const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
-    if (std::any_of(findings.begin(), findings.end(), tells)) continue;
-    added.push_back(UnopenedFinding(entry));
-  }
-  findings.insert(findings.begin(), added.begin(), added.end());
-}
-
-}  // namespace
-
-Finding UnopenedFinding(const Cairn::UnopenedEntry& entry) {
+Finding unopened_finding(const Cairn::UnopenedEntry& entry) {
   Finding finding;
   finding.Level = Severity::Warning;
   finding.Message = "This cannot be opened, so that nobody knows what is in it: " + entry.Reason + '.';
@@ -81,6 +68,19 @@ Finding UnopenedFinding(const Cairn::UnopenedEntry& entry) {
   finding.Advice = AllowReading;
   return finding;
 }
+
+// First, since what is said to be missing below may lie in them.
+void add_unopened(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
+  std::vector<Finding> added;
+  for (const Cairn::UnopenedEntry& entry : store.Unopened()) {
+    const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
+    if (std::any_of(findings.begin(), findings.end(), tells)) continue;
+    added.push_back(unopened_finding(entry));
+  }
+  findings.insert(findings.begin(), added.begin(), added.end());
+}
+
+}  // namespace
 
 std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   std::vector<Finding> findings;

@@ -9,6 +9,3 @@
 /// What the documents, the store and the files show to be wrong, in playing order. Opens every file; stops
 /// early, with less than all, when the user interrupts it.
 [[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);
-
-/// A warning about what cannot be opened.
-[[nodiscard]] Finding UnopenedFinding(const Cairn::UnopenedEntry& entry);
