@@ -34,10 +34,10 @@ class Unopened : public testing::Test {
     fs::permissions(m_Closed.back(), fs::perms::none);
   }
 
-  /// The command as a user whom permissions stop, which they do not stop root.
+  /// The command as a user whom permissions stop; root's capabilities to pass over them are taken away.
   static Answer Run(const std::vector<std::string>& arguments) {
     std::vector<std::string> runner;
-    if (geteuid() == 0) runner = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+    if (geteuid() == 0) runner = {"setpriv", "--bounding-set=-dac_override,-dac_read_search"};
     StrataProgram program(arguments, "", "", runner);
     const int code = program.Wait();
     return {code, program.Output(), program.Errors()};
