@@ -12,6 +12,7 @@
 #include "TextForms.h"
 
 #include <Strata/IPlaylist.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <map>

@@ -9,6 +9,7 @@
 #include "LogView.h"
 
 #include <Strata/IPlaylist.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <functional>

@@ -11,6 +11,8 @@
 #include "WaveFile.h"
 #include "WholeNumber.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 /// Adds `strata frame`.
 void AddFrameCommand(CLI::App& app, int& exit_code);

@@ -14,6 +14,7 @@
 
 #include <Cairn/InspectFile.h>
 #include <QUIRE/EssenceType.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <filesystem>

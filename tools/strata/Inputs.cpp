@@ -14,6 +14,7 @@
 #include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 #include <Strata/ShowPlaylist.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <filesystem>

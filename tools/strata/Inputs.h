@@ -5,10 +5,13 @@
 
 #include <Cairn/AssetStore.h>
 #include <Strata/IPlaylist.h>
-#include <CLI/CLI.hpp>
 
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 /// What the user named on the command line.
 struct InputOptions {

@@ -6,6 +6,8 @@
 #include "SampleShow.h"
 #include "SampleSound.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdio>

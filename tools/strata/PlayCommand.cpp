@@ -7,6 +7,8 @@
 #include "PlaySession.h"
 #include "TextForms.h"
 
+#include <CLI/CLI.hpp>
+
 #include <charconv>
 #include <cstdio>
 #include <memory>

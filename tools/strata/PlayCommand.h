@@ -4,7 +4,9 @@
 #include "ExitCode.h"
 #include "Report.h"
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 /// `strata play`: plays a show, frame by frame.
 void AddPlayCommand(CLI::App& app, int& exit_code);

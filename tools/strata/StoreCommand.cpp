@@ -6,6 +6,8 @@
 #include "StoreList.h"
 #include "StoreVerify.h"
 
+#include <CLI/CLI.hpp>
+
 #include <memory>
 
 namespace {

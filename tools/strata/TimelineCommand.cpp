@@ -14,6 +14,8 @@
 #include "TimelineSvg.h"
 #include "TimelineText.h"
 
+#include <CLI/CLI.hpp>
+
 #include <unistd.h>
 
 #include <algorithm>

@@ -11,6 +11,7 @@
 
 #include <Ferro/Path.h>
 #include <Ferro/SHA1Digest.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <filesystem>
