@@ -44,21 +44,13 @@ void describe_file(const std::string& path, Json& item) {
     item["size_text"] = BytesText(size);
   }
   if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label());
+  if (IsMXF(content.Type)) return describe_mxf(path, item);
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
       return AddProblem(
           item, size == 0 ? "The file is empty." : "This is no file of digital cinema, or its beginning is damaged.");
     case Cairn::FT_XML:
       return AddProblem(item, "This XML document is none of digital cinema, or of a version that is unknown here.");
-    case Cairn::FT_MXF:
-    case Cairn::FT_QUIRE_MPEG2_VES:
-    case Cairn::FT_QUIRE_JP2K_J2C:
-    case Cairn::FT_QUIRE_JP2K_J2C_S:
-    case Cairn::FT_QUIRE_PCM:
-    case Cairn::FT_QUIRE_TIMED_TEXT:
-    case Cairn::FT_QUIRE_DCDATA:
-    case Cairn::FT_QUIRE_ATMOS:
-      return describe_mxf(path, item);
     default:
       AddFact(item, "id", content.ID);
       DescribeDocument(path, content.Type, item);

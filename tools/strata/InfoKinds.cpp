@@ -32,3 +32,19 @@ const char* FileKindName(Cairn::FileType_t type) {
   static_assert(sizeof Names / sizeof Names[0] == Cairn::FT_MAX);
   return type < Cairn::FT_MAX ? Names[type] : Names[Cairn::FT_UNKNOWN];
 }
+
+bool IsMXF(Cairn::FileType_t type) {
+  switch (type) {
+    case Cairn::FT_MXF:
+    case Cairn::FT_QUIRE_MPEG2_VES:
+    case Cairn::FT_QUIRE_JP2K_J2C:
+    case Cairn::FT_QUIRE_JP2K_J2C_S:
+    case Cairn::FT_QUIRE_PCM:
+    case Cairn::FT_QUIRE_TIMED_TEXT:
+    case Cairn::FT_QUIRE_DCDATA:
+    case Cairn::FT_QUIRE_ATMOS:
+      return true;
+    default:
+      return false;
+  }
+}

@@ -5,6 +5,7 @@
 #include "DocumentTitle.h"
 #include "FolderScan.h"
 #include "IndexFile.h"
+#include "InfoKinds.h"
 #include "LogView.h"
 #include "MappedPath.h"
 
@@ -59,22 +60,6 @@ bool is_damaged(const std::string& path) {
   Strata::ShowPlaylist spl;
   const bool claims = text.find("ShowPlaylist") != text.npos || text.find("CompositionPlaylist") != text.npos;
   return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
-}
-
-bool is_mxf(Cairn::FileType_t type) {
-  switch (type) {
-    case Cairn::FT_MXF:
-    case Cairn::FT_QUIRE_MPEG2_VES:
-    case Cairn::FT_QUIRE_JP2K_J2C:
-    case Cairn::FT_QUIRE_JP2K_J2C_S:
-    case Cairn::FT_QUIRE_PCM:
-    case Cairn::FT_QUIRE_TIMED_TEXT:
-    case Cairn::FT_QUIRE_DCDATA:
-    case Cairn::FT_QUIRE_ATMOS:
-      return true;
-    default:
-      return false;
-  }
 }
 
 /// The file that should be there, by the asset map, or else the identifier.
@@ -227,7 +212,7 @@ bool Inputs::ResolveFile(const std::string& path) {
   if (content.Type == Cairn::FT_XML && is_damaged(path))
     return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
                 NotPlayable);
-  if (is_mxf(content.Type))
+  if (IsMXF(content.Type))
     return Fail(path +
                 ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "
                 "is in it, `strata frame` takes frames out of it.");
