@@ -28,14 +28,19 @@ function(strata_compile_options target)
 endfunction()
 
 # strata_add_module(<name> INCLUDE <folder> SOURCES <file>... [PUBLIC <lib>...] [PRIVATE <lib>...])
-# A shared library lib<name> with its public headers below INCLUDE and its private ones beside its sources. Tests of
+# A shared library lib<name> with its public headers below INCLUDE and its private ones beside its sources; an include
+# names their room from the folder of the sources on. Tests of
 # what is not exported link <name>_internals, a static library of the same objects, instead of <name>.
 function(strata_add_module name)
   cmake_parse_arguments(arg "" "INCLUDE" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  set(sources ${CMAKE_CURRENT_SOURCE_DIR})
+  if(EXISTS ${sources}/src)
+    set(sources ${sources}/src)
+  endif()
   add_library(${name}_objects OBJECT ${arg_SOURCES})
   strata_compile_options(${name}_objects)
   set_target_properties(${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
-  target_include_directories(${name}_objects PUBLIC ${arg_INCLUDE} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${name}_objects PUBLIC ${arg_INCLUDE} PRIVATE ${sources})
   target_link_libraries(${name}_objects PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
 
   add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
@@ -49,7 +54,7 @@ function(strata_add_module name)
 
   add_library(${name}_internals STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:${name}_objects>)
   target_compile_features(${name}_internals PUBLIC cxx_std_20)
-  target_include_directories(${name}_internals PUBLIC ${arg_INCLUDE} ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${name}_internals PUBLIC ${arg_INCLUDE} ${sources})
   target_link_libraries(${name}_internals PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   set_target_properties(${name}_internals PROPERTIES LINKER_LANGUAGE CXX)
 endfunction()

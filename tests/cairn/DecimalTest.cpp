@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "src/Decimal.h"
+#include "Decimal.h"
 
 #include <gtest/gtest.h>
 

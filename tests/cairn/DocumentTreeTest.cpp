@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "src/DocumentTree.h"
+#include "DocumentTree.h"
 
 #include <Cairn/DocumentParser.h>
 

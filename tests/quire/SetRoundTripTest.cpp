@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../support/LogCapture.h"
-#include "src/SetCodec.h"
-#include "src/SetDefinition.h"
+#include "metadata/SetCodec.h"
+#include "metadata/SetDefinition.h"
 
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/MXF/OP1aHeader.h>

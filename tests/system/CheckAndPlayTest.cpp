@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "CompositionFindings.h"
 #include "SampleFolder.h"
+#include "findings/CompositionFindings.h"
 
 #include <nlohmann/json.hpp>
 

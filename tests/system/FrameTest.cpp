@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // strata frame: what it writes is compared with what the sample show was made of.
-#include "ColourTransform.h"
 #include "JsonSchema.h"
 #include "SampleFolder.h"
-#include "SampleImmersive.h"
-#include "SampleSound.h"
-#include "SampleTrackFiles.h"
 #include "ToneMeter.h"
+#include "picture/ColourTransform.h"
+#include "sample/SampleImmersive.h"
+#include "sample/SampleSound.h"
+#include "sample/SampleTrackFiles.h"
 
 #include "Judges.h"
 

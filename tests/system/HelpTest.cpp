@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The pages that explain the program: they show every option, and what they tell people to type works as it stands.
-#include "CommandLine.h"
-#include "HelpFormat.h"
 #include "SampleFolder.h"
+#include "app/CommandLine.h"
+#include "app/HelpFormat.h"
 
 #include <cstdlib>
 #include <fstream>

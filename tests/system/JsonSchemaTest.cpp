@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "JsonSchema.h"
 
-#include "CommandLine.h"
 #include "SampleFolder.h"
+#include "app/CommandLine.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,11 +2,11 @@
 //
 // Two hours of playing must not cost more than one: what a show holds of memory, open files and threads depends on the
 // reels around the position, not on how many went by.
-#include "SamplePackage.h"
 #include "Sanitized.h"
 #include "StrataProgram.h"
 #include "TemporaryFolder.h"
 #include "TrackFileMaker.h"
+#include "sample/SamplePackage.h"
 
 #include <QUIRE/PCMWriter.h>
 

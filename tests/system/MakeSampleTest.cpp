@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SampleFolder.h"
-#include "SampleSeed.h"
+#include "sample/SampleSeed.h"
 
 #include "Judges.h"
 

@@ -2,8 +2,8 @@
 //
 // A person at a terminal plays the sample show. What is typed next follows from what stands on the screen.
 #include "BrokenShow.h"
-#include "PlaySession.h"
 #include "TerminalProgram.h"
+#include "play/PlaySession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // The file of play's --resume when it is none, is of another show, or cannot be kept.
-#include "../ferro/FileSizeLimit.h"
 #include "BrokenShow.h"
+#include "FileSizeLimit.h"
 #include "TerminalProgram.h"
 
 #include <gmock/gmock.h>

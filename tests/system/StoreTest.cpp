@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "BrokenShow.h"
 #include "JsonSchema.h"
-#include "ProgressBar.h"
 #include "StrataProgram.h"
+#include "terminal/ProgressBar.h"
 
 #include <Ferro/FileText.h>
 

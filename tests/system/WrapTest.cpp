@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // strata wrap: what goes into a track file comes out again, byte for byte.
-#include "FrameSource.h"
 #include "JsonSchema.h"
-#include "SamplePicture.h"
-#include "SampleSound.h"
 #include "StrataProgram.h"
-#include "WaveFile.h"
-#include "WrapSources.h"
+#include "frame/FrameSource.h"
+#include "frame/WaveFile.h"
+#include "sample/SamplePicture.h"
+#include "sample/SampleSound.h"
+#include "wrap/WrapSources.h"
 
 #include "EssenceMaker.h"
 #include "Judges.h"

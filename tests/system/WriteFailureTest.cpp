@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // Files that cannot be written: each command says once which file, and why, and leaves nothing behind.
-#include "../ferro/FileSizeLimit.h"
 #include "BrokenShow.h"
+#include "FileSizeLimit.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

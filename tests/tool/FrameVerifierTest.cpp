@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "play/FrameVerifier.h"
+
+#include "FakeTrack.h"
+#include "TemporaryFolder.h"
+#include "TrackFileMaker.h"
+#include "play/PlayCommand.h"
+#include "play/PlaySession.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace testsupport;
+
+/// A picture of five edit units in a store, and frames of it as the transport has them.
+class FrameVerifierTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(MakeTrackFile(TrackKind::Picture, m_Folder.Path("picture.mxf"), m_Spec).Success());
+    ASSERT_TRUE(m_Store.Open().Success());
+    ASSERT_TRUE(m_Store.AddFolder(m_Folder.Folder().string()).Success());
+    FakeTrack::Facts facts;
+    facts.AssetID = m_Spec.AssetID;
+    m_Track.Is = facts;
+  }
+
+  [[nodiscard]] DeliveredFrame Frame(const Bytes& bytes, Ferro::ui32_t number) const {
+    return {m_Channel, m_Track, number + 100, number, bytes, {}};
+  }
+
+  TemporaryFolder m_Folder;
+  TrackFileSpec m_Spec;
+  Cairn::AssetStore m_Store;
+  FakeTrack m_Track;
+  const std::string m_Channel = "picture";
+};
+
+TEST_F(FrameVerifierTest, FrameOfTheFileIsTheSame) {
+  FrameVerifier verifier(m_Store);
+  for (Ferro::ui32_t number = 0; number < 5; ++number)
+    EXPECT_TRUE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, number), number)));
+  EXPECT_EQ(verifier.Compared(), 5U);
+  EXPECT_EQ(verifier.Different(), 0U);
+  EXPECT_EQ(VerifiedJson(verifier), Json::parse(R"({"compared": 5, "different": 0})"));
+}
+
+TEST_F(FrameVerifierTest, WrongFrameIsToldWithItsTrackAndEditUnits) {
+  FrameVerifier verifier(m_Store);
+  EXPECT_FALSE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, 2), 3)));
+  EXPECT_EQ(VerifiedJson(verifier), Json::parse(R"({"compared": 1, "different": 1, "differences": [{
+    "channel": "picture", "edit_unit": 103, "file_edit_unit": 3,
+    "asset_id": "a5a5a5a5-0000-4000-8000-000000000001"}]})"));
+}
+
+TEST_F(FrameVerifierTest, OneWrongByteAndOneMissingByteAreDifferences) {
+  FrameVerifier verifier(m_Store);
+  Bytes frame = MakeFrame(TrackKind::Picture, m_Spec, 4);
+  frame.back() ^= 1;
+  EXPECT_FALSE(verifier.Inspect(Frame(frame, 4)));
+  frame.back() ^= 1;
+  frame.pop_back();
+  EXPECT_FALSE(verifier.Inspect(Frame(frame, 4)));
+  EXPECT_EQ(verifier.Different(), 2U);
+}
+
+TEST_F(FrameVerifierTest, KeepsTheFirstHundredDifferences) {
+  FrameVerifier verifier(m_Store);
+  const Bytes frame(10);
+  for (int i = 0; i < 150; ++i) EXPECT_FALSE(verifier.Inspect(Frame(frame, 0)));
+  EXPECT_EQ(verifier.Different(), 150U);
+  EXPECT_EQ(verifier.Differences().size(), 100U);
+}
+
+TEST_F(FrameVerifierTest, FrameWithoutFileIsNotCompared) {
+  FrameVerifier verifier(m_Store);
+  m_Track.Is.AssetID = *Ferro::UUID::FromHex("b5b5b5b5-0000-4000-8000-000000000001");
+  EXPECT_TRUE(verifier.Inspect(Frame(Bytes(10), 0)));
+  EXPECT_EQ(verifier.Compared(), 0U);
+}
+
+TEST(PlayExitCode, FramesThatCouldNotBeReadAreNotPlayable) {
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}, {"repeated": 3}]})")), 2);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}]})")), 0);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "channels": [{"repeated": 3}]})")), 4);
+}
+
+TEST(PlayExitCode, DifferentFramesAreNotPlayable) {
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 1}})")), 2);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 0}})")), 0);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false})")), 0);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "verified": {"compared": 9, "different": 1}})")), 4);
+}
+
+}  // namespace

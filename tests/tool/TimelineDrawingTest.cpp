@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Judges.h"
+#include "TemporaryFolder.h"
+#include "terminal/DisplayText.h"
+#include "timeline/TimelineHtml.h"
+#include "timeline/TimelineSvg.h"
+#include "timeline/TimelineText.h"
+
+#include <Ferro/FileText.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+/// Builds models by hand: compositions one after the other, each with reels of equal length at 24 edit units a second.
+class ModelBuilder {
+ public:
+  ModelBuilder() {
+    Model.Title = "Show";
+    Model.Lanes = {{AssetKind::Picture, 1, "Picture", {}}, {AssetKind::Sound, 1, "Sound", {}}};
+  }
+
+  TimelineComposition& Add(const std::string& title, size_t reels, Ferro::ui32_t units) {
+    TimelineComposition& composition = Model.Compositions.emplace_back();
+    composition.Title = title;
+    composition.EditRate = QUIRE::EditRate_24;
+    static_cast<TimelineSpan&>(composition) = Span(0);
+    for (size_t number = 1; number <= reels; ++number) {
+      TimelineReel reel;
+      static_cast<TimelineSpan&>(reel) = Span(units);
+      composition.Reels.push_back(reel);
+      for (TimelineLane& lane : Model.Lanes) {
+        TimelineTrack& track = lane.Tracks.emplace_back();
+        static_cast<TimelineSpan&>(track) = Span(units);
+        track.Composition = Model.Compositions.size() - 1;
+        track.Reel = number;
+        track.Asset.AssetID = Cairn::UUID::FromHex("11111111-1111-4111-8111-111111111111").value();
+        track.Asset.EditRate = QUIRE::EditRate_24;
+        track.Asset.Duration = track.Asset.IntrinsicDuration = units;
+      }
+      Extend(units);
+    }
+    composition.Duration = Model.Duration - composition.Start;
+    composition.Seconds = Model.Seconds - composition.StartSeconds;
+    return composition;
+  }
+
+  /// A composition that no store has.
+  void AddMissing(const std::string& title, Ferro::ui32_t units) {
+    TimelineComposition& composition = Add(title, 0, 0);
+    composition.State = TimelineState::Missing;
+    composition.Duration = units;
+    composition.Seconds = units / 24.0;
+    Extend(units);
+  }
+
+  void Mark(const std::string& label, Ferro::ui32_t position) {
+    Model.Markers.push_back({label, "", false, position, position / 24.0});
+  }
+
+  TimelineModel Model;
+
+ private:
+  [[nodiscard]] TimelineSpan Span(Ferro::ui32_t units) const {
+    return {Model.Duration, units, Model.Seconds, units / 24.0};
+  }
+  void Extend(Ferro::ui32_t units) {
+    Model.Duration += units;
+    Model.Seconds = Model.Duration / 24.0;
+  }
+};
+
+constexpr const char* Hostile = "</script><script>alert(\"1\")</script> & 'Gro\u00dfe' \u6620\u753b\u9928 \x1b[2J";
+
+/// Something of everything: a long and a short composition, nothing and too much at one place, names of all kinds.
+TimelineModel crowded() {
+  ModelBuilder builder;
+  builder.Add(Hostile, 3, 172800);
+  builder.Add("One frame", 1, 1);
+  builder.Add("", 2, 0);
+  builder.AddMissing("Missing without length", 0);
+  builder.AddMissing(Hostile, 24);
+  for (int number = 0; number < 12; ++number) builder.Mark(Hostile, 172800);
+  builder.Mark("End", builder.Model.Duration);
+  TimelineModel model = builder.Model;
+  model.Title = Hostile;
+  model.Lanes[0].Tracks[1].Asset.KeyID = Cairn::UUID::FromHex("22222222-2222-4222-8222-222222222222").value();
+  model.Lanes[0].Tracks[1].Stereoscopic = true;
+  model.Lanes[1].Tracks[2].State = TimelineState::Broken;
+  model.Lanes[1].Tracks[2].Problems = {Hostile};
+  model.Lanes[1].Tracks[2].File = "/x/\xff<&>.mxf";
+  model.Shows = {{{0, model.Duration, 0, model.Seconds}, {}, Hostile, "/x/show.xml", 0},
+                 {{0, 1, 0, 1.0 / 24}, {}, Hostile, "/x/nested.xml", 1}};
+  Finding& finding = model.Findings.emplace_back();
+  finding.Message = finding.Composition = Hostile;
+  model.Code = NotPlayable;
+  return model;
+}
+
+/// One reel of many that is missing.
+TimelineModel many_reels() {
+  ModelBuilder builder;
+  builder.Add("Many", 5000, 24);
+  builder.Model.Lanes[0].Tracks[3001].State = TimelineState::Missing;
+  return builder.Model;
+}
+
+void expect_well_formed(const std::string& svg) {
+  const testsupport::TemporaryFolder folder;
+  ASSERT_TRUE(Ferro::WriteStringIntoFile(folder.Path("a.svg"), svg).Success());
+  testsupport::RunJudge({"xmllint", "--nonet", "--noout", folder.Path("a.svg")});
+}
+
+size_t count_of(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+std::string line_of(const std::string& text, const std::string& start) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);)
+    if (line.starts_with(start)) return line;
+  return "";
+}
+
+TEST(TimelineText, DrawsToScale) {
+  ModelBuilder builder;
+  builder.Add("First", 2, 24);
+  builder.Add("Second", 1, 48);
+  builder.Mark("GO", 24);
+  builder.Model.Lanes[1].Tracks[1].State = TimelineState::Missing;
+  EXPECT_EQ(
+      TimelineText(builder.Model, {53, true}),
+      "Show\n"
+      "00:00:04:00, 96 edit units. All assets are there.\n"
+      "\n"
+      "Events                 \u25bcGO\n"
+      "Time         \u25020:00     \u25020:01     \u25020:02     \u25020:03\n"
+      "Compositions \u25021 First            \u25022 Second\n"
+      "Reels        \u25021        \u25022        \u25021\n"
+      "Picture      "
+      "\u2502\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2502\u2588\u2588\u2588\u2588\u2588\u2588\u2588"
+      "\u2588\u2588\u2502\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588"
+      "\u2588\u2588\u2588\u2588\n"
+      "Sound        \u2502\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2502X missing\u2502\u2588\u2588"
+      "\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\n"
+      "\n"
+      "\u2588 plays; \u2593 encrypted; \u2592 unusual; \u00b7 silence, or no\n"
+      "  sound; X missing; # broken\n"
+      "\n"
+      "  #  starts at    takes        title\n"
+      "  1  00:00:00:00  00:00:02:00  24 fps  First\n"
+      "  2  00:00:02:00  00:00:02:00  24 fps  Second\n"
+      "\n"
+      "  \u25bc  00:00:01:00  GO\n");
+}
+
+TEST(TimelineText, NoLineIsLongerThanAsked) {
+  for (const TimelineModel& model : {crowded(), many_reels(), TimelineModel()})
+    for (const unsigned columns : {40U, 41U, 79U, 80U, 133U, 1000U}) {
+      std::istringstream lines(TimelineText(model, {columns, true}));
+      for (std::string line; std::getline(lines, line);) EXPECT_LE(ColumnsOf(line), columns) << line;
+    }
+}
+
+TEST(TimelineText, WithoutUtf8ItIsAscii) {
+  for (const char letter : TimelineText(crowded(), {80, false}))
+    EXPECT_TRUE(letter == '\n' || (letter >= ' ' && letter <= '~')) << static_cast<int>(letter);
+}
+
+TEST(TimelineText, ControlCharactersOfTitlesDoNotReachTheTerminal) {
+  EXPECT_THAT(TimelineText(crowded(), {80, true}), Not(HasSubstr("\x1b")));
+}
+
+TEST(TimelineText, OneMissingReelOfThousandsIsSeen) {
+  EXPECT_THAT(line_of(TimelineText(many_reels(), {80, true}), "Picture"), HasSubstr("X"));
+}
+
+TEST(TimelineText, CompositionWithoutLengthIsSeenWhereItIsMissing) {
+  EXPECT_THAT(line_of(TimelineText(crowded(), {80, true}), "Compositions"), HasSubstr("X"));
+}
+
+TEST(TimelineText, EventsThatFindNoRowAreCounted) {
+  EXPECT_THAT(TimelineText(crowded(), {80, true}), HasSubstr("more: see below"));
+}
+
+TEST(TimelineSvg, IsWellFormedWhateverTheTextsHold) {
+  expect_well_formed(TimelineSvg(crowded()));
+}
+
+TEST(TimelineSvg, EmptyShowIsDrawn) {
+  expect_well_formed(TimelineSvg(TimelineModel()));
+}
+
+TEST(TimelineSvg, ThousandsOfReelsAreDrawnAsOneWithTheMissingOneOnTop) {
+  const std::string svg = TimelineSvg(many_reels());
+  expect_well_formed(svg);
+  EXPECT_LT(svg.size(), 30'000U);
+  EXPECT_THAT(svg, HasSubstr(">4999 reels<"));
+  EXPECT_GT(svg.rfind("class=\"missing\" x="), svg.find("Picture, 4999 reels"));
+}
+
+TEST(TimelineSvg, RefersToNothingOutside) {
+  const std::string svg = TimelineSvg(crowded());
+  EXPECT_THAT(svg, Not(HasSubstr("href")));
+  EXPECT_EQ(count_of(svg, "url("), count_of(svg, "url(#"));
+}
+
+TEST(TimelineSvg, TellsOfEachLookInWords) {
+  ModelBuilder builder;
+  builder.Add("A", 5, 240);
+  auto& tracks = builder.Model.Lanes[1].Tracks;
+  tracks[0].State = TimelineState::Missing;
+  tracks[1].State = TimelineState::Broken;
+  tracks[2].State = TimelineState::Silence;
+  tracks[3].State = TimelineState::NoSound;
+  tracks[4].Asset.EntryPoint = 12;
+  tracks[4].Asset.IntrinsicDuration = 300;
+  const std::string svg = TimelineSvg(builder.Model);
+  for (const char* word :
+       {">missing</text>", ">broken</text>", ">silence</text>", ">no sound</text>", ">from 12</text>"})
+    EXPECT_THAT(svg, HasSubstr(word));
+  EXPECT_EQ(count_of(svg, "class=\"trim\""), 4U);  // the head's and the tail's, there and in the legend
+}
+
+TEST(TimelineHtml, TitlesCannotEndTheScript) {
+  const std::string html = TimelineHtml(crowded());
+  EXPECT_EQ(count_of(html, "<script"), 2U);
+  EXPECT_EQ(count_of(html, "</script>"), 2U);
+  EXPECT_THAT(html, HasSubstr("\\u003c/script>\\u003cscript>alert"));
+  EXPECT_THAT(html, HasSubstr("<title>&lt;/script>"));
+}
+
+TEST(TimelineHtml, RefersToNothingOutside) {
+  const std::string html = TimelineHtml(crowded());
+  for (const char* reference : {"src=", "href", "@import", "fetch(", "XMLHttpRequest", "https:"})
+    EXPECT_THAT(html, Not(HasSubstr(reference)));
+  EXPECT_EQ(count_of(html, "url("), count_of(html, "url(#"));
+  EXPECT_EQ(count_of(html, "http:"), count_of(html, "http://www.w3.org/2000/svg"));
+  EXPECT_THAT(html, HasSubstr("default-src 'none'"));
+}
+
+TEST(TimelineHtml, HoldsThePictureForPagesWithoutScripting) {
+  EXPECT_THAT(TimelineHtml(crowded()), HasSubstr("<noscript><svg "));
+}
+
+}  // namespace

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "base/FormatError.h"
+#include "klv/KLVScanner.h"
+#include "klv/PartitionBounds.h"
+
+#include <QUIRE/Dictionary.h>
+#include <QUIRE/MXF/FileStructure.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace QUIRE::MXF {
+namespace {
+
+// A segment's items have lengths of 16 bits: no segment of ours or anyone's is longer than this.
+constexpr ui64_t BlockRead = 1 << 20;
+// Nearly a hundred hours at 24 edit units per second.
+constexpr size_t MaxIndexEntries = 1 << 23;
+constexpr size_t MaxSegments = 1 << 18;
+
+/// Collects the segments of one stream.
+class SegmentCollector {
+ public:
+  SegmentCollector(const OP1aHeader& header, ui32_t body_sid) : m_BodySID(body_sid) {
+    for (const auto& object : header.Objects())
+      if (const auto* data = dynamic_cast<const EssenceContainerData*>(object.get()))
+        if (data->BodySID == body_sid) m_IndexSID = data->IndexSID.value_or(0);
+  }
+
+  /// Takes the segments that lie within [offset, offset + length) of the file.
+  Result_t Read(const Ferro::FileReader& file, ui64_t offset, ui64_t length) {
+    const ui64_t end = offset + length;
+    std::vector<ui8_t> block;
+    while (offset < end) {
+      block.resize(std::min(BlockRead, end - offset));
+      Result_t result = file.ReadAt(offset, block);
+      if (result.Failure()) return result;
+      ui64_t taken = 0;
+      result = TakeBlock(block, offset, end, taken);
+      if (result.Failure()) return result;
+      offset += taken;
+    }
+    return Ferro::RESULT_OK;
+  }
+
+  std::vector<IndexTableSegment> Segments;
+
+ private:
+  // Takes the whole KLVs at the start of `block`; `taken` receives their length. A KLV longer than a block is passed over.
+  Result_t TakeBlock(std::span<const ui8_t> block, ui64_t offset, ui64_t end, ui64_t& taken) {
+    while (taken < block.size()) {
+      const auto packet = ParseKLV(block.subspan(taken), offset + taken, end);
+      if (!packet) {
+        if (taken != 0 && end - offset > block.size()) return Ferro::RESULT_OK;  // the block's end cuts it
+        return FormatError(offset + taken, "index with something that is no whole KLV");
+      }
+      const ui64_t length = packet->HeaderLength + packet->ValueLength;
+      const bool whole = length <= block.size() - taken;
+      if (!whole && taken != 0) return Ferro::RESULT_OK;
+      if (whole && DefaultSMPTEDict().Is(packet->Key, MDD_IndexTableSegment)) {
+        const auto value = block.subspan(taken + packet->HeaderLength, packet->ValueLength);
+        const Result_t result = TakeSegment(value, packet->ValueOffset());
+        if (result.Failure()) return result;
+      }
+      taken += length;
+    }
+    return Ferro::RESULT_OK;
+  }
+
+  Result_t TakeSegment(std::span<const ui8_t> value, ui64_t offset) {
+    IndexTableSegment segment;
+    const Result_t result = segment.Read(value, offset);
+    if (result.Failure()) return result;
+    const bool other_body = segment.BodySID != 0 && segment.BodySID != m_BodySID;
+    const bool other_index = m_IndexSID != 0 && segment.IndexSID != 0 && segment.IndexSID != m_IndexSID;
+    if (other_body || other_index) return Ferro::RESULT_OK;
+    m_EntryCount += segment.IndexEntryArray.size();
+    if (m_EntryCount > MaxIndexEntries || Segments.size() == MaxSegments)
+      return FormatError(offset, "index with too many entries or segments");
+    Segments.push_back(std::move(segment));
+    return Ferro::RESULT_OK;
+  }
+
+  ui32_t m_BodySID;
+  ui32_t m_IndexSID = 0;
+  size_t m_EntryCount = 0;
+};
+
+/// Finds the edit units of a stream by reading the keys of its elements.
+class IndexRebuilder {
+ public:
+  IndexRebuilder(const Ferro::FileReader& file, ui32_t elements) : m_Scanner(file), m_Elements(elements) {}
+
+  Result_t Scan(const EssenceRun& run) {
+    const ui64_t end = run.FileOffset + run.Length;
+    ui64_t at = run.FileOffset;
+    while (const auto packet = m_Scanner.At(at, end)) {
+      at = packet->End();
+      if (!IsEssenceKey(packet->Key)) continue;
+      const ui64_t start = run.StreamOffset + (packet->Offset - run.FileOffset);
+      if (m_Count++ % m_Elements == 0) m_Starts.push_back({start, 0, 0, 0x80});
+      m_StreamEnd = start + (packet->End() - packet->Offset);
+      if (m_Starts.size() > MaxIndexEntries) return FormatError(packet->Offset, "too many edit units");
+    }
+    return m_Scanner.LastRead();
+  }
+
+  IndexTable Table() {
+    if (m_Count % m_Elements != 0) {  // the file breaks off within an edit unit
+      m_StreamEnd = m_Starts.back().StreamOffset;
+      m_Starts.pop_back();
+    }
+    IndexTable table;
+    if (m_Starts.empty()) return table;
+    const ui64_t size = SizeOf(0);
+    bool constant = m_Starts[0].StreamOffset == 0 && size <= 0xffffffff;
+    for (size_t i = 0; constant && i < m_Starts.size(); ++i) constant = SizeOf(i) == size;
+    if (constant)
+      table.SetConstant({}, static_cast<ui32_t>(size), m_Starts.size());
+    else
+      table.SetEntries({}, std::move(m_Starts));
+    return table;
+  }
+
+ private:
+  ui64_t SizeOf(size_t i) const {
+    return (i + 1 < m_Starts.size() ? m_Starts[i + 1].StreamOffset : m_StreamEnd) - m_Starts[i].StreamOffset;
+  }
+
+  KLVScanner m_Scanner;
+  ui32_t m_Elements;
+  ui64_t m_Count = 0;
+  ui64_t m_StreamEnd = 0;
+  std::vector<IndexEntry> m_Starts;
+};
+
+// The bytes that keys of a generic container share from the ninth on (ST 379-1).
+bool IsContainerKey(const UL& key) {
+  const UL element = DefaultSMPTEDict().ul(MDD_WAVEssence);
+  return std::equal(key.Value() + 8, key.Value() + 12, element.Value() + 8);
+}
+
+// Other kinds of track files begin each edit unit with a system item.
+bool IsSystemItemKey(const UL& key) {
+  const ui8_t item = key.Value()[12];
+  return IsContainerKey(key) && (item == 0x04 || item == 0x14);
+}
+
+// The key alone is looked at: one element with a damaged length does not make the index wrong for all others.
+bool IsEssenceAt(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, ui64_t stream_offset) {
+  const auto offset = FilePosition(runs, stream_offset);
+  std::array<ui8_t, KeyLength> key{};
+  return offset && file.ReadAt(*offset, key).Success() && (IsEssenceKey(UL(key)) || IsSystemItemKey(UL(key)));
+}
+
+// The entries, moved so that the first one leads to the start of the stream.
+IndexTable Rebased(const IndexTable& index, ui64_t stream_start) {
+  std::vector<IndexEntry> entries(index.Entries().begin(), index.Entries().end());
+  const ui64_t first = entries.front().StreamOffset;
+  for (IndexEntry& entry : entries) entry.StreamOffset = entry.StreamOffset - first + stream_start;
+  IndexTable rebased;
+  rebased.SetEntries(index.EditRate(), std::move(entries));
+  return rebased;
+}
+
+// Looks at the second edit unit of a constant size, and at the first and the last of a variable one.
+bool LeadsToEssence(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, const IndexTable& index) {
+  if (index.EditUnitByteCount() == 0)
+    return IsEssenceAt(file, runs, index.Entries().front().StreamOffset) &&
+           IsEssenceAt(file, runs, index.Entries().back().StreamOffset);
+  const ui64_t second = runs.front().StreamOffset + index.EditUnitByteCount();
+  return IsEssenceAt(file, runs, runs.front().StreamOffset) &&
+         (!FilePosition(runs, second) || IsEssenceAt(file, runs, second));
+}
+
+}  // namespace
+
+bool IsEssenceKey(const UL& key) {
+  const Dictionary& dictionary = DefaultSMPTEDict();
+  if (dictionary.Is(key, MDD_CryptEssence) || dictionary.Is(key, MDD_IADataEssence)) return true;
+  const auto begins_like = [&key](MDD_t entry, size_t length) {
+    const UL label = DefaultSMPTEDict().ul(entry);
+    for (size_t i = 0; i < length; ++i)
+      if (i != 7 && key.Value()[i] != label.Value()[i]) return false;
+    return true;
+  };
+  return begins_like(MDD_WAVEssence, 12) || begins_like(MDD_GenericStream_DataElement, 11);
+}
+
+Result_t FileStructure::ReadIndex(const Ferro::FileReader& file, ui32_t body_sid, IndexTable& index) const {
+  index = IndexTable();
+  KLVScanner scanner(file);
+  SegmentCollector collector(Header, body_sid);
+  for (size_t i = 0; i < Partitions.size(); ++i) {
+    if (Partitions[i].IndexByteCount == 0) continue;
+    const PartitionContent content = ContentOf(scanner, Partitions[i], EndOf(file, i));
+    const Result_t result = collector.Read(file, content.IndexOffset, content.IndexLength);
+    if (result.Failure()) return result;
+  }
+  return index.Build(std::move(collector.Segments));
+}
+
+Result_t FileStructure::ReadOrRebuildIndex(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs,
+                                           ui32_t body_sid, ui32_t elements, IndexTable& index) const {
+  const Result_t result = ReadIndex(file, body_sid, index);
+  if (result.Failure() && result != RESULT_FORMAT) return result;
+  if (runs.empty()) return Ferro::RESULT_OK;
+  if (result.Success() && !index.IsEmpty()) {
+    if (LeadsToEssence(file, runs, index)) return Ferro::RESULT_OK;
+    if (index.EditUnitByteCount() == 0) {
+      IndexTable rebased = Rebased(index, runs.front().StreamOffset);
+      if (LeadsToEssence(file, runs, rebased)) {
+        index = std::move(rebased);
+        return Ferro::RESULT_OK;
+      }
+    }
+  }
+  IndexRebuilder rebuilder(file, std::max<ui32_t>(elements, 1));
+  for (const EssenceRun& run : runs) {
+    const Result_t scanned = rebuilder.Scan(run);
+    if (scanned.Failure()) return scanned;
+  }
+  const Rational edit_rate = index.EditRate();
+  index = rebuilder.Table();
+  index.SetEditRate(edit_rate);
+  return Ferro::RESULT_OK;
+}
+
+}  // namespace QUIRE::MXF

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ElementReader.h"
+
+#include "essence/TrackFacts.h"
+
+#include <QUIRE/Crypto.h>
+#include <QUIRE/Dictionary.h>
+
+#include <Ferro/LogSink.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace QUIRE {
+
+using Ferro::RESULT_OK;
+
+namespace {
+
+// Key and length of an element, or of a triplet with the items before the encrypted source value.
+constexpr size_t WindowSize = 25 + TripletHead::MaxSize;
+// Fill and system items before an element, as broadcast writers put them there, are read along up to this many bytes.
+constexpr size_t MaxPrefix = 1024;
+// More KLVs than this are not passed over in search of an element.
+constexpr size_t MaxPassed = 1024;
+
+constexpr ui64_t CheckedStart = 2 * CBC_BLOCK_SIZE;  // initialization vector and check value
+constexpr ui64_t Overhead = CheckedStart + CBC_BLOCK_SIZE;
+constexpr CipherBlock CheckValue = {'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K'};
+
+enum class Outcome { Found, PassedOver, Wrong, Malformed };
+
+// System items of a generic container (ST 379-1), which stand before the elements of an edit unit.
+bool IsSystemItem(const UL& key) {
+  static constexpr ui8_t container[] = {0x0d, 0x01, 0x03, 0x01};
+  const ui8_t item = key.Value()[12];
+  return std::memcmp(key.Value() + 8, container, sizeof(container)) == 0 && (item == 0x04 || item == 0x14);
+}
+
+bool IsWanted(const ui8_t* key, EssenceType_t type, ElementKeys keys) {
+  if (keys == ElementKeys::Essence) return IsElementKeyOf(type, key);
+  return DefaultSMPTEDict().Is(UL(std::span<const ui8_t, 16>(key, 16)), MDD_GenericStream_DataElement);
+}
+
+// Reads what stands at the front of `bytes`, which lie at `position`. After PassedOver, place.End is where to go on.
+Outcome ParsePlace(std::span<const ui8_t> bytes, ui64_t position, ui64_t limit, EssenceType_t type, ElementKeys keys,
+                   ElementPlace& place) {
+  const auto klv = MXF::ParseKLV(bytes, position, limit);
+  if (!klv) return Outcome::Malformed;
+  place = {position, klv->ValueOffset(), klv->ValueLength, klv->End(), std::nullopt};
+  if (IsWanted(klv->Key.Value(), type, keys)) return Outcome::Found;
+  if (MXF::IsFillKey(klv->Key) || IsSystemItem(klv->Key)) return Outcome::PassedOver;
+  if (!DefaultSMPTEDict().Is(klv->Key, MDD_CryptEssence)) return Outcome::Wrong;
+  place.Triplet = TripletHead::Parse(bytes.subspan(klv->HeaderLength), klv->ValueLength);
+  if (!place.Triplet) return Outcome::Malformed;
+  if (!IsWanted(place.Triplet->SourceKey.data(), type, keys)) return Outcome::Wrong;
+  place.ValueAt += place.Triplet->Size;
+  place.ValueLength = place.Triplet->EncryptedLength;
+  return Outcome::Found;
+}
+
+}  // namespace
+
+// What is read beside the bytes that belong into the frame buffer.
+struct ElementReader::Pieces {
+  std::array<ui8_t, MaxPrefix> Prefix;
+  std::array<ui8_t, CheckedStart> Start;
+  CipherBlock LastBlock;
+  std::array<ui8_t, TripletTail::MaxSize> Tail;
+
+  std::array<std::span<ui8_t>, 5> Parts;
+  size_t PartCount = 0;
+
+  void Add(std::span<ui8_t> part) { Parts[PartCount++] = part; }
+
+  // The value's own parts. One to be decrypted goes to its place in the frame, all but its padded last block, which the
+  // frame may have no room for.
+  void AddValue(FrameBuffer& frame, ui64_t length, bool decrypt) {
+    if (!decrypt) return Add({frame.Data(), static_cast<size_t>(length)});
+    Add(Start);
+    Add({frame.Data(), static_cast<size_t>(length - Overhead)});
+    Add(LastBlock);
+  }
+  void AddTail(ui64_t length) {
+    Add(std::span(Tail).first(static_cast<size_t>(std::min<ui64_t>(length, Tail.size()))));
+  }
+};
+
+ElementReader::ElementReader(const Ferro::FileReader& file, EssenceType_t type, const Ferro::UUID& asset_id,
+                             bool uses_hmac)
+    : m_File(file), m_Type(type), m_AssetID(asset_id), m_UsesHMAC(uses_hmac) {}
+
+Result_t ElementReader::Fail(Result_t result, const char* what, ui64_t position) const {
+  Ferro::DefaultLogSink().Error("%s: %s at offset %llu\n", m_File.Filename().c_str(), what,
+                                static_cast<unsigned long long>(position));
+  return result;
+}
+
+Result_t ElementReader::Locate(ui64_t position, ui64_t limit, ElementKeys keys, ElementPlace& place) const {
+  limit = std::min<ui64_t>(limit, m_File.Size());
+  if (position == limit) return Ferro::RESULT_NOT_FOUND;
+  std::array<ui8_t, WindowSize> window;
+  for (size_t passed = 0; position < limit && passed < MaxPassed; ++passed) {
+    size_t count = 0;
+    const size_t wanted = static_cast<size_t>(std::min<ui64_t>(window.size(), limit - position));
+    const Result_t result = m_File.ReadUpTo(position, std::span(window).first(wanted), count);
+    if (result.Failure()) return result;
+    switch (ParsePlace(std::span(window).first(count), position, limit, m_Type, keys, place)) {
+      case Outcome::Found:
+        return RESULT_OK;
+      case Outcome::PassedOver:
+        position = place.End;
+        break;
+      case Outcome::Wrong:
+        return Fail(RESULT_FORMAT, "no essence element of the file's kind", position);
+      case Outcome::Malformed:
+        return Fail(RESULT_FORMAT, "malformed or cut essence element", position);
+    }
+  }
+  return Fail(RESULT_FORMAT, "no essence element", position);
+}
+
+Result_t ElementReader::Read(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+                             FrameBuffer& frame) const {
+  const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
+  if (place.DeliveredLength(decrypt) > frame.Capacity()) return Ferro::RESULT_SMALLBUF;
+  Pieces pieces;
+  pieces.AddValue(frame, place.ValueLength, decrypt);
+  if (contexts.Integrity != nullptr && place.Triplet) pieces.AddTail(place.TailLength());
+  const Result_t result = m_File.ReadPartsAt(place.ValueAt, std::span(pieces.Parts).first(pieces.PartCount));
+  if (result.Failure()) {
+    frame.Clear();
+    return result;
+  }
+  return Deliver(place, sequence, contexts, pieces, frame);
+}
+
+// Reads the range as if it were laid out like the element before. False when it is not, or might not fit the buffer.
+bool ElementReader::ReadPredicted(ui64_t position, ui64_t limit, const CryptoContexts& contexts, FrameBuffer& frame,
+                                  Pieces& pieces, ElementPlace& place) const {
+  const ui64_t surroundings = m_Prefix + m_Suffix;
+  if (m_Prefix == 0 || m_Prefix > MaxPrefix || limit - position < surroundings) return false;
+  const bool decrypt = contexts.Decryption != nullptr && m_Encrypted;
+  const ui64_t length = limit - position - surroundings;
+  if (decrypt && length < Overhead) return false;
+  if ((decrypt ? length - CheckedStart : length) > frame.Capacity()) return false;
+
+  const auto prefix = std::span(pieces.Prefix).first(static_cast<size_t>(m_Prefix));
+  pieces.Add(prefix);
+  pieces.AddValue(frame, length, decrypt);
+  if (contexts.Integrity != nullptr && m_Encrypted) pieces.AddTail(m_Suffix);
+  if (m_File.ReadPartsAt(position, std::span(pieces.Parts).first(pieces.PartCount)).Failure()) return false;
+
+  place.End = position;
+  Outcome outcome = Outcome::PassedOver;
+  while (outcome == Outcome::PassedOver && place.End - position < m_Prefix)
+    outcome = ParsePlace(prefix.subspan(static_cast<size_t>(place.End - position)), place.End, limit, m_Type,
+                         ElementKeys::Essence, place);
+  if (outcome != Outcome::Found || place.ValueAt != position + m_Prefix) return false;
+  return m_Encrypted ? place.Triplet && place.ValueLength == length : !place.Triplet && place.ValueLength <= length;
+}
+
+Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence, const CryptoContexts& contexts,
+                                  FrameBuffer& frame) {
+  ElementPlace place;
+  {
+    Pieces pieces;
+    if (ReadPredicted(position, limit, contexts, frame, pieces, place))
+      return Deliver(place, sequence, contexts, pieces, frame);
+    if (pieces.PartCount > 0) frame.Clear();
+  }
+  Result_t result = Locate(position, limit, ElementKeys::Essence, place);
+  if (result.Success()) result = Read(place, sequence, contexts, frame);
+  if (result.Success()) {
+    m_Prefix = place.ValueAt - position;
+    m_Encrypted = place.Triplet.has_value();
+    m_Suffix = m_Encrypted ? limit - place.ValueAt - place.ValueLength : 0;
+  }
+  return result;
+}
+
+Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool decrypted, HMACContext& integrity,
+                               const Pieces& pieces, const FrameBuffer& frame) const {
+  const auto tail_bytes =
+      std::span(pieces.Tail).first(static_cast<size_t>(std::min<ui64_t>(place.TailLength(), pieces.Tail.size())));
+  const auto tail = TripletTail::Parse(tail_bytes);
+  if (!tail) return Fail(RESULT_FORMAT, "malformed integrity pack of the element", place.Position);
+  if (!tail->MIC)
+    return m_UsesHMAC ? Fail(RESULT_HMACFAIL, "no integrity code in the element", place.Position) : RESULT_OK;
+
+  Result_t result = integrity.Reset();
+  if (decrypted) {
+    const auto body = std::span(frame.Data(), static_cast<size_t>(place.ValueLength - Overhead));
+    if (result.Success()) result = integrity.Update(pieces.Start);
+    if (result.Success()) result = integrity.Update(body);
+    if (result.Success()) result = integrity.Update(pieces.LastBlock);
+  } else if (result.Success()) {
+    result = integrity.Update({frame.Data(), static_cast<size_t>(place.ValueLength)});
+  }
+  if (result.Success()) result = integrity.Update(tail_bytes.first(tail->CoveredSize));
+  if (result.Success()) result = integrity.Finalize();
+  if (result.Success()) result = integrity.TestHMACValue(*tail->MIC);
+  if (result.Failure()) return Fail(result, "wrong integrity code of the element", place.Position);
+  if (tail->TrackFileID.HasValue() && tail->TrackFileID != m_AssetID)
+    return Fail(RESULT_HMACFAIL, "element of another track file", place.Position);
+  if (sequence != 0 && tail->SequenceNumber && *tail->SequenceNumber != sequence)
+    return Fail(RESULT_HMACFAIL, "element of another place in the sequence", place.Position);
+  return RESULT_OK;
+}
+
+namespace {
+
+// The check value comes first, so that a wrong key touches nothing.
+Result_t TestKey(std::span<const ui8_t, CheckedStart> start, AESDecContext& decryption) {
+  CipherBlock check;
+  Result_t result = decryption.SetIVec(start.first<CBC_BLOCK_SIZE>());
+  if (result.Success()) result = decryption.DecryptBlock(start.last<CBC_BLOCK_SIZE>(), check);
+  if (result.Failure()) return result;
+  return check == CheckValue ? RESULT_OK : RESULT_CHECKFAIL;
+}
+
+// Goes on with the chain that the check value began.
+Result_t Decrypt(const ElementPlace& place, AESDecContext& decryption, CipherBlock& last_block, FrameBuffer& frame) {
+  const size_t in_place = static_cast<size_t>(place.ValueLength - Overhead);
+  const auto body = std::span(frame.Data(), in_place).subspan(static_cast<size_t>(place.Triplet->PlaintextOffset));
+  Result_t result = decryption.DecryptBlock(body, body);
+  if (result.Success()) result = decryption.DecryptBlock(last_block, last_block);
+  if (result.Failure()) return result;
+  std::copy_n(last_block.begin(), place.Triplet->SourceLength - in_place, frame.Data() + in_place);
+  return RESULT_OK;
+}
+
+}  // namespace
+
+Result_t ElementReader::Deliver(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+                                Pieces& pieces, FrameBuffer& frame) const {
+  const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
+  Result_t result = RESULT_OK;
+  if (decrypt) {
+    result = TestKey(pieces.Start, *contexts.Decryption);
+    if (result == RESULT_CHECKFAIL) result = Fail(result, "the key does not decrypt the element", place.Position);
+  }
+  if (result.Success() && contexts.Integrity != nullptr && place.Triplet)
+    result = Verify(place, sequence, decrypt, *contexts.Integrity, pieces, frame);
+  if (result.Success() && decrypt) result = Decrypt(place, *contexts.Decryption, pieces.LastBlock, frame);
+  frame.Clear();
+  if (result.Failure()) return result;
+  frame.Size(static_cast<ui32_t>(place.DeliveredLength(decrypt)));
+  if (place.Triplet && !decrypt) {
+    frame.SourceLength(static_cast<ui32_t>(place.Triplet->SourceLength));
+    frame.PlaintextOffset(static_cast<ui32_t>(place.Triplet->PlaintextOffset));
+  }
+  return RESULT_OK;
+}
+
+}  // namespace QUIRE

@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "h__Reader.h"
+
+#include "base/FormatError.h"
+
+#include <QUIRE/Crypto.h>
+
+#include <Ferro/LogSink.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace QUIRE {
+
+using Ferro::RESULT_OK;
+
+namespace {
+
+const char* NameOf(EssenceType_t type) {
+  switch (type) {
+    case ESS_MPEG2_VES:
+      return "MPEG-2 video";
+    case ESS_JPEG_2000:
+      return "JPEG 2000 pictures";
+    case ESS_JPEG_2000_S:
+      return "stereoscopic JPEG 2000 pictures";
+    case ESS_PCM:
+      return "PCM sound";
+    case ESS_TIMED_TEXT:
+      return "timed text";
+    case ESS_DCDATA:
+      return "auxiliary data";
+    case ESS_ATMOS:
+      return "immersive audio";
+    default:
+      return "essence of an unknown kind";
+  }
+}
+
+WriterInfo MakeWriterInfo(const MXF::OP1aHeader& header, const TrackFacts& facts) {
+  WriterInfo info;
+  for (const auto& object : header.Objects()) {  // the last application is the one that wrote the file
+    const auto* identification = dynamic_cast<const MXF::Identification*>(object.get());
+    if (identification == nullptr) continue;
+    info.ProductUUID = identification->ProductUID;
+    info.ProductVersion = identification->VersionString;
+    info.CompanyName = identification->CompanyName;
+    info.ProductName = identification->ProductName;
+  }
+  info.AssetUUID = facts.AssetID;
+  info.LabelSetType = facts.LabelSet;
+  info.EncryptedEssence = facts.Encrypted;
+  if (facts.Encrypted && facts.Crypto != nullptr) {
+    const auto mic = facts.Crypto->MICAlgorithm.Bytes();
+    info.UsesHMAC = std::any_of(mic.begin(), mic.end(), [](ui8_t byte) { return byte != 0; });
+    info.ContextID = facts.Crypto->ContextID;
+    info.CryptographicKeyID = facts.Crypto->CryptographicKeyID;
+  }
+  return info;
+}
+
+ui64_t TotalLength(const std::vector<MXF::EssenceRun>& runs) {
+  return runs.empty() ? 0 : runs.back().StreamOffset + runs.back().Length;
+}
+
+}  // namespace
+
+bool ReadsType(EssenceType_t kind, EssenceType_t type) {
+  if (kind == ESS_JPEG_2000 || kind == ESS_JPEG_2000_S) return type == ESS_JPEG_2000 || type == ESS_JPEG_2000_S;
+  return kind == type || (kind == ESS_DCDATA && type == ESS_ATMOS);
+}
+
+Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::unique_ptr<h__Reader>& reader) {
+  std::unique_ptr<h__Reader> opened(new h__Reader);
+  Result_t result = opened->m_File.OpenRead(filename);
+  if (result.Failure()) return result;
+  const LogSubject subject(filename);
+  result = opened->m_Structure.ReadHeader(opened->m_File);
+  if (result.Failure()) return result;
+
+  TrackFacts& facts = opened->m_Facts;
+  if (const char* trouble = GatherTrackFacts(opened->Header(), facts)) {
+    Ferro::DefaultLogSink().Error("%s: cannot be read, %s\n", filename.c_str(), trouble);
+    return RESULT_FORMAT;
+  }
+  if (!ReadsType(kind, facts.Type)) {
+    Ferro::DefaultLogSink().Error("%s: holds %s, not %s\n", filename.c_str(), NameOf(facts.Type), NameOf(kind));
+    return RESULT_FORMAT;
+  }
+  opened->m_Info = MakeWriterInfo(opened->Header(), facts);
+  opened->m_Elements.emplace(opened->m_File, facts.Type, facts.AssetID, opened->m_Info.UsesHMAC);
+  reader = std::move(opened);
+  return RESULT_OK;
+}
+
+Result_t h__Reader::ReadPartitions() {
+  const LogSubject subject(m_File.Filename());
+  if (!m_PartitionsResult) m_PartitionsResult = m_Structure.ReadPartitions(m_File);
+  return *m_PartitionsResult;
+}
+
+MXF::RIP& h__Reader::RIP() {
+  const bool known = ReadPartitions().Success();
+  if (!m_Structure.RandomIndex.PairArray.empty()) return m_Structure.RandomIndex;
+  if (known && m_BuiltRIP.PairArray.empty())
+    for (const MXF::Partition& partition : m_Structure.Partitions)
+      m_BuiltRIP.PairArray.push_back({partition.BodySID, partition.FileOffset - m_Structure.RunIn});
+  return m_BuiltRIP;
+}
+
+ui32_t h__Reader::ContainerDuration() {
+  ui64_t duration = m_Facts.Duration;
+  if (duration == 0 && m_Facts.Type != ESS_TIMED_TEXT && ReadIndex().Success()) duration = m_EditUnits;
+  return static_cast<ui32_t>(std::min<ui64_t>(duration, std::numeric_limits<ui32_t>::max()));
+}
+
+Result_t h__Reader::ReadIndex() {
+  if (!m_IndexResult) m_IndexResult = LoadIndex();
+  return *m_IndexResult;
+}
+
+Result_t h__Reader::LoadIndex() {
+  const LogSubject subject(m_File.Filename());
+  Result_t result = ReadPartitions();
+  if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, m_Facts.BodySID, m_Runs);
+  if (result.Success()) {
+    const ui32_t elements = m_Facts.IsStereoscopic() ? 2 : 1;
+    result = m_Structure.ReadOrRebuildIndex(m_File, m_Runs, m_Facts.BodySID, elements, m_Index);
+  }
+  if (result.Success()) CountEditUnits();
+  return result;
+}
+
+// How many edit units the index leads to. Tables with two entries for each edit unit and with one more that marks the end
+// of the essence are met in the field.
+void h__Reader::CountEditUnits() {
+  const ui64_t declared = m_Facts.Duration;
+  if (const ui32_t size = m_Index.EditUnitByteCount(); size != 0) {
+    m_EditUnits = TotalLength(m_Runs) / size;
+    if (m_Index.Duration() != 0) m_EditUnits = std::min(m_EditUnits, m_Index.Duration());
+  } else {
+    const auto entries = m_Index.Entries();
+    m_EditUnits = entries.size();
+    if (!entries.empty() && entries.back().StreamOffset == TotalLength(m_Runs)) --m_EditUnits;
+    if (declared != 0 && m_EditUnits / 2 == declared && m_EditUnits >= 2) {
+      m_EntriesPerEditUnit = 2;
+      m_EditUnits = declared;
+    }
+    DropCutEditUnits();
+  }
+  if (m_EditUnits < declared)
+    Ferro::DefaultLogSink().Warn("%s: cut off or incomplete, has %llu of %llu edit units\n", m_File.Filename().c_str(),
+                                 static_cast<unsigned long long>(m_EditUnits),
+                                 static_cast<unsigned long long>(declared));
+}
+
+// A file that breaks off before its footer may have an index, in its header, that knows more than there is.
+void h__Reader::DropCutEditUnits() {
+  if (m_Structure.Partitions.empty() || m_Structure.Partitions.back().Kind == MXF::PartitionKind::Footer) return;
+  for (; m_EditUnits > 0; --m_EditUnits) {
+    MXF::IndexEntry entry;
+    std::array<ui8_t, 25> key_and_length;
+    size_t count = 0;
+    const bool found = m_Index.Lookup((m_EditUnits - 1) * m_EntriesPerEditUnit, entry).Success();
+    const auto position = found ? MXF::FilePosition(m_Runs, entry.StreamOffset) : std::nullopt;
+    if (position && m_File.ReadUpTo(*position, key_and_length, count).Success() &&
+        MXF::ParseKLV(std::span(key_and_length).first(count), *position, m_File.Size()))
+      return;
+  }
+}
+
+ui64_t h__Reader::RunEnd(ui64_t position) const {
+  if (m_Runs.size() == 1) return m_Runs.front().FileOffset + m_Runs.front().Length;
+  const auto after = std::upper_bound(m_Runs.begin(), m_Runs.end(), position,
+                                      [](ui64_t at, const MXF::EssenceRun& run) { return at < run.FileOffset; });
+  return after == m_Runs.begin() ? position : std::prev(after)->FileOffset + std::prev(after)->Length;
+}
+
+MXF::IndexEntry h__Reader::Entry(ui32_t frame_number) const {
+  MXF::IndexEntry entry;
+  if (m_Index.EditUnitByteCount() == 0) (void)m_Index.Lookup(ui64_t{frame_number} * m_EntriesPerEditUnit, entry);
+  return entry;
+}
+
+// The edit unit's first byte, and the first byte of what follows it: the next edit unit or the end of the partition.
+Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
+  const Result_t result = ReadIndex();
+  if (result.Failure()) return result;
+  if (frame_number >= m_EditUnits) return RESULT_RANGE;
+  const ui64_t first = ui64_t{frame_number} * m_EntriesPerEditUnit;
+  MXF::IndexEntry entry;
+  if (const Result_t found = m_Index.Lookup(first, entry); found.Failure()) return found;
+  const auto position = MXF::FilePosition(m_Runs, entry.StreamOffset);
+  if (!position) {
+    Ferro::DefaultLogSink().Error("%s: the index leads outside the essence, edit unit %u at stream offset %llu\n",
+                                  m_File.Filename().c_str(), frame_number,
+                                  static_cast<unsigned long long>(entry.StreamOffset));
+    return RESULT_FORMAT;
+  }
+  range = {*position, RunEnd(*position)};
+  if (frame_number + 1 < m_EditUnits && m_Index.Lookup(first + m_EntriesPerEditUnit, entry).Success()) {
+    const auto next = MXF::FilePosition(m_Runs, entry.StreamOffset);
+    if (next && *next > range.Position && *next < range.Limit) range.Limit = *next;
+  }
+  return RESULT_OK;
+}
+
+Result_t h__Reader::ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame) {
+  Range range;
+  Result_t result = FindEditUnit(frame_number, range);
+  if (result.Success()) {
+    if (m_Facts.IsStereoscopic()) {
+      ElementPlace left;
+      result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, left);
+      if (result.Success()) result = m_Elements->Read(left, 0, contexts, frame);
+    } else {
+      result = m_Elements->ReadWhole(range.Position, range.Limit, ui64_t{frame_number} + 1, contexts, frame);
+    }
+  } else if (result != RESULT_RANGE) {
+    frame.Clear();
+  }
+  if (result.Success()) frame.FrameNumber(frame_number);
+  return result;
+}
+
+Result_t h__Reader::ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame) {
+  Range range;
+  Result_t result = FindEditUnit(frame_number, range);
+  if (result == RESULT_RANGE) return result;
+  if (result.Success())
+    result = m_Facts.IsStereoscopic() ? ReadEyes(range, contexts, frame)
+                                      : ReadSingle(range, ui64_t{frame_number} + 1, contexts, frame);
+  if (result == Ferro::RESULT_SMALLBUF) return result;
+  if (result.Failure()) {
+    frame.Left.Clear();
+    frame.Right.Clear();
+    return result;
+  }
+  frame.Left.FrameNumber(frame_number);
+  frame.Right.FrameNumber(frame_number);
+  return RESULT_OK;
+}
+
+// One codestream alone serves both eyes.
+Result_t h__Reader::ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
+                               JP2K::SFrameBuffer& frame) {
+  const Result_t result = m_Elements->ReadWhole(range.Position, range.Limit, sequence, contexts, frame.Left);
+  if (result.Failure()) return result;
+  if (frame.Left.Size() > frame.Right.Capacity()) {
+    frame.Left.Clear();
+    return Ferro::RESULT_SMALLBUF;
+  }
+  std::copy_n(frame.Left.RoData(), frame.Left.Size(), frame.Right.Data());
+  frame.Right.Size(frame.Left.Size());
+  frame.Right.SourceLength(frame.Left.SourceLength());
+  frame.Right.PlaintextOffset(frame.Left.PlaintextOffset());
+  return RESULT_OK;
+}
+
+// Writers differ in how they number the triplets of a pair, so the sequence is not checked.
+Result_t h__Reader::ReadEyes(const Range& range, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame) {
+  ElementPlace left;
+  ElementPlace right;
+  Result_t result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, left);
+  if (result.Success()) result = m_Elements->Locate(left.End, range.Limit, ElementKeys::Essence, right);
+  if (result == Ferro::RESULT_NOT_FOUND) return ReadSingle(range, 0, contexts, frame);
+  if (result.Failure()) return result;
+  const bool decrypt = contexts.Decryption != nullptr;
+  if (left.DeliveredLength(decrypt) > frame.Left.Capacity() || right.DeliveredLength(decrypt) > frame.Right.Capacity())
+    return Ferro::RESULT_SMALLBUF;
+  result = m_Elements->Read(left, 0, contexts, frame.Left);
+  return result.Success() ? m_Elements->Read(right, 0, contexts, frame.Right) : result;
+}
+
+// The elements of a stream. A later partition whose pack does not say where in the stream it goes on belongs to another
+// stream that was given the same number; the first counts.
+Result_t h__Reader::FindPieces(ui32_t body_sid, std::vector<ElementPlace>& pieces) {
+  std::vector<MXF::EssenceRun> runs;
+  Result_t result = ReadPartitions();
+  if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, body_sid, runs);
+  const ElementKeys keys = body_sid == m_Facts.BodySID ? ElementKeys::Essence : ElementKeys::GenericStream;
+  for (const MXF::EssenceRun& run : runs) {
+    const auto& partitions = m_Structure.Partitions;
+    const auto after = std::find_if(partitions.begin(), partitions.end(),
+                                    [&](const MXF::Partition& other) { return other.FileOffset > run.FileOffset; });
+    const bool goes_on = after != partitions.begin() && std::prev(after)->BodyOffset != 0;
+    if (result.Failure() || (!pieces.empty() && !goes_on)) break;
+    result = m_Elements->Locate(run.FileOffset, run.FileOffset + run.Length, keys, pieces.emplace_back());
+  }
+  if (result.Success() && pieces.empty()) return Ferro::RESULT_NOT_FOUND;
+  return result;
+}
+
+Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuffer& frame) const {
+  frame.Clear();
+  size_t at = 0;
+  for (const ElementPlace& piece : pieces) {
+    if (piece.Triplet) return FormatError(piece.Position, "encrypted stream in several partitions");
+    const std::span<ui8_t> out(frame.Data() + at, static_cast<size_t>(piece.ValueLength));
+    const Result_t result = m_File.ReadAt(piece.ValueAt, out);
+    if (result.Failure()) return result;
+    at += out.size();
+  }
+  frame.Size(static_cast<ui32_t>(at));
+  return RESULT_OK;
+}
+
+Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
+  const LogSubject subject(m_File.Filename());
+  std::vector<ElementPlace> pieces;
+  Result_t result = FindPieces(body_sid, pieces);
+  if (result.Failure()) return result;
+  ui64_t total = 0;
+  for (const ElementPlace& piece : pieces) total += piece.DeliveredLength(contexts.Decryption != nullptr);
+  if (total > std::numeric_limits<ui32_t>::max()) return Ferro::RESULT_TOOLARGE;
+  if (total > frame.Capacity()) result = frame.Capacity(static_cast<ui32_t>(total));
+  if (result.Failure()) return result;
+  return pieces.size() == 1 ? m_Elements->Read(pieces[0], sequence, contexts, frame) : JoinPieces(pieces, frame);
+}
+
+}  // namespace QUIRE

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ElementReader.h"
+#include "essence/TrackFacts.h"
+
+#include <QUIRE/MXF/FileStructure.h>
+#include <QUIRE/TrackFileReader.h>
+#include <QUIRE/WriterInfo.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace QUIRE {
+
+/// An open track file: what the readers of all kinds share. Partitions and index are read when they are first needed.
+class h__Reader {
+ public:
+  /// Opens the file and reads its header; checks that it is of a kind which readers of `kind` read.
+  [[nodiscard]] static Result_t Open(const std::string& filename, EssenceType_t kind,
+                                     std::unique_ptr<h__Reader>& reader);
+
+  [[nodiscard]] MXF::OP1aHeader& Header() { return m_Structure.Header; }
+  [[nodiscard]] const TrackFacts& Facts() const { return m_Facts; }
+  [[nodiscard]] const WriterInfo& Info() const { return m_Info; }
+  [[nodiscard]] MXF::RIP& RIP();
+  /// Edit units: as the header says, or as many as the file has where the header does not say.
+  [[nodiscard]] ui32_t ContainerDuration();
+
+  [[nodiscard]] Result_t ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame);
+  [[nodiscard]] Result_t ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
+  /// The index entry of a frame that was read; all zero where the index was of constant size.
+  [[nodiscard]] MXF::IndexEntry Entry(ui32_t frame_number) const;
+
+  /// Reads a stream's only element into a buffer that grows as needed. Makes one of all pieces where a generic stream was
+  /// split over several partitions (ST 410).
+  [[nodiscard]] Result_t ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
+                                    FrameBuffer& frame);
+
+ private:
+  struct Range {
+    ui64_t Position = 0;
+    ui64_t Limit = 0;
+  };
+
+  h__Reader() = default;
+  [[nodiscard]] Result_t ReadPartitions();
+  [[nodiscard]] Result_t ReadIndex();
+  [[nodiscard]] Result_t LoadIndex();
+  void CountEditUnits();
+  void DropCutEditUnits();
+  [[nodiscard]] Result_t FindEditUnit(ui32_t frame_number, Range& range);
+  [[nodiscard]] ui64_t RunEnd(ui64_t position) const;
+  [[nodiscard]] Result_t ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
+                                    JP2K::SFrameBuffer& frame);
+  [[nodiscard]] Result_t ReadEyes(const Range& range, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
+  [[nodiscard]] Result_t FindPieces(ui32_t body_sid, std::vector<ElementPlace>& pieces);
+  [[nodiscard]] Result_t JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuffer& frame) const;
+
+  Ferro::FileReader m_File;
+  MXF::FileStructure m_Structure;
+  TrackFacts m_Facts;
+  WriterInfo m_Info;
+  std::optional<ElementReader> m_Elements;
+
+  std::optional<Result_t> m_PartitionsResult;  // of reading them, once they were
+  std::optional<Result_t> m_IndexResult;
+  std::vector<MXF::EssenceRun> m_Runs;
+  MXF::IndexTable m_Index;
+  ui64_t m_EditUnits = 0;
+  ui32_t m_EntriesPerEditUnit = 1;
+  MXF::RIP m_BuiltRIP;  // stands in where the file has none
+};
+
+/// True when readers of `kind` read files of this type.
+[[nodiscard]] bool ReadsType(EssenceType_t kind, EssenceType_t type);
+
+}  // namespace QUIRE

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Finding.h"
+#include "show/ShowOutline.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+/// What to call a composition: its title, or its identifier where it has none.
+[[nodiscard]] std::string CompositionName(const OutlineComposition& composition);
+
+/// What findings have been about so far, so that one cause is told once.
+struct FindingMemory {
+  std::set<std::string> UnlistedPackages;  ///< folders of packages whose packing list is missing
+};
+
+/// Looks one composition through, its files included, and appends what is wrong or unusual. Of an asset only the first
+/// cause is told that keeps it from playing.
+void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
+                       std::vector<Finding>& findings);

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "LoadFailure.h"
+
+#include "ShowFindings.h"
+#include "show/ShowOutline.h"
+#include "terminal/LogView.h"
+
+#include <cstdio>
+
+ExitCode ReportLoadFailure(const Inputs& inputs) {
+  QuietLog log;
+  const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
+  bool is_told = false;
+  for (const Finding& finding : findings)
+    if (finding.Level != Severity::Warning || finding.Advice == AllowReading) {
+      std::fputs(FindingText(DisplayModel(FindingToJson(finding))).c_str(), stderr);
+      is_told |= finding.Level != Severity::Warning;
+    }
+  std::fprintf(stderr, "strata: this show cannot be played%s\n",
+               is_told ? "" : "; `strata check` says what is wrong with it");
+  const ExitCode code = ExitCodeFor(findings);
+  return code == Fine ? NotPlayable : code;
+}

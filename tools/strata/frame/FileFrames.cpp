@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FileFrames.h"
+
+#include "terminal/CommandError.h"
+
+#include <Ferro/FileReader.h>
+#include <QUIRE/AtmosReader.h>
+#include <QUIRE/DCDataReader.h>
+#include <QUIRE/Dictionary.h>
+#include <QUIRE/JP2KReader.h>
+#include <QUIRE/MPEG2Reader.h>
+#include <QUIRE/PCMReader.h>
+#include <QUIRE/TimedTextReader.h>
+#include <QUIRE/WriterInfo.h>
+#include <Strata/SoundConfiguration.h>
+
+#include <algorithm>
+
+namespace {
+
+using Ferro::ui32_t;
+using Ferro::ui8_t;
+
+constexpr Ferro::fsize_t LargestFrame = 64 * 1024 * 1024;  // bytes; the largest profile allows 1.3 MB per eye
+
+std::vector<ui8_t> bytes_of(const QUIRE::FrameBuffer& frame) {
+  return {frame.RoData(), frame.RoData() + frame.Size()};
+}
+
+/// What the track files of all kinds have in common.
+template <class Reader>
+class FileFrames : public FrameSource {
+ public:
+  FileFrames(std::string filename, Strata::TrackType_t type) : m_Filename(std::move(filename)), m_Type(type) {
+    Check(m_Reader.OpenRead(m_Filename));
+    Check(m_Reader.FillWriterInfo(m_Info));
+  }
+
+  [[nodiscard]] QUIRE::Rational EditRate() const override { return m_EditRate; }
+  [[nodiscard]] ui32_t Duration() const override { return m_Duration; }
+
+  [[nodiscard]] EditUnit Read(const FrameChannel& channel, ui32_t position) override {
+    const bool fits = channel.Type == m_Type || (IsText() && channel.Type == Strata::TRKT_OFF_SCREEN_TEXT);
+    if (!fits || channel.Number > 0)
+      throw CommandError(Usage, m_Filename + ": there is no " + channel.Name() + " in this file; it holds " +
+                                    (IsText() ? std::string("text") : FrameChannel{m_Type}.Name()) + ".");
+    EditUnit unit;
+    unit.Encrypted = m_Info.EncryptedEssence;
+    unit.AssetID = m_Info.AssetUUID.EncodeString();
+    unit.FilePosition = position;
+    Fill(unit, position);
+    return unit;
+  }
+
+ protected:
+  virtual void Fill(EditUnit& unit, ui32_t position) = 0;
+
+  /// A frame is never larger than its file.
+  void MakeRoom(QUIRE::FrameBuffer& buffer) {
+    Ferro::FileReader file;
+    Check(file.OpenRead(m_Filename));
+    Check(buffer.Capacity(static_cast<ui32_t>(std::min(file.Size(), LargestFrame))));
+  }
+  void Check(Ferro::Result_t result) const {
+    if (result.Failure()) throw CommandError(NotPlayable, m_Filename + ": " + result.Label());
+  }
+  template <class Descriptor>
+  void Describe(const Descriptor& descriptor) {
+    m_EditRate = descriptor.EditRate;
+    m_Duration = descriptor.ContainerDuration;
+  }
+
+  Reader m_Reader;
+  std::string m_Filename;
+
+ private:
+  [[nodiscard]] bool IsText() const { return m_Type == Strata::TRKT_ON_SCREEN_TEXT; }
+
+  Strata::TrackType_t m_Type;
+  QUIRE::WriterInfo m_Info;
+  QUIRE::Rational m_EditRate;
+  ui32_t m_Duration = 0;
+};
+
+class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
+ public:
+  explicit FlatPictures(const std::string& filename)
+      : FileFrames(filename, Strata::TRKT_IMAGE), m_Colour(ColourOfTrackFile(filename)) {
+    QUIRE::JP2K::PictureDescriptor descriptor;
+    Check(m_Reader.FillPictureDescriptor(descriptor));
+    Describe(descriptor);
+    MakeRoom(m_Frame);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t position) override {
+    Check(m_Reader.ReadFrame(position, m_Frame));
+    unit.Coding = FrameCoding::JPEG2000;
+    unit.Colour = m_Colour;
+    unit.Bytes = bytes_of(m_Frame);
+  }
+
+  PictureColour m_Colour;
+  QUIRE::JP2K::FrameBuffer m_Frame;
+};
+
+class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
+ public:
+  explicit StereoscopicPictures(const std::string& filename)
+      : FileFrames(filename, Strata::TRKT_IMAGE), m_Colour(ColourOfTrackFile(filename)) {
+    QUIRE::JP2K::PictureDescriptor descriptor;
+    Check(m_Reader.FillPictureDescriptor(descriptor));
+    Describe(descriptor);
+    MakeRoom(m_Frame.Left);
+    MakeRoom(m_Frame.Right);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t position) override {
+    Check(m_Reader.ReadFrame(position, m_Frame));
+    unit.Coding = FrameCoding::JPEG2000;
+    unit.Colour = m_Colour;
+    unit.Bytes = bytes_of(m_Frame.Left);
+    unit.RightEye = bytes_of(m_Frame.Right);
+  }
+
+  PictureColour m_Colour;
+  QUIRE::JP2K::SFrameBuffer m_Frame;
+};
+
+class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
+ public:
+  explicit Video(const std::string& filename) : FileFrames(filename, Strata::TRKT_IMAGE) {
+    QUIRE::MPEG2::VideoDescriptor descriptor;
+    Check(m_Reader.FillVideoDescriptor(descriptor));
+    Describe(descriptor);
+    MakeRoom(m_Frame);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t position) override {
+    Check(m_Reader.ReadFrame(position, m_Frame));
+    unit.Coding = FrameCoding::MPEG2;
+    unit.Bytes = bytes_of(m_Frame);
+  }
+
+  QUIRE::MPEG2::FrameBuffer m_Frame;
+};
+
+class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
+ public:
+  explicit Sound(const std::string& filename) : FileFrames(filename, Strata::TRKT_SOUND) {
+    QUIRE::PCM::AudioDescriptor descriptor;
+    Check(m_Reader.FillAudioDescriptor(descriptor));
+    Describe(descriptor);
+    if (descriptor.AudioSamplingRate.Denominator > 0)
+      m_Format.SampleRate = static_cast<ui32_t>(descriptor.AudioSamplingRate.Quotient() + 0.5);
+    m_Format.Bits = descriptor.QuantizationBits;
+    m_Format.Channels = descriptor.ChannelCount;
+    m_Format.Configuration = Strata::sound_config_from_mxf(m_Reader.OP1aHeader(), QUIRE::DefaultSMPTEDict(), true);
+    MakeRoom(m_Frame);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t position) override {
+    Check(m_Reader.ReadFrame(position, m_Frame));
+    unit.Coding = FrameCoding::PCM;
+    unit.Sound = m_Format;
+    unit.Bytes = bytes_of(m_Frame);
+  }
+
+  SoundFormat m_Format;
+  QUIRE::PCM::FrameBuffer m_Frame;
+};
+
+class Text : public FileFrames<QUIRE::TimedText::MXFReader> {
+ public:
+  explicit Text(const std::string& filename) : FileFrames(filename, Strata::TRKT_ON_SCREEN_TEXT) {
+    Check(m_Reader.FillTimedTextDescriptor(m_Descriptor));
+    Describe(m_Descriptor);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t) override {
+    QUIRE::TimedText::FrameBuffer buffer;
+    Check(m_Reader.ReadTimedTextResource(buffer));
+    unit.Coding = FrameCoding::TimedText;
+    unit.Bytes = bytes_of(buffer);
+    if (unit.Encrypted) return;
+    for (const auto& resource : m_Descriptor.ResourceList) {
+      Check(m_Reader.ReadAncillaryResource(resource.ResourceID, buffer));
+      std::vector<ui8_t> bytes = bytes_of(buffer);
+      unit.Resources.push_back({ResourceName(resource.ResourceID, bytes), std::move(bytes)});
+    }
+  }
+
+  QUIRE::TimedText::TimedTextDescriptor m_Descriptor;
+};
+
+template <class Reader, class Descriptor>
+class Data : public FileFrames<Reader> {
+ public:
+  using FillDescriptor = Ferro::Result_t (Reader::*)(Descriptor&) const;
+
+  Data(const std::string& filename, FillDescriptor fill) : FileFrames<Reader>(filename, Strata::TRKT_AUX_DATA) {
+    Descriptor descriptor;
+    this->Check((this->m_Reader.*fill)(descriptor));
+    this->Describe(descriptor);
+    this->MakeRoom(m_Frame);
+  }
+
+ private:
+  void Fill(EditUnit& unit, ui32_t position) override {
+    this->Check(this->m_Reader.ReadFrame(position, m_Frame));
+    unit.Bytes = bytes_of(m_Frame);
+  }
+
+  QUIRE::DCData::FrameBuffer m_Frame;
+};
+
+}  // namespace
+
+std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type) {
+  switch (type) {
+    case Cairn::FT_QUIRE_JP2K_J2C:
+      return std::make_unique<FlatPictures>(filename);
+    case Cairn::FT_QUIRE_JP2K_J2C_S:
+      return std::make_unique<StereoscopicPictures>(filename);
+    case Cairn::FT_QUIRE_MPEG2_VES:
+      return std::make_unique<Video>(filename);
+    case Cairn::FT_QUIRE_PCM:
+      return std::make_unique<Sound>(filename);
+    case Cairn::FT_QUIRE_TIMED_TEXT:
+      return std::make_unique<Text>(filename);
+    case Cairn::FT_QUIRE_DCDATA:
+      return std::make_unique<Data<QUIRE::DCData::MXFReader, QUIRE::DCData::DCDataDescriptor>>(
+          filename, &QUIRE::DCData::MXFReader::FillDCDataDescriptor);
+    case Cairn::FT_QUIRE_ATMOS:
+      return std::make_unique<Data<QUIRE::ATMOS::MXFReader, QUIRE::ATMOS::AtmosDescriptor>>(
+          filename, &QUIRE::ATMOS::MXFReader::FillAtmosDescriptor);
+    default:
+      return nullptr;
+  }
+}

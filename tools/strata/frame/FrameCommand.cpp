@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FrameCommand.h"
+
+#include "FrameOutput.h"
+#include "FrameSource.h"
+#include "WaveFile.h"
+#include "terminal/CommandError.h"
+#include "terminal/Interrupt.h"
+#include "terminal/ProgressBar.h"
+#include "terminal/Report.h"
+#include "terminal/TextForms.h"
+#include "terminal/WholeNumber.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <memory>
+
+namespace {
+
+using Ferro::ui32_t;
+
+struct FrameOptions {
+  InputOptions Inputs;
+  std::string At;
+  std::string Channel;
+  std::string Colour = "auto";
+  std::string White = "dci";
+  ui32_t Count = 1;
+  FrameOutputOptions Output;
+  bool AsJson = false;
+};
+
+struct ChannelChoice {
+  FrameChannel Channel;
+  Eye Eyes = Eye::Both;
+};
+
+/// Reads "picture", "left", "caption2"; no value where it is none of them.
+std::optional<ChannelChoice> read_channel(const std::string& text) {
+  struct Name {
+    std::string_view Text;
+    Strata::TrackType_t Type;
+    Eye Eyes = Eye::Both;
+    bool Several = false;
+  };
+  constexpr Name Names[] = {{"picture", Strata::TRKT_IMAGE},
+                            {"left", Strata::TRKT_IMAGE, Eye::Left},
+                            {"right", Strata::TRKT_IMAGE, Eye::Right},
+                            {"sound", Strata::TRKT_SOUND},
+                            {"subtitle", Strata::TRKT_ON_SCREEN_TEXT},
+                            {"caption", Strata::TRKT_OFF_SCREEN_TEXT, Eye::Both, true},
+                            {"data", Strata::TRKT_AUX_DATA, Eye::Both, true}};
+  for (const Name& name : Names) {
+    if (!text.starts_with(name.Text)) continue;
+    if (text == name.Text) return ChannelChoice{{name.Type, 0}, name.Eyes};
+    ui32_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + name.Text.size(), end, number);
+    if (name.Several && read.ec == std::errc() && read.ptr == end && number > 0)
+      return ChannelChoice{{name.Type, number - 1}, name.Eyes};
+  }
+  return std::nullopt;
+}
+
+/// The channel that a kind of file usually means.
+const char* usual_channel(FrameForm form) {
+  switch (form) {
+    case FrameForm::Sound:
+      return "sound";
+    case FrameForm::Document:
+      return "subtitle";
+    case FrameForm::Raw:
+      return "data";
+    default:
+      return "picture";
+  }
+}
+
+/// Reads an edit unit, or a time code with whole edit units per second.
+ui32_t read_position(const std::string& text, const FrameSource& source) {
+  const auto refuse = [&] {
+    throw CommandError(Usage, "--at " + text + ": this is neither an edit unit nor a time code HH:MM:SS:FF at " +
+                                  RateText(source.EditRate()) + " edit units per second");
+  };
+  std::vector<ui32_t> numbers;
+  const char* at = text.data();
+  const char* end = at + text.size();
+  for (bool more = true; more;) {
+    const auto read = std::from_chars(at, end, numbers.emplace_back());
+    if (read.ec != std::errc()) refuse();
+    more = read.ptr != end && *read.ptr == ':';
+    at = read.ptr + (more ? 1 : 0);
+  }
+  if (at != end || (numbers.size() != 1 && numbers.size() != 4)) refuse();
+  if (numbers.size() == 1) return numbers[0];
+  const QUIRE::Rational rate = source.EditRate();
+  const double base = rate.Denominator > 0 ? std::ceil(rate.Quotient()) : 0;
+  if (numbers[0] > 999 || numbers[1] > 59 || numbers[2] > 59 || !(numbers[3] < base)) refuse();
+  return (numbers[0] * 3600 + numbers[1] * 60 + numbers[2]) * static_cast<ui32_t>(base) + numbers[3];
+}
+
+void check_range(ui32_t position, ui32_t count, const FrameSource& source) {
+  const ui32_t duration = source.Duration();
+  if (position < duration && count <= duration - position) return;
+  const std::string what = count == 1 ? "edit unit " + std::to_string(position)
+                                      : std::to_string(count) + " edit units from " + std::to_string(position) + " on";
+  throw CommandError(Usage, what + ": there are " + std::to_string(duration) + ", from 0 to " +
+                                std::to_string(Ferro::i64_t{duration} - 1));
+}
+
+void write_sound(FrameSource& source, const FrameChannel& channel, ui32_t position, const FrameOptions& options,
+                 EditUnit unit) {
+  CheckFrameFits(unit, options.Output);
+  const SoundFormat format = unit.Sound;
+  WaveFile wave(options.Output.Filename, format);
+  ProgressBar bar("Writing sound");
+  for (ui32_t done = 0; done < options.Count; ++done) {
+    if (Interrupt::Requested()) throw CommandStopped();
+    if (done > 0) unit = source.Read(channel, position + done);
+    CheckFrameFits(unit, options.Output);
+    if (!(unit.Sound == format))
+      throw CommandError(Usage, "the sound has another format from edit unit " + std::to_string(position + done) +
+                                    " on: it does not go into one file");
+    wave.Write(unit.Bytes);
+    bar.Update(Ferro::ui64_t{unit.Bytes.size()} * (done + 1), Ferro::ui64_t{unit.Bytes.size()} * options.Count);
+  }
+  wave.Finish();
+}
+
+Json make_report(const EditUnit& unit, const FrameChannel& channel, ui32_t position, const FrameSource& source,
+                 const FrameOptions& options, const std::vector<std::string>& files) {
+  Json report = NewReport("frame");
+  report["channel"] = channel.Name();
+  report["position"] = position;
+  report["count"] = options.Count;
+  report["time_code"] = TimeCodeText(position, source.EditRate());
+  report["asset"] = unit.AssetID;
+  report["file_position"] = unit.FilePosition;
+  report["encrypted"] = unit.Encrypted;
+  report["files"] = files;
+  return report;
+}
+
+std::string render(const Json& report) {
+  std::string text;
+  for (const Json& file : report["files"]) text += file.get<std::string>() + '\n';
+  text += report["channel"].get<std::string>() + " of edit unit " + std::to_string(report["position"].get<ui32_t>()) +
+          " (" + report["time_code"].get<std::string>() + ")";
+  const auto asset = report["asset"].get<std::string>();
+  if (asset.empty()) return text + ", which is silence that the show fills in\n";
+  return text + ", edit unit " + std::to_string(report["file_position"].get<ui32_t>()) + " of " + asset + '\n';
+}
+
+void frame(FrameOptions& options) {
+  const auto form = FrameFormOf(options.Output.Filename);
+  if (!form)
+    throw CommandError(Usage, options.Output.Filename +
+                                  ": what is written follows the extension: .png, .j2c, .m2v, .wav, .xml or .bin");
+  options.Output.Form = *form;
+  const auto choice = read_channel(options.Channel.empty() ? usual_channel(*form) : options.Channel);
+  if (!choice) throw CommandError(Usage, "--channel " + options.Channel + ": there is no such channel");
+  if (options.Count > 1 && *form != FrameForm::Sound)
+    throw CommandError(Usage, "--count: several edit units go only into a file *.wav");
+  options.Output.Eyes = choice->Eyes;
+  options.Output.Colour = options.Colour == "xyz"   ? PictureColour::XYZ
+                          : options.Colour == "rgb" ? PictureColour::RGB
+                                                    : PictureColour::Unknown;
+  options.Output.White = options.White == "d65" ? WhitePoint::D65 : WhitePoint::DCI;
+
+  const auto source = OpenFrameSource(options.Inputs);
+  const ui32_t position = read_position(options.At, *source);
+  check_range(position, options.Count, *source);
+  const EditUnit unit = source->Read(choice->Channel, position);
+  std::vector<std::string> files = {options.Output.Filename};
+  if (*form == FrameForm::Sound)
+    write_sound(*source, choice->Channel, position, options, unit);
+  else
+    files = WriteFrame(unit, options.Output);
+  if (unit.Encrypted) std::fputs("strata: warning: the track file is encrypted; ciphertext was written\n", stderr);
+  PrintReport(make_report(unit, choice->Channel, position, *source, options, files), options.AsJson, render);
+}
+
+ExitCode run(FrameOptions& options) {
+  try {
+    frame(options);
+    return Fine;
+  } catch (const CommandError& error) {
+    std::fprintf(stderr, "strata: %s\n", error.what());
+    return error.Code();
+  } catch (const CommandStopped&) {
+    std::fputs("strata: interrupted; nothing was left behind\n", stderr);
+    return Interrupted;
+  }
+}
+
+}  // namespace
+
+void AddFrameCommand(CLI::App& app, int& exit_code) {
+  const auto options = std::make_shared<FrameOptions>();
+  CLI::App* command = app.add_subcommand("frame", "Take one edit unit out of a show or a track file");
+  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file, an identifier, or a track file");
+  command->add_option("--at", options->At, "Which one: an edit unit, counted from 0, or a time code HH:MM:SS:FF")
+      ->required()
+      ->type_name("POSITION");
+  command
+      ->add_option(
+          "--out", options->Output.Filename,
+          "The file to write; its extension says what: .png the picture for viewing, .j2c or .m2v its "
+          "codestream, .wav the sound, .xml the text document and what belongs to it, .bin any bytes as stored")
+      ->required()
+      ->type_name("FILE");
+  command
+      ->add_option("--channel", options->Channel,
+                   "picture, left, right, sound, subtitle, caption, caption2..., data, data2... (default: what the "
+                   "extension means)")
+      ->type_name("NAME");
+  command->add_option("--count", options->Count, "Edit units of sound to write into one .wav")
+      ->type_name("NUMBER")
+      ->check(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()))
+      ->capture_default_str();
+  command->add_option("--colour", options->Colour, "What the samples of pictures are: auto follows the track file")
+      ->check(CLI::IsMember({"auto", "xyz", "rgb"}))
+      ->capture_default_str();
+  command->add_option("--white", options->White, "The white of the cinema that shows as white: the projector's, or D65")
+      ->check(CLI::IsMember({"dci", "d65"}))
+      ->capture_default_str();
+  command->add_flag("--json", options->AsJson, "Print the report as JSON");
+  command->footer(
+      "Both eyes of a stereoscopic picture go into two files, X-left.png and X-right.png.\n"
+      "Exit codes: 0 written, 1 there is no such thing, 2 broken, encrypted or not to be written, 3 assets are "
+      "missing,\n"
+      "4 interrupted.\n"
+      "Examples:\n"
+      "  strata frame show --at 00:00:02:12 --out still.png\n"
+      "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav");
+  command->callback([options, &exit_code] { exit_code = run(*options); });
+}

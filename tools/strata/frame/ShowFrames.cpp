@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ShowFrames.h"
+
+#include "findings/LoadFailure.h"
+#include "terminal/CommandError.h"
+#include "terminal/LogView.h"
+
+#include <QUIRE/FrameBuffer.h>
+#include <Strata/CompositionInfo.h>
+
+namespace {
+
+using Ferro::ui32_t;
+using Ferro::ui8_t;
+
+std::vector<ui8_t> bytes_of(const QUIRE::FrameBuffer& frame) {
+  return {frame.RoData(), frame.RoData() + frame.Size()};
+}
+
+// Silence is the same everywhere and has no number; a buffer that holds no frame is empty.
+bool is_silence(const QUIRE::FrameBuffer& frame) {
+  return frame.FrameNumber() == QUIRE::NoFrame && frame.Size() > 0;
+}
+
+bool is_text(Strata::TrackType_t type) {
+  return type == Strata::TRKT_ON_SCREEN_TEXT || type == Strata::TRKT_OFF_SCREEN_TEXT;
+}
+
+SoundFormat format_of(const Strata::ITimelineTrack& track) {
+  return {track.SampleRate(), track.SampleSize(), track.ChannelCount(), track.MCALabelString()};
+}
+
+}  // namespace
+
+ShowFrames::ShowFrames(const InputOptions& options) {
+  if (!m_Inputs.Open(options)) throw CommandError(m_Inputs.ProblemCode(), m_Inputs.Problem());
+  if (Load()) return;
+  throw CommandError(ReportLoadFailure(m_Inputs), "nothing can be taken out of it");
+}
+
+bool ShowFrames::Load() {
+  QuietLog log;  // why it failed is told in other words
+  return Strata::NewPlaylist(m_Playlist).Success() && m_Inputs.Load(*m_Playlist).Success() && Duration() > 0;
+}
+
+ShowFrames::~ShowFrames() = default;
+
+QUIRE::Rational ShowFrames::EditRate() const {
+  return m_Playlist->GetCompositionInfoForPosition(0).EditRate;
+}
+
+EditUnit ShowFrames::Read(const FrameChannel& channel, ui32_t position) {
+  Strata::ITimelineTrack& track = TrackFor(channel, position);
+  EditUnit unit;
+  unit.Encrypted = track.KeyID().HasValue();
+  if (track.AssetID().HasValue()) unit.AssetID = track.AssetID().EncodeString();
+  unit.FilePosition = track.EntryPoint() + m_Playlist->TranslateReelPosition(position);
+  if (is_text(channel.Type))
+    ReadText(track, unit);
+  else
+    ReadFrame(track, channel.Type, unit);
+  return unit;
+}
+
+Strata::ITimelineTrack& ShowFrames::TrackFor(const FrameChannel& channel, ui32_t position) {
+  Strata::ITimelineTrack* track = nullptr;
+  if (channel.Number < m_Playlist->GetChannelCountForType(channel.Type, position))
+    track = m_Playlist->GetReaderForChannel(channel.Type, channel.Number, position);
+  if (track == nullptr)
+    throw CommandError(Usage, "the show has no " + channel.Name() + " at edit unit " + std::to_string(position));
+  return *track;
+}
+
+void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const {
+  // A track that could not be opened stays dormant, and tells so only by what MakeDormant answers.
+  if (!track.MakeDormant()) throw CommandError(NotPlayable, "the track file " + unit.AssetID + " cannot be opened");
+  track.MakeReady();
+  track.ReadyFrameAtLocation(unit.FilePosition);
+  track.BufferLock();
+  const QUIRE::FrameBuffer& frame = track.FrameBuffer();
+  const bool delivered = frame.FrameNumber() == unit.FilePosition || is_silence(frame);
+  if (delivered) unit.Bytes = bytes_of(frame);
+  if (delivered && track.HasStereoImage()) unit.RightEye = bytes_of(track.REyeFrameBuffer());
+  track.BufferUnlock();
+  if (!delivered)
+    throw CommandError(NotPlayable, "edit unit " + std::to_string(unit.FilePosition) + " of the track file " +
+                                        unit.AssetID + " cannot be read");
+  if (type == Strata::TRKT_SOUND) {
+    unit.Coding = FrameCoding::PCM;
+    unit.Sound = format_of(track);
+  }
+  if (type != Strata::TRKT_IMAGE) return;
+  Cairn::AssetInfo info;
+  static_cast<void>(m_Inputs.Store().GetInfoForAssetID(track.AssetID(), info, false));
+  unit.Coding = info.FileType == Cairn::FT_QUIRE_MPEG2_VES ? FrameCoding::MPEG2 : FrameCoding::JPEG2000;
+  if (unit.Coding == FrameCoding::JPEG2000) unit.Colour = ColourOfTrackFile(info.RealFilename);
+}
+
+void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
+  unit.Coding = FrameCoding::TimedText;
+  QUIRE::TimedText::FrameBuffer buffer;
+  if (!track.GetTimedTextData(buffer))
+    throw CommandError(NotPlayable, "the text document " + unit.AssetID + " cannot be read");
+  unit.Bytes = bytes_of(buffer);
+  if (unit.Encrypted) return;
+
+  if (track.TextEssenceFormat() == Cairn::DFT_DCI_SMPTE) {
+    Ferro::UUIDList ids;
+    static_cast<void>(track.AncillaryResourceIDList(ids));
+    for (const Ferro::UUID& id : ids) {
+      if (!track.GetTimedTextResourceByID(id, buffer)) continue;
+      std::vector<ui8_t> bytes = bytes_of(buffer);
+      unit.Resources.push_back({ResourceName(id, bytes), std::move(bytes)});
+    }
+    return;
+  }
+  Ferro::ArchivableList<Ferro::ArchivableString> names;
+  static_cast<void>(track.AncillaryResourceNameList(names));
+  for (const std::string& name : names)
+    if (track.GetTimedTextResourceByName(name, buffer)) unit.Resources.push_back({name, bytes_of(buffer)});
+}

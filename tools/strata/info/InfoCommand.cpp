@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "InfoCommand.h"
+
+#include "InfoDocument.h"
+#include "InfoFolder.h"
+#include "InfoItem.h"
+#include "InfoRaw.h"
+#include "InfoTrackFile.h"
+#include "show/InfoKinds.h"
+#include "terminal/ExitCode.h"
+#include "terminal/Interrupt.h"
+#include "terminal/LogView.h"
+#include "terminal/TextForms.h"
+
+#include <Cairn/InspectFile.h>
+#include <QUIRE/EssenceType.h>
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+namespace {
+
+struct InfoOptions {
+  std::vector<std::string> Paths;
+  bool AsJson = false;
+};
+
+void describe_mxf(const std::string& path, Json& item) {
+  QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
+  if (QUIRE::EssenceType(path, essence).Failure()) essence = QUIRE::ESS_MXF_OTHER;
+  DescribeTrackFile(path, essence, item);
+}
+
+void describe_file(const std::string& path, Json& item) {
+  Cairn::FileContent content;
+  const auto result = Cairn::InspectFile(path, content);
+  item["kind"] = FileKindName(content.Type);
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (!error) {
+    item["size"] = size;
+    item["size_text"] = BytesText(size);
+  }
+  if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label());
+  if (IsMXF(content.Type)) return describe_mxf(path, item);
+  switch (content.Type) {
+    case Cairn::FT_UNKNOWN:
+      return AddProblem(
+          item, size == 0 ? "The file is empty." : "This is no file of digital cinema, or its beginning is damaged.");
+    case Cairn::FT_XML:
+      return AddProblem(item, "This XML document is none of digital cinema, or of a version that is unknown here.");
+    default:
+      AddFact(item, "id", content.ID);
+      DescribeDocument(path, content.Type, item);
+      return DescribeRawEssence(path, content.Type, item);
+  }
+}
+
+Json describe(const std::string& path, ExitCode& code) {
+  Json item{{"path", path}, {"kind", "nothing"}};
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (!std::filesystem::exists(status)) {
+    AddProblem(item, "There is no such file or folder.");
+    code = Usage;
+    return item;
+  }
+  if (std::filesystem::is_directory(status)) {
+    item["kind"] = "folder";
+    DescribeFolder(path, item);
+  } else if (std::filesystem::is_regular_file(status)) {
+    describe_file(path, item);
+  } else {
+    item["kind"] = "device";
+    AddProblem(item, "This is neither a file nor a folder.");
+  }
+  if (item.contains("problems") && code == Fine) code = NotPlayable;
+  return item;
+}
+
+std::string render(const Json& report) {
+  std::string text;
+  for (const Json& item : report["items"]) text += (text.empty() ? "" : "\n") + InfoText(item);
+  return text;
+}
+
+ExitCode info(const InfoOptions& options) {
+  const QuietLog log;  // what is wrong is told in the items
+  ExitCode code = Fine;
+  Json report = NewReport("info");
+  report["items"] = Json::array();
+  for (const std::string& path : options.Paths) {
+    report["items"].push_back(describe(path, code));
+    if (Interrupt::Requested()) {
+      std::fputs("strata: interrupted\n", stderr);
+      return Interrupted;
+    }
+  }
+  PrintReport(report, options.AsJson, render);
+  return code;
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& app, int& exit_code) {
+  const auto options = std::make_shared<InfoOptions>();
+  CLI::App* command = app.add_subcommand("info", "Tell what files and folders are, and whether they are sound");
+  command->add_option("path", options->Paths, "A track file, a document, a font, an image, or a folder")->required();
+  command->add_flag("--json", options->AsJson, "Print the report as JSON");
+  command->footer(
+      "A track file's index is followed to every edit unit; what is in the frames is not looked at.\n"
+      "Exit codes: 0 all is sound, 1 there is no such path, 2 something is damaged or unknown, 4 interrupted.\n"
+      "Examples:\n"
+      "  strata info show/Trailer/picture-1.mxf\n"
+      "  strata info show/Trailer --json");
+  command->callback([options, &exit_code] { exit_code = info(*options); });
+}

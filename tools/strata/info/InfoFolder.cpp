@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "InfoFolder.h"
+
+#include "show/FolderScan.h"
+#include "show/InfoKinds.h"
+#include "terminal/TextForms.h"
+
+#include <Cairn/AssetStore.h>
+
+#include <set>
+
+namespace {
+
+Json asset_json(const Cairn::AssetRecord& record, Json& item) {
+  Json json{{"kind", FileKindName(record.Info.FileType)}, {"id", record.Info.ID.EncodeString()}};
+  AddFact(json, "file", record.Info.RealFilename);
+  json["size"] = record.Info.FileSize;
+  for (const std::string& reason : record.Reasons()) {
+    const std::string& name = record.Info.RealFilename;
+    AddProblem(item, (name.empty() ? "Asset " + record.Info.ID.EncodeString() : name) + ": " + reason);
+  }
+  return json;
+}
+
+}  // namespace
+
+void DescribeFolder(const std::string& path, Json& item) {
+  Cairn::AssetStore store;
+  auto result = store.Open();
+  if (result.Success()) result = LookThroughFolder(store, path);
+  if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label());
+
+  item["packages"] = Json::array();
+  for (const Cairn::PackageRecord& package : store.Packages()) {
+    Json json{{"folder", package.Folder}};
+    AddFact(json, "asset_map", package.AssetMapID);
+    json["packing_lists"] = package.PackingLists.size();
+    item["packages"].push_back(json);
+    for (const std::string& finding : package.Findings) AddProblem(item, package.Folder + ": " + finding);
+  }
+  Ferro::ui64_t size = 0;
+  std::set<std::string> told;
+  Json assets = Json::array();
+  for (const Cairn::AssetRecord& record : store.Assets()) {
+    size += record.Info.FileSize;
+    told.insert(record.Info.RealFilename);
+    assets.push_back(asset_json(record, item));
+  }
+  for (const Cairn::UnopenedEntry& entry : store.Unopened())
+    if (!told.contains(entry.Path)) AddProblem(item, entry.Path + ": It cannot be opened: " + entry.Reason + '.');
+  item["total_size"] = size;
+  item["total_size_text"] = BytesText(size);
+  item["assets"] = assets;
+  if (assets.empty() && store.Unopened().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
+}

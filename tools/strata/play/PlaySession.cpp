@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PlaySession.h"
+
+#include "terminal/DisplayText.h"
+#include "terminal/Interrupt.h"
+#include "terminal/TextForms.h"
+
+#include <Strata/DeviceStatus.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <utility>
+
+namespace {
+
+constexpr auto StatusInterval = std::chrono::milliseconds(100);
+constexpr auto PositionInterval = std::chrono::seconds(1);
+constexpr size_t MostEvents = 10'000;  // kept for the summary
+
+}  // namespace
+
+PlaySession::PlaySession(const PlayOptions& options, Inputs& inputs)
+    : m_Options(options),
+      m_Inputs(inputs),
+      m_Outline(inputs),
+      m_AtMaximum(options.Speed == "max"),
+      m_ShowsStatus(isatty(STDOUT_FILENO) != 0 && !options.AsJson),
+      m_PositionFile(options.ResumeFile, inputs.Shows().front().ID),
+      m_KeepsPosition(!options.ResumeFile.empty()) {}
+
+PlaySession::~PlaySession() = default;
+
+bool PlaySession::Load() {
+  if (Strata::NewPlaylist(m_Playlist).Failure() || m_Inputs.Load(*m_Playlist).Failure()) return false;
+  m_Transport.emplace(*m_Playlist);
+  m_Reader = std::make_unique<ChannelReader>(*m_Playlist);
+  if (m_Options.Verify) m_Verifier = std::make_unique<FrameVerifier>(m_Inputs.Store());
+  Resume();
+  return true;
+}
+
+bool PlaySession::Play() {
+  m_Log.emplace();
+  m_Reader->OnFirstLacking([this](const std::string& channel, Ferro::ui32_t frame) {
+    Warn("edit unit " + std::to_string(m_Playlist->GetPosition()) + ", " + channel + ": frame " +
+         std::to_string(frame) + " of the file cannot be read; others of this file are only counted");
+  });
+  Terminal terminal;
+  if (terminal.IsTerminal())
+    Say("space pause   . , step   arrows jump   q quit   or a command and Enter: (f|b|l<n>|t<n>|j(b|f)|p|s|?)");
+  if (!m_Options.Paused) m_Transport->TogglePause();
+  m_Started = Clock::now();
+  Clock::time_point due = m_Started;
+  bool quit = false;
+  while (!quit && !Interrupt::Requested()) {
+    if (m_Played != m_Playlist->GetPosition()) PlayEditUnit();
+    ShowStatus();
+    const bool moving = m_Transport->IsMoving();
+    if (moving && !m_AtMaximum) due = std::max(due, Clock::now() - std::chrono::seconds(1));
+    if (moving) due += std::chrono::duration_cast<Clock::duration>(EditUnitLength());
+    if (!moving) due = Clock::now() + std::chrono::milliseconds(200);
+    // Wait out the edit unit, doing what the user wants meanwhile.
+    for (bool waiting = true; waiting && !quit;) {
+      const std::chrono::duration<double> left = due - Clock::now();
+      const auto input = terminal.Read(moving && m_AtMaximum ? std::chrono::duration<double>(0) : left);
+      if (input) quit = HandleInput(terminal, *input);
+      const bool over = Clock::now() >= due || m_AtMaximum;
+      waiting = !over && !Interrupt::Requested() && m_Played == m_Playlist->GetPosition();
+    }
+    const bool ended = moving && m_Transport->IsMoving() && !m_Transport->Advance();
+    const bool nothing_comes = !m_Transport->IsMoving() && terminal.AtEnd();
+    quit = quit || ended || nothing_comes || m_Transport->IsStopped();
+  }
+  m_Elapsed = Clock::now() - m_Started;
+  KeepPosition();
+  if (m_ShowsStatus) std::fputs("\n", stdout);
+  return !Interrupt::Requested();
+}
+
+void PlaySession::PlayEditUnit() {
+  const Ferro::ui32_t position = m_Playlist->GetPosition();
+  ChannelReader::Inspect inspect;
+  if (m_Verifier) inspect = [this](const DeliveredFrame& frame) { Verify(frame); };
+  m_Reader->ReadEditUnit(position, m_Transport->NextPosition(), EditUnitLength(), inspect);
+  m_Played = position;
+  ++m_EditUnits;
+
+  m_Playlist->TransportStatusNotify(this, m_Transport->LastCommand(), Strata::DeviceStatus(), false);
+  m_Playlist->PlaylistStatusNotify(this, false);
+  if (m_Playlist->EssenceCodingChanged()) Say("essence coding changes");
+  m_Playlist->PlaylistEventNotify(this);
+}
+
+void PlaySession::Verify(const DeliveredFrame& frame) {
+  if (m_Verifier->Inspect(frame) || m_Verifier->Different() > m_Verifier->Differences().size()) return;
+  Say("edit unit " + std::to_string(frame.ShowPosition) + ", " + frame.Channel + ": the frame is not edit unit " +
+      std::to_string(frame.FilePosition) + " of its file");
+}
+
+std::chrono::duration<double> PlaySession::EditUnitLength() const {
+  const QUIRE::Rational& rate = m_Playlist->GetCompositionInfoForCurrentPosition().EditRate;
+  const double seconds = rate.Numerator > 0 ? double(rate.Denominator) / rate.Numerator : 1.0 / 24;
+  double speed = 1;
+  const std::string& text = m_Options.Speed;
+  if (!m_AtMaximum) std::from_chars(text.data(), text.data() + text.size(), speed);
+  return std::chrono::duration<double>(seconds / speed);
+}
+
+void PlaySession::TransportStatusNotify(const Strata::TimelinePosition&, const Strata::TimelinePosition&,
+                                        const Strata::TimelinePosition&, const Strata::DeviceStatus&,
+                                        const Strata::CommandType_t&) {
+  if (Clock::now() - m_PositionKept >= PositionInterval) KeepPosition();
+}
+
+void PlaySession::TransportExceptionNotify(const Strata::TransportException& exception) {
+  Say(exception.Message);
+}
+
+void PlaySession::PlaylistStatusNotify(const Strata::CompositionInfo& composition) {
+  Say("composition \"" + composition.Title + "\", reel " + std::to_string(composition.CurrentReel) + " of " +
+      std::to_string(composition.TotalReels));
+}
+
+void PlaySession::PlaylistEventNotify(const Ferro::ArchivableList<Strata::PlaylistEvent>& events) {
+  for (const Strata::PlaylistEvent& event : events) {
+    Say("event " + event.Label + (event.LabelScope.empty() ? "" : " (" + event.LabelScope + ")"));
+    if (m_Events.size() < MostEvents)
+      m_Events.push_back(Json{{"label", event.Label}, {"scope", event.LabelScope}, {"position", event.ShowPosition}});
+  }
+}
+
+bool PlaySession::HandleInput(Terminal& terminal, const std::string& input) {
+  if (terminal.IsTerminal()) return HandleKey(input);
+  if (input == "q") return true;
+  HandleLine(input);
+  return false;
+}
+
+// Keys act at once; anything else begins a command, which Enter ends and the escape key gives up.
+bool PlaySession::HandleKey(const std::string& key) {
+  const auto second = static_cast<Ferro::i64_t>(1 / EditUnitLength().count() + 0.5);
+  const bool is_letter = key.size() == 1 && key.front() >= ' ' && key.front() <= '~';
+  if (key == "\n" || key == "\r") {
+    HandleLine(std::exchange(m_Typed, ""));
+  } else if (key == "\x7f" || key == "\b") {
+    if (!m_Typed.empty()) m_Typed.pop_back();
+  } else if (key == "left" || key == "right") {
+    m_Transport->Jump(key == "left" ? -10 * second : 10 * second);
+  } else if (key == "up" || key == "down") {
+    m_Transport->Jump(key == "up" ? 60 * second : -60 * second);
+  } else if (key == "escape") {
+    m_Typed.clear();
+  } else if (is_letter && !m_Typed.empty()) {
+    m_Typed += key;
+  } else if (key == "q") {
+    return true;
+  } else if (key == " ") {
+    m_Transport->TogglePause();
+  } else if (key == "." || key == ",") {
+    HandleLine(key == "." ? "jf" : "jb");
+  } else if (is_letter) {
+    m_Typed = key;
+  }
+  return false;
+}
+
+void PlaySession::HandleLine(const std::string& line) {
+  if (line.empty()) return;
+  Strata::Command command;
+  if (command.ParseCommand(line))
+    m_Transport->Execute(command);
+  else
+    Say(command.LastError());
+}
+
+std::string LateText(const std::vector<ChannelStatistics>& channels) {
+  Ferro::ui64_t late = 0;
+  std::string names;
+  for (const ChannelStatistics& channel : channels)
+    if (channel.Late > 0) {
+      late += channel.Late;
+      names += (names.empty() ? "" : ", ") + channel.Name + ' ' + std::to_string(channel.Late);
+    }
+  return "late " + std::to_string(late) + (late == 0 ? "" : " (" + names + ')');
+}
+
+// A narrow terminal shows the beginning: what matters most goes first.
+void PlaySession::ShowStatus() {
+  const Clock::time_point now = Clock::now();
+  if (!m_ShowsStatus || now - m_StatusShown < StatusInterval) return;
+  m_StatusShown = now;
+  const Ferro::ui32_t position = m_Playlist->GetPosition();
+  const Strata::CompositionInfo& composition = m_Playlist->GetCompositionInfoForCurrentPosition();
+  const auto& all = m_Outline.Compositions();
+  const auto at = std::upper_bound(all.begin(), all.end(), position,
+                                   [](Ferro::ui32_t p, const OutlineComposition& c) { return p < c.Start; });
+  const auto marker = std::find_if(m_Outline.Markers().begin(), m_Outline.Markers().end(),
+                                   [&](const OutlineMarker& m) { return m.Position > position; });
+  std::string line = TimeCodeText(position, composition.EditRate) + " " + std::to_string(position) + "/" +
+                     std::to_string(m_Playlist->GetDuration()) + "  composition " + std::to_string(at - all.begin()) +
+                     "/" + std::to_string(all.size()) + "  reel " + std::to_string(composition.CurrentReel) + "/" +
+                     std::to_string(composition.TotalReels) + "  " + m_Transport->StateText() + " " +
+                     RateText(composition.EditRate) + " fps";
+  line += "  " + LateText(m_Reader->Statistics());
+  if (marker != m_Outline.Markers().end())
+    line +=
+        "  " + marker->Label + " in " + DurationText(double(marker->Position - position) * EditUnitLength().count());
+  if (!m_Typed.empty()) line = "> " + m_Typed + "  " + line;
+  line = FitColumns(line, Terminal::Columns(STDOUT_FILENO) - 1);  // a line that wraps cannot be undone
+  std::printf("\r%s\x1b[K", line.c_str());
+  std::fflush(stdout);
+}
+
+void PlaySession::Say(const std::string& line) {
+  if (m_Options.AsJson) return;
+  std::printf("%s%s\n", m_ShowsStatus ? "\r\x1b[K" : "", DisplayText(line).c_str());
+  std::fflush(stdout);
+}
+
+void PlaySession::Warn(const std::string& line) const {
+  std::fprintf(stderr, "%sstrata: warning: %s\n", m_ShowsStatus ? "\r\x1b[K" : "", DisplayText(line).c_str());
+}
+
+// It is written at once: the user learns before the show, not after it, that it cannot be.
+void PlaySession::Resume() {
+  const Ferro::ui32_t position = m_PositionFile.Read(m_Playlist->GetDuration());
+  if (!m_PositionFile.Problem().empty()) Warn(m_PositionFile.Problem());
+  if (position > 0) m_Playlist->MoveToEditUnit(position);
+  KeepPosition();
+}
+
+void PlaySession::KeepPosition() {
+  if (!m_KeepsPosition) return;
+  m_PositionKept = Clock::now();
+  const Ferro::ui32_t position = m_Playlist->GetPosition();
+  m_KeepsPosition = m_PositionFile.Keep(position + 1 >= m_Playlist->GetDuration() ? 0 : position);
+  if (!m_KeepsPosition) Warn(m_PositionFile.Problem());
+}
+
+Json VerifiedJson(const FrameVerifier& verifier) {
+  Json json{{"compared", verifier.Compared()}, {"different", verifier.Different()}};
+  for (const FrameDifference& difference : verifier.Differences())
+    json["differences"].push_back(Json{{"channel", difference.Channel},
+                                       {"edit_unit", difference.ShowPosition},
+                                       {"file_edit_unit", difference.FilePosition},
+                                       {"asset_id", difference.AssetID.EncodeString()}});
+  return json;
+}
+
+Json PlaySession::Summary(bool interrupted) const {
+  const double seconds = std::chrono::duration<double>(m_Elapsed).count();
+  Json summary = NewReport("play");
+  summary["interrupted"] = interrupted;
+  summary["position"] = m_Playlist->GetPosition();
+  summary["duration"] = m_Playlist->GetDuration();
+  summary["edit_units"] = m_EditUnits;
+  summary["seconds"] = seconds;
+  summary["channels"] = Json::array();
+  Ferro::ui64_t bytes = 0;
+  for (const ChannelStatistics& channel : m_Reader->Statistics()) {
+    bytes += channel.Bytes;
+    summary["channels"].push_back(Json{{"name", channel.Name},
+                                       {"delivered", channel.Delivered},
+                                       {"late", channel.Late},
+                                       {"repeated", channel.Repeated},
+                                       {"bytes", channel.Bytes},
+                                       {"latency_ms",
+                                        {{"p50", channel.Latency.Percentile(0.5)},
+                                         {"p99", channel.Latency.Percentile(0.99)},
+                                         {"max", channel.Latency.Longest()}}}});
+  }
+  summary["bytes_per_second"] = seconds > 0 ? static_cast<Ferro::ui64_t>(double(bytes) / seconds) : 0;
+  if (m_Verifier) summary["verified"] = VerifiedJson(*m_Verifier);
+  summary["events"] = m_Events;
+  return summary;
+}

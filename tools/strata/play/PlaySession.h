@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ChannelReader.h"
+#include "FrameVerifier.h"
+#include "PositionFile.h"
+#include "Transport.h"
+#include "show/ShowOutline.h"
+#include "terminal/LogView.h"
+#include "terminal/Report.h"
+#include "terminal/Terminal.h"
+
+#include <Strata/ITransportNotify.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct PlayOptions {
+  InputOptions Inputs;
+  std::string Speed = "1";  ///< "max": as fast as frames can be read
+  std::string ResumeFile;   ///< where the position is kept; empty: nowhere
+  bool Verify = false;
+  bool Paused = false;  ///< wait for a command at the start
+  bool AsJson = false;
+};
+
+/// What a summary says of verification: how many frames were compared, how many differ, and the first that do.
+[[nodiscard]] Json VerifiedJson(const FrameVerifier& verifier);
+
+/// "late 5 (picture 3, sound 2)": the frames that came too late; "late 0".
+[[nodiscard]] std::string LateText(const std::vector<ChannelStatistics>& channels);
+
+/// One playing of a show, from load to summary.
+class PlaySession : private Strata::ITransportNotify {
+ public:
+  PlaySession(const PlayOptions& options, Inputs& inputs);
+  ~PlaySession() override;
+
+  /// Loads the show. False when it cannot be played; why is in the log.
+  [[nodiscard]] bool Load();
+  /// Plays until the end, the user's wish or a signal. False after a signal.
+  [[nodiscard]] bool Play();
+  [[nodiscard]] Json Summary(bool interrupted) const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void TransportStatusNotify(const Strata::TimelinePosition& show, const Strata::TimelinePosition& cpl,
+                             const Strata::TimelinePosition& reel, const Strata::DeviceStatus& status,
+                             const Strata::CommandType_t& command) override;
+  void TransportExceptionNotify(const Strata::TransportException& exception) override;
+  void PlaylistStatusNotify(const Strata::CompositionInfo& composition) override;
+  void PlaylistEventNotify(const Ferro::ArchivableList<Strata::PlaylistEvent>& events) override;
+
+  void PlayEditUnit();
+  void Verify(const DeliveredFrame& frame);
+  bool HandleInput(Terminal& terminal, const std::string& input);
+  bool HandleKey(const std::string& key);
+  void HandleLine(const std::string& line);
+  [[nodiscard]] std::chrono::duration<double> EditUnitLength() const;
+  void ShowStatus();
+  void Say(const std::string& line);
+  void Warn(const std::string& line) const;
+  void Resume();
+  void KeepPosition();
+
+  const PlayOptions& m_Options;
+  Inputs& m_Inputs;
+  const ShowOutline m_Outline;
+  const bool m_AtMaximum;
+  const bool m_ShowsStatus;
+  std::optional<FrameErrorFilter> m_Log;  // outlives the playlist's threads
+  Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
+  std::optional<Transport> m_Transport;
+  std::unique_ptr<ChannelReader> m_Reader;
+  std::unique_ptr<FrameVerifier> m_Verifier;
+  std::optional<Ferro::ui32_t> m_Played;  // the edit unit whose frames were taken last
+  Ferro::ui64_t m_EditUnits = 0;
+  std::string m_Typed;  // a command being typed at the terminal
+  Clock::time_point m_Started;
+  Clock::time_point m_StatusShown;
+  PositionFile m_PositionFile;
+  bool m_KeepsPosition;
+  Clock::time_point m_PositionKept;
+  Clock::duration m_Elapsed{};
+  Json m_Events = Json::array();
+};

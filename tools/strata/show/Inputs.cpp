@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Inputs.h"
+
+#include "DocumentTitle.h"
+#include "FolderScan.h"
+#include "IndexFile.h"
+#include "InfoKinds.h"
+#include "MappedPath.h"
+#include "terminal/DisplayText.h"
+#include "terminal/LogView.h"
+
+#include <Cairn/CompositionPlaylist.h>
+#include <Cairn/InitObjectWithFile.h>
+#include <Cairn/InspectFile.h>
+#include <Ferro/FileText.h>
+#include <Ferro/Path.h>
+#include <Strata/ShowPlaylist.h>
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <set>
+
+namespace {
+
+std::optional<Cairn::UUID> identifier_of(const std::string& name) {
+  if (const auto id = Cairn::UUID::FromURN(name)) return id;
+  return Cairn::UUID::FromHex(name);
+}
+
+std::string folder_of(const std::string& path) {
+  const std::string folder = Ferro::PathDirname(path);
+  return folder.empty() ? "." : folder;
+}
+
+/// The identifiers of the show playlists that `shows` contain.
+std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
+  std::set<Cairn::UUID> nested;
+  for (const Candidate& show : shows) {
+    Strata::ShowPlaylist spl;
+    if (Cairn::InitObjectWithFile(spl, show.Path).Failure()) continue;
+    for (const auto& item : spl.ShowSequence) {
+      if (item->m_Type != Strata::ShowPlaylist::SIT_SHOW) continue;
+      const auto& reference = static_cast<const Strata::ShowPlaylist::ShowPlaylistItem&>(*item);
+      if (const auto id = Cairn::UUID::FromURN(reference.URI)) nested.insert(*id);
+    }
+  }
+  return nested;
+}
+
+/// True for a document that cannot be read to its end, and for one that means to be a playlist and is none.
+bool is_damaged(const std::string& path) {
+  std::string text;
+  if (Ferro::ReadFileIntoString(path, text).Failure()) return true;
+  Cairn::FileContent content;
+  static_cast<void>(Cairn::InspectFile(path, content));
+  if (content.Type == Cairn::FT_UNKNOWN) return true;
+  Cairn::CompositionPlaylist cpl;
+  Strata::ShowPlaylist spl;
+  const bool claims = text.find("ShowPlaylist") != text.npos || text.find("CompositionPlaylist") != text.npos;
+  return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
+}
+
+/// The file that should be there, by the asset map, or else the identifier.
+std::string name_of_missing(const Cairn::AssetRecord& record) {
+  const std::string path = MappedPath(record);
+  const std::string asset = "asset " + record.Info.ID.EncodeString();
+  return path == record.Package ? asset : path + " (" + asset + ')';
+}
+
+std::string list_of(const std::vector<Candidate>& candidates) {
+  std::string text;
+  for (const Candidate& candidate : candidates)
+    text += "\n  " + candidate.ID.EncodeString() + "  " + candidate.Path +
+            (candidate.Title.empty() ? "" : "  \"" + candidate.Title + '"');
+  return text;
+}
+
+}  // namespace
+
+void InputOptions::AddTo(CLI::App& command, const std::string& names, const std::string& description) {
+  command.add_option(names, Names, description)->required();
+  command.add_option("--store", Stores, "A folder to find assets in, beside those named; may be given several times")
+      ->type_name("FOLDER")
+      ->allow_extra_args(false);
+  command
+      .add_option("--index", Index, "Keep what is known of the assets in this file, so that a second start is quick")
+      ->type_name("FILE");
+}
+
+bool Inputs::Open(const InputOptions& options) {
+  const QuietLog log;  // what is wrong is told in Problem()
+  const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
+  const auto resolve = [&](const std::string& name) { return Resolve(name); };
+  std::string problem;
+  if (!OpenIndexFile(options.Index, m_Store, problem)) return Fail(problem, NotPlayable);
+  return std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
+         std::all_of(options.Names.begin(), options.Names.end(), resolve);
+}
+
+bool Inputs::Fail(const std::string& problem, ExitCode code) {
+  m_Problem = DisplayLines(problem);
+  m_ProblemCode = code;
+  return false;
+}
+
+bool Inputs::AddFolder(const char* what, const std::string& folder) {
+  const Strata::Result_t result = LookThroughFolder(m_Store, folder);
+  if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", Interrupted);
+  return result.Success() || Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + result.Label());
+}
+
+bool Inputs::Resolve(const std::string& name) {
+  std::error_code error;
+  if (std::filesystem::is_directory(name, error)) return ResolveFolder(name);
+  if (std::filesystem::exists(name, error)) return ResolveFile(name);
+  if (const auto id = identifier_of(name)) return ResolveIdentifier(*id);
+  return Fail(name + ": there is no such file or folder, and it is no identifier.");
+}
+
+bool Inputs::ResolveFolder(const std::string& folder) {
+  if (!AddFolder("folder", folder)) return false;
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string() + '/';
+  std::vector<Candidate> shows;
+  std::vector<Candidate> compositions;
+  for (const Cairn::AssetRecord& record : m_Store.Assets()) {
+    const Cairn::AssetInfo& info = record.Info;
+    if (!info.RealFilename.starts_with(root)) continue;
+    if (info.FileType != Cairn::FT_SHOW && info.FileType != Cairn::FT_CPL) continue;
+    auto& list = info.FileType == Cairn::FT_SHOW ? shows : compositions;
+    list.push_back({info.FileType, info.ID, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
+  }
+  const std::set<Cairn::UUID> nested = nested_in(shows);
+  std::vector<Candidate> outermost = shows;
+  std::erase_if(outermost, [&](const Candidate& show) { return nested.contains(show.ID); });
+  if (!outermost.empty()) shows = outermost;  // else each lies in another, and each could be meant
+
+  const std::vector<Candidate>& meant = shows.empty() ? compositions : shows;
+  if (RefuseDamaged(folder, meant)) return false;
+  if (meant.empty()) return FailWithout(folder);
+  if (meant.size() > 1)
+    return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
+                " could be meant. Name one of them:" + list_of(meant));
+  m_Shows.push_back(meant.front());
+  return true;
+}
+
+// Where a package lists what cannot be used, the composition may be among it.
+bool Inputs::FailWithout(const std::string& folder) {
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string();
+  std::string unusable;
+  Ferro::ui32_t problems = 0;
+  std::set<std::string> told;
+  for (const Cairn::AssetRecord& record : m_Store.Assets()) {
+    const bool is_here = record.Package == root || record.Package.starts_with(root + '/');
+    if (!is_here || (record.Problems & Cairn::FatalAssetProblems) == 0) continue;
+    problems |= record.Problems & Cairn::FatalAssetProblems;
+    const std::string& file = record.Info.RealFilename;
+    told.insert(file);
+    unusable += "\n  " + (file.empty() ? name_of_missing(record) : file) + ':';
+    for (const std::string& reason : record.Reasons()) unusable += ' ' + reason;
+  }
+  bool may_be_opened = true;
+  for (const Cairn::UnopenedEntry& entry : m_Store.Unopened()) {
+    if (!entry.Path.starts_with(root + '/')) continue;
+    may_be_opened = false;
+    if (told.contains(entry.Path)) continue;
+    problems |= Cairn::AP_UNREADABLE;
+    unusable += "\n  " + entry.Path + ": It cannot be opened: " + entry.Reason + '.';
+  }
+  const char* advice = may_be_opened ? "Copy it again" : "Allow this user to read it, or copy it again";
+  if (unusable.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
+  return Fail(
+      folder + ": there is no composition in this folder that can be used. " + advice + "; wrong are:" + unusable,
+      problems == Cairn::AP_MISSING_FILE ? AssetsMissing : NotPlayable);
+}
+
+// A document beside the packages that nobody can read may be the very show that is meant.
+bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidate>& meant) {
+  std::error_code error;
+  const std::string root = std::filesystem::canonical(folder, error).string();
+  for (const Cairn::PackageRecord& package : m_Store.Packages())
+    if (package.Folder == root) return false;
+  const std::vector<Cairn::UnopenedEntry> unopened = m_Store.Unopened();
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.path().extension() != ".xml" || !entry.is_regular_file(error)) continue;
+    const auto failure = std::find_if(unopened.begin(), unopened.end(), [&](const Cairn::UnopenedEntry& other) {
+      return other.Path == root + '/' + entry.path().filename().string();
+    });
+    if (failure == unopened.end() && !is_damaged(entry.path())) continue;
+    const std::string what =
+        failure == unopened.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
+    Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
+             (failure == unopened.end() ? "" : "allow this user to read it, or ") + "copy it again" +
+             (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
+         NotPlayable);
+    return true;
+  }
+  return false;
+}
+
+bool Inputs::ResolveFile(const std::string& path) {
+  Cairn::FileContent content;
+  const Strata::Result_t result = Cairn::InspectFile(path, content);
+  if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), NotPlayable);
+  if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(folder_of(path));
+  if (content.Type == Cairn::FT_UNKNOWN)
+    return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.", NotPlayable);
+  if (content.Type == Cairn::FT_XML && is_damaged(path))
+    return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
+                NotPlayable);
+  if (IsMXF(content.Type))
+    return Fail(path +
+                ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "
+                "is in it, `strata frame` takes frames out of it.");
+  if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
+    return Fail(path + ": this is neither a composition nor a show playlist.");
+  if (!AddFolder("folder", folder_of(path))) return false;
+  m_Shows.push_back({content.Type, content.ID, DocumentTitle(content.Type, path), path});
+  return true;
+}
+
+bool Inputs::ResolveIdentifier(const Cairn::UUID& id) {
+  const std::vector<Cairn::AssetRecord> places = m_Store.FindAsset(id);
+  if (places.empty()) return Fail(id.EncodeString() + ": no store has this asset.");
+  const Cairn::AssetInfo& info = places.front().Info;
+  if (info.FileType != Cairn::FT_CPL && info.FileType != Cairn::FT_SHOW)
+    return Fail(id.EncodeString() + ": this is neither a composition nor a show playlist, but " + info.RealFilename);
+  m_Shows.push_back({info.FileType, id, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
+  return true;
+}
+
+// One playlist is taken from its file, so that it plays even where its package is not in order.
+Strata::Result_t Inputs::Load(Strata::IPlaylist& playlist) const {
+  if (m_Shows.size() == 1) {
+    std::string document;
+    const Strata::Result_t result = Ferro::ReadFileIntoString(m_Shows.front().Path, document);
+    return result.Failure() ? result : playlist.InitWithPlaylist(document, m_Store, {});
+  }
+  Cairn::UUIDList ids;
+  for (const Candidate& show : m_Shows) ids.push_back(show.ID);
+  return playlist.InitWithUUIDList(ids, m_Store, {});
+}

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "StoreSession.h"
+
+#include "show/IndexFile.h"
+#include "terminal/Interrupt.h"
+#include "terminal/ProgressBar.h"
+
+#include <Ferro/UUID.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+
+namespace fs = std::filesystem;
+
+ExitCode StoreTrouble(ExitCode code, const std::string& text) {
+  std::fprintf(stderr, "strata: %s\n", text.c_str());
+  return code;
+}
+
+std::string StorePath(const std::string& name) {
+  std::error_code error;
+  fs::path path = fs::canonical(name, error);
+  if (error) path = fs::absolute(name, error).lexically_normal();
+  return path.has_filename() ? path.string() : path.parent_path().string();
+}
+
+bool IsInside(const std::string& path, const std::string& folder) {
+  return path == folder || path.starts_with(folder == "/" ? folder : folder + '/');
+}
+
+bool StoreSelection::Select(const std::vector<std::string>& names, const Cairn::AssetStore& store,
+                            std::string& unknown) {
+  const std::vector<Cairn::AssetRecord> assets = store.Assets();
+  const std::vector<std::string> folders = store.Folders();
+  for (const std::string& name : names) {
+    unknown = name;
+    const auto urn = Cairn::UUID::FromURN(name);
+    if (const auto id = urn ? urn : Cairn::UUID::FromHex(name)) {
+      if (store.FindAsset(*id).empty()) return false;
+      m_IDs.insert(*id);
+      continue;
+    }
+    const std::string path = StorePath(name);
+    const bool known = std::find(folders.begin(), folders.end(), path) != folders.end() ||
+                       std::any_of(assets.begin(), assets.end(), [&](const Cairn::AssetRecord& record) {
+                         return IsInside(record.Info.RealFilename, path) || IsInside(record.Package, path);
+                       });
+    if (!known) return false;
+    m_Folders.push_back(path);
+  }
+  return true;
+}
+
+bool StoreSelection::HasFolder(const std::string& folder) const {
+  return All() || std::any_of(m_Folders.begin(), m_Folders.end(),
+                              [&](const std::string& selected) { return IsInside(folder, selected); });
+}
+
+bool StoreSelection::HasAsset(const Cairn::AssetRecord& record) const {
+  const std::string& file = record.Info.RealFilename;
+  return HasFolder(file.empty() ? record.Package : file) || m_IDs.contains(record.Info.ID);
+}
+
+std::vector<Cairn::AssetRecord> StoreSelection::Assets(const Cairn::AssetStore& store) const {
+  std::vector<Cairn::AssetRecord> assets = store.Assets();
+  std::erase_if(assets, [&](const Cairn::AssetRecord& record) { return !HasAsset(record); });
+  return assets;
+}
+
+ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
+  m_IndexFile = options.Index.empty() ? DefaultIndexFile() : options.Index;
+  if (m_IndexFile.empty()) return StoreTrouble(Usage, "there is no home folder: name the asset index with --index.");
+  std::error_code error;
+  if (!may_create && !fs::exists(m_IndexFile, error))
+    return StoreTrouble(Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
+  if (options.Index.empty()) fs::create_directories(fs::path(m_IndexFile).parent_path(), error);
+  std::string problem;
+  return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.Patience))
+             ? Fine
+             : StoreTrouble(NotPlayable, problem);
+}
+
+ExitCode StoreSession::Refresh() {
+  ProgressBar bar("Looking for changes", ProgressUnit::Files);
+  const auto progress = [&](const Cairn::ScanProgress& now) {
+    bar.Update(now.FilesDone, now.FilesTotal);
+    return !Interrupt::Requested();
+  };
+  if (m_Store.Refresh(progress) == Ferro::RESULT_CANCELLED || Interrupt::Requested()) return Interrupted;
+  return CheckIndex();
+}
+
+ExitCode StoreSession::CheckIndex() {
+  const std::vector<Ferro::LogEntry> messages = m_Log.Take();
+  for (const Ferro::LogEntry& message : messages)
+    if (message.Level == Ferro::LogLevel::Warning) m_Warnings.push_back(message.Message);
+  const std::string problem = IndexFailure(messages, m_IndexFile);
+  return problem.empty() ? Fine : StoreTrouble(NotPlayable, problem);
+}

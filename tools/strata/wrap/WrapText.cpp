@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "WrapEssence.h"
+#include "show/TextReferences.h"
+#include "show/TimedTextFacts.h"
+#include "terminal/CommandError.h"
+
+#include <Ferro/FileText.h>
+#include <Ferro/Path.h>
+#include <QUIRE/TimedTextWriter.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+
+namespace {
+
+namespace fs = std::filesystem;
+using QUIRE::TimedText::TimedTextDescriptor;
+
+constexpr Ferro::fsize_t LargestDocument = 64 * 1024 * 1024;  // bytes
+
+/// The file beside the document that is named by the identifier.
+std::string file_of(const std::string& folder, const Ferro::UUID& id) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const std::string stem = entry->path().stem().string();
+    const auto plain = Ferro::UUID::FromHex(stem);
+    const auto urn = Ferro::UUID::FromURN(stem);
+    if (plain == id || urn == id) return entry->path().string();
+  }
+  throw CommandError(AssetsMissing, "the document refers to " + id.EncodeString() +
+                                        ", and no font or image of that name lies beside it");
+}
+
+QUIRE::TimedText::MIMEType_t type_of(const QUIRE::FrameBuffer& resource) {
+  using namespace std::string_view_literals;
+  const std::string_view content(reinterpret_cast<const char*>(resource.RoData()), resource.Size());
+  if (content.starts_with("\x89PNG"sv)) return QUIRE::TimedText::MT_PNG;
+  const bool is_font =
+      content.starts_with("OTTO"sv) || content.starts_with("\0\1\0\0"sv) || content.starts_with("true"sv);
+  return is_font ? QUIRE::TimedText::MT_OPENTYPE : QUIRE::TimedText::MT_BIN;
+}
+
+TimedTextDescriptor describe(const WrapJob& job, const std::string& filename, const std::string& text) {
+  TimedTextFacts facts;
+  if (!ReadTimedTextFacts(text, facts))
+    throw CommandError(NotPlayable, filename + ": this is no timed-text document of ST 428-7");
+  TimedTextDescriptor descriptor;
+  descriptor.EditRate = job.EditRate(facts.EditRate);
+  descriptor.AssetID = facts.ID;
+  descriptor.NamespaceName = facts.Namespace;
+  descriptor.RFC5646LanguageTagList = job.Options().Language.empty() ? facts.Language : job.Options().Language;
+  descriptor.ContainerDuration = job.Options().Duration;
+  if (descriptor.ContainerDuration == 0) descriptor.ContainerDuration = facts.EndInEditUnits(descriptor.EditRate);
+  if (descriptor.ContainerDuration == 0)
+    throw CommandError(Usage, filename + ": no line says when it ends; --duration says how long the text is");
+  return descriptor;
+}
+
+}  // namespace
+
+Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
+  if (sources.Files.size() != 1)
+    throw CommandError(Usage, "a track file of text is made of one document; there are " +
+                                  std::to_string(sources.Files.size()) + ", from " + sources.Files.front() + " to " +
+                                  sources.Files.back());
+  if (job.Options().Interop)
+    throw CommandError(Usage, "Interop packages keep subtitles as they are, not in a track file");
+  const std::string& filename = sources.Files.front();
+  std::string text;
+  if (const auto result = Ferro::ReadFileIntoString(filename, text, LargestDocument); result.Failure())
+    throw CommandError(NotPlayable, filename + ": " + result.Label());
+  TimedTextDescriptor descriptor = describe(job, filename, text);
+
+  std::vector<Ferro::UUID> references;
+  if (ReadTextReferences(text, references).Failure())
+    throw CommandError(NotPlayable, filename + ": this document is no well-formed XML");
+  std::sort(references.begin(), references.end());
+  references.erase(std::unique(references.begin(), references.end()), references.end());
+
+  std::vector<std::string> files;
+  QUIRE::TimedText::FrameBuffer frame;
+  for (const Ferro::UUID& id : references) {
+    files.push_back(file_of(Ferro::PathDirname(filename), id));
+    ReadIntoFrame(files.back(), frame);
+    descriptor.ResourceList.push_back({id, type_of(frame)});
+  }
+
+  QUIRE::TimedText::MXFWriter writer;
+  job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+  job.Check(writer.WriteTimedTextResource(text, job.Cipher(), job.Integrity()));
+  for (size_t i = 0; i < files.size(); ++i) {
+    job.Progress(i, files.size());
+    ReadIntoFrame(files[i], frame);
+    frame.AssetID(references[i]);
+    job.Check(writer.WriteAncillaryResource(frame, job.Cipher(), job.Integrity()));
+  }
+  job.Check(writer.Finalize());
+  return {descriptor.EditRate, descriptor.ContainerDuration};
+}
