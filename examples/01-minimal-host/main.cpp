@@ -44,7 +44,7 @@ struct Counts {
 };
 
 /// Takes the frame of one track. A position within the reel is one of the file once its entry point is added.
-void take_frame(Strata::ITimelineTrack& track, Ferro::ui32_t reel_position, Counts& counts) {
+void TakeFrame(Strata::ITimelineTrack& track, Ferro::ui32_t reel_position, Counts& counts) {
   track.ReadyFrameAtLocation(track.EntryPoint() + reel_position);
   track.BufferLock();  // the frame stays in place until BufferUnlock: show it here
   ++counts.Frames;
@@ -54,7 +54,7 @@ void take_frame(Strata::ITimelineTrack& track, Ferro::ui32_t reel_position, Coun
 }
 
 /// Plays from the first edit unit to the last.
-Counts play(Strata::IPlaylist& playlist) {
+Counts Play(Strata::IPlaylist& playlist) {
   Printer printer;
   Counts counts;
   bool at_end = false;
@@ -63,7 +63,7 @@ Counts play(Strata::IPlaylist& playlist) {
     for (const auto type : {Strata::TRKT_IMAGE, Strata::TRKT_SOUND, Strata::TRKT_AUX_DATA})
       for (Ferro::ui32_t channel = 0; channel < playlist.GetChannelCountForType(type, position); ++channel)
         if (Strata::ITimelineTrack* track = playlist.GetReaderForChannel(type, channel, position))
-          take_frame(*track, playlist.TranslateReelPosition(position), counts);
+          TakeFrame(*track, playlist.TranslateReelPosition(position), counts);
 
     playlist.TransportStatusNotify(&printer, Strata::CMD_PLAY, Strata::DeviceStatus(), false);
     playlist.PlaylistStatusNotify(&printer, false);
@@ -74,7 +74,7 @@ Counts play(Strata::IPlaylist& playlist) {
 }
 
 /// Fills the playlist from the document, or from every composition of the store without one.
-Ferro::Result_t load(Strata::IPlaylist& playlist, const Cairn::AssetStore& store, const char* document) {
+Ferro::Result_t Load(Strata::IPlaylist& playlist, const Cairn::AssetStore& store, const char* document) {
   if (document != nullptr) {
     std::string text;
     const Ferro::Result_t result = Ferro::ReadFileIntoString(document, text);
@@ -98,12 +98,12 @@ int main(int argc, char** argv) {
   if (result.Success()) result = store.AddFolder(argv[1]);
   Ferro::mem_ptr<Strata::IPlaylist> playlist;
   if (result.Success()) result = Strata::NewPlaylist(playlist);
-  if (result.Success()) result = load(*playlist, store, argc == 3 ? argv[2] : nullptr);
+  if (result.Success()) result = Load(*playlist, store, argc == 3 ? argv[2] : nullptr);
   if (result.Failure()) {
     std::fprintf(stderr, "%s: %s\n", argv[1], result.Label());
     return 1;
   }
-  const Counts counts = play(*playlist);
+  const Counts counts = Play(*playlist);
   std::printf("%u edit units played: %" PRIu64 " frames, %" PRIu64 " bytes\n", playlist->GetDuration(), counts.Frames,
               counts.Bytes);
   return 0;
