@@ -17,8 +17,7 @@
 #include "FrameReads.h"
 #include "LatencyRequest.h"
 #include "TemporaryFolder.h"
-#include "TimelineElements/JP2KTimelineElement.h"
-#include "TimelineElements/PCMTimelineElement.h"
+#include "TimelineElements/TrackFileElements.h"
 #include "TrackFileMaker.h"
 
 #include <QUIRE/JP2KWriter.h>

@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "QuietLog.h"
 
-#include "TimelineElements/AtmosTimelineElement.h"
-#include "TimelineElements/DCDataTimelineElement.h"
-#include "TimelineElements/JP2KSTimelineElement.h"
-#include "TimelineElements/JP2KTimelineElement.h"
-#include "TimelineElements/MPEG2TimelineElement.h"
-#include "TimelineElements/PCMTimelineElement.h"
 #include "TimelineElements/TextTrack.h"
+#include "TimelineElements/TrackFileElements.h"
 
 #include <Ferro/Assert.h>
 #include <QUIRE/EssenceType.h>

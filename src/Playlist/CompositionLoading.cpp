@@ -16,16 +16,16 @@ namespace Strata {
 
 namespace {
 
-void append_if_present(const Cairn::GenericAsset& asset, UUIDList& ids) {
+void AppendIfPresent(const Cairn::GenericAsset& asset, UUIDList& ids) {
   if (asset.AssetID.HasValue()) ids.push_back(asset.AssetID);
 }
 
-UUIDList asset_ids_of(const Cairn::CompositionPlaylist& cpl) {
+UUIDList AssetIDsOf(const Cairn::CompositionPlaylist& cpl) {
   UUIDList ids;
   for (const Cairn::Reel& reel : cpl.ReelList) {
-    append_if_present(reel.MainPicture, ids);
-    append_if_present(reel.MainSound, ids);
-    append_if_present(reel.MainSubtitle, ids);
+    AppendIfPresent(reel.MainPicture, ids);
+    AppendIfPresent(reel.MainSound, ids);
+    AppendIfPresent(reel.MainSubtitle, ids);
     for (const Cairn::TimedTextAsset& text : reel.OffScreenText) ids.push_back(text.AssetID);
     for (const Cairn::AuxDataAsset& data : reel.AuxData) ids.push_back(data.AssetID);
   }
@@ -72,7 +72,7 @@ Result_t CompositionLoader::InitWithCPL(const Cairn::CompositionPlaylist& cpl, c
 
 Result_t CompositionLoader::ResolveAssets(const Cairn::IAssetLookup& lookup) {
   m_Target.AssetList.clear();
-  Result_t result = lookup.GetInfoForAssetIDList(asset_ids_of(*m_CPL), m_Target.AssetList, true);
+  Result_t result = lookup.GetInfoForAssetIDList(AssetIDsOf(*m_CPL), m_Target.AssetList, true);
   if (result == Ferro::RESULT_FALSE) {
     Ferro::DefaultLogSink().Error("CPL %s references unregistered assets\n", m_CPLText.c_str());
     result = Cairn::RESULT_CN_NOT_IN_STORE;

@@ -9,7 +9,7 @@ namespace Strata {
 
 namespace {
 
-const TimelineReel* find_reel(const Timeline_t& timeline, ui32_t position) {
+const TimelineReel* FindReel(const Timeline_t& timeline, ui32_t position) {
   if (timeline.empty()) return nullptr;
   if (position == 0) return &timeline.front();
 
@@ -25,7 +25,7 @@ const TimelineReel* find_reel(const Timeline_t& timeline, ui32_t position) {
 
 const TimelineReel* FindReelHavingEditUnit(const Timeline_t& timeline, ui32_t position,
                                            const TimelineReel** first_of_composition) {
-  const TimelineReel* reel = find_reel(timeline, position);
+  const TimelineReel* reel = FindReel(timeline, position);
   if (reel != nullptr && first_of_composition != nullptr)
     *first_of_composition = &timeline[reel->m_PlaylistReelNumber - reel->m_CPLReelNumber];
   return reel;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view UUIDPrefix = "urn:uuid:";
 
-Result_t decode_show_uri(const std::string& uri, UUID& SPL_ID) {
+Result_t DecodeShowURI(const std::string& uri, UUID& SPL_ID) {
   if (!uri.starts_with(UUIDPrefix)) {
     Ferro::DefaultLogSink().Error("Unrecognized Show Playlist URI: %s\n", uri.c_str());
     return Ferro::RESULT_NOT_FOUND;
@@ -86,7 +86,7 @@ Result_t ShowExpander::AddComposition(const ShowPlaylist::CompositionItem& item)
 
 Result_t ShowExpander::AddShow(const ShowPlaylist::ShowPlaylistItem& item, Ferro::PathList_t& paths) {
   UUID SPL_ID;
-  Result_t result = decode_show_uri(item.URI, SPL_ID);
+  Result_t result = DecodeShowURI(item.URI, SPL_ID);
   AssetInfoMap::const_iterator asset;
   if (result.Success()) result = get_info_map_item(SPL_ID, asset, m_Assets, m_Lookup);
   if (result.Failure()) return result;

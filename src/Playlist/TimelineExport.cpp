@@ -60,7 +60,7 @@ class ShowWriter {
   ui32_t m_Start = 0;  // of the current composition
 };
 
-ResourcePresentationList::ReelResource resource_for(const ITimelineTrack& track, const std::string& base_path) {
+ResourcePresentationList::ReelResource ResourceFor(const ITimelineTrack& track, const std::string& base_path) {
   ResourcePresentationList::ResourceFile file;
   file.URL = Ferro::PathJoin(base_path, track.AssetID().EncodeString());
 
@@ -99,10 +99,10 @@ void FillPresentationList(const Timeline_t& timeline, const std::string& base_pa
     resources.TimelineOffset = reel.m_Offset;
     resources.ReelID = reel.m_CPLReelID;
     resources.EditRate = reel.m_EditRate;
-    if (!reel.OnScreenText.empty()) resources.ReelResourceList.push_back(resource_for(*reel.OnScreenText, base_path));
+    if (!reel.OnScreenText.empty()) resources.ReelResourceList.push_back(ResourceFor(*reel.OnScreenText, base_path));
     for (const TrackPtr& text : reel.OffScreenText) {
       FERRO_ASSERT_TEXT(!text.empty(), "!ost_i->empty()");
-      resources.ReelResourceList.push_back(resource_for(*text, base_path));
+      resources.ReelResourceList.push_back(ResourceFor(*text, base_path));
     }
     if (!resources.ReelResourceList.empty()) out.ReelResourcesList.push_back(resources);
   }

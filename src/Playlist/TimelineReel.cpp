@@ -8,11 +8,11 @@ namespace Strata {
 
 namespace {
 
-bool is_past_the_last_type(TrackType_t type) {
+bool IsPastTheLastType(TrackType_t type) {
   return type > TRKT_AUX_DATA;
 }
 
-ITimelineTrack* track_at(const std::vector<TrackPtr>& tracks, ui32_t channel) {
+ITimelineTrack* TrackAt(const std::vector<TrackPtr>& tracks, ui32_t channel) {
   return channel < tracks.size() ? tracks[channel].get() : nullptr;
 }
 
@@ -58,9 +58,9 @@ ITimelineTrack* TimelineReel::GetReaderForChannel(const TrackType_t& type, const
     case TRKT_ON_SCREEN_TEXT:
       return channel == 0 ? OnScreenText.get() : nullptr;
     case TRKT_OFF_SCREEN_TEXT:
-      return track_at(OffScreenText, channel);
+      return TrackAt(OffScreenText, channel);
     case TRKT_AUX_DATA:
-      return track_at(AuxData, channel);
+      return TrackAt(AuxData, channel);
     default:
       Ferro::DefaultLogSink().Debug("Unknown track type %d for channel %d, frame %d\n", static_cast<int>(type),
                                     static_cast<int>(channel), static_cast<int>(frame));
@@ -80,7 +80,7 @@ ui32_t TimelineReel::GetChannelCountForType(TrackType_t type, ui32_t /*frame*/) 
 }
 
 void TimelineReel::MakeReady(const TrackType_t& type) const {
-  FERRO_ASSERT_TEXT(!is_past_the_last_type(type), "type!=type");
+  FERRO_ASSERT_TEXT(!IsPastTheLastType(type), "type!=type");
   if (type == TRKT_IMAGE && !MainPicture.empty()) MainPicture->MakeReady();
   if (type == TRKT_SOUND && !MainSound.empty()) MainSound->MakeReady();
   if (type == TRKT_AUX_DATA)
@@ -88,7 +88,7 @@ void TimelineReel::MakeReady(const TrackType_t& type) const {
 }
 
 bool TimelineReel::MakeDormant(const TrackType_t& type) const {
-  FERRO_ASSERT_TEXT(!is_past_the_last_type(type), "type!=type");
+  FERRO_ASSERT_TEXT(!IsPastTheLastType(type), "type!=type");
   switch (type) {
     case TRKT_IMAGE:
       FERRO_ASSERT(!MainPicture.empty());

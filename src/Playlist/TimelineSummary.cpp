@@ -29,12 +29,12 @@ class KeyCollector {
   bool m_Found = false;
 };
 
-double seconds_of(const ITimelineTrack& picture) {
+double SecondsOf(const ITimelineTrack& picture) {
   return double(picture.Duration()) / picture.EditRate().Quotient();
 }
 
 // Rates come from files: a total that is no number of seconds that fits counts as 0 or as the most there is.
-ui32_t round_half_up(double seconds) {
+ui32_t RoundHalfUp(double seconds) {
   const double rounded = std::floor(seconds + 0.5);
   if (!(rounded > 0)) return 0;
   constexpr ui32_t most = std::numeric_limits<ui32_t>::max();
@@ -51,7 +51,7 @@ TimelineSummary SummariseTimeline(const Timeline_t& timeline) {
   double seconds = 0;
 
   for (const TimelineReel& reel : timeline) {
-    if (!reel.MainPicture.empty()) seconds += seconds_of(*reel.MainPicture);
+    if (!reel.MainPicture.empty()) seconds += SecondsOf(*reel.MainPicture);
     if (reel.m_CPLReelNumber == 0) summary.CPLs.push_back(reel.m_CPL);
 
     KeyCollector collector(keys);
@@ -68,7 +68,7 @@ TimelineSummary SummariseTimeline(const Timeline_t& timeline) {
   }
   spans.Reset();
 
-  summary.DurationSeconds = round_half_up(seconds);
+  summary.DurationSeconds = RoundHalfUp(seconds);
   Ferro::create_unique_list(keys, summary.Keys);
   Ferro::create_unique_list(encrypted, summary.CiphertextCPLs);
   return summary;

@@ -25,13 +25,13 @@ class h__Playlist final : public IPlaylist {
   h__Playlist(const h__Playlist&) = delete;
   h__Playlist& operator=(const h__Playlist&) = delete;
 
-  // Initialisation.cpp
+  // h__PlaylistLoading.cpp
   Result_t InitWithUUIDList(const UUIDList& ids, const Cairn::IAssetLookup& lookup,
                             const Cairn::PListDict& options) override;
   Result_t InitWithPlaylist(const std::string& document, const Cairn::IAssetLookup& lookup,
                             const Cairn::PListDict& options) override;
 
-  // Export.cpp
+  // h__PlaylistExport.cpp
   void GetLastCPLContext(UUID& id, Cairn::AssetInfoList& assets) const override;
   Result_t GetShowPlaylistForTimeline(std::string& document) const override;
   Result_t GetPresentationListForTimeline(const std::string& base_path, std::string& document,
@@ -40,14 +40,14 @@ class h__Playlist final : public IPlaylist {
   void GetCPLIDList(UUIDList& out) const override;
   void GetCiphertextCPLIDList(UUIDList& out) const override;
 
-  // Notification.cpp
+  // h__PlaylistNotify.cpp
   Result_t AddEventToTimeline(const std::string& label, const std::string& scope, const ui32_t& show_position) override;
   void TransportStatusNotify(ITransportNotify* NotifyHandler, CommandType_t command, const DeviceStatus& status,
                              bool force) override;
   void PlaylistStatusNotify(ITransportNotify* NotifyHandler, bool force) override;
   void PlaylistEventNotify(ITransportNotify* NotifyHandler) override;
 
-  // Positioning.cpp
+  // h__PlaylistPositioning.cpp
   bool MoveForward(ui32_t count) override;
   bool MoveBackward(ui32_t count) override;
   bool MoveToEditUnit(ui32_t position) override;

@@ -13,9 +13,13 @@ namespace Strata {
 /// The sound reader with its buffers' capacity and with what its file says of the use of its channels.
 class PCMReaderWrapper : public QUIRE::PCM::MXFReader {
  public:
+  using FrameBufferT = QUIRE::PCM::FrameBuffer;
+  using DescriptorT = QUIRE::PCM::AudioDescriptor;
   /// In bytes: one edit unit of 16 channels, 24 bits and 96 kHz at 24 per second takes 192,000.
   static constexpr ui32_t MaxFrameBytes = 0x80000;
   [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillAudioDescriptor(out); }
 
   /// Opens the file and sets the members below from its wave audio descriptor (ST 382).
   /// @return the reader's result; the failure of the look-up when the header has no wave audio descriptor.

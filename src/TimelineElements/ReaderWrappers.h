@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-// The track-file readers with the capacity that each buffer of their reader thread gets, in bytes. It bounds the frame
-// that can be played: 250 Mbit/s at 24 frames per second are 1.3 MB a frame.
+// The track-file readers, each with what it reads into (FrameBufferT), what it says of its essence (DescriptorT), and the
+// capacity in bytes of each buffer of its reader thread (FrameBufferSize). The capacity bounds the frame that can be
+// played: 250 Mbit/s at 24 frames per second are 1.3 MB a frame.
 
 #include "TimelineElements/PCMReaderWrapper.h"
 
@@ -15,51 +16,50 @@
 
 namespace Strata {
 
+/// A stereoscopic frame: the left and the right eye's codestream of one edit unit.
+class SFrameBuffer : public QUIRE::JP2K::SFrameBuffer {};
+
+/// Of every kind but sound; of each eye of a stereoscopic frame.
+inline constexpr ui32_t MaxFrameBytes = 0x400000;
+
 class JP2KReaderWrapper : public QUIRE::JP2K::MXFReader {
  public:
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x400000; }
+  using FrameBufferT = QUIRE::JP2K::FrameBuffer;
+  using DescriptorT = QUIRE::JP2K::PictureDescriptor;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillPictureDescriptor(out); }
 };
 
 class JP2KSReaderWrapper : public QUIRE::JP2K::MXFSReader {
  public:
-  /// Of each eye.
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x400000; }
+  using FrameBufferT = SFrameBuffer;
+  using DescriptorT = QUIRE::JP2K::PictureDescriptor;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillPictureDescriptor(out); }
 };
 
 class MPEGReaderWrapper : public QUIRE::MPEG2::MXFReader {
  public:
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x400000; }
+  using FrameBufferT = QUIRE::MPEG2::FrameBuffer;
+  using DescriptorT = QUIRE::MPEG2::VideoDescriptor;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillVideoDescriptor(out); }
 };
 
 class DCDataReaderWrapper : public QUIRE::DCData::MXFReader {
  public:
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x400000; }
+  using FrameBufferT = QUIRE::DCData::FrameBuffer;
+  using DescriptorT = QUIRE::DCData::DCDataDescriptor;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillDCDataDescriptor(out); }
 };
 
 class AtmosReaderWrapper : public QUIRE::ATMOS::MXFReader {
  public:
-  [[nodiscard]] ui32_t FrameBufferSize() const { return 0x400000; }
+  using FrameBufferT = QUIRE::DCData::FrameBuffer;
+  using DescriptorT = QUIRE::ATMOS::AtmosDescriptor;
+  [[nodiscard]] ui32_t FrameBufferSize() const { return MaxFrameBytes; }
+  [[nodiscard]] QUIRE::Result_t FillDescriptor(DescriptorT& out) const { return FillAtmosDescriptor(out); }
 };
-
-// One name for what each kind of reader calls differently.
-
-inline QUIRE::Result_t FillDescriptor(const JP2KReaderWrapper& reader, QUIRE::JP2K::PictureDescriptor& descriptor) {
-  return reader.FillPictureDescriptor(descriptor);
-}
-inline QUIRE::Result_t FillDescriptor(const JP2KSReaderWrapper& reader, QUIRE::JP2K::PictureDescriptor& descriptor) {
-  return reader.FillPictureDescriptor(descriptor);
-}
-inline QUIRE::Result_t FillDescriptor(const MPEGReaderWrapper& reader, QUIRE::MPEG2::VideoDescriptor& descriptor) {
-  return reader.FillVideoDescriptor(descriptor);
-}
-inline QUIRE::Result_t FillDescriptor(const PCMReaderWrapper& reader, QUIRE::PCM::AudioDescriptor& descriptor) {
-  return reader.FillAudioDescriptor(descriptor);
-}
-inline QUIRE::Result_t FillDescriptor(const DCDataReaderWrapper& reader, QUIRE::DCData::DCDataDescriptor& descriptor) {
-  return reader.FillDCDataDescriptor(descriptor);
-}
-inline QUIRE::Result_t FillDescriptor(const AtmosReaderWrapper& reader, QUIRE::ATMOS::AtmosDescriptor& descriptor) {
-  return reader.FillAtmosDescriptor(descriptor);
-}
 
 }  // namespace Strata

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <Strata/ITimelineTrack.h>
+#include "TimelineElements/TextlessTrack.h"
 
 #include <Ferro/Mutex.h>
 #include <QUIRE/AudioDescriptor.h>
@@ -17,7 +17,7 @@ namespace Strata {
 inline constexpr const char* SilenceAssetID = "7c4616f2-48a6-58b3-9d2a-e7547301b6f8";
 
 /// What a silence track says of itself. It has no file, and neither a ready nor a dormant state.
-class SilenceTimelineTrack : public ITimelineTrack {
+class SilenceTimelineTrack : public TextlessTrack {
  public:
   ~SilenceTimelineTrack() override;
 
@@ -51,13 +51,6 @@ class SilenceTimelineTrack : public ITimelineTrack {
   ui32_t ChannelCount() const override { return m_ChannelCount; }
   const QUIRE::UL& ChannelAssignment() const override { return m_ChannelAssignment; }
   const std::string& MCALabelString() const override { return m_MCALabelString; }
-
-  Cairn::DCPFormat_t TextEssenceFormat() const override { return Cairn::DFT_NONE; }
-  bool GetTimedTextData(QUIRE::TimedText::FrameBuffer&) const override { return false; }
-  bool AncillaryResourceIDList(UUIDList&) const override { return false; }
-  bool AncillaryResourceNameList(Ferro::ArchivableList<Ferro::ArchivableString>&) const override { return false; }
-  bool GetTimedTextResourceByID(const UUID&, QUIRE::TimedText::FrameBuffer&) const override { return false; }
-  bool GetTimedTextResourceByName(const std::string&, QUIRE::TimedText::FrameBuffer&) const override { return false; }
 
  protected:
   explicit SilenceTimelineTrack(const QUIRE::PCM::AudioDescriptor& descriptor);

@@ -26,7 +26,7 @@ using TextBuffer = QUIRE::TimedText::FrameBuffer;
 constexpr std::array<ui8_t, 4> MXFKeyStart{0x06, 0x0e, 0x2b, 0x34};
 
 /// Copies all that a text buffer holds; the copy's capacity is the source's size. False when it cannot be had.
-bool copy_text_data_buffer(const TextBuffer& source, TextBuffer& out) {
+bool CopyTextDataBuffer(const TextBuffer& source, TextBuffer& out) {
   if (out.Capacity(source.Size()).Failure()) return false;
   if (source.Size() > 0) std::memcpy(out.Data(), source.RoData(), source.Size());
   out.Size(source.Size());
@@ -210,7 +210,7 @@ void TextTimelineTrack::LoadInteropResource(const std::string& folder, const std
 }
 
 bool TextTimelineTrack::GetTimedTextData(TextBuffer& out) const {
-  return copy_text_data_buffer(m_TextResource, out);
+  return CopyTextDataBuffer(m_TextResource, out);
 }
 
 bool TextTimelineTrack::AncillaryResourceIDList(UUIDList& out) const {
@@ -225,12 +225,12 @@ bool TextTimelineTrack::AncillaryResourceNameList(Ferro::ArchivableList<Ferro::A
 
 bool TextTimelineTrack::GetTimedTextResourceByID(const UUID& id, TextBuffer& out) const {
   const auto found = m_AncillaryResourceIdMap.find(id);
-  return found != m_AncillaryResourceIdMap.end() && copy_text_data_buffer(found->second, out);
+  return found != m_AncillaryResourceIdMap.end() && CopyTextDataBuffer(found->second, out);
 }
 
 bool TextTimelineTrack::GetTimedTextResourceByName(const std::string& name, TextBuffer& out) const {
   const auto found = m_AncillaryResourceNameMap.find(name);
-  return found != m_AncillaryResourceNameMap.end() && copy_text_data_buffer(found->second, out);
+  return found != m_AncillaryResourceNameMap.end() && CopyTextDataBuffer(found->second, out);
 }
 
 }  // namespace Strata

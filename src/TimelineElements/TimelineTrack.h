@@ -2,9 +2,8 @@
 #pragma once
 
 #include "TimelineElements/EssenceReaderThread.h"
+#include "TimelineElements/TextlessTrack.h"
 #include "TimelineElements/WholeSampleRate.h"
-
-#include <Strata/ITimelineTrack.h>
 
 #include <Ferro/LogSink.h>
 #include <Ferro/mem_ptr.h>
@@ -22,12 +21,11 @@ namespace Strata {
 /// thread, which takes no frames while the track is made dormant.
 ///
 /// @tparam ReaderThreadT  an EssenceReaderThread of the next two
-/// @tparam TrackFileT     a track-file reader with FrameBufferSize()
+/// @tparam TrackFileT     a track-file reader with FrameBufferSize() and FillDescriptor(DescriptorT&)
 /// @tparam FrameBufferT   what it reads into
-/// @tparam DescriptorT    what it says of its essence; FillDescriptor(const TrackFileT&, DescriptorT&) is found by
-///                        overload
+/// @tparam DescriptorT    what it says of its essence
 template <class ReaderThreadT, class TrackFileT, class FrameBufferT, class DescriptorT>
-class TimelineTrack : public ITimelineTrack {
+class TimelineTrack : public TextlessTrack {
  public:
   ~TimelineTrack() override {
     if (!m_ReaderThread.empty()) StopReaderThread();
@@ -56,7 +54,7 @@ class TimelineTrack : public ITimelineTrack {
 
     m_AssetID = m_Info.AssetUUID;
     if (m_Info.EncryptedEssence) m_KeyID = m_Info.CryptographicKeyID;
-    static_cast<void>(FillDescriptor(reader, m_Desc));
+    static_cast<void>(reader.FillDescriptor(m_Desc));
     SetEssenceParameters(reader);
     m_Filename = filename;
     m_EntryPoint = entry_point;
@@ -134,13 +132,6 @@ class TimelineTrack : public ITimelineTrack {
   ui32_t ChannelCount() const override { return m_ChannelCount; }
   const QUIRE::UL& ChannelAssignment() const override { return m_ChannelAssignment; }
   const std::string& MCALabelString() const override { return m_MCALabelString; }
-
-  Cairn::DCPFormat_t TextEssenceFormat() const override { return Cairn::DFT_NONE; }
-  bool GetTimedTextData(QUIRE::TimedText::FrameBuffer&) const override { return false; }
-  bool AncillaryResourceIDList(UUIDList&) const override { return false; }
-  bool AncillaryResourceNameList(Ferro::ArchivableList<Ferro::ArchivableString>&) const override { return false; }
-  bool GetTimedTextResourceByID(const UUID&, QUIRE::TimedText::FrameBuffer&) const override { return false; }
-  bool GetTimedTextResourceByName(const std::string&, QUIRE::TimedText::FrameBuffer&) const override { return false; }
 
  protected:
   TimelineTrack() = default;

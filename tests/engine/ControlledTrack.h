@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ControlledReader.h"
-#include "TimelineElements/MonoTimelineTrack.h"
+#include "TimelineElements/TrackFileElements.h"
 
 #include <QUIRE/AudioDescriptor.h>
 #include <QUIRE/WriterInfo.h>
@@ -28,6 +28,8 @@ struct FileFacts {
 /// A controlled reader that can be opened like a track file of sound.
 class ControlledFile : public ControlledReader {
  public:
+  using FrameBufferT = QUIRE::PCM::FrameBuffer;
+  using DescriptorT = QUIRE::PCM::AudioDescriptor;
   static inline FileFacts Facts;  ///< of all files; a test sets it anew
 
   QUIRE::UL m_ChannelAssignment;
@@ -46,17 +48,15 @@ class ControlledFile : public ControlledReader {
     info = Facts.Info;
     return Facts.InfoResult;
   }
+  Ferro::Result_t FillDescriptor(QUIRE::PCM::AudioDescriptor& descriptor) const {
+    descriptor = Facts.Descriptor;
+    return Facts.DescriptorResult;
+  }
   [[nodiscard]] ui32_t FrameBufferSize() const { return Facts.Capacity; }
 };
 
-inline Ferro::Result_t FillDescriptor(const ControlledFile& file, QUIRE::PCM::AudioDescriptor& descriptor) {
-  descriptor = file.Facts.Descriptor;
-  return file.Facts.DescriptorResult;
-}
-
 /// A sound track on such a file, open to tests.
-class ControlledTrack final
-    : public Strata::MonoTimelineTrack<ControlledFile, QUIRE::PCM::FrameBuffer, QUIRE::PCM::AudioDescriptor> {
+class ControlledTrack final : public Strata::TrackFileElement<ControlledFile> {
  public:
   using TimelineTrack::m_ReaderThread;
   using TimelineTrack::m_TrackFile;

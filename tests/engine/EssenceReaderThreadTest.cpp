@@ -2,7 +2,7 @@
 #include "TimelineElements/EssenceReaderThread.h"
 
 #include "ControlledReader.h"
-#include "TimelineElements/SFrameBuffer.h"
+#include "TimelineElements/ReaderWrappers.h"
 
 #include <Ferro/LogEntry.h>
 #include <Ferro/LogSink.h>

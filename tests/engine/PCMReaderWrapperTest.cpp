@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineElements/PCMReaderWrapper.h"
 
-#include "TimelineElements/PCMTimelineElement.h"
-#include "TimelineElements/ReaderWrappers.h"
+#include "TimelineElements/TrackFileElements.h"
 #include "TrackFixtures.h"
 
 #include <QUIRE/Dictionary.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineElements/TimelineTrack.h"
 
-#include "TimelineElements/PCMTimelineElement.h"
+#include "TimelineElements/TrackFileElements.h"
 #include "TrackFixtures.h"
 
 #include <QUIRE/AtmosReader.h>

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TrackFixtures.h"
 
-#include "TimelineElements/AtmosTimelineElement.h"
-#include "TimelineElements/DCDataTimelineElement.h"
-#include "TimelineElements/JP2KSTimelineElement.h"
-#include "TimelineElements/JP2KTimelineElement.h"
-#include "TimelineElements/MPEG2TimelineElement.h"
-#include "TimelineElements/PCMTimelineElement.h"
+#include "TimelineElements/TrackFileElements.h"
 
 #include <filesystem>
 #include <fstream>

@@ -11,6 +11,8 @@
 
 namespace Strata {
 
+ITransportNotify::~ITransportNotify() = default;
+
 Result_t h__Playlist::AddEventToTimeline(const std::string& label, const std::string& scope,
                                          const ui32_t& show_position) {
   PlaylistEvent event;

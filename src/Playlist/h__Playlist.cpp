@@ -3,6 +3,8 @@
 
 namespace Strata {
 
+IPlaylist::~IPlaylist() = default;
+
 h__Playlist::h__Playlist() = default;
 
 // Tracks stop their threads as their reel goes.

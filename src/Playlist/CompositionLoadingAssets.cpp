@@ -3,13 +3,8 @@
 // created, installed and opened, and at last held against its file. A track stays installed when it fails.
 #include "Playlist/CompositionLoading.h"
 
-#include "TimelineElements/AtmosTimelineElement.h"
-#include "TimelineElements/DCDataTimelineElement.h"
-#include "TimelineElements/JP2KSTimelineElement.h"
-#include "TimelineElements/JP2KTimelineElement.h"
-#include "TimelineElements/MPEG2TimelineElement.h"
-#include "TimelineElements/PCMTimelineElement.h"
 #include "TimelineElements/TextTrack.h"
+#include "TimelineElements/TrackFileElements.h"
 
 #include <Strata/EssenceParams.h>
 
@@ -32,11 +27,11 @@ struct CompositionLoader::AssetWords {
 
 namespace {
 
-int as_int(ui32_t value) {
+int Int(ui32_t value) {
   return static_cast<int>(value);
 }
 
-bool outruns(const ITimelineTrack& track) {
+bool Outruns(const ITimelineTrack& track) {
   return ui64_t{track.EntryPoint()} + track.Duration() > track.IntrinsicDuration();
 }
 
@@ -55,8 +50,7 @@ const CompositionLoader::AssetWords CompositionLoader::s_AuxData{"Aux data asset
 
 Result_t CompositionLoader::LoadAssets(const Cairn::Reel& reel) {
   if (!reel.MainPicture.AssetID.HasValue()) {
-    Ferro::DefaultLogSink().Error("No picture element in reel %d of %s\n", as_int(m_Target.ReelCount),
-                                  m_CPLText.c_str());
+    Ferro::DefaultLogSink().Error("No picture element in reel %d of %s\n", Int(m_Target.ReelCount), m_CPLText.c_str());
     return QUIRE::RESULT_FORMAT;
   }
   Result_t result = LoadAsset(s_Picture, reel.MainPicture, &CompositionLoader::InitCplImage);
@@ -97,7 +91,7 @@ Result_t CompositionLoader::InitCplImage(const Cairn::AssetInfo& info, const Cai
   Cairn::FileType_t type = info.FileType;
   if (type == Cairn::FT_UNKNOWN) {
     Ferro::DefaultLogSink().Error("MainPicture image format not detected in reel %d of %s, asset %s\n",
-                                  as_int(m_Target.ReelCount), m_CPLText.c_str(), info.ID.EncodeString().c_str());
+                                  Int(m_Target.ReelCount), m_CPLText.c_str(), info.ID.EncodeString().c_str());
     return QUIRE::RESULT_FORMAT;
   }
   result = CheckDigest(s_Picture, info, asset);
@@ -106,7 +100,7 @@ Result_t CompositionLoader::InitCplImage(const Cairn::AssetInfo& info, const Cai
 
   if (first_reel) m_Info.ImageFormat = type;
   if (m_Info.ImageFormat != type) {
-    Ferro::DefaultLogSink().Warn("MainPicture essence format mismatch in reel %d of %s\n", as_int(m_Target.ReelCount),
+    Ferro::DefaultLogSink().Warn("MainPicture essence format mismatch in reel %d of %s\n", Int(m_Target.ReelCount),
                                  m_CPLText.c_str());
     return QUIRE::RESULT_FORMAT;
   }
@@ -120,8 +114,8 @@ Result_t CompositionLoader::InitCplImage(const Cairn::AssetInfo& info, const Cai
     case Cairn::FT_QUIRE_MPEG2_VES:
       return OpenImage<MPEG2TimelineElement>(info, asset);
     default:
-      Ferro::DefaultLogSink().Error("Unknown type for MainPicture asset (%d) in reel %d of %s\n", as_int(type),
-                                    as_int(m_Target.ReelCount), m_CPLText.c_str());
+      Ferro::DefaultLogSink().Error("Unknown type for MainPicture asset (%d) in reel %d of %s\n", Int(type),
+                                    Int(m_Target.ReelCount), m_CPLText.c_str());
       return QUIRE::RESULT_FORMAT;
   }
 }
@@ -133,10 +127,10 @@ Result_t CompositionLoader::PromoteToStereoscopic(Cairn::FileType_t& type) {
     if (m_CPL->DCPFormat == Cairn::DFT_DCI_SMPTE) {
       Ferro::DefaultLogSink().Warn(
           "Promoting SMPTE track file to stereoscopic image in reel %d of %s, mastering is suspect!\n",
-          as_int(m_Target.ReelCount), m_CPLText.c_str());
+          Int(m_Target.ReelCount), m_CPLText.c_str());
     } else if (m_CPL->DCPFormat != Cairn::DFT_Interop || type != Cairn::FT_QUIRE_JP2K_J2C) {
       Ferro::DefaultLogSink().Error("Stereoscopic image not supported for non-JPEG2000 essence in reel %d of %s\n",
-                                    as_int(m_Target.ReelCount), m_CPLText.c_str());
+                                    Int(m_Target.ReelCount), m_CPLText.c_str());
       return QUIRE::RESULT_FORMAT;
     }
   }
@@ -156,11 +150,11 @@ Result_t CompositionLoader::OpenImage(const Cairn::AssetInfo& info, const Cairn:
   m_Info.ImageWidth = track->ImageWidth();
   m_Info.ImageHeight = track->ImageHeight();
   result = CheckTrackEditRate(s_Picture.Name, *track);
-  if (result.Success() && outruns(*track)) {
+  if (result.Success() && Outruns(*track)) {
     Ferro::DefaultLogSink().Error(
         "MainPicture length (%d) is less than CPL EntryPoint + Duration (%d + %d) in reel %d of %s\n",
-        as_int(track->IntrinsicDuration()), as_int(track->EntryPoint()), as_int(track->Duration()),
-        as_int(m_Target.ReelCount), m_CPLText.c_str());
+        Int(track->IntrinsicDuration()), Int(track->EntryPoint()), Int(track->Duration()), Int(m_Target.ReelCount),
+        m_CPLText.c_str());
     result = QUIRE::RESULT_FORMAT;
   }
   return result;
@@ -196,7 +190,7 @@ Result_t CompositionLoader::CheckSoundFormat(const QUIRE::PCM::AudioDescriptor& 
     return QUIRE::RESULT_FORMAT;
   }
   if (descriptor.QuantizationBits != 24) {
-    Ferro::DefaultLogSink().Error("MainSound sample word size is not 24: %d\n", as_int(descriptor.QuantizationBits));
+    Ferro::DefaultLogSink().Error("MainSound sample word size is not 24: %d\n", Int(descriptor.QuantizationBits));
     return QUIRE::RESULT_FORMAT;
   }
   return Ferro::RESULT_OK;
@@ -243,11 +237,10 @@ Result_t CompositionLoader::OpenText(ITimelineTrack& track, const Cairn::AssetIn
   Result_t result = track.InitWithFilename(info.RealFilename, asset.EntryPoint, asset.Duration);
   if (result.Success() && track.TextEssenceFormat() == Cairn::DFT_DCI_SMPTE)
     result = CheckTrackEditRate(track.AssetName().c_str(), track);
-  if (result.Success() && outruns(track))
+  if (result.Success() && Outruns(track))
     Ferro::DefaultLogSink().Warn("%s asset length (%d) less than EntryPoint + Duration (%d + %d) in reel %d of %s\n",
-                                 track.AssetName().c_str(), as_int(track.IntrinsicDuration()),
-                                 as_int(track.EntryPoint()), as_int(track.Duration()), as_int(m_Target.ReelCount),
-                                 m_CPLText.c_str());
+                                 track.AssetName().c_str(), Int(track.IntrinsicDuration()), Int(track.EntryPoint()),
+                                 Int(track.Duration()), Int(m_Target.ReelCount), m_CPLText.c_str());
   return result;
 }
 
@@ -281,14 +274,14 @@ Result_t CompositionLoader::OpenAuxData(const Cairn::AssetInfo& info, const Cair
 
 Result_t CompositionLoader::CheckEditRate(const AssetWords& words, const Cairn::GenericAsset& asset) const {
   if (asset.EditRate == m_EditRate) return Ferro::RESULT_OK;
-  Ferro::DefaultLogSink().Error("%s EditRate mismatch in reel %d of %s\n", words.Name, as_int(m_Target.ReelCount),
+  Ferro::DefaultLogSink().Error("%s EditRate mismatch in reel %d of %s\n", words.Name, Int(m_Target.ReelCount),
                                 m_CPLText.c_str());
   return QUIRE::RESULT_FORMAT;
 }
 
 Result_t CompositionLoader::TypeMismatch(const AssetWords& words, const Cairn::AssetInfo& info) const {
   Ferro::DefaultLogSink().Error("%s asset must be %s (got %d) in reel %d of %s\n", words.Name, words.Types,
-                                as_int(info.FileType), as_int(m_Target.ReelCount), m_CPLText.c_str());
+                                Int(info.FileType), Int(m_Target.ReelCount), m_CPLText.c_str());
   return QUIRE::RESULT_FORMAT;
 }
 
@@ -296,22 +289,22 @@ Result_t CompositionLoader::CheckDigest(const AssetWords& words, const Cairn::As
                                         const Cairn::GenericAsset& asset) const {
   if (!asset.Digest.HasValue() || asset.Digest == info.Digest) return Ferro::RESULT_OK;
   Ferro::DefaultLogSink().Error("%s digest does not match reel %d of %s, asset %s\n", words.Digest,
-                                as_int(m_Target.ReelCount), m_CPLText.c_str(), info.ID.EncodeString().c_str());
+                                Int(m_Target.ReelCount), m_CPLText.c_str(), info.ID.EncodeString().c_str());
   return RESULT_SX_DIGEST_FAIL;
 }
 
 Result_t CompositionLoader::CheckTrackEditRate(const char* name, const ITimelineTrack& track) const {
   if (track.EditRate() == m_EditRate) return Ferro::RESULT_OK;
   Ferro::DefaultLogSink().Error("%s EditRate does not match track file in reel %d of %s\n", name,
-                                as_int(m_Target.ReelCount), m_CPLText.c_str());
+                                Int(m_Target.ReelCount), m_CPLText.c_str());
   return QUIRE::RESULT_FORMAT;
 }
 
 Result_t CompositionLoader::CheckTrackLength(const AssetWords& words, const ITimelineTrack& track) const {
-  if (!outruns(track)) return Ferro::RESULT_OK;
+  if (!Outruns(track)) return Ferro::RESULT_OK;
   Ferro::DefaultLogSink().Error("%s asset length (%d) less than EntryPoint + Duration (%d + %d) in reel %d of %s\n",
-                                words.Name, as_int(track.IntrinsicDuration()), as_int(track.EntryPoint()),
-                                as_int(track.Duration()), as_int(m_Target.ReelCount), m_CPLText.c_str());
+                                words.Name, Int(track.IntrinsicDuration()), Int(track.EntryPoint()),
+                                Int(track.Duration()), Int(m_Target.ReelCount), m_CPLText.c_str());
   return QUIRE::RESULT_FORMAT;
 }
 

@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: BSD-3-Clause
-#include "TimelineElements/AtmosTimelineElement.h"
-
-namespace Strata {
-
-AtmosTimelineElement::~AtmosTimelineElement() = default;
-
-}  // namespace Strata
