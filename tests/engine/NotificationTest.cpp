@@ -19,6 +19,11 @@ using testsupport::RecordingNotifier;
 using testsupport::ui32_t;
 using Labels = std::vector<std::string>;
 
+constexpr ui32_t ChangedAll = Strata::PlaylistInspector::ChangedAll;
+constexpr ui32_t ChangedComposition = Strata::PlaylistInspector::ChangedComposition;
+constexpr ui32_t ChangedEssenceCoding = Strata::PlaylistInspector::ChangedEssenceCoding;
+constexpr ui32_t ChangedPosition = Strata::PlaylistInspector::ChangedPosition;
+
 /// Composition 1 with reels of 1000 and 2000 edit units, then composition 2 with one of 3000: 6000 in all.
 struct Notification : testing::Test {
   Notification() {
@@ -122,9 +127,9 @@ TEST_F(Notification, WithoutEventsNobodyIsCalled) {
 
 TEST_F(Notification, EventsTouchNoChangeBit) {
   AddEvent("event", 0);
-  Fake.State.HasChanges = 7;
+  Fake.State.HasChanges = ChangedAll;
   Playlist.PlaylistEventNotify(&Notifier);
-  EXPECT_EQ(Fake.State.HasChanges, 7u);
+  EXPECT_EQ(Fake.State.HasChanges, ChangedAll);
 }
 
 // Transport status.
@@ -157,7 +162,7 @@ TEST_F(Notification, TransportStatusCarriesTheThreePositionsAndWhatItWasGiven) {
 TEST_F(Notification, TransportStatusIsReportedOncePerChange) {
   Playlist.TransportStatusNotify(&Notifier, Strata::CMD_PLAY, Status, false);
   EXPECT_EQ(Notifier.Transport.size(), 1u) << "the first computation";
-  EXPECT_EQ(Fake.State.HasChanges, 2u) << "only its own bit is cleared";
+  EXPECT_EQ(Fake.State.HasChanges, ChangedComposition) << "only its own bit is cleared";
   Playlist.TransportStatusNotify(&Notifier, Strata::CMD_PLAY, Status, false);
   EXPECT_EQ(Notifier.Transport.size(), 1u);
   Playlist.MoveForward(1);
@@ -187,7 +192,7 @@ TEST_F(Notification, PlaylistStatusIsReportedOncePerReelOrComposition) {
   ASSERT_EQ(Notifier.Compositions.size(), 1u) << "the first computation";
   EXPECT_EQ(Notifier.Compositions[0].ID, NumberedID(1));
   EXPECT_EQ(Notifier.Compositions[0].CurrentReel, 1u);
-  EXPECT_EQ(Fake.State.HasChanges, 1u) << "only its own bit is cleared";
+  EXPECT_EQ(Fake.State.HasChanges, ChangedPosition) << "only its own bit is cleared";
 
   Playlist.MoveToEditUnit(999);
   Playlist.PlaylistStatusNotify(&Notifier, false);
@@ -208,9 +213,9 @@ TEST_F(Notification, ForcedPlaylistStatusReportsTheUnchangedComposition) {
   Playlist.PlaylistStatusNotify(&Notifier, false);
   Playlist.PlaylistStatusNotify(&Notifier, true);
   EXPECT_EQ(Notifier.Compositions.size(), 2u);
-  Fake.State.HasChanges = 7;
+  Fake.State.HasChanges = ChangedAll;
   Playlist.PlaylistStatusNotify(&Notifier, true);
-  EXPECT_EQ(Fake.State.HasChanges, 5u);
+  EXPECT_EQ(Fake.State.HasChanges, ChangedPosition | ChangedEssenceCoding);
 }
 
 // When a change counts as reported.
@@ -241,21 +246,21 @@ class WatchingNotifier final : public Strata::ITransportNotify {
 
 TEST_F(Notification, ChangeBitsAreClearedAfterTheReport) {
   WatchingNotifier watcher(Fake.State.HasChanges, false);
-  Fake.State.HasChanges = 7;
+  Fake.State.HasChanges = ChangedAll;
   Playlist.TransportStatusNotify(&watcher, Strata::CMD_PLAY, Status, false);
   EXPECT_EQ(watcher.Seen, std::vector<ui32_t>({7}));
-  EXPECT_EQ(Fake.State.HasChanges, 6u);
+  EXPECT_EQ(Fake.State.HasChanges, ChangedComposition | ChangedEssenceCoding);
   Playlist.PlaylistStatusNotify(&watcher, false);
   EXPECT_EQ(watcher.Seen, std::vector<ui32_t>({7, 6}));
-  EXPECT_EQ(Fake.State.HasChanges, 4u);
+  EXPECT_EQ(Fake.State.HasChanges, ChangedEssenceCoding);
 }
 
 TEST_F(Notification, ReportThatThrowsIsStillDue) {
   WatchingNotifier watcher(Fake.State.HasChanges, true);
-  Fake.State.HasChanges = 7;
+  Fake.State.HasChanges = ChangedAll;
   EXPECT_THROW(Playlist.TransportStatusNotify(&watcher, Strata::CMD_PLAY, Status, false), std::runtime_error);
   EXPECT_THROW(Playlist.PlaylistStatusNotify(&watcher, false), std::runtime_error);
-  EXPECT_EQ(Fake.State.HasChanges, 7u);
+  EXPECT_EQ(Fake.State.HasChanges, ChangedAll);
   Playlist.TransportStatusNotify(&Notifier, Strata::CMD_PLAY, Status, false);
   Playlist.PlaylistStatusNotify(&Notifier, false);
   EXPECT_EQ(Notifier.Transport.size(), 1u);

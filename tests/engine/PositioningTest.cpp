@@ -20,6 +20,10 @@ using testsupport::LogCapture;
 using testsupport::NumberedID;
 using testsupport::ui32_t;
 
+constexpr ui32_t ChangedAll = Strata::PlaylistInspector::ChangedAll;
+constexpr ui32_t ChangedComposition = Strata::PlaylistInspector::ChangedComposition;
+constexpr ui32_t ChangedPosition = Strata::PlaylistInspector::ChangedPosition;
+
 constexpr ui32_t Largest = 0xffffffff;
 
 /// Composition 1 with reels of 100 and 200 edit units, then composition 2 with one of 150: 450 in all.
@@ -60,7 +64,7 @@ TEST_F(Positioning, MoveForwardExactlyOntoTheLastEditUnitIsNotClamped) {
 TEST_F(Positioning, MoveForwardToTheEndIsClamped) {
   EXPECT_TRUE(Playlist.MoveForward(450));
   EXPECT_EQ(Playlist.GetPosition(), 449u);
-  EXPECT_EQ(TakeChanges(), 3u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition | ChangedComposition);
 }
 
 TEST_F(Positioning, MoveForwardByOneOnTheLastEditUnitRecomputesNothing) {
@@ -140,65 +144,6 @@ TEST(PositioningEmpty, MovesChangeNothingAndAnswerTrue) {
   EXPECT_EQ(fake.State.HasChanges, 0u);
 }
 
-// Finding reels.
-
-TEST_F(Positioning, EachEditUnitIsFoundInItsReel) {
-  const Strata::Timeline_t& timeline = Fake.State.Timeline;
-  const std::map<ui32_t, size_t> expected = {{0, 0},   {1, 0},   {99, 0},  {100, 1}, {101, 1},
-                                             {299, 1}, {300, 2}, {301, 2}, {449, 2}, {450, 2}};
-  for (const auto& [position, reel] : expected)
-    EXPECT_EQ(FindReelHavingEditUnit(timeline, position), &timeline[reel]) << position;
-}
-
-TEST_F(Positioning, OnePastTheEndIsStillTheLastReelAndTwoPastIsNone) {
-  EXPECT_EQ(FindReelHavingEditUnit(Fake.State.Timeline, 450), &Fake.Reel(2));
-  EXPECT_EQ(FindReelHavingEditUnit(Fake.State.Timeline, 451), nullptr);
-  EXPECT_EQ(FindReelHavingEditUnit(Fake.State.Timeline, Largest), nullptr);
-}
-
-TEST_F(Positioning, FirstReelOfTheCompositionIsFoundWithIt) {
-  const std::map<ui32_t, size_t> expected = {{0, 0}, {99, 0}, {100, 0}, {299, 0}, {300, 2}, {450, 2}};
-  for (const auto& [position, reel] : expected) {
-    const TimelineReel* first = nullptr;
-    EXPECT_NE(FindReelHavingEditUnit(Fake.State.Timeline, position, &first), nullptr);
-    EXPECT_EQ(first, &Fake.Reel(reel)) << position;
-  }
-}
-
-TEST(ReelSearch, EmptyTimelineHasNoReel) {
-  const Strata::Timeline_t timeline;
-  for (const ui32_t position : {0u, 1u, Largest}) EXPECT_EQ(FindReelHavingEditUnit(timeline, position), nullptr);
-}
-
-TEST(ReelSearch, EachReelOfALongTimelineHoldsItsEditUnits) {
-  FakeTimeline fake;
-  std::vector<ui32_t> durations;
-  for (ui32_t i = 0; i < 200; ++i) durations.push_back(1 + i % 3);
-  fake.Append(Composition(1), durations);
-  for (const TimelineReel& reel : fake.State.Timeline)
-    for (ui32_t position = reel.m_Offset; position < reel.m_Offset + reel.m_Duration; ++position)
-      ASSERT_EQ(FindReelHavingEditUnit(fake.State.Timeline, position), &reel) << position;
-}
-
-TEST(ReelSearch, ReelsWithoutEditUnitsNeverHideTheReelBehindThem) {
-  FakeTimeline fake;
-  fake.Append(Composition(1), {5, 0, 0, 5, 0});
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 4), &fake.Reel(0));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 5), &fake.Reel(3));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 9), &fake.Reel(3));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 10), &fake.Reel(4)) << "one past the end";
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 11), nullptr);
-}
-
-TEST(ReelSearch, TimelineUpToTheLargestNumberIsSearchedWhole) {
-  FakeTimeline fake;
-  fake.Append(Composition(1), {0x80000000, 0x7fffffff});
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 0x7fffffff), &fake.Reel(0));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 0x80000000), &fake.Reel(1));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 0xfffffffe), &fake.Reel(1));
-  EXPECT_EQ(FindReelHavingEditUnit(fake.State.Timeline, 0xffffffff), &fake.Reel(1)) << "one past the end";
-}
-
 // Counters.
 
 TEST_F(Positioning, FirstComputationSetsEveryCounter) {
@@ -254,116 +199,34 @@ TEST(PositioningChanges, FirstComputationSetsPositionAndCompositionBitsOnly) {
   fake.Append(Composition(1), {10});
   const LogCapture log;
   fake.State.AdjustCounters();
-  EXPECT_EQ(fake.State.HasChanges, 3u);
+  EXPECT_EQ(fake.State.HasChanges, ChangedPosition | ChangedComposition);
   EXPECT_EQ(log.Text(), "");
 }
 
 TEST_F(Positioning, MoveInsideAReelSetsThePositionBit) {
   Playlist.MoveForward(99);
-  EXPECT_EQ(TakeChanges(), 1u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition);
 }
 
 TEST_F(Positioning, MoveAcrossAReelBoundarySetsTheReelBitToo) {
   Playlist.MoveForward(100);
-  EXPECT_EQ(TakeChanges(), 3u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition | ChangedComposition);
   Playlist.MoveBackward(1);
-  EXPECT_EQ(TakeChanges(), 3u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition | ChangedComposition);
 }
 
 TEST_F(Positioning, BitsGatherUntilTheyAreTaken) {
   Playlist.MoveForward(100);
   Playlist.MoveForward(1);
-  EXPECT_EQ(TakeChanges(), 3u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition | ChangedComposition);
 }
 
 TEST_F(Positioning, MoveIntoAnEquallyCodedCompositionIsNoChangeOfCoding) {
   const LogCapture log;
   Playlist.MoveToEditUnit(300);
-  EXPECT_EQ(TakeChanges(), 3u);
+  EXPECT_EQ(TakeChanges(), ChangedPosition | ChangedComposition);
   EXPECT_EQ(log.Text(), "");
   EXPECT_FALSE(Playlist.EssenceCodingChanged());
-}
-
-struct CodingChange : testing::Test {
-  /// Moves from a composition of the first size into one of the second; answers the change bits.
-  static ui32_t Changes(Strata::ImageEssenceChangeMode_t mode, ui32_t width_1, ui32_t height_1, ui32_t width_2,
-                        ui32_t height_2) {
-    FakeTimeline fake;
-    for (const auto& [number, width, height] : {std::tuple(1u, width_1, height_1), std::tuple(2u, width_2, height_2)}) {
-      CompositionInfo info = Composition(number);
-      info.ImageWidth = width;
-      info.ImageHeight = height;
-      fake.Append(info, {10});
-    }
-    fake.State.ChangeMode = mode;
-    fake.Finish();
-    fake.State.HasChanges = 0;
-    fake.Playlist.MoveToEditUnit(10);
-    return fake.State.HasChanges;
-  }
-};
-
-TEST_F(CodingChange, IsAWidthAcross2048In2KTo4KMode) {
-  EXPECT_EQ(Changes(Strata::EECM_2K_4K, 2048, 1080, 2049, 1080), 7u);
-  EXPECT_EQ(Changes(Strata::EECM_2K_4K, 4096, 2160, 2048, 1080), 7u);
-}
-
-TEST_F(CodingChange, IsNoChangeOfSizeWithin2KIn2KTo4KMode) {
-  EXPECT_EQ(Changes(Strata::EECM_2K_4K, 1998, 1080, 2048, 858), 3u);
-}
-
-TEST_F(CodingChange, IsAnyChangeOfWidthOrHeightInAnyMode) {
-  EXPECT_EQ(Changes(Strata::EECM_ANY, 1998, 1080, 2048, 1080), 7u);
-  EXPECT_EQ(Changes(Strata::EECM_ANY, 2048, 858, 2048, 1080), 7u);
-  EXPECT_EQ(Changes(Strata::EECM_ANY, 2048, 1080, 2048, 1080), 3u);
-}
-
-TEST_F(CodingChange, IsNoChangeOfSizeInNoneMode) {
-  EXPECT_EQ(Changes(Strata::EECM_NONE, 2048, 1080, 4096, 2160), 3u);
-}
-
-TEST_F(CodingChange, IsLoggedAndAnsweredOnce) {
-  FakeTimeline fake;
-  fake.Append(Composition(1), {10});
-  CompositionInfo stereo = Composition(2);
-  stereo.ImageFormat = Cairn::FT_QUIRE_JP2K_J2C_S;
-  fake.Append(stereo, {10});
-  fake.Finish();
-  const LogCapture log;
-  fake.Playlist.MoveToEditUnit(10);
-  ASSERT_EQ(log.Entries().size(), 1u);
-  EXPECT_EQ(log.Entries()[0].Level, Ferro::LogLevel::Debug);
-  EXPECT_EQ(log.Entries()[0].Message, "Essence format has changed.\n");
-  EXPECT_TRUE(fake.Playlist.EssenceCodingChanged());
-  EXPECT_FALSE(fake.Playlist.EssenceCodingChanged());
-  EXPECT_EQ(fake.State.HasChanges, 3u) << "the other bits stay";
-}
-
-TEST_F(CodingChange, NeverComesWithTheFirstComputation) {
-  FakeTimeline fake;
-  fake.Append(Composition(1), {10});
-  CompositionInfo stereo = Composition(2);
-  stereo.ID = Ferro::UUID::FromHex("00000000-0000-0000-0000-000000000000").value();
-  stereo.ImageFormat = Cairn::FT_QUIRE_JP2K_J2C_S;
-  fake.Append(stereo, {10});
-  fake.Finish();
-  EXPECT_FALSE(fake.Playlist.EssenceCodingChanged());
-  fake.Playlist.MoveToEditUnit(10);
-  EXPECT_TRUE(fake.Playlist.EssenceCodingChanged());
-}
-
-TEST_F(CodingChange, IsDecidedFromTheCompositionBeforeTheMove) {
-  FakeTimeline fake;
-  CompositionInfo large = Composition(2);
-  large.ImageWidth = 4096;
-  fake.Append(Composition(1), {10});
-  fake.Append(large, {10});
-  fake.Append(Composition(3), {10});
-  fake.Finish();
-  fake.Playlist.MoveToEditUnit(20);
-  EXPECT_FALSE(fake.Playlist.EssenceCodingChanged()) << "the composition between was jumped over";
-  fake.Playlist.MoveBackward(1);
-  EXPECT_TRUE(fake.Playlist.EssenceCodingChanged());
 }
 
 // Translations.
@@ -507,12 +370,6 @@ TEST_F(PositioningDeathTest, ReelOfAnUnknownCompositionAsserts) {
   EXPECT_DEATH(Playlist.MoveToEditUnit(300), Asserts("cmi != m_CompositionInfo.end()"));
   EXPECT_DEATH(static_cast<void>(Playlist.GetCompositionInfoForPosition(300)),
                Asserts("cmi != m_CompositionInfo.end()"));
-}
-
-TEST_F(PositioningDeathTest, PositionBeforeTheFirstReelAsserts) {
-  Fake.Reel(0).m_Offset = 10;
-  for (const ui32_t position : {5u, 10u})
-    EXPECT_DEATH((void)FindReelHavingEditUnit(Fake.State.Timeline, position), Asserts("ri != m_Timeline.begin()"));
 }
 
 TEST_F(PositioningDeathTest, ReelThatStartsAfterItsPositionAsserts) {

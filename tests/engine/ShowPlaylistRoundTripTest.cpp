@@ -3,6 +3,7 @@
 
 #include "../support/LogCapture.h"
 #include "../support/SchemaCheck.h"
+#include "../support/TestSeed.h"
 
 #include <gtest/gtest.h>
 
@@ -179,15 +180,11 @@ void ExpectReadBack(const ShowPlaylist& read, const ShowPlaylist& written) {
   for (const auto& read_item : read.ShowSequence) ExpectReadBack(*read_item, **item++);
 }
 
-ui64_t FirstSeed() {
-  const char* text = std::getenv("STRATA_TEST_SEED");
-  return text == nullptr ? 1 : std::strtoull(text, nullptr, 10);
-}
-
 TEST(ShowPlaylistRoundTrip, GeneratedModelsAreReadAsTheyWereWritten) {
   testsupport::LogCapture log;
   std::vector<std::string> documents;
-  for (ui64_t seed = FirstSeed(); seed < FirstSeed() + 500; ++seed) {
+  const ui32_t first = testsupport::TestSeed(1);
+  for (ui32_t seed = first; seed < first + 500; ++seed) {
     SCOPED_TRACE("STRATA_TEST_SEED=" + std::to_string(seed));
     ShowPlaylist written;
     Maker(seed).Fill(written);

@@ -4,6 +4,7 @@
 #include "../support/AssertionText.h"
 #include "../support/FakeTimeline.h"
 #include "../support/SchemaCheck.h"
+#include "../support/TestSeed.h"
 
 #include <gtest/gtest.h>
 
@@ -205,9 +206,7 @@ Lines Held(const ShowPlaylist& show) {
 }
 
 TEST(TimelineExportReload, CompositionsAndEventPositionsComeBack) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(testsupport::TestSeed(std::random_device()()));
   const auto below = [&random](ui32_t limit) { return static_cast<ui32_t>(random() % limit); };
   for (int round = 0; round < 200; ++round) {
     FakeTimeline fake;

@@ -20,6 +20,9 @@ using testsupport::LogCapture;
 using testsupport::NumberedID;
 using testsupport::ui32_t;
 
+constexpr ui32_t ChangedComposition = Strata::PlaylistInspector::ChangedComposition;
+constexpr ui32_t ChangedPosition = Strata::PlaylistInspector::ChangedPosition;
+
 FakeTrack Text(ui32_t asset, ui32_t entry_point, ui32_t duration) {
   FakeTrack::Facts facts;
   facts.AssetID = NumberedID(asset);
@@ -205,7 +208,7 @@ TEST(FixupPlaylist, LogsReelsAndDurationAndComputesTheCounters) {
   EXPECT_EQ(log.Entries()[0].Message, "reels: 2, Duration: 300\n");
   EXPECT_EQ(fake.State.CurrentReel, &fake.Reel(0));
   EXPECT_EQ(fake.State.ReelPosition.Duration, 100u);
-  EXPECT_EQ(fake.State.HasChanges, 3u);
+  EXPECT_EQ(fake.State.HasChanges, ChangedPosition | ChangedComposition);
 }
 
 TEST(FixupPlaylist, EmptyTimelineIsRefused) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Random transports on two tracks of one file, side by side, against a plain model of what a bracket may show.
-#include "TimelineElements/PCMTimelineElement.h"
+#include "../support/TestSeed.h"
+#include "TimelineElements/TrackFileElements.h"
 #include "TrackFixtures.h"
 
 #include <algorithm>
@@ -166,9 +167,8 @@ TEST(TrackModel, RandomTransportsOnOneFileSeeWhatTheRulesAllow) {
   for (ui32_t position = 0; position < Duration; ++position)
     frames.push_back(MakeFrame(TrackKind::Sound, spec, position));
 
-  const ui32_t seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::cout << "seed " << seed << ", " << 2 * OperationsPerTrack << " operations\n";
+  const ui32_t seed = testsupport::TestSeed(std::random_device()());
+  std::cout << 2 * OperationsPerTrack << " operations\n";
   CountingSink sink;
   Ferro::ILogSink* const previous = Ferro::SetDefaultLogSink(&sink);
   {

@@ -3,6 +3,7 @@
 // the rules: no search, no shared state, everything counted from the start.
 #include "../support/FakeTimeline.h"
 #include "../support/RecordingNotifier.h"
+#include "../support/TestSeed.h"
 
 #include <Ferro/LogSink.h>
 
@@ -465,21 +466,14 @@ class Comparison {
   const Strata::DeviceStatus m_Status;
 };
 
-/// STRATA_MODEL_SEED repeats a run.
-unsigned Seed() {
-  const char* given = std::getenv("STRATA_MODEL_SEED");
-  return given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
-}
-
 TEST(TransportModel, PlaylistDoesWhatThePlainModelDoes) {
-  const unsigned seed = Seed();
-  std::cout << "STRATA_MODEL_SEED=" << seed << std::endl;
+  const unsigned seed = testsupport::TestSeed(std::random_device()());
   Random random(seed);
   for (unsigned step = 0; step < StepCount;) {
     const std::vector<CompositionPlan> show = RandomShow(random);
     Comparison comparison(show, random);
     for (unsigned end = step + StepsPerTimeline; step < end; ++step)
-      ASSERT_TRUE(comparison.Step()) << "at step " << step << " of STRATA_MODEL_SEED=" << seed;
+      ASSERT_TRUE(comparison.Step()) << "at step " << step << " of STRATA_TEST_SEED=" << seed;
   }
 }
 

@@ -15,6 +15,12 @@ namespace Strata {
 
 /// Opens a playlist's state to tests.
 struct PlaylistInspector {
+  // The bits of HasChanges.
+  static constexpr ui32_t ChangedPosition = h__Playlist::ChangedPosition;
+  static constexpr ui32_t ChangedComposition = h__Playlist::ChangedComposition;
+  static constexpr ui32_t ChangedEssenceCoding = h__Playlist::ChangedEssenceCoding;
+  static constexpr ui32_t ChangedAll = ChangedPosition | ChangedComposition | ChangedEssenceCoding;
+
   explicit PlaylistInspector(h__Playlist& playlist)
       : m_Playlist(playlist),
         Timeline(playlist.m_Timeline),
