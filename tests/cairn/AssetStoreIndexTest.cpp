@@ -174,6 +174,7 @@ TEST_F(AssetStoreIndexTest, FileThatIsNoDatabaseIsRefusedAndLeftAsItWas) {
   PutText(At("text"), text);
   EXPECT_EQ(Store.Open(At("text")), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + At("text").string() + ": file is not a database\n");
+  EXPECT_EQ(Store.LastFailure().Kind, SF_NOT_A_DATABASE);
   EXPECT_EQ(fs::file_size(At("text")), text.size());
   EXPECT_EQ(Store.Refresh(), Ferro::RESULT_INIT);
 }
@@ -182,19 +183,22 @@ TEST_F(AssetStoreIndexTest, DatabaseOfAnotherProgramIsRefusedAndLeftAsItWas) {
   ASSERT_EQ(ask_sqlite(At("other.db"), "CREATE TABLE mine (x); PRAGMA user_version = 1"), "");
   EXPECT_EQ(Store.Open(At("other.db")), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + At("other.db").string() + ": it is no asset index\n");
+  EXPECT_EQ(Store.LastFailure().Kind, SF_NOT_AN_INDEX);
   EXPECT_EQ(ask_sqlite(At("other.db"), "SELECT name FROM sqlite_master; PRAGMA journal_mode"), "minedelete");
 }
 
 TEST_F(AssetStoreIndexTest, IndexOfAnotherVersionIsRefused) {
   ASSERT_EQ(Store.Open(), RESULT_OK);  // lets go of the file
-  ASSERT_EQ(ask_sqlite(Index(), "PRAGMA user_version = 2"), "");
+  ASSERT_EQ(ask_sqlite(Index(), "PRAGMA user_version = 1"), "");
   EXPECT_EQ(Store.Open(Index()), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + Index() + ": it is an asset index of another version\n");
+  EXPECT_EQ(Store.LastFailure().Kind, SF_OTHER_VERSION);
 }
 
 TEST_F(AssetStoreIndexTest, IndexInAFolderThatIsNotThereIsRefused) {
   EXPECT_EQ(Store.Open(At("nowhere/index.db")), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + At("nowhere/index.db").string() + ": unable to open database file\n");
+  EXPECT_EQ(Store.LastFailure().Kind, SF_CANNOT_OPEN);
 }
 
 TEST_F(AssetStoreIndexTest, TornIndexIsRefusedWithOneLineAndNoCrash) {
@@ -209,6 +213,7 @@ TEST_F(AssetStoreIndexTest, TornIndexIsRefusedWithOneLineAndNoCrash) {
     Result_t result = torn.Open(Index());
     if (result.Success()) result = torn.AddFolder(Assets());
     EXPECT_EQ(result, RESULT_CN_STORE) << length;
+    EXPECT_THAT(torn.LastFailure().Kind, testing::AnyOf(SF_CORRUPT, SF_NOT_A_DATABASE)) << length;
     EXPECT_EQ(Log.Count(Ferro::LogLevel::Error), 1U) << Log.Text();
   }
 }

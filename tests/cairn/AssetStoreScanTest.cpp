@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Looking through folders that takes long, files that are forgotten, and an index that another process holds.
+// Scans that take long, files that are forgotten, and an index that another process holds.
 #include "StoreFixture.h"
 
 #include <gmock/gmock.h>
@@ -60,18 +60,19 @@ TEST_F(AssetStoreScanTest, CancelledRefreshLeavesTheFolderAsItWas) {
 }
 
 TEST_F(AssetStoreScanTest, WhatCannotBeOpenedIsToldUntilItCan) {
-  EXPECT_THAT(Store.Unopened(), IsEmpty());
+  EXPECT_THAT(Store.Unreadable(), IsEmpty());
   std::filesystem::create_symlink("loop", At("a/loop"));
   std::filesystem::create_symlink("nowhere", At("a/gone"));
   std::filesystem::create_directory(At("a/lost+found"));
   const auto entries = [&] {
     std::vector<std::string> lines;
-    for (const UnopenedEntry& entry : Store.Unopened()) lines.push_back(entry.Path + ": " + entry.Reason);
+    for (const UnreadableEntry& entry : Store.Unreadable())
+      lines.push_back(entry.Path + ": " + entry.Reason + (entry.Kind == UK_LINK ? " (link)" : ""));
     return lines;
   };
   ASSERT_EQ(Add("a"), RESULT_OK);
-  const std::vector<std::string> both{At("a/gone").string() + ": No such file or directory",
-                                      At("a/loop").string() + ": Too many levels of symbolic links"};
+  const std::vector<std::string> both{At("a/gone").string() + ": No such file or directory (link)",
+                                      At("a/loop").string() + ": Too many levels of symbolic links (link)"};
   EXPECT_EQ(entries(), both);
   EXPECT_EQ(IDs().size(), 3U);  // the others serve
   ASSERT_EQ(Store.Refresh(), RESULT_OK);
@@ -80,7 +81,7 @@ TEST_F(AssetStoreScanTest, WhatCannotBeOpenedIsToldUntilItCan) {
   ASSERT_EQ(Store.Refresh(), RESULT_OK);
   EXPECT_EQ(entries(), std::vector<std::string>{both[0]});
   ASSERT_EQ(Store.Forget(At("a")), RESULT_OK);
-  EXPECT_THAT(Store.Unopened(), IsEmpty());
+  EXPECT_THAT(Store.Unreadable(), IsEmpty());
 }
 
 // As any user but root, whom every file is open to.
@@ -100,10 +101,12 @@ TEST_F(AssetStoreScanTest, FileAndFolderWithoutPermissionSaySo) {
   std::filesystem::permissions(At("package/inner"), std::filesystem::perms(0755));
 
   ASSERT_EQ(added, RESULT_OK);
-  ASSERT_EQ(Store.Unopened().size(), 2U);
-  EXPECT_EQ(Store.Unopened()[0].Path, composition);
-  EXPECT_EQ(Store.Unopened()[0].Reason, "Permission denied");
-  EXPECT_EQ(Store.Unopened()[1].Path, At("package/inner").string());
+  ASSERT_EQ(Store.Unreadable().size(), 2U);
+  EXPECT_EQ(Store.Unreadable()[0].Path, composition);
+  EXPECT_EQ(Store.Unreadable()[0].Reason, "Permission denied");
+  EXPECT_EQ(Store.Unreadable()[0].Kind, UK_FILE);
+  EXPECT_EQ(Store.Unreadable()[1].Path, At("package/inner").string());
+  EXPECT_EQ(Store.Unreadable()[1].Kind, UK_FOLDER);
   EXPECT_THAT(Only(SampleID(20)).Reasons(), ElementsAre("The file cannot be opened: Permission denied."));
 }
 
@@ -125,15 +128,21 @@ TEST_F(AssetStoreScanTest, ForgettingBeforeOpenIsRefused) {
   EXPECT_EQ(store.ForgetAsset(SampleID(1)), Ferro::RESULT_INIT);
 }
 
-TEST_F(AssetStoreScanTest, LockedIndexIsRefusedAfterThePatienceIsOver) {
+TEST_F(AssetStoreScanTest, LockedIndexIsRefusedAfterTheBusyTimeout) {
   ASSERT_EQ(Store.Open(At("index.db"), std::chrono::milliseconds(0)), RESULT_OK);
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(At("index.db").c_str(), &other), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(Add("a"), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + At("index.db").string() + ": database is locked\n");
+  EXPECT_EQ(Store.LastFailure().Kind, SF_LOCKED);
+  EXPECT_EQ(Store.LastFailure().File, At("index.db").string());
+  EXPECT_EQ(Store.LastFailure().Reason, "database is locked");
   sqlite3_close(other);
   EXPECT_EQ(Add("a"), RESULT_OK);
+  EXPECT_EQ(Store.LastFailure().Kind, SF_LOCKED);  // until it is cleared
+  Store.ClearFailure();
+  EXPECT_EQ(Store.LastFailure().Kind, SF_NONE);
 }
 
 }  // namespace

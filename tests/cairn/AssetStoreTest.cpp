@@ -74,7 +74,7 @@ TEST_F(AssetStoreTest, PackageWithoutAssetMapServesByWhatItsFilesSay) {
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
   EXPECT_EQ(Only(SampleID(0x110)).Info.Digest, package.List.AssetList.front().Digest);
   EXPECT_EQ(Only(SampleID(0x111)).Info.RealFilename, At("p/font.ttf"));  // says nothing of itself: found by name
-  EXPECT_THAT(Store.Packages().at(0).Findings, ElementsAre("The package has no asset map."));
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), ElementsAre("The package has no asset map."));
 }
 
 TEST_F(AssetStoreTest, PackageWithoutPackingListServes) {
@@ -84,7 +84,7 @@ TEST_F(AssetStoreTest, PackageWithoutPackingListServes) {
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
   EXPECT_FALSE(Only(SampleID(0x110)).HasListedSize);
-  EXPECT_THAT(Store.Packages().at(0).Findings, ElementsAre("The package has no packing list."));
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), ElementsAre("The package has no packing list."));
 }
 
 TEST_F(AssetStoreTest, SeveralPackingListsOfOneMapAllCount) {
@@ -113,7 +113,7 @@ TEST_F(AssetStoreTest, FirstOfDisagreeingPackingListsCounts) {
   package.WriteMap();
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
-  EXPECT_THAT(Store.Packages().at(0).Findings,
+  EXPECT_THAT(Reasons(Store.Packages().at(0)),
               ElementsAre("pkl2.xml: Packing lists disagree on an asset; the first counts."));
 }
 
@@ -175,7 +175,7 @@ TEST_F(AssetStoreTest, OfTwoAssetMapsTheOneCountsWhosePathsLeadToFiles) {
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Store.Packages().at(0).AssetMapID, SampleID(0x100));
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
-  EXPECT_THAT(Store.Packages().at(0).Findings, testing::Contains("ASSETMAP.xml: The package has several asset maps."));
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), testing::Contains("ASSETMAP.xml: The package has several asset maps."));
 }
 
 TEST_F(AssetStoreTest, DocumentsThatCannotBeUnderstoodAreFindings) {
@@ -183,7 +183,7 @@ TEST_F(AssetStoreTest, DocumentsThatCannotBeUnderstoodAreFindings) {
   PutText(At("p/pkl.xml"), "<PackingList xmlns=\"http://www.smpte-ra.org/schemas/429-8/2007/PKL\"/>");
   PutText(At("p/cpl.xml"), CompositionText(SampleID(0x110)));
   ASSERT_EQ(Add(), RESULT_OK);
-  EXPECT_THAT(Store.Packages().at(0).Findings, ElementsAre("ASSETMAP.xml: The asset map could not be understood.",
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), ElementsAre("ASSETMAP.xml: The asset map could not be understood.",
                                                            "pkl.xml: The packing list could not be understood."));
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
 }
@@ -328,7 +328,7 @@ TEST_F(AssetStoreTest, SameAssetTwiceAtOnePlaceDoesNoHarm) {
   package.Write();
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
-  EXPECT_THAT(Store.Packages().at(0).Findings, IsEmpty());
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), IsEmpty());
 }
 
 TEST_F(AssetStoreTest, SameIDAtTwoPlacesIsAFindingAndTheSoundFileIsAnswered) {
@@ -339,7 +339,7 @@ TEST_F(AssetStoreTest, SameIDAtTwoPlacesIsAFindingAndTheSoundFileIsAnswered) {
   package.Write();
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Store.FindAsset(SampleID(0x110)).size(), 2U);
-  EXPECT_THAT(Store.Packages().at(0).Findings,
+  EXPECT_THAT(Reasons(Store.Packages().at(0)),
               ElementsAre("The asset map names 00000000-0000-4000-8000-000000000110 more than once."));
   AssetInfo info;
   ASSERT_EQ(Store.GetInfoForAssetID(SampleID(0x110), info, true), RESULT_OK);
@@ -402,7 +402,7 @@ TEST_F(AssetStoreTest, AnyFileNameIsTakenAsItIs) {
     EXPECT_EQ(Only(SampleID(number++)).Info.RealFilename, (At("lo\nose") / name).string());
   EXPECT_EQ(Only(SampleID(0x110)).Problems, 0U);
   EXPECT_EQ(Only(SampleID(0x111)).Info.RealFilename, (package.Folder / "a b.xml").string());
-  EXPECT_THAT(Store.Packages().at(0).Findings, ElementsAre("bad?list.xml: The packing list could not be understood."));
+  EXPECT_THAT(Reasons(Store.Packages().at(0)), ElementsAre("bad?list.xml: The packing list could not be understood."));
   EXPECT_EQ(Store.Refresh(), RESULT_OK);
   EXPECT_EQ(Describe(), DescribeAnew({At("").string()}));
 }

@@ -92,9 +92,15 @@ std::vector<std::string> Describe(const Cairn::AssetStore& store, const fs::path
     lines.push_back("package " + fs::path(package.Folder).lexically_relative(base).string() + " map " +
                     package.AssetMapID.EncodeString());
     for (const UUID& list : package.PackingLists) lines.push_back("  list " + list.EncodeString());
-    for (const std::string& finding : package.Findings) lines.push_back("  " + finding);
+    for (const Cairn::PackageFinding& finding : package.Findings) lines.push_back("  " + finding.Reason());
   }
   return lines;
+}
+
+std::vector<std::string> Reasons(const Cairn::PackageRecord& package) {
+  std::vector<std::string> reasons;
+  for (const Cairn::PackageFinding& finding : package.Findings) reasons.push_back(finding.Reason());
+  return reasons;
 }
 
 AssetRecord StoreFixture::Only(const UUID& id) const {

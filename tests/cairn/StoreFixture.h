@@ -50,6 +50,9 @@ class PackageMaker {
 /// A line for each asset and each package, with paths from `base` on: to compare stores, and to look at.
 std::vector<std::string> Describe(const Cairn::AssetStore& store, const std::filesystem::path& base);
 
+/// What is wrong with a package, a sentence each.
+std::vector<std::string> Reasons(const Cairn::PackageRecord& package);
+
 /// A store in memory, folders for it, and silence.
 struct StoreFixture {
   StoreFixture() : Opened(Store.Open()) {}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/AssetRecord.h>
 
+#include <algorithm>
 #include <array>
 
 namespace Cairn {
@@ -25,7 +26,44 @@ constexpr std::array Sentences = {
     Words{AP_PATH_CASE, "The file's name differs from the asset map's path in upper and lower case."},
 };
 
+const char* SentenceFor(PackageProblem_t problem) {
+  switch (problem) {
+    case PP_NO_ASSET_MAP:
+      return "The package has no asset map.";
+    case PP_NO_PACKING_LIST:
+      return "The package has no packing list.";
+    case PP_ASSET_MAP_UNREADABLE:
+      return "The asset map could not be understood.";
+    case PP_PACKING_LIST_UNREADABLE:
+      return "The packing list could not be understood.";
+    case PP_SEVERAL_ASSET_MAPS:
+      return "The package has several asset maps.";
+    case PP_LISTS_DISAGREE:
+      return "Packing lists disagree on an asset; the first counts.";
+    case PP_REPEATED_ASSET:
+      break;
+  }
+  return "The asset map names an asset more than once.";
+}
+
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
+  return text;
+}
+
 }  // namespace
+
+std::string PackageFinding::Reason() const {
+  if (Problem == PP_REPEATED_ASSET) return "The asset map names " + AssetID.EncodeString() + " more than once.";
+  const char* sentence = SentenceFor(Problem);
+  return Path.empty() ? sentence : Printable(Path) + ": " + sentence;
+}
+
+bool PackageRecord::Has(PackageProblem_t problem) const {
+  return std::any_of(Findings.begin(), Findings.end(),
+                     [&](const PackageFinding& finding) { return finding.Problem == problem; });
+}
 
 std::vector<std::string> AssetRecord::Reasons() const {
   std::vector<std::string> reasons;

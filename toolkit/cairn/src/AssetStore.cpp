@@ -21,7 +21,7 @@ namespace Cairn {
 
 namespace {
 
-Result_t canonical_path(const std::string& path, std::string& out) {
+Result_t CanonicalPath(const std::string& path, std::string& out) {
   char resolved[PATH_MAX];
   if (realpath(path.c_str(), resolved) == nullptr)
     return errno == EACCES ? Ferro::RESULT_NO_PERM : Ferro::RESULT_NOT_FOUND;
@@ -29,21 +29,20 @@ Result_t canonical_path(const std::string& path, std::string& out) {
   return Ferro::RESULT_OK;
 }
 
-bool is_inside(const std::string& path, const std::string& folder) {
+bool IsInside(const std::string& path, const std::string& folder) {
   return (path + '/').starts_with(folder + '/');
 }
 
 constexpr ui32_t MaxThreads = 64;
 
-ui32_t threads_or_default(ui32_t threads) {
+ui32_t ThreadsOrDefault(ui32_t threads) {
   return threads != 0 ? std::min(threads, MaxThreads) : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 }
 
-}  // namespace
-
-class AssetStore::Impl {
+/// The index, and what is known besides it, of an open store.
+class Contents {
  public:
-  Impl(const std::string& index_file, std::chrono::milliseconds patience) : m_Index(index_file, patience) {}
+  Contents(const std::string& index_file, std::chrono::milliseconds busy_timeout) : m_Index(index_file, busy_timeout) {}
 
   /// Asks the index something, one thread at a time.
   template <class Question>
@@ -54,21 +53,21 @@ class AssetStore::Impl {
 
   /// Brings the index up to date with a folder. All that takes time is done without the index: nobody waits for it.
   /// @param may_add  false: a folder that another process has forgotten stays forgotten.
-  Result_t Update(const std::string& folder, bool may_add, const OnScan& progress) {
+  Result_t Update(const std::string& folder, bool may_add, const AssetStore::OnScan& progress) {
     for (;;) {
       const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
       if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
       FileStamps found;
-      OpenFailures unopened;
-      if (const Result_t result = Scan(folder, found, unopened); result.Failure()) return result;
+      UnreadableEntries unreadable;
+      if (const Result_t result = Scan(folder, found, unreadable); result.Failure()) return result;
       const bool is_registered = folder == StoreIndex::RegisteredFiles;
       std::optional<FolderUpdate> update =
           is_registered ? CompareFiles(found, known.Files, progress) : CompareFolder(found, known.Files, progress);
       if (!update) return Ferro::RESULT_CANCELLED;
-      unopened.merge(update->Unopened);
+      unreadable.merge(update->Unreadable);
 
       const std::lock_guard lock(m_Mutex);
-      m_Unopened[folder] = std::move(unopened);
+      m_Unreadable[folder] = std::move(unreadable);
       if (known.Present && update->Empty()) return Ferro::RESULT_OK;
       Transaction transaction(m_Index.Connection(), Transaction::Writing);
       if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
@@ -89,13 +88,13 @@ class AssetStore::Impl {
     });
   }
 
-  std::vector<UnopenedEntry> Unopened() const {
+  std::vector<UnreadableEntry> Unreadable() const {
     const std::lock_guard lock(m_Mutex);
-    OpenFailures all;  // a registered file may lie in a folder too
-    for (const auto& [folder, failures] : m_Unopened) all.insert(failures.begin(), failures.end());
-    std::vector<UnopenedEntry> entries;
-    for (const auto& [path, reason] : all) entries.push_back({path, reason});
-    return entries;
+    UnreadableEntries all;  // a registered file may lie in a folder too
+    for (const auto& [folder, entries] : m_Unreadable) all.insert(entries.begin(), entries.end());
+    std::vector<UnreadableEntry> list;
+    for (auto& [path, entry] : all) list.push_back(std::move(entry));
+    return list;
   }
 
   std::vector<std::string> Folders() const {
@@ -110,7 +109,7 @@ class AssetStore::Impl {
     bool found = false;
     Change([&] {
       found = m_Index.RemoveFolder(folder);
-      m_Unopened.erase(folder);
+      m_Unreadable.erase(folder);
     });
     return found;
   }
@@ -123,7 +122,7 @@ class AssetStore::Impl {
 
   Result_t Register(const std::string& filename, const SHA1& digest, AssetInfo& out) {
     std::string path;
-    if (const Result_t result = canonical_path(filename, path); result.Failure()) return result;
+    if (const Result_t result = CanonicalPath(filename, path); result.Failure()) return result;
     ScannedFile file;
     if (!StampFile(path, file.Stamp)) return Ferro::RESULT_NOT_FOUND;
     if (const Result_t result = InspectFile(path, file.Content); result.Failure()) return result;
@@ -157,13 +156,13 @@ class AssetStore::Impl {
 
   // Called with m_Mutex held.
   std::string OpenFailureKnown(const std::string& path) const {
-    for (const auto& [folder, failures] : m_Unopened)
-      if (const auto failure = failures.find(path); failure != failures.end()) return failure->second;
+    for (const auto& [folder, entries] : m_Unreadable)
+      if (const auto entry = entries.find(path); entry != entries.end()) return entry->second.Reason;
     return {};
   }
 
-  Result_t Scan(const std::string& folder, FileStamps& found, OpenFailures& unopened) const {
-    if (folder != StoreIndex::RegisteredFiles) return ScanFolder(folder, found, unopened);
+  Result_t Scan(const std::string& folder, FileStamps& found, UnreadableEntries& unreadable) const {
+    if (folder != StoreIndex::RegisteredFiles) return ScanFolder(folder, found, unreadable);
     FileStamp stamp;
     for (const std::string& path : Ask([](const StoreIndex& index) { return index.RegisteredPaths(); }))
       if (StampFile(path, stamp)) found.emplace(path, stamp);
@@ -171,152 +170,175 @@ class AssetStore::Impl {
   }
 
   mutable std::mutex m_Mutex;
-  StoreIndex m_Index;                              // guarded by m_Mutex
-  std::map<std::string, OpenFailures> m_Unopened;  // by folder; guarded by m_Mutex
+  StoreIndex m_Index;                                     // guarded by m_Mutex
+  std::map<std::string, UnreadableEntries> m_Unreadable;  // by folder; guarded by m_Mutex
 };
-
-namespace {
-
-Result_t log_failure(const DatabaseError& error) {
-  Ferro::DefaultLogSink().Error("Asset index %s\n", error.Text.c_str());
-  return RESULT_CN_STORE;
-}
-
-/// Runs a store operation; a failure of the index becomes a result.
-template <class Operation>
-Result_t guarded(Operation operation) {
-  try {
-    return operation();
-  } catch (const DatabaseError& error) {
-    return log_failure(error);
-  }
-}
-
-/// Likewise for an operation that answers a value, which is then empty.
-template <class Answer, class Operation>
-Answer guarded_answer(Operation operation) {
-  try {
-    return operation();
-  } catch (const DatabaseError& error) {
-    static_cast<void>(log_failure(error));
-    return Answer{};
-  }
-}
 
 }  // namespace
 
-AssetStore::AssetStore() = default;
+class AssetStore::Impl {
+ public:
+  /// Runs an operation of the open store; a failure of the index is kept and becomes a result.
+  template <class Operation>
+  Result_t Run(Operation operation) const {
+    if (Open == nullptr) return Ferro::RESULT_INIT;
+    return Guard(operation);
+  }
+
+  /// Likewise for an operation that answers a value, which is empty where there is none.
+  template <class Answer, class Operation>
+  Answer Ask(Operation operation) const {
+    Answer answer;
+    static_cast<void>(Run([&] {
+      answer = operation();
+      return Ferro::RESULT_OK;
+    }));
+    return answer;
+  }
+
+  template <class Operation>
+  Result_t Guard(Operation operation) const {
+    try {
+      return operation();
+    } catch (const DatabaseError& error) {
+      const StoreFailure& failure = error.Failure;
+      Ferro::DefaultLogSink().Error("Asset index %s: %s\n", failure.File.empty() ? "in memory" : failure.File.c_str(),
+                                    failure.Reason.c_str());
+      SetFailure(failure);
+      return RESULT_CN_STORE;
+    }
+  }
+
+  StoreFailure Failure() const {
+    const std::lock_guard lock(m_Mutex);
+    return m_Failure;
+  }
+
+  void SetFailure(const StoreFailure& failure) const {
+    const std::lock_guard lock(m_Mutex);
+    m_Failure = failure;
+  }
+
+  std::unique_ptr<Contents> Open;
+
+ private:
+  mutable std::mutex m_Mutex;
+  mutable StoreFailure m_Failure;  // guarded by m_Mutex
+};
+
+AssetStore::AssetStore() : m_Impl(std::make_unique<Impl>()) {}
 AssetStore::~AssetStore() = default;
 
-Result_t AssetStore::Open(const std::string& index_file, std::chrono::milliseconds patience) {
-  m_Impl.reset();
-  return guarded([&] {
-    m_Impl = std::make_unique<Impl>(index_file, patience);
+Result_t AssetStore::Open(const std::string& index_file, std::chrono::milliseconds busy_timeout) {
+  m_Impl->Open.reset();
+  m_Impl->SetFailure({});
+  return m_Impl->Guard([&] {
+    m_Impl->Open = std::make_unique<Contents>(index_file, busy_timeout);
     return Ferro::RESULT_OK;
   });
 }
 
 Result_t AssetStore::AddFolder(const std::string& folder, const OnScan& progress) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
+  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   std::string path;
-  if (const Result_t result = canonical_path(folder, path); result.Failure()) return result;
+  if (const Result_t result = CanonicalPath(folder, path); result.Failure()) return result;
   // One file belongs to one folder: the outer one takes the inner ones in.
-  return guarded([&] {
+  return m_Impl->Run([&] {
     std::vector<std::string> inner;
-    for (const std::string& known : m_Impl->Folders()) {
-      if (known != path && is_inside(path, known)) return m_Impl->Update(known, true, progress);
-      if (known != path && is_inside(known, path)) inner.push_back(known);
+    for (const std::string& known : m_Impl->Open->Folders()) {
+      if (known != path && IsInside(path, known)) return m_Impl->Open->Update(known, true, progress);
+      if (known != path && IsInside(known, path)) inner.push_back(known);
     }
-    const Result_t result = m_Impl->Update(path, true, progress);
+    const Result_t result = m_Impl->Open->Update(path, true, progress);
     if (result.Failure()) return result;
-    for (const std::string& known : inner) m_Impl->Forget(known);
+    for (const std::string& known : inner) m_Impl->Open->Forget(known);
     return result;
   });
 }
 
 Result_t AssetStore::Refresh(const OnScan& progress) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
-  return guarded([&] {
-    for (const std::string& folder : m_Impl->Folders())
-      if (const Result_t result = m_Impl->Update(folder, false, progress); result.Failure()) {
+  return m_Impl->Run([&] {
+    for (const std::string& folder : m_Impl->Open->Folders())
+      if (const Result_t result = m_Impl->Open->Update(folder, false, progress); result.Failure()) {
         if (result == Ferro::RESULT_CANCELLED) return result;
         Ferro::DefaultLogSink().Warn("%s: its assets are missing: %s\n", folder.c_str(), result.Label());
-        m_Impl->MarkAbsent(folder);
+        m_Impl->Open->MarkAbsent(folder);
       }
-    return m_Impl->Update(StoreIndex::RegisteredFiles, false, progress);
+    return m_Impl->Open->Update(StoreIndex::RegisteredFiles, false, progress);
   });
 }
 
 Result_t AssetStore::Forget(const std::string& folder) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
+  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   std::string path;
-  if (canonical_path(folder, path).Failure()) path = folder;  // a folder that is gone can be forgotten too
-  return guarded([&] { return m_Impl->Forget(path) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
+  if (CanonicalPath(folder, path).Failure()) path = folder;  // a folder that is gone can be forgotten too
+  return m_Impl->Run([&] { return m_Impl->Open->Forget(path) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
 }
 
 std::vector<std::string> AssetStore::Folders() const {
-  if (m_Impl == nullptr) return {};
-  return guarded_answer<std::vector<std::string>>([&] { return m_Impl->Folders(); });
+  return m_Impl->Ask<std::vector<std::string>>([&] { return m_Impl->Open->Folders(); });
 }
 
 std::vector<AssetRecord> AssetStore::Assets() const {
-  if (m_Impl == nullptr) return {};
-  return guarded_answer<std::vector<AssetRecord>>(
-      [&] { return m_Impl->AskRecords([](const StoreIndex& index) { return index.Assets(); }); });
+  return m_Impl->Ask<std::vector<AssetRecord>>(
+      [&] { return m_Impl->Open->AskRecords([](const StoreIndex& index) { return index.Assets(); }); });
 }
 
 std::vector<AssetRecord> AssetStore::FindAsset(const UUID& id) const {
-  if (m_Impl == nullptr) return {};
-  return guarded_answer<std::vector<AssetRecord>>(
-      [&] { return m_Impl->AskRecords([&](const StoreIndex& index) { return AssetFinder(index).Find(id); }); });
+  return m_Impl->Ask<std::vector<AssetRecord>>(
+      [&] { return m_Impl->Open->AskRecords([&](const StoreIndex& index) { return AssetFinder(index).Find(id); }); });
 }
 
 std::vector<PackageRecord> AssetStore::Packages() const {
-  if (m_Impl == nullptr) return {};
-  return guarded_answer<std::vector<PackageRecord>>(
-      [&] { return m_Impl->Ask([](const StoreIndex& index) { return index.Packages(); }); });
+  return m_Impl->Ask<std::vector<PackageRecord>>(
+      [&] { return m_Impl->Open->Ask([](const StoreIndex& index) { return index.Packages(); }); });
 }
 
-std::vector<UnopenedEntry> AssetStore::Unopened() const {
-  return m_Impl == nullptr ? std::vector<UnopenedEntry>() : m_Impl->Unopened();
+std::vector<UnreadableEntry> AssetStore::Unreadable() const {
+  return m_Impl->Ask<std::vector<UnreadableEntry>>([&] { return m_Impl->Open->Unreadable(); });
+}
+
+StoreFailure AssetStore::LastFailure() const {
+  return m_Impl->Failure();
+}
+
+void AssetStore::ClearFailure() {
+  m_Impl->SetFailure({});
 }
 
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,
                                    const std::function<bool(const VerifyProgress&)>& progress) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
+  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   if (const Result_t result = Refresh(); result.Failure()) return result;
   const VerificationPlan plan(ids);
   std::vector<DigestJob> jobs = plan.Jobs(Assets());
   Result_t kept = Ferro::RESULT_OK;
   const auto keep = [&](const DigestJob& job) {
-    kept = guarded([&] {
-      m_Impl->KeepDigest(job);
+    kept = m_Impl->Run([&] {
+      m_Impl->Open->KeepDigest(job);
       return Ferro::RESULT_OK;
     });
     return kept.Success();
   };
-  const Result_t computed = ComputeDigests(jobs, threads_or_default(threads), keep, progress);
+  const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), keep, progress);
   if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
   return plan.AreVerified(Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
 }
 
 Result_t AssetStore::GetAssetIDList(UUIDList& out) const {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
-  return guarded([&] {
-    const UUIDList ids = m_Impl->Ask([](const StoreIndex& index) { return index.AssetIDs(); });
+  return m_Impl->Run([&] {
+    const UUIDList ids = m_Impl->Open->Ask([](const StoreIndex& index) { return index.AssetIDs(); });
     out.insert(out.end(), ids.begin(), ids.end());
     return Ferro::RESULT_OK;
   });
 }
 
 Result_t AssetStore::RegisterAsset(const std::string& path, const SHA1& digest, AssetInfo& out) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
-  return guarded([&] { return m_Impl->Register(path, digest, out); });
+  return m_Impl->Run([&] { return m_Impl->Open->Register(path, digest, out); });
 }
 
 Result_t AssetStore::ForgetAsset(const UUID& id) {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
-  return guarded([&] { return m_Impl->ForgetRegistered(id) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
+  return m_Impl->Run([&] { return m_Impl->Open->ForgetRegistered(id) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
 }
 
 Result_t AssetStore::GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const {
@@ -328,10 +350,9 @@ Result_t AssetStore::GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag
 }
 
 Result_t AssetStore::GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& out, bool flag) const {
-  if (m_Impl == nullptr) return Ferro::RESULT_INIT;
   const ui32_t barred = flag ? FatalAssetProblems : 0;
-  return guarded([&] {
-    return m_Impl->Ask([&](const StoreIndex& index) {
+  return m_Impl->Run([&] {
+    return m_Impl->Open->Ask([&](const StoreIndex& index) {
       Result_t result = Ferro::RESULT_OK;
       AssetFinder finder(index);
       for (const UUID& id : ids) {

@@ -6,22 +6,54 @@
 
 namespace Cairn {
 
-Database::Database(const std::string& filename, std::chrono::milliseconds patience)
-    : m_Name(filename.empty() ? "in memory" : filename) {
+namespace {
+
+// Extended result codes have the primary one in their lowest byte.
+StoreFailure_t KindOf(int code) {
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return SF_LOCKED;
+    case SQLITE_FULL:
+      return SF_FULL;
+    case SQLITE_CORRUPT:
+      return SF_CORRUPT;
+    case SQLITE_NOTADB:
+      return SF_NOT_A_DATABASE;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return SF_READ_ONLY;
+    case SQLITE_CANTOPEN:
+      return SF_CANNOT_OPEN;
+    case SQLITE_IOERR:
+      return SF_IO;
+    default:
+      return SF_OTHER;
+  }
+}
+
+}  // namespace
+
+Database::Database(const std::string& filename, std::chrono::milliseconds busy_timeout) : m_File(filename) {
   sqlite3* handle = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
   const int code = sqlite3_open_v2(filename.empty() ? ":memory:" : filename.c_str(), &handle, flags, nullptr);
   m_Handle.reset(handle);
-  if (code != SQLITE_OK) throw Failure(sqlite3_errstr(code));
-  sqlite3_busy_timeout(handle, static_cast<int>(std::clamp<Ferro::i64_t>(patience.count(), 0, INT_MAX)));
+  if (code != SQLITE_OK) throw Failure(code, sqlite3_errstr(code));
+  sqlite3_busy_timeout(handle, static_cast<int>(std::clamp<Ferro::i64_t>(busy_timeout.count(), 0, INT_MAX)));
 }
 
-DatabaseError Database::Failure(const char* reason) const {
-  return {m_Name + ": " + reason};
+DatabaseError Database::Failure(StoreFailure_t kind, const char* reason) const {
+  return {{kind, m_File, reason}};
+}
+
+DatabaseError Database::Failure(int code, const char* reason) const {
+  return Failure(KindOf(code), reason);
 }
 
 void Database::Execute(const char* sql) const {
-  if (sqlite3_exec(Handle(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw Failure(sqlite3_errmsg(Handle()));
+  const int code = sqlite3_exec(Handle(), sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) throw Failure(code, sqlite3_errmsg(Handle()));
 }
 
 void Database::UseWriteAheadLog() const {
@@ -85,7 +117,7 @@ i64_t Statement::Number() {
 }
 
 void Statement::Check(int code) const {
-  if (code != SQLITE_OK) throw m_Database.Failure(sqlite3_errmsg(m_Database.Handle()));
+  if (code != SQLITE_OK) throw m_Database.Failure(code, sqlite3_errmsg(m_Database.Handle()));
 }
 
 Transaction::Transaction(const Database& database, Kind_t kind) : m_Database(database) {

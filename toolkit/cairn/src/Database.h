@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <Cairn/Result.h>
-#include <Cairn/Types.h>
+#include <Cairn/StoreFailure.h>
 
 #include <sqlite3.h>
 
@@ -16,14 +15,15 @@ namespace Cairn {
 
 /// Thrown where SQLite refuses something; caught at the store's operations, which log it.
 struct DatabaseError {
-  std::string Text;  ///< file and reason
+  StoreFailure Failure;
 };
 
 /// One connection to an SQLite database. One thread at a time.
 class Database {
  public:
-  /// Opens or creates a database; `filename` empty: in memory. Waits that long for other processes.
-  Database(const std::string& filename, std::chrono::milliseconds patience);
+  /// Opens or creates a database; `filename` empty: in memory.
+  /// @param busy_timeout  how long a statement waits for another process that keeps the database locked.
+  Database(const std::string& filename, std::chrono::milliseconds busy_timeout);
 
   void Execute(const char* sql) const;
   /// Lets readers go on while another process writes. Where that cannot be had, because the file system does not allow
@@ -31,14 +31,16 @@ class Database {
   void UseWriteAheadLog() const;
 
   /// An error of this database, to be thrown.
-  [[nodiscard]] DatabaseError Failure(const char* reason) const;
+  [[nodiscard]] DatabaseError Failure(StoreFailure_t kind, const char* reason) const;
+  /// Likewise, for a result code of SQLite.
+  [[nodiscard]] DatabaseError Failure(int code, const char* reason) const;
   [[nodiscard]] sqlite3* Handle() const { return m_Handle.get(); }
 
  private:
   struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
-  std::string m_Name;
+  std::string m_File;  // empty: in memory
   std::unique_ptr<sqlite3, Closer> m_Handle;
 };
 

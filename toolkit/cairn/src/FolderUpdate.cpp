@@ -10,7 +10,7 @@ namespace Cairn {
 
 namespace {
 
-ScannedFile look_into(const std::string& path, const FileStamp& stamp) {
+ScannedFile Inspect(const std::string& path, const FileStamp& stamp) {
   ScannedFile file;
   file.Stamp = stamp;
   const Result_t result = InspectFile(path, file.Content);
@@ -20,7 +20,7 @@ ScannedFile look_into(const std::string& path, const FileStamp& stamp) {
 }
 
 // All files as they are after the update.
-ScannedFiles files_now(const FolderUpdate& update, const ScannedFiles& known) {
+ScannedFiles FilesNow(const FolderUpdate& update, const ScannedFiles& known) {
   ScannedFiles files = known;
   for (const std::string& path : update.Removed) files.erase(path);
   for (const auto& [path, file] : update.Changed) files.insert_or_assign(path, file);
@@ -29,9 +29,9 @@ ScannedFiles files_now(const FolderUpdate& update, const ScannedFiles& known) {
 
 // The packages that a change of files may alter: those around changed files, and those between which files moved because
 // a package appeared or went.
-std::set<std::string> touched_packages(const FolderUpdate& update, const ScannedFiles& known,
-                                       const std::vector<std::string>& roots_before,
-                                       const std::vector<std::string>& roots_now) {
+std::set<std::string> TouchedPackages(const FolderUpdate& update, const ScannedFiles& known,
+                                      const std::vector<std::string>& roots_before,
+                                      const std::vector<std::string>& roots_now) {
   std::set<std::string> touched;
   const auto touch = [&](const std::string& path) {
     for (const auto* roots : {&roots_before, &roots_now})
@@ -57,9 +57,10 @@ std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedF
     const auto before = known.find(path);
     const bool same = before != known.end() && before->second.Stamp == stamp;
     if (same && before->second.Readable) continue;
-    ScannedFile file = look_into(path, stamp);
+    ScannedFile file = Inspect(path, stamp);
     if (!file.Readable)
-      if (std::string reason = OpenFailureOf(path); !reason.empty()) update.Unopened.emplace(path, std::move(reason));
+      if (std::string reason = OpenFailureOf(path); !reason.empty())
+        update.Unreadable.try_emplace(path, UnreadableEntry{path, UK_FILE, std::move(reason)});
     if (!same || file.Readable) update.Changed.emplace(path, std::move(file));
   }
   for (const auto& [path, file] : known)
@@ -72,9 +73,9 @@ std::optional<FolderUpdate> CompareFolder(const FileStamps& found, const Scanned
   std::optional<FolderUpdate> result = CompareFiles(found, known, progress);
   if (!result || result->Empty()) return result;
   FolderUpdate& update = *result;
-  const ScannedFiles files = files_now(update, known);
+  const ScannedFiles files = FilesNow(update, known);
   const std::vector<std::string> roots = PackageRoots(files);
-  update.StalePackages = touched_packages(update, known, PackageRoots(known), roots);
+  update.StalePackages = TouchedPackages(update, known, PackageRoots(known), roots);
 
   std::map<std::string, ScannedFiles> packages;
   for (const auto& [path, file] : files)

@@ -19,13 +19,13 @@ struct FolderUpdate {
   std::vector<std::string> Removed;
   std::set<std::string> StalePackages;  ///< roots of packages that go, or are replaced
   std::vector<PackageReading> Packages;
-  OpenFailures Unopened;  ///< of the files there are; of no interest to the index
+  UnreadableEntries Unreadable;  ///< among the files there are; the index does not keep them
 
   [[nodiscard]] bool Empty() const { return Changed.empty() && Removed.empty(); }
 };
 
 /// Compares files alone. Those that are as they were are not opened, unless they could not be read then; the others are
-/// looked into. Files that cannot be read are logged.
+/// inspected. Files that cannot be read are logged.
 /// No value when `progress` cancelled it.
 /// @param found  the files there are now.
 /// @param known  what is known of the files that there were.

@@ -32,13 +32,6 @@ std::string lower_case(std::string text) {
   return text;
 }
 
-// A finding is one line for a user.
-std::string printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-  return text;
-}
-
 /// Leads the paths of asset maps to files of a package.
 class PathResolver {
  public:
@@ -118,10 +111,8 @@ class PackageReader {
   PackageReading Read() {
     const bool has_map = ReadAssetMap();
     ReadPackingLists();
-    if (has_map && m_Reading.Package.PackingLists.empty())
-      m_Reading.Package.Findings.emplace_back("The package has no packing list.");
-    if (!has_map && !m_Reading.Package.PackingLists.empty())
-      m_Reading.Package.Findings.emplace_back("The package has no asset map.");
+    if (has_map && m_Reading.Package.PackingLists.empty()) AddFinding(PP_NO_PACKING_LIST);
+    if (!has_map && !m_Reading.Package.PackingLists.empty()) AddFinding(PP_NO_ASSET_MAP);
     for (const AssetMap::Asset& asset : m_Map.AssetList) AddMapped(asset);
     AddUnpacked(has_map);
     AddFound(has_map);
@@ -129,8 +120,8 @@ class PackageReader {
   }
 
  private:
-  void AddFinding(const std::string& path, const char* text) {
-    m_Reading.Package.Findings.push_back(printable(path.substr(m_Root.size() + 1)) + ": " + text);
+  void AddFinding(PackageProblem_t problem, const std::string& path = {}, const UUID& asset = {}) {
+    m_Reading.Package.Findings.push_back({problem, path.empty() ? path : path.substr(m_Root.size() + 1), asset});
   }
 
   // Of several asset maps the one counts more of whose paths lead to files.
@@ -141,10 +132,10 @@ class PackageReader {
       if (!is_asset_map(path, file) || Ferro::PathDirname(path) != m_Root) continue;
       AssetMap map;
       if (InitObjectWithFile(map, path).Failure()) {
-        AddFinding(path, "The asset map could not be understood.");
+        AddFinding(PP_ASSET_MAP_UNREADABLE, path);
         continue;
       }
-      if (found) AddFinding(path, "The package has several asset maps.");
+      if (found) AddFinding(PP_SEVERAL_ASSET_MAPS, path);
       const size_t resolved = CountResolved(map);
       if (!found || resolved > best) {
         best = resolved;
@@ -168,7 +159,7 @@ class PackageReader {
       if (file.Content.Type != FT_PKL) continue;
       PackingList list;
       if (InitObjectWithFile(list, path).Failure()) {
-        AddFinding(path, "The packing list could not be understood.");
+        AddFinding(PP_PACKING_LIST_UNREADABLE, path);
         continue;
       }
       m_Reading.Package.PackingLists.push_back(list.ID);
@@ -177,7 +168,7 @@ class PackageReader {
         const auto [known, is_new] = m_Listed.try_emplace(asset.ID, asset);
         disagrees |= !is_new && (known->second.Digest != asset.Digest || known->second.Size != asset.Size);
       }
-      if (disagrees) AddFinding(path, "Packing lists disagree on an asset; the first counts.");
+      if (disagrees) AddFinding(PP_LISTS_DISAGREE, path);
     }
   }
 
@@ -208,8 +199,7 @@ class PackageReader {
     const std::string path = m_Resolver.Resolve(asset, problems);
     auto& paths = m_Mapped[asset.ID];
     if (!paths.insert(path).second) return;
-    if (paths.size() == 2)
-      m_Reading.Package.Findings.push_back("The asset map names " + asset.ID.EncodeString() + " more than once.");
+    if (paths.size() == 2) AddFinding(PP_REPEATED_ASSET, {}, asset.ID);
     AssetRecord record = RecordOf(asset.ID, path);
     record.Problems |= problems;
     if ((problems & AP_SPLIT) != 0) TakePieces(asset);

@@ -13,7 +13,7 @@
 
 namespace Cairn {
 
-/// A file of a folder, as found and looked into.
+/// A file of a folder, as found and inspected.
 struct ScannedFile {
   FileStamp Stamp;
   bool Readable = true;

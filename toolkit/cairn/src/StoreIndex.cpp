@@ -12,25 +12,29 @@ namespace {
 
 // The application's number tells an index from other SQLite files. A version is read by itself alone.
 constexpr i64_t ApplicationID = 0x43415354;
-constexpr i64_t SchemaVersion = 1;
+constexpr i64_t SchemaVersion = 2;
 
-// A file's stamp and content are what one look inside told; its digest is null until it is computed. A package's
-// findings and packing lists are line-separated texts. Rows of one folder go with it.
+// A file's stamp and content are what its inspection told; its digest is null until it is computed. A package's packing
+// lists are identifiers in hexadecimal, one a line; its findings stand in their order by rowid. Rows of one folder go with
+// it.
 constexpr const char* Schema = R"(
 CREATE TABLE folders (path TEXT PRIMARY KEY, present INTEGER NOT NULL, revision INTEGER NOT NULL) WITHOUT ROWID;
 CREATE TABLE files (
   folder TEXT NOT NULL, path TEXT NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL, readable INTEGER NOT NULL,
   type INTEGER NOT NULL, id BLOB, digest BLOB, PRIMARY KEY (folder, path)) WITHOUT ROWID;
 CREATE TABLE packages (
-  folder TEXT NOT NULL, root TEXT NOT NULL, map_id BLOB, packing_lists TEXT NOT NULL, findings TEXT NOT NULL,
+  folder TEXT NOT NULL, root TEXT NOT NULL, map_id BLOB, packing_lists TEXT NOT NULL,
   PRIMARY KEY (folder, root)) WITHOUT ROWID;
+CREATE TABLE findings (
+  folder TEXT NOT NULL, root TEXT NOT NULL, problem INTEGER NOT NULL, path TEXT NOT NULL, asset BLOB);
+CREATE INDEX findings_by_root ON findings (folder, root);
 CREATE TABLE assets (
   id BLOB NOT NULL, path TEXT NOT NULL, root TEXT NOT NULL, folder TEXT NOT NULL, listed_size INTEGER,
   listed_digest BLOB, problems INTEGER NOT NULL);
 CREATE INDEX assets_by_id ON assets (id);
 CREATE INDEX assets_by_root ON assets (folder, root);
 PRAGMA application_id = 0x43415354;
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;
 )";
 
 // What stands in an asset's row, then what its file and its folder say today.
@@ -153,13 +157,20 @@ class Writing {
         .Bind(reading.Package.Folder)
         .Bind(reading.Package.AssetMapID)
         .Bind(join_lines(lists))
-        .Bind(join_lines(reading.Package.Findings))
         .Run();
+    for (const PackageFinding& finding : reading.Package.Findings)
+      m_PutFinding.Bind(folder)
+          .Bind(reading.Package.Folder)
+          .Bind(i64_t{finding.Problem})
+          .Bind(finding.Path)
+          .Bind(finding.AssetID)
+          .Run();
     for (const AssetRecord& asset : reading.Assets) PutAsset(folder, asset);
   }
 
   void RemovePackage(const std::string& folder, const std::string& root) {
     m_RemoveAssets.Bind(folder).Bind(root).Run();
+    m_RemoveFindings.Bind(folder).Bind(root).Run();
     m_RemovePackage.Bind(folder).Bind(root).Run();
   }
 
@@ -170,15 +181,17 @@ class Writing {
                       "WHERE folder IN (SELECT path FROM folders) AND path = ?2 AND size = ?3 AND modified = ?4))"};
   Statement m_RemoveFile{m_Database, "DELETE FROM files WHERE folder = ? AND path = ?"};
   Statement m_PutAsset{m_Database, "INSERT INTO assets VALUES (?, ?, ?, ?, ?, ?, ?)"};
-  Statement m_PutPackage{m_Database, "INSERT INTO packages VALUES (?, ?, ?, ?, ?)"};
+  Statement m_PutPackage{m_Database, "INSERT INTO packages VALUES (?, ?, ?, ?)"};
+  Statement m_PutFinding{m_Database, "INSERT INTO findings VALUES (?, ?, ?, ?, ?)"};
+  Statement m_RemoveFindings{m_Database, "DELETE FROM findings WHERE folder = ? AND root = ?"};
   Statement m_RemoveAssets{m_Database, "DELETE FROM assets WHERE folder = ? AND root = ?"};
   Statement m_RemovePackage{m_Database, "DELETE FROM packages WHERE folder = ? AND root = ?"};
 };
 
 }  // namespace
 
-StoreIndex::StoreIndex(const std::string& filename, std::chrono::milliseconds patience)
-    : m_Database(filename, patience) {
+StoreIndex::StoreIndex(const std::string& filename, std::chrono::milliseconds busy_timeout)
+    : m_Database(filename, busy_timeout) {
   bool is_created = false;
   {
     const Transaction one_state(m_Database, Transaction::Reading);
@@ -202,9 +215,10 @@ bool StoreIndex::IsCreated() const {
   const i64_t application = Ask("PRAGMA application_id");
   const i64_t version = Ask("PRAGMA user_version");
   if (application == ApplicationID && version == SchemaVersion) return true;
-  if (application == ApplicationID) throw m_Database.Failure("it is an asset index of another version");
+  if (application == ApplicationID)
+    throw m_Database.Failure(SF_OTHER_VERSION, "it is an asset index of another version");
   if (application != 0 || version != 0 || Ask("SELECT count(*) FROM sqlite_master") != 0)
-    throw m_Database.Failure("it is no asset index");
+    throw m_Database.Failure(SF_NOT_AN_INDEX, "it is no asset index");
   return false;
 }
 
@@ -257,7 +271,8 @@ void StoreIndex::MarkAbsent(const std::string& folder) {
 
 bool StoreIndex::RemoveFolder(const std::string& folder) {
   for (const char* sql : {"DELETE FROM assets WHERE folder = ?", "DELETE FROM packages WHERE folder = ?",
-                          "DELETE FROM files WHERE folder = ?", "DELETE FROM folders WHERE path = ?"})
+                          "DELETE FROM findings WHERE folder = ?", "DELETE FROM files WHERE folder = ?",
+                          "DELETE FROM folders WHERE path = ?"})
     Statement(m_Database, sql).Bind(folder).Run();
   return sqlite3_changes(m_Database.Handle()) > 0;
 }
@@ -319,16 +334,28 @@ std::vector<AssetRecord> StoreIndex::Assets() const {
 
 std::vector<PackageRecord> StoreIndex::Packages() const {
   std::vector<PackageRecord> packages;
+  const Transaction one_state(m_Database, Transaction::Reading);
   Statement rows(m_Database,
-                 "SELECT root, map_id, packing_lists, findings FROM packages "
-                 "WHERE map_id IS NOT NULL OR packing_lists <> '' OR findings <> '' ORDER BY root");
+                 "SELECT folder, root, map_id, packing_lists FROM packages p "
+                 "WHERE map_id IS NOT NULL OR packing_lists <> '' OR "
+                 "EXISTS (SELECT 1 FROM findings f WHERE f.folder = p.folder AND f.root = p.root) ORDER BY root");
+  Statement findings(m_Database,
+                     "SELECT problem, path, asset FROM findings WHERE folder = ? AND root = ? ORDER BY rowid");
   while (rows.Step()) {
     PackageRecord package;
+    const std::string folder = rows.Text();
     package.Folder = rows.Text();
     package.AssetMapID = rows.Identifier<UUID>();
     for (const std::string& line : split_lines(rows.Text()))
       if (const auto id = UUID::FromHex(line)) package.PackingLists.push_back(*id);
-    package.Findings = split_lines(rows.Text());
+    findings.Bind(folder).Bind(package.Folder);
+    while (findings.Step()) {
+      PackageFinding& finding = package.Findings.emplace_back();
+      finding.Problem = static_cast<PackageProblem_t>(findings.Number());
+      finding.Path = findings.Text();
+      finding.AssetID = findings.Identifier<UUID>();
+    }
+    findings.Reset();
     packages.push_back(std::move(package));
   }
   return packages;

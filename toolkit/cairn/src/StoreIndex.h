@@ -26,7 +26,7 @@ class StoreIndex {
   };
 
   /// Opens or creates the index; `filename` empty: in memory.
-  StoreIndex(const std::string& filename, std::chrono::milliseconds patience);
+  StoreIndex(const std::string& filename, std::chrono::milliseconds busy_timeout);
 
   [[nodiscard]] const Database& Connection() const { return m_Database; }
 

@@ -10,7 +10,7 @@
 namespace {
 
 /// The folders of the packages that the show's files lie in.
-std::set<std::string> packages_of(const ShowOutline& outline) {
+std::set<std::string> PackagesOf(const ShowOutline& outline) {
   std::set<std::string> packages;
   for (const OutlineComposition& composition : outline.Compositions()) {
     if (composition.Found) packages.insert(composition.Found->Package);
@@ -21,22 +21,22 @@ std::set<std::string> packages_of(const ShowOutline& outline) {
   return packages;
 }
 
-bool tells_of(const std::vector<std::string>& findings, const char* what) {
-  return std::any_of(findings.begin(), findings.end(),
-                     [&](const std::string& text) { return text.find(what) != std::string::npos; });
+bool IsAboutPackingLists(Cairn::PackageProblem_t problem) {
+  return problem == Cairn::PP_NO_PACKING_LIST || problem == Cairn::PP_PACKING_LIST_UNREADABLE;
 }
 
-void add_package_findings(const ShowOutline& outline, const FindingMemory& memory, std::vector<Finding>& findings) {
-  const std::set<std::string> packages = packages_of(outline);
+void AddPackageFindings(const ShowOutline& outline, const FindingMemory& memory, std::vector<Finding>& findings) {
+  const std::set<std::string> packages = PackagesOf(outline);
   for (const Cairn::PackageRecord& package : outline.Store().Packages()) {
     if (!packages.contains(package.Folder)) continue;
-    for (const std::string& text : package.Findings) {
-      const bool is_told = memory.UnlistedPackages.contains(package.Folder) && text.find("packing list") != text.npos;
-      const bool has_no_map = text == "The package has no asset map.";
-      if (is_told || (has_no_map && tells_of(package.Findings, "asset map could not be understood"))) continue;
+    for (const Cairn::PackageFinding& problem : package.Findings) {
+      const bool is_told = memory.UnlistedPackages.contains(package.Folder) && IsAboutPackingLists(problem.Problem);
+      const bool has_no_map = problem.Problem == Cairn::PP_NO_ASSET_MAP;
+      if (is_told || (has_no_map && package.Has(Cairn::PP_ASSET_MAP_UNREADABLE))) continue;
       Finding& finding = findings.emplace_back();
       finding.Level = Severity::Warning;
-      finding.Message = has_no_map ? "The asset map is missing or damaged; the files were found without it." : text;
+      finding.Message =
+          has_no_map ? "The asset map is missing or damaged; the files were found without it." : problem.Reason();
       finding.AssetType = "package";
       finding.File = package.Folder;
       finding.Advice = "Other equipment may refuse the package: copy it again from its source.";
@@ -44,7 +44,7 @@ void add_package_findings(const ShowOutline& outline, const FindingMemory& memor
   }
 }
 
-void add_show_findings(const ShowOutline& outline, std::vector<Finding>& findings) {
+void AddShowFindings(const ShowOutline& outline, std::vector<Finding>& findings) {
   for (const std::string& problem : outline.Problems()) {
     Finding& finding = findings.emplace_back();
     finding.Message = problem;
@@ -60,7 +60,7 @@ void add_show_findings(const ShowOutline& outline, std::vector<Finding>& finding
   }
 }
 
-Finding unopened_finding(const Cairn::UnopenedEntry& entry) {
+Finding UnreadableFinding(const Cairn::UnreadableEntry& entry) {
   Finding finding;
   finding.Level = Severity::Warning;
   finding.Message = "This cannot be opened, so that nobody knows what is in it: " + entry.Reason + '.';
@@ -70,12 +70,12 @@ Finding unopened_finding(const Cairn::UnopenedEntry& entry) {
 }
 
 // First, since what is said to be missing below may lie in them.
-void add_unopened(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
+void AddUnreadable(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
   std::vector<Finding> added;
-  for (const Cairn::UnopenedEntry& entry : store.Unopened()) {
+  for (const Cairn::UnreadableEntry& entry : store.Unreadable()) {
     const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
     if (std::any_of(findings.begin(), findings.end(), tells)) continue;
-    added.push_back(unopened_finding(entry));
+    added.push_back(UnreadableFinding(entry));
   }
   findings.insert(findings.begin(), added.begin(), added.end());
 }
@@ -85,7 +85,7 @@ void add_unopened(const Cairn::AssetStore& store, std::vector<Finding>& findings
 std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   std::vector<Finding> findings;
   FindingMemory memory;
-  add_show_findings(outline, findings);
+  AddShowFindings(outline, findings);
   const OutlineComposition* previous = nullptr;
   ProgressBar bar("Checking", ProgressUnit::Compositions);
   size_t done = 0;
@@ -106,7 +106,7 @@ std::vector<Finding> FindingsOf(const ShowOutline& outline) {
     }
     previous = &composition;
   }
-  add_package_findings(outline, memory, findings);
-  add_unopened(outline.Store(), findings);
+  AddPackageFindings(outline, memory, findings);
+  AddUnreadable(outline.Store(), findings);
   return findings;
 }

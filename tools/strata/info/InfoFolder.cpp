@@ -36,7 +36,8 @@ void DescribeFolder(const std::string& path, Json& item) {
     AddFact(json, "asset_map", package.AssetMapID);
     json["packing_lists"] = package.PackingLists.size();
     item["packages"].push_back(json);
-    for (const std::string& finding : package.Findings) AddProblem(item, package.Folder + ": " + finding);
+    for (const Cairn::PackageFinding& finding : package.Findings)
+      AddProblem(item, package.Folder + ": " + finding.Reason());
   }
   Ferro::ui64_t size = 0;
   std::set<std::string> told;
@@ -46,10 +47,10 @@ void DescribeFolder(const std::string& path, Json& item) {
     told.insert(record.Info.RealFilename);
     assets.push_back(asset_json(record, item));
   }
-  for (const Cairn::UnopenedEntry& entry : store.Unopened())
+  for (const Cairn::UnreadableEntry& entry : store.Unreadable())
     if (!told.contains(entry.Path)) AddProblem(item, entry.Path + ": It cannot be opened: " + entry.Reason + '.');
   item["total_size"] = size;
   item["total_size_text"] = BytesText(size);
   item["assets"] = assets;
-  if (assets.empty() && store.Unopened().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
+  if (assets.empty() && store.Unreadable().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
 }

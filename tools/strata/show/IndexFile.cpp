@@ -3,32 +3,38 @@
 
 #include "terminal/LogView.h"
 
-#include <array>
 #include <cstdlib>
 
 namespace {
 
-struct Advice {
-  const char* Reason;  ///< a part of what the store or SQLite says
-  const char* Text;
-};
+const char* AdviceFor(Cairn::StoreFailure_t failure) {
+  switch (failure) {
+    case Cairn::SF_LOCKED:
+      return " Another program is working with it: try again when that is done.";
+    case Cairn::SF_NOT_AN_INDEX:
+      return " This is a database of another program: name another file with --index.";
+    case Cairn::SF_NOT_A_DATABASE:
+      return " This is another file, or a damaged index: name another file with --index.";
+    case Cairn::SF_OTHER_VERSION:
+      return " Another version of this program made it: name another file with --index.";
+    case Cairn::SF_CORRUPT:
+      return " It is damaged: delete it, and add the folders again; the assets themselves are not touched.";
+    case Cairn::SF_READ_ONLY:
+      return " It cannot be changed: see to it that you may write the file and its folder.";
+    case Cairn::SF_CANNOT_OPEN:
+      return " See to it that its folder is there, and that you may write there.";
+    case Cairn::SF_FULL:
+      return " Make room on its disk.";
+    case Cairn::SF_NONE:
+    case Cairn::SF_IO:
+    case Cairn::SF_OTHER:
+      break;
+  }
+  return "";
+}
 
-constexpr std::array Advices = {
-    Advice{"locked", "Another program is working with it: try again when that is done."},
-    Advice{"no asset index", "This is a database of another program: name another file with --index."},
-    Advice{"not a database", "This is another file, or a damaged index: name another file with --index."},
-    Advice{"another version", "Another version of this program made it: name another file with --index."},
-    Advice{"malformed", "It is damaged: delete it, and add the folders again; the assets themselves are not touched."},
-    Advice{"readonly", "It cannot be changed: see to it that you may write the file and its folder."},
-    Advice{"unable to open", "See to it that its folder is there, and that you may write there."},
-    Advice{"full", "Make room on its disk."},
-};
-
-std::string problem_text(const std::string& index, const std::string& reason) {
-  std::string text = "The asset index " + index + " cannot be used: " + reason + ".";
-  for (const Advice& advice : Advices)
-    if (reason.find(advice.Reason) != std::string::npos) return text + " " + advice.Text;
-  return text;
+std::string ProblemText(const std::string& index, const std::string& reason, Cairn::StoreFailure_t kind) {
+  return "The asset index " + index + " cannot be used: " + reason + "." + AdviceFor(kind);
 }
 
 }  // namespace
@@ -41,20 +47,16 @@ std::string DefaultIndexFile() {
 }
 
 bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
-                   std::chrono::milliseconds patience) {
-  QuietLog log;
-  const Cairn::Result_t result = store.Open(index, patience);
+                   std::chrono::milliseconds busy_timeout) {
+  const QuietLog log;
+  const Cairn::Result_t result = store.Open(index, busy_timeout);
   if (result.Success()) return true;
-  problem = IndexFailure(log.Take(), index);
-  if (problem.empty()) problem = problem_text(index, result.Label());
+  problem = IndexFailure(store, index);
+  if (problem.empty()) problem = ProblemText(index, result.Label(), Cairn::SF_NONE);
   return false;
 }
 
-std::string IndexFailure(const std::vector<Ferro::LogEntry>& messages, const std::string& index) {
-  const std::string start = "Asset index " + index + ": ";
-  std::string problem;
-  for (const Ferro::LogEntry& entry : messages)
-    if (problem.empty() && entry.Level == Ferro::LogLevel::Error && entry.Message.starts_with(start))
-      problem = problem_text(index, entry.Message.substr(start.size()));
-  return problem;
+std::string IndexFailure(const Cairn::AssetStore& store, const std::string& index) {
+  const Cairn::StoreFailure failure = store.LastFailure();
+  return failure.Kind == Cairn::SF_NONE ? std::string() : ProblemText(index, failure.Reason, failure.Kind);
 }

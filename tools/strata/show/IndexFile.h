@@ -2,21 +2,19 @@
 #pragma once
 
 #include <Cairn/AssetStore.h>
-#include <Ferro/LogSink.h>
 
 #include <chrono>
 #include <string>
-#include <vector>
 
 /// Where the asset index of this user lies when no other one is named: $XDG_DATA_HOME/strata/store.sqlite, else
 /// ~/.local/share/strata/store.sqlite (XDG Base Directory Specification). Empty where there is no home.
 [[nodiscard]] std::string DefaultIndexFile();
 
 /// Opens a store over an index; without a name it lies in memory.
-/// @param patience  how long to wait for another program that works with it.
+/// @param busy_timeout  how long to wait for another program that works with it.
 /// @return false, with a text for the user in `problem`, when it cannot be used.
 [[nodiscard]] bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
-                                 std::chrono::milliseconds patience = std::chrono::seconds(30));
+                                 std::chrono::milliseconds busy_timeout = std::chrono::seconds(30));
 
-/// The failure of an index among messages, in words for the user; empty where there is none.
-[[nodiscard]] std::string IndexFailure(const std::vector<Ferro::LogEntry>& messages, const std::string& index);
+/// The failure of a store's index, in words for the user; empty where there is none.
+[[nodiscard]] std::string IndexFailure(const Cairn::AssetStore& store, const std::string& index);

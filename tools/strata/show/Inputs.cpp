@@ -164,7 +164,7 @@ bool Inputs::FailWithout(const std::string& folder) {
     for (const std::string& reason : record.Reasons()) unusable += ' ' + reason;
   }
   bool may_be_opened = true;
-  for (const Cairn::UnopenedEntry& entry : m_Store.Unopened()) {
+  for (const Cairn::UnreadableEntry& entry : m_Store.Unreadable()) {
     if (!entry.Path.starts_with(root + '/')) continue;
     may_be_opened = false;
     if (told.contains(entry.Path)) continue;
@@ -184,17 +184,17 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
   const std::string root = std::filesystem::canonical(folder, error).string();
   for (const Cairn::PackageRecord& package : m_Store.Packages())
     if (package.Folder == root) return false;
-  const std::vector<Cairn::UnopenedEntry> unopened = m_Store.Unopened();
+  const std::vector<Cairn::UnreadableEntry> unreadable = m_Store.Unreadable();
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
     if (entry.path().extension() != ".xml" || !entry.is_regular_file(error)) continue;
-    const auto failure = std::find_if(unopened.begin(), unopened.end(), [&](const Cairn::UnopenedEntry& other) {
+    const auto failure = std::find_if(unreadable.begin(), unreadable.end(), [&](const Cairn::UnreadableEntry& other) {
       return other.Path == root + '/' + entry.path().filename().string();
     });
-    if (failure == unopened.end() && !is_damaged(entry.path())) continue;
+    if (failure == unreadable.end() && !is_damaged(entry.path())) continue;
     const std::string what =
-        failure == unopened.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
+        failure == unreadable.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
     Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
-             (failure == unopened.end() ? "" : "allow this user to read it, or ") + "copy it again" +
+             (failure == unreadable.end() ? "" : "allow this user to read it, or ") + "copy it again" +
              (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
          NotPlayable);
     return true;

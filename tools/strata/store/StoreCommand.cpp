@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr Ferro::ui32_t MostPatience = 86'400;
+constexpr Ferro::ui32_t MaxBusyTimeout = 86'400;
 
 ExitCode store_list(const StoreOptions& options) {
   StoreSession session;
@@ -40,9 +40,9 @@ CLI::App& add_operation(CLI::App& command, const std::string& name, const std::s
                   "The index (default: $XDG_DATA_HOME/strata/store.sqlite, else ~/.local/share/strata/store.sqlite)")
       ->type_name("FILE");
   operation
-      .add_option("--wait", options->Patience,
+      .add_option("--wait", options->BusyTimeout,
                   "Seconds to wait while another program keeps the index locked, 0 to 86400")
-      ->check(CLI::Range(0U, MostPatience))
+      ->check(CLI::Range(0U, MaxBusyTimeout))
       ->type_name("SECONDS")
       ->capture_default_str();
   operation.callback([options, run, &exit_code] { exit_code = run(*options); });

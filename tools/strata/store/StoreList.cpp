@@ -34,7 +34,8 @@ Json packages_json(const Cairn::AssetStore& store, const StoreSelection& selecti
     if (package.AssetMapID.HasValue()) json["asset_map"] = package.AssetMapID.EncodeString();
     json["packing_lists"] = Json::array();
     for (const Cairn::UUID& id : package.PackingLists) json["packing_lists"].push_back(id.EncodeString());
-    json["findings"] = package.Findings;
+    json["findings"] = Json::array();
+    for (const Cairn::PackageFinding& finding : package.Findings) json["findings"].push_back(finding.Reason());
     packages.push_back(json);
   }
   return packages;

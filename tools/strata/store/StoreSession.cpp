@@ -77,7 +77,7 @@ ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
     return StoreTrouble(Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
   if (options.Index.empty()) fs::create_directories(fs::path(m_IndexFile).parent_path(), error);
   std::string problem;
-  return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.Patience))
+  return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.BusyTimeout))
              ? Fine
              : StoreTrouble(NotPlayable, problem);
 }
@@ -93,9 +93,8 @@ ExitCode StoreSession::Refresh() {
 }
 
 ExitCode StoreSession::CheckIndex() {
-  const std::vector<Ferro::LogEntry> messages = m_Log.Take();
-  for (const Ferro::LogEntry& message : messages)
+  for (const Ferro::LogEntry& message : m_Log.Take())
     if (message.Level == Ferro::LogLevel::Warning) m_Warnings.push_back(message.Message);
-  const std::string problem = IndexFailure(messages, m_IndexFile);
+  const std::string problem = IndexFailure(m_Store, m_IndexFile);
   return problem.empty() ? Fine : StoreTrouble(NotPlayable, problem);
 }

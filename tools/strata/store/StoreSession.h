@@ -13,7 +13,7 @@
 /// What the user gave to a command about the asset index.
 struct StoreOptions {
   std::string Index;               ///< the index's file; empty: the user's own
-  Ferro::ui32_t Patience = 30;     ///< seconds to wait for another program that keeps the index locked
+  Ferro::ui32_t BusyTimeout = 30;  ///< seconds to wait for another program that keeps the index locked
   std::vector<std::string> Names;  ///< folders, files, identifiers
   bool Refresh = false;            ///< list: look for changes first
   bool Hash = false;               ///< verify: digests too
@@ -51,7 +51,7 @@ class StoreSession {
 
   /// Looks for changes in all folders. Interrupted when the user stopped it.
   [[nodiscard]] ExitCode Refresh();
-  /// Shows a failure of the index, if there was one since the last look. NotPlayable then, else Fine.
+  /// Shows a failure of the index, if there was one since it was opened. NotPlayable then, else Fine.
   [[nodiscard]] ExitCode CheckIndex();
   /// What the store warned of before the last CheckIndex, such as files that could not be read.
   [[nodiscard]] const std::vector<std::string>& Warnings() const { return m_Warnings; }

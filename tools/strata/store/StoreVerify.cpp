@@ -89,11 +89,11 @@ std::vector<Finding> findings_of(const Cairn::AssetStore& store, const StoreSele
     finding.Advice = Connect;
   }
   for (const Cairn::PackageRecord& package : store.Packages())
-    for (const std::string& text : package.Findings) {
+    for (const Cairn::PackageFinding& problem : package.Findings) {
       if (!selection.HasFolder(package.Folder) || is_absent(package.Folder)) continue;
       Finding& finding = findings.emplace_back();
       finding.Level = Severity::Warning;
-      finding.Message = text;
+      finding.Message = problem.Reason();
       finding.AssetType = "package";
       finding.File = package.Folder;
     }

@@ -42,10 +42,40 @@ struct AssetRecord {
   [[nodiscard]] CAIRN_API std::vector<std::string> Reasons() const;
 };
 
-/// A file or folder that a look through its folder could not open, so that nobody knows what is in it. A plain value.
-struct UnopenedEntry {
+/// What an entry of a folder is that a scan could not read.
+enum UnreadableKind_t : ui32_t {
+  UK_FILE = 1,    ///< a file that cannot be opened
+  UK_FOLDER = 2,  ///< a folder that cannot be opened
+  UK_LINK = 3,    ///< a symbolic link that leads nowhere
+  UK_ENTRY = 4,   ///< an entry that the system tells nothing about
+};
+
+/// An entry of a folder whose contents a scan could not read. A plain value.
+struct UnreadableEntry {
   std::string Path;
+  UnreadableKind_t Kind = UK_FILE;
   std::string Reason;  ///< the system's: "Permission denied"
+};
+
+/// What can be wrong with a package as a whole. The values are kept in index files and never change.
+enum PackageProblem_t : ui32_t {
+  PP_NO_ASSET_MAP = 1,             ///< it has packing lists, but no asset map that can be read
+  PP_NO_PACKING_LIST = 2,          ///< it has an asset map, but no packing list that can be read
+  PP_ASSET_MAP_UNREADABLE = 3,     ///< the asset map at Path could not be understood
+  PP_PACKING_LIST_UNREADABLE = 4,  ///< the packing list at Path could not be understood
+  PP_SEVERAL_ASSET_MAPS = 5,       ///< the asset map at Path is one more; the one counts that leads to more files
+  PP_LISTS_DISAGREE = 6,           ///< the packing list at Path gives another size or digest than one before it
+  PP_REPEATED_ASSET = 7,           ///< the asset map names AssetID at several places
+};
+
+/// One thing that is wrong with a package. A plain value.
+struct PackageFinding {
+  PackageProblem_t Problem = PP_NO_ASSET_MAP;
+  std::string Path;  ///< of the document concerned, from the package's folder on; empty where there is none
+  UUID AssetID;      ///< the asset concerned; no value where there is none
+
+  /// A sentence for a user, on one line: "ASSETMAP.xml: The asset map could not be understood."
+  [[nodiscard]] CAIRN_API std::string Reason() const;
 };
 
 /// One package of a store. A plain value.
@@ -53,7 +83,9 @@ struct PackageRecord {
   std::string Folder;  ///< that holds the asset map or packing list
   UUID AssetMapID;     ///< no value where there is no readable asset map
   UUIDList PackingLists;
-  std::vector<std::string> Findings;  ///< what is wrong with the package itself, a sentence each
+  std::vector<PackageFinding> Findings;
+
+  [[nodiscard]] CAIRN_API bool Has(PackageProblem_t problem) const;
 };
 
 }  // namespace Cairn

@@ -4,6 +4,7 @@
 #include <Cairn/AssetRecord.h>
 #include <Cairn/Export.h>
 #include <Cairn/IAssetLookup.h>
+#include <Cairn/StoreFailure.h>
 
 #include <chrono>
 #include <functional>
@@ -22,7 +23,7 @@ struct VerifyProgress {
   double BytesPerSecond = 0;  ///< over the whole verification so far
 };
 
-/// How far a look through a folder has come.
+/// How far the scan of a folder has come.
 struct ScanProgress {
   ui32_t FilesDone = 0;
   ui32_t FilesTotal = 0;  ///< those that did not change, which take no time, included
@@ -51,30 +52,39 @@ class CAIRN_API AssetStore : public IAssetLookup {
   using OnScan = std::function<bool(const ScanProgress&)>;
 
   /// Opens the index; one that is open already is closed first. Without a name the index lies in memory.
-  /// @param patience  how long each operation waits for another process that keeps the index locked.
-  /// @return RESULT_OK; RESULT_CN_STORE, logged, for a file that is no index of this version or cannot be opened.
+  /// @param busy_timeout  how long each operation waits for another process that keeps the index locked.
+  /// @return RESULT_OK; RESULT_CN_STORE, logged, for a file that is no index of this version or cannot be opened:
+  ///         LastFailure tells which.
   [[nodiscard]] Result_t Open(const std::string& index_file = "",
-                              std::chrono::milliseconds patience = std::chrono::seconds(30));
+                              std::chrono::milliseconds busy_timeout = std::chrono::seconds(30));
+
+  /// The latest failure of the index, of Open or of any operation since: why one answered RESULT_CN_STORE, or nothing
+  /// though there was something. Operations that succeed leave it, Open and ClearFailure put it back to SF_NONE. Any
+  /// thread may ask, at any time; a failure that another thread met is told as well.
+  [[nodiscard]] StoreFailure LastFailure() const;
+  void ClearFailure();
 
   /// Adds a folder, or looks for changes in it when it was added before.
   /// @return RESULT_OK; RESULT_INIT before Open; RESULT_NOT_FOUND, RESULT_NO_PERM, RESULT_NOTAFILE (no folder);
   ///         RESULT_CANCELLED, the index then being as it was; RESULT_CN_STORE.
   [[nodiscard]] Result_t AddFolder(const std::string& folder, const OnScan& progress = {});
   /// Looks for changes in all folders, and in the files registered. A folder that is not there now is logged and keeps
-  /// its assets, which are then missing. Cancelled, it leaves the folders not yet looked through as they were.
+  /// its assets, which are then missing. Cancelled, it leaves the folders not yet scanned as they were.
   [[nodiscard]] Result_t Refresh(const OnScan& progress = {});
   /// Forgets a folder with its assets. RESULT_NOT_FOUND for one that was not added.
   [[nodiscard]] Result_t Forget(const std::string& folder);
   [[nodiscard]] std::vector<std::string> Folders() const;
+
+  // The five below answer nothing before Open and where the index fails, which is logged: LastFailure tells it apart.
 
   /// Every asset, in order of package and path; one that lies in several places has a record for each.
   [[nodiscard]] std::vector<AssetRecord> Assets() const;
   /// Every place of one asset, the one that lookups answer first.
   [[nodiscard]] std::vector<AssetRecord> FindAsset(const UUID& id) const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
-  /// What this object's latest look through each folder could not open, in order of path: files, folders, and symbolic
-  /// links that lead nowhere. Not kept in the index. A file system's own lost+found is none of it.
-  [[nodiscard]] std::vector<UnopenedEntry> Unopened() const;
+  /// What this object's latest scan of each folder could not read, in order of path: files, folders, and symbolic links
+  /// that lead nowhere. Not kept in the index. A file system's own lost+found is none of it.
+  [[nodiscard]] std::vector<UnreadableEntry> Unreadable() const;
 
   /// Looks for changes, then computes the digests of files with a listed digest. What is found of each file is kept in
   /// the index at once, so that a verification that was cancelled goes on where it was.
