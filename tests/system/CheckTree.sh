@@ -38,40 +38,161 @@ format() {
   code | xargs clang-format-14 --dry-run -Werror 2>&1 | grep 'error:' || true
 }
 
-# No include points up the table of modules, at a third party that is not the module's, or into another's src.
+# Modules and, after the colon, the rooms of their sources, both lowest first: an include never points to the right or
+# down. Rooms joined by commas are siblings: none includes another.
+order='
+toolkit/ferro:
+toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
+toolkit/cairn:
+src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
+tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
+tests: support ferro,quire,cairn,engine,tool system
+'
+
+# Each include of one file of the tree by another: includer, included, then of both the module, the height (100 for each
+# module, 1 for each room) and the room; - and 0 where there is none. A public header stands in the room of the source
+# of its name, or else in the highest room that it includes.
+edges() {
+  {
+    printf 'order %s\n' "${order//$'\n'/$'\norder '}"
+    code | sed 's/^/file /'
+    includes | sed 's/^/include /'
+  } | awk '
+    function module_of(file,   m) {
+      if (index(file, "include/") == 1) return "src"
+      for (m in modules) if (index(file, m "/") == 1) return m
+      return "-"
+    }
+    function base_of(file) { sub(/.*\//, "", file); sub(/[.][a-z]+$/, "", file); return file }
+    function room_of(file,   m, rest, parts) {
+      m = module_of(file)
+      if (m == "-" || file ~ /(^|\/)include\//) return "-"
+      rest = substr(file, length(m) + 2)
+      sub(/^src\//, "", rest)
+      return split(rest, parts, "/") > 1 ? parts[1] : "-"
+    }
+    function tidy(path) {
+      while (path ~ /(^|\/)[.]\//) sub(/[.]\//, "", path)
+      while (match(path, /[^\/.][^\/]*\/[.][.]\//)) path = substr(path, 1, RSTART - 1) substr(path, RSTART + RLENGTH)
+      return path
+    }
+    function target(file, name,   folder, m, path) {
+      folder = file
+      sub(/[^\/]*$/, "", folder)
+      path = tidy(folder name)
+      if (path in files) return path
+      m = module_of(file)
+      path = m (m ~ /^toolkit/ ? "/src/" : "/") name
+      return path in files ? path : public[name]
+    }
+    function height_of(file,   m, i, n, list, at, highest) {
+      if (file in height) return height[file]
+      m = module_of(file)
+      room[file] = room_of(file)
+      if (room[file] == "-" && (m, base_of(file)) in source_room) room[file] = source_room[m, base_of(file)]
+      height[file] = highest = m == "-" ? 0 : 100 * modules[m] + rooms[m, room[file]]
+      if (room[file] != "-") return highest
+      n = split(below[file], list, " ")
+      for (i = 1; i <= n; ++i)
+        if (module_of(list[i]) == m && (at = height_of(list[i])) > highest) { highest = at; room[file] = room[list[i]] }
+      return height[file] = highest
+    }
+    $1 == "order" && NF > 1 {
+      sub(/:$/, "", $2)
+      modules[$2] = ++modules_count
+      for (i = 3; i <= NF; ++i) {
+        n = split($i, siblings, ",")
+        for (k = 1; k <= n; ++k) rooms[$2, siblings[k]] = i - 2
+      }
+    }
+    $1 == "file" {
+      files[$2]
+      if ($2 ~ /(^|\/)include\//) { name = $2; sub(/^(.*\/)?include\//, "", name); public[name] = $2 }
+      else if ($2 ~ /[.]cpp$/) source_room[module_of($2), base_of($2)] = room_of($2)
+    }
+    $1 == "include" && (to = target($2, $3)) != "" { below[$2] = below[$2] " " to }
+    END {
+      for (from in below) {
+        n = split(below[from], list, " ")
+        for (i = 1; i <= n; ++i) {
+          heights = height_of(from) " " height_of(list[i])
+          print from, list[i], module_of(from), module_of(list[i]), heights, room[from], room[list[i]]
+        }
+      }
+    }' | LC_ALL=C sort
+}
+
+# No include points up the tables of modules and rooms, at a third party that is not the module's, or into another's src.
 directions() {
   includes | awk '
     BEGIN {
-      up["toolkit/ferro/"] = "^(QUIRE|Cairn|Strata|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      up["toolkit/quire/"] = "^(Cairn|Strata|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      up["toolkit/cairn/"] = "^(Strata|CLI|nlohmann|openjpeg)"
-      up["include/"]       = "^(xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      up["src/"]           = "^(sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      up["src/StrataTypes/"]      = "^([.][.]/)*(TimelineElements|ShowPlaylist|ResourcePresentationList|Playlist)/"
-      up["src/TimelineElements/"] = "^([.][.]/)*(ShowPlaylist|ResourcePresentationList|Playlist)/"
-      up["src/ShowPlaylist/"]     = "^([.][.]/)*(ResourcePresentationList|Playlist)/"
-      up["src/ResourcePresentationList/"] = "^([.][.]/)*Playlist/"
-      up["tools/"] = "(^|/)(src|StrataTypes|TimelineElements|ShowPlaylist|ResourcePresentationList|Playlist)/"
+      beyond["toolkit/ferro/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/quire/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/cairn/"] = "^(CLI|nlohmann|openjpeg)"
+      beyond["include/"]       = "^(xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["src/"]           = "^(sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
-    { for (from in up) if (index($1, from) == 1 && $2 ~ up[from]) print $1 ": must not include " $2 }
-    $1 !~ /^tests\// && $2 ~ /(toolkit|^src)\/.*src\// { print $1 ": reaches into another module with " $2 }'
+    { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
+  edges | awk '
+    { foreign = $3 != $4 && $2 ~ /(^|\/)src\// && $1 !~ /^(tests|bench|fuzz)\// }
+    foreign || ($5 > 0 && $6 > $5) || ($5 == $6 && $7 != $8) { print $1 ": must not include " $2 }'
+  unlisted
 }
 
-# tsort names the files of each circle.
+# Each folder of a module with rooms is one of them, and no source lies beside them.
+unlisted() {
+  local module rooms path
+  while IFS=: read -r module rooms; do
+    [[ -n ${rooms// /} ]] || continue
+    rooms=" ${rooms//,/ } "
+    [[ $module != toolkit/* ]] || module+=/src
+    [[ -d $module ]] || continue
+    for path in "$module"/*; do
+      if [[ -d $path ]]; then
+        [[ $rooms == *" ${path##*/} "* ]] || echo "$path: this room is not in the order of CheckTree.sh"
+      elif [[ $path == *.h || $path == *.cpp ]]; then
+        echo "$path: in none of the rooms"
+      fi
+    done
+  done <<<"$order"
+}
+
+# tsort names the files, or the rooms, of each circle.
 circles() {
-  local name
-  declare -A where
-  while read -r name; do where[${name##*/include/}]=$name; done < <(code | grep '/include/.*\.h$')
-  while read -r name; do where[${name#include/}]=$name; done < <(code | grep '^include/.*\.h$')
-  while read -r name; do where[${name#src/}]=$name; done < <(code | grep '^src/.*\.h$')
-  includes | while read -r file included; do
-    beside=$(dirname "$file")/$included
-    if [[ -e $beside ]]; then
-      echo "$file $(realpath --relative-to=. "$beside")"
-    elif [[ ${where[$included]:-} ]]; then
-      echo "$file ${where[$included]}"
-    fi
-  done | tsort 2>&1 >/dev/null | sed 's/^tsort: -/circle/; s/^tsort: /  /' || true
+  local all
+  all=$(edges)
+  awk '{ print $1, $2 }' <<<"$all" | sorted files
+  awk '$3 == $4 && $7 != $8 { print $3 "/" $7, $4 "/" $8 }' <<<"$all" | sort -u | sorted rooms
+}
+sorted() { tsort 2>&1 >/dev/null | sed "s/^tsort: -/circle of $1/; s/^tsort: /  /" || true; }
+
+# What is decided by a text for people changes with its wording: facts are types. Nothing but the log that tests look at
+# searches or compares what a log entry, a finding, a result's label or an exception says, or any phrase of two words.
+texts() {
+  code | grep -vE '^(tests/|toolkit/ferro/src/(Memory)?LogSink\.cpp$)' | xargs awk '
+    BEGIN {
+      says = "(Message|Advice|Label[(][)]|what[(][)]|errmsg[(][^)]*[)])[)]*"
+      told = "(" says "|([mM]essage|[rR]eason|[wW]arning|[pP]roblem|[sS]entence))"
+      search = "(find|rfind|find_first_of|find_last_of|starts_with|ends_with|contains|compare|substr)[(]"
+      phrase = "\"[^\" ]+ [^\" ]"
+      bad[told "([.]|->)" search "[^\047]"]
+      bad[says " *[!=]="]
+      bad["[!=]= *[A-Za-z_.:()>-]*([.]|->)" says]
+      bad["(strn?(case)?(cmp|str)|regex_(search|match))[(][^;]*" says]
+      bad[search phrase]
+      bad["[!=]= *" phrase]
+    }
+    FNR == 1 { statement = "" }
+    {
+      sub(/ *\/\/.*/, "")
+      sub(/^ +/, "")
+      if (statement == "") first = FNR
+      statement = statement (/^([.]|->)/ ? "" : " ") $0
+    }
+    /[;{}:]$/ {
+      for (b in bad) if (statement ~ b) { print FILENAME ":" first ": searches or compares a text for people"; break }
+      statement = ""
+    }'
 }
 
 # The engine's one header brings all the others.
@@ -101,8 +222,46 @@ documents() {
   done
 }
 
+# The map has one row for each room, in the order of the modules and their rooms. Its answers name files that hold what
+# they are said to hold.
+map() {
+  local rooms rows file symbol found=0
+  # shellcheck disable=SC2016
+  rows=$(sed -nE 's/^\| `([^`]*\/)` \|.*/\1/p' docs/README.md)
+  rooms=$(code | sed -E 's/[^/]*$//; s/^(tests\/[^/]*\/).*/\1/' | LC_ALL=C sort -u)
+  comm -23 <(printf '%s\n' "$rooms") <(LC_ALL=C sort <<<"$rows") | sed '/^$/d; s/^/docs\/README.md: no row for /'
+  comm -13 <(printf '%s\n' "$rooms") <(LC_ALL=C sort <<<"$rows") | sed '/^$/d; s/^/docs\/README.md: twice, or no room: /'
+  ordered "$rows"
+  # shellcheck disable=SC2016
+  while read -r file symbol; do
+    found=1
+    grep -qwF -- "$symbol" "$file" 2>/dev/null || echo "docs/README.md: there is no $symbol in $file"
+  done < <(sed -nE 's/^\|[^|]*\| `([^`]*[^`\/])` \| `([^`]*)` \|$/\1 \2/p' docs/README.md)
+  ((found)) || echo "docs/README.md: it answers nothing"
+}
+
+# ordered <rows>: offends where a row of a room stands above one that the order puts first.
+ordered() {
+  printf '%s\n' "${order//$'\n'/$'\norder '}" "$1" | awk '
+    $1 == "order" && NF > 1 {
+      module = $2
+      sub(/:$/, "", module)
+      if (module ~ /^toolkit/) module = module "/src"
+      place[module "/"] = ++count
+      for (i = 3; i <= NF; ++i) {
+        ++count
+        n = split($i, siblings, ",")
+        for (k = 1; k <= n; ++k) place[module "/" siblings[k] "/"] = count
+      }
+    }
+    $1 in place {
+      if (place[$1] < last) print "docs/README.md: " $1 " stands too low"
+      last = place[$1]
+    }'
+}
+
 case $rule in
-  spdx | length | todo | format | directions | circles | umbrella | readme | documents) offences=$("$rule") ;;
+  spdx | length | todo | format | directions | circles | texts | umbrella | readme | documents | map) offences=$("$rule") ;;
   *)
     echo "no such rule: $rule" >&2
     exit 2
