@@ -2,6 +2,7 @@
 #include <Strata/ShowPlaylist.h>
 
 #include "../support/LogCapture.h"
+#include "../support/TemporaryFolder.h"
 #include "RecordCheck.h"
 
 #include <Cairn/InitObjectWithFile.h>
@@ -10,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <fstream>
 #include <thread>
 #include <vector>
 
@@ -126,12 +126,10 @@ TEST(ShowPlaylistParser, LogsNothingForAProperDocument) {
 }
 
 TEST(ShowPlaylistParser, ReadsFromAFile) {
-  const std::string name = testing::TempDir() + "strata-show-playlist.xml";
-  std::ofstream(name, std::ios::binary) << WholeShow;
+  const testsupport::TemporaryFolder folder;
   ShowPlaylist playlist;
-  EXPECT_EQ(Cairn::InitObjectWithFile(playlist, name), Ferro::RESULT_OK);
+  EXPECT_EQ(Cairn::InitObjectWithFile(playlist, folder.Write("show.xml", WholeShow)), Ferro::RESULT_OK);
   EXPECT_EQ(playlist.ShowSequence.size(), 3u);
-  std::remove(name.c_str());
 }
 
 TEST(ShowPlaylistParser, PrefixesAreNotPartOfNames) {

@@ -12,7 +12,7 @@
 #include <limits>
 #include <utility>
 
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -26,7 +26,7 @@ class FileReaderTest : public testing::Test {
   void SetUp() override { MakeFile(m_Name, "0123456789"); }
 
   TemporaryFolder m_Folder;
-  std::string m_Name = m_Folder / "digits";
+  std::string m_Name = m_Folder.Path("digits");
   FileReader m_Reader;
 };
 
@@ -46,24 +46,24 @@ TEST_F(FileReaderTest, OpensARegularFileAndKnowsItsSize) {
 
 TEST_F(FileReaderTest, NamesThatCannotBeOpenedSayWhy) {
   EXPECT_EQ(m_Reader.OpenRead(""), RESULT_NULL_STR);
-  EXPECT_EQ(m_Reader.OpenRead(m_Folder / "missing"), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Path("missing")), RESULT_NOT_FOUND);
   EXPECT_EQ(m_Reader.OpenRead(m_Name + "/below"), RESULT_NOT_FOUND);
   EXPECT_EQ(m_Reader.OpenRead(m_Name + std::string("\0.mxf", 5)), RESULT_NOT_FOUND);
-  EXPECT_EQ(m_Reader.OpenRead(m_Folder / std::string(300, 'n')), RESULT_FILEOPEN);
-  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Path()), RESULT_NOTAFILE);
+  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Path(std::string(300, 'n'))), RESULT_FILEOPEN);
+  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Folder()), RESULT_NOTAFILE);
   EXPECT_EQ(m_Reader.OpenRead("/dev/null"), RESULT_NOTAFILE);
   EXPECT_FALSE(m_Reader.IsOpen());
 }
 
 TEST_F(FileReaderTest, PipeIsRefusedWithoutWaitingForItsWriter) {
-  ASSERT_EQ(mkfifo((m_Folder / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(m_Reader.OpenRead(m_Folder / "pipe"), RESULT_NOTAFILE);
+  ASSERT_EQ(mkfifo((m_Folder.Path("pipe")).c_str(), 0600), 0);
+  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Path("pipe")), RESULT_NOTAFILE);
 }
 
 TEST_F(FileReaderTest, SocketIsNotAFile) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  const std::string name = m_Folder / "socket";
+  const std::string name = m_Folder.Path("socket");
   ASSERT_LT(name.size(), sizeof(address.sun_path));
   name.copy(address.sun_path, sizeof(address.sun_path) - 1);
   const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -73,7 +73,7 @@ TEST_F(FileReaderTest, SocketIsNotAFile) {
 }
 
 TEST_F(FileReaderTest, FileWithoutPermissionIsNoPerm) {
-  ASSERT_EQ(chmod(m_Folder.Path().c_str(), 0755), 0);
+  ASSERT_EQ(chmod(m_Folder.Folder().c_str(), 0755), 0);
   ASSERT_EQ(chmod(m_Name.c_str(), 0), 0);
   // In a child process, which can give up the privilege that lets root read everything.
   const auto open_unprivileged = [this] {
@@ -85,7 +85,7 @@ TEST_F(FileReaderTest, FileWithoutPermissionIsNoPerm) {
 
 TEST_F(FileReaderTest, FailedOpenClosesTheOneBefore) {
   EXPECT_EQ(m_Reader.OpenRead(m_Name), RESULT_OK);
-  EXPECT_EQ(m_Reader.OpenRead(m_Folder / "missing"), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Reader.OpenRead(m_Folder.Path("missing")), RESULT_NOT_FOUND);
   EXPECT_FALSE(m_Reader.IsOpen());
   EXPECT_EQ(m_Reader.Filename(), "");
 }

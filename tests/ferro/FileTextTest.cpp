@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "FileSizeLimit.h"
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -13,39 +13,39 @@ using namespace Ferro::Test;
 TEST(FileText, BothWays) {
   const TemporaryFolder folder;
   const std::string text("text\0with NUL\n", 14);
-  EXPECT_EQ(WriteStringIntoFile(folder / "a", text), RESULT_OK);
+  EXPECT_EQ(WriteStringIntoFile(folder.Path("a"), text), RESULT_OK);
   std::string out = "before";
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out), RESULT_OK);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out), RESULT_OK);
   EXPECT_EQ(out, text);
 }
 
 TEST(FileText, EmptyFileIsEmptyText) {
   const TemporaryFolder folder;
-  EXPECT_EQ(WriteStringIntoFile(folder / "a", ""), RESULT_OK);
+  EXPECT_EQ(WriteStringIntoFile(folder.Path("a"), ""), RESULT_OK);
   std::string out = "before";
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out), RESULT_OK);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out), RESULT_OK);
   EXPECT_EQ(out, "");
 }
 
 TEST(FileText, LargerThanTheLimitIsTooLargeAndLeavesTheOutput) {
   const TemporaryFolder folder;
-  MakeFile(folder / "a", "0123456789");
+  MakeFile(folder.Path("a"), "0123456789");
   std::string out = "before";
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out, 9), RESULT_TOOLARGE);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out, 9), RESULT_TOOLARGE);
   EXPECT_EQ(out, "before");
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out, 10), RESULT_OK);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out, 10), RESULT_OK);
   EXPECT_EQ(out, "0123456789");
 }
 
 TEST(FileText, UsualLimitIsEightMiB) {
   EXPECT_EQ(DefaultTextLimit, 8U * 1024 * 1024);
   const TemporaryFolder folder;
-  MakeFile(folder / "a", std::string(8'388'608, 'a'));
+  MakeFile(folder.Path("a"), std::string(8'388'608, 'a'));
   std::string out;
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out), RESULT_OK);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out), RESULT_OK);
   EXPECT_EQ(out.size(), 8'388'608U);
-  MakeFile(folder / "a", std::string(8'388'609, 'a'));
-  EXPECT_EQ(ReadFileIntoString(folder / "a", out), RESULT_TOOLARGE);
+  MakeFile(folder.Path("a"), std::string(8'388'609, 'a'));
+  EXPECT_EQ(ReadFileIntoString(folder.Path("a"), out), RESULT_TOOLARGE);
 }
 
 TEST(FileText, FileThatStatesNoSizeIsReadToItsEnd) {
@@ -59,17 +59,17 @@ TEST(FileText, FailuresAreThoseOfTheReader) {
   const TemporaryFolder folder;
   std::string out = "before";
   EXPECT_EQ(ReadFileIntoString("", out), RESULT_NULL_STR);
-  EXPECT_EQ(ReadFileIntoString(folder / "missing", out), RESULT_NOT_FOUND);
-  EXPECT_EQ(ReadFileIntoString(folder.Path(), out), RESULT_NOTAFILE);
+  EXPECT_EQ(ReadFileIntoString(folder.Path("missing"), out), RESULT_NOT_FOUND);
+  EXPECT_EQ(ReadFileIntoString(folder.Folder(), out), RESULT_NOTAFILE);
   EXPECT_EQ(out, "before");
 }
 
 TEST(FileText, FailedWriteLeavesWhatStoodThere) {
   const TemporaryFolder folder;
-  MakeFile(folder / "a", "before");
+  MakeFile(folder.Path("a"), "before");
   const FileSizeLimit limit(4096);
-  EXPECT_EQ(WriteStringIntoFile(folder / "a", std::string(5000, 'a')), RESULT_WRITEFAIL);
-  EXPECT_EQ(BytesOf(folder / "a"), "before");
+  EXPECT_EQ(WriteStringIntoFile(folder.Path("a"), std::string(5000, 'a')), RESULT_WRITEFAIL);
+  EXPECT_EQ(BytesOf(folder.Path("a")), "before");
   EXPECT_EQ(folder.Names().size(), 1U);
-  EXPECT_EQ(WriteStringIntoFile(folder / "missing/a", "a"), RESULT_NOT_FOUND);
+  EXPECT_EQ(WriteStringIntoFile(folder.Path("missing/a"), "a"), RESULT_NOT_FOUND);
 }

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "FileSizeLimit.h"
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -22,7 +22,7 @@ using Names = std::set<std::string>;
 class FileWriterTest : public testing::Test {
  protected:
   TemporaryFolder m_Folder;
-  std::string m_Name = m_Folder / "file";
+  std::string m_Name = m_Folder.Path("file");
   FileWriter m_Writer;
 };
 
@@ -132,27 +132,27 @@ TEST_F(FileWriterTest, EmptyFileIsAFile) {
 
 TEST_F(FileWriterTest, NamesThatCannotBeWrittenSayWhy) {
   EXPECT_EQ(m_Writer.OpenWrite(""), RESULT_NULL_STR);
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "missing/file"), RESULT_NOT_FOUND);
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path()), RESULT_NOTAFILE);
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / ""), RESULT_NOTAFILE);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path("missing/file")), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Folder()), RESULT_NOTAFILE);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path("")), RESULT_NOTAFILE);
   EXPECT_EQ(m_Writer.OpenWrite("/dev/null"), RESULT_NOTAFILE);
   EXPECT_EQ(m_Writer.OpenWrite(m_Name + std::string("\0x", 2)), RESULT_NOT_FOUND);
   EXPECT_EQ(m_Folder.Names(), Names{});
 }
 
 TEST_F(FileWriterTest, FolderWithoutPermissionIsNoPerm) {
-  ASSERT_EQ(chmod(m_Folder.Path().c_str(), 0555), 0);
+  ASSERT_EQ(chmod(m_Folder.Folder().c_str(), 0555), 0);
   const auto open_unprivileged = [this] {
     if (geteuid() == 0 && setuid(65534) != 0) _exit(2);
     _exit(m_Writer.OpenWrite(m_Name) == RESULT_NO_PERM ? 0 : 1);
   };
   EXPECT_EXIT(open_unprivileged(), testing::ExitedWithCode(0), "");
-  EXPECT_EQ(chmod(m_Folder.Path().c_str(), 0755), 0);
+  EXPECT_EQ(chmod(m_Folder.Folder().c_str(), 0755), 0);
 }
 
 TEST_F(FileWriterTest, SecondOpenIsAStateError) {
   ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "other"), RESULT_STATE);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path("other")), RESULT_STATE);
   EXPECT_EQ(m_Writer.Write("abc"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
   EXPECT_EQ(BytesOf(m_Name), "abc");
@@ -162,11 +162,11 @@ TEST_F(FileWriterTest, WriterCanBeUsedAgainAfterCommit) {
   ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
   EXPECT_EQ(m_Writer.Write("abc"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
-  ASSERT_EQ(m_Writer.OpenWrite(m_Folder / "second"), RESULT_OK);
+  ASSERT_EQ(m_Writer.OpenWrite(m_Folder.Path("second")), RESULT_OK);
   EXPECT_EQ(m_Writer.Tell(), 0U);
   EXPECT_EQ(m_Writer.Write("d"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
-  EXPECT_EQ(BytesOf(m_Folder / "second"), "d");
+  EXPECT_EQ(BytesOf(m_Folder.Path("second")), "d");
 }
 
 TEST_F(FileWriterTest, ClosedWriterIsNotInitialised) {
@@ -192,7 +192,7 @@ TEST_F(FileWriterTest, FullDiskIsWriteFailAndLeavesNothing) {
 }
 
 TEST_F(FileWriterTest, CommitFailsWhenTheFolderHasGone) {
-  const std::string folder = m_Folder / "inner";
+  const std::string folder = m_Folder.Path("inner");
   std::filesystem::create_directory(folder);
   ASSERT_EQ(m_Writer.OpenWrite(folder + "/file"), RESULT_OK);
   std::filesystem::remove_all(folder);
@@ -202,12 +202,12 @@ TEST_F(FileWriterTest, CommitFailsWhenTheFolderHasGone) {
 }
 
 TEST_F(FileWriterTest, ReasonIsOfThePresentFileAndMovesWithTheWriter) {
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "missing/file"), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path("missing/file")), RESULT_NOT_FOUND);
   EXPECT_EQ(m_Writer.FailureReason(), "No such file or directory");
   const FileWriter other = std::move(m_Writer);
   EXPECT_EQ(other.FailureReason(), "No such file or directory");
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder / "missing/file"), RESULT_NOT_FOUND);
-  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path()), RESULT_NOTAFILE);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Path("missing/file")), RESULT_NOT_FOUND);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Folder.Folder()), RESULT_NOTAFILE);
   EXPECT_EQ(m_Writer.FailureReason(), "");
   ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
   EXPECT_EQ(m_Writer.WriteAt(0x7fffffffffffffff, BytesOfText("a")), RESULT_WRITEFAIL);
@@ -227,17 +227,17 @@ TEST_F(FileWriterTest, SeveralWritersOfOneNameDoNotCollide) {
 }
 
 TEST_F(FileWriterTest, SymbolicLinkIsReplacedNotFollowed) {
-  MakeFile(m_Folder / "target", "target");
-  std::filesystem::create_symlink(m_Folder / "target", m_Name);
+  MakeFile(m_Folder.Path("target"), "target");
+  std::filesystem::create_symlink(m_Folder.Path("target"), m_Name);
   ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
   EXPECT_EQ(m_Writer.Write("new"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
-  EXPECT_EQ(BytesOf(m_Folder / "target"), "target");
+  EXPECT_EQ(BytesOf(m_Folder.Path("target")), "target");
   EXPECT_EQ(BytesOf(m_Name), "new");
 }
 
 TEST_F(FileWriterTest, LongestNameIsWritten) {
-  const std::string name = m_Folder / std::string(255, 'n');
+  const std::string name = m_Folder.Path(std::string(255, 'n'));
   ASSERT_EQ(m_Writer.OpenWrite(name), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
   EXPECT_TRUE(std::filesystem::exists(name));
@@ -245,7 +245,7 @@ TEST_F(FileWriterTest, LongestNameIsWritten) {
 
 TEST_F(FileWriterTest, NameWithoutFolderIsWrittenIntoTheCurrentOne) {
   const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(m_Folder.Path());
+  std::filesystem::current_path(m_Folder.Folder());
   ASSERT_EQ(m_Writer.OpenWrite("file"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
   EXPECT_EQ(m_Folder.Names(), Names{"file"});
@@ -258,7 +258,7 @@ TEST_F(FileWriterTest, MovesHandTheOpenFileOver) {
   FileWriter second(std::move(m_Writer));
   EXPECT_FALSE(m_Writer.IsOpen());  // NOLINT: the moved-from state is the subject
   FileWriter third;
-  ASSERT_EQ(third.OpenWrite(m_Folder / "abandoned"), RESULT_OK);
+  ASSERT_EQ(third.OpenWrite(m_Folder.Path("abandoned")), RESULT_OK);
   third = std::move(second);
   EXPECT_EQ(third.Tell(), 3U);
   EXPECT_EQ(third.Commit(), RESULT_OK);

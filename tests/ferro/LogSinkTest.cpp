@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "FileSizeLimit.h"
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -77,24 +77,24 @@ TEST(LogSink, MessageWithoutLineEndIsStillALineOfItsOwn) {
 
 TEST(FileLogSink, AppendsLines) {
   const TemporaryFolder folder;
-  MakeFile(folder / "log", "before\n");
+  MakeFile(folder.Path("log"), "before\n");
   {
-    FileLogSink sink(folder / "log");
+    FileLogSink sink(folder.Path("log"));
     EXPECT_TRUE(sink.IsOpen());
     sink.WriteEntry(EntryOf("one\n"));
     sink.WriteEntry(EntryOf("two"));
     EXPECT_EQ(sink.LostCount(), 0U);
     // Written already, so that nothing is lost with the process.
-    EXPECT_EQ(BytesOf(folder / "log"), "before\n" + s_LineStart + "one\n" + s_LineStart + "two\n");
+    EXPECT_EQ(BytesOf(folder.Path("log")), "before\n" + s_LineStart + "one\n" + s_LineStart + "two\n");
   }
-  FileLogSink again(folder / "log");
+  FileLogSink again(folder.Path("log"));
   again.WriteEntry(EntryOf("three\n"));
-  EXPECT_TRUE(BytesOf(folder / "log").ends_with("two\n" + s_LineStart + "three\n"));
+  EXPECT_TRUE(BytesOf(folder.Path("log")).ends_with("two\n" + s_LineStart + "three\n"));
 }
 
 TEST(FileLogSink, CountsWhatItCannotOpenAFileFor) {
   const TemporaryFolder folder;
-  FileLogSink sink(folder / "missing/log");
+  FileLogSink sink(folder.Path("missing/log"));
   EXPECT_FALSE(sink.IsOpen());
   sink.WriteEntry(EntryOf("one\n"));
   sink.WriteEntry(EntryOf("two\n"));
@@ -110,7 +110,7 @@ TEST(FileLogSink, CountsWhatAFullDiskDoesNotTake) {
 
 TEST(FileLogSink, MessageAfterACutOneBeginsItsOwnLine) {
   const TemporaryFolder folder;
-  FileLogSink sink(folder / "log");
+  FileLogSink sink(folder.Path("log"));
   {
     const FileSizeLimit limit(s_LineStart.size() + 2);
     sink.WriteEntry(EntryOf("one\n"));
@@ -119,7 +119,7 @@ TEST(FileLogSink, MessageAfterACutOneBeginsItsOwnLine) {
   sink.WriteEntry(EntryOf("three\n"));
   sink.WriteEntry(EntryOf("four\n"));
   EXPECT_EQ(sink.LostCount(), 2U);
-  EXPECT_EQ(BytesOf(folder / "log"), s_LineStart + "on\n" + s_LineStart + "three\n" + s_LineStart + "four\n");
+  EXPECT_EQ(BytesOf(folder.Path("log")), s_LineStart + "on\n" + s_LineStart + "three\n" + s_LineStart + "four\n");
 }
 
 TEST(TeeLogSink, PassesEachMessageOnToAll) {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -45,10 +45,10 @@ TEST(SHA1Digest, MovesWithWhatItHasSeen) {
 
 TEST(SHA1Digest, OfAFileReportsProgressUpToItsSize) {
   const TemporaryFolder folder;
-  MakeFile(folder / "a", std::string(3'000'000, 'a'));
+  MakeFile(folder.Path("a"), std::string(3'000'000, 'a'));
   std::vector<fsize_t> progress;
   SHA1 digest;
-  EXPECT_EQ(DigestFile(folder / "a", digest,
+  EXPECT_EQ(DigestFile(folder.Path("a"), digest,
                        [&](fsize_t done) {
                          progress.push_back(done);
                          return true;
@@ -60,23 +60,23 @@ TEST(SHA1Digest, OfAFileReportsProgressUpToItsSize) {
 
 TEST(SHA1Digest, OfAnEmptyFile) {
   const TemporaryFolder folder;
-  MakeFile(folder / "empty", "");
+  MakeFile(folder.Path("empty"), "");
   SHA1 digest;
-  EXPECT_EQ(DigestFile(folder / "empty", digest), RESULT_OK);
+  EXPECT_EQ(DigestFile(folder.Path("empty"), digest), RESULT_OK);
   EXPECT_EQ(digest.EncodeHex(), "da39a3ee5e6b4b0d3255bfef95601890afd80709");
 }
 
 TEST(SHA1Digest, CancelledLeavesTheOutputUnchanged) {
   const TemporaryFolder folder;
-  MakeFile(folder / "a", "abc");
+  MakeFile(folder.Path("a"), "abc");
   SHA1 digest;
-  EXPECT_EQ(DigestFile(folder / "a", digest, [](fsize_t) { return false; }), RESULT_CANCELLED);
+  EXPECT_EQ(DigestFile(folder.Path("a"), digest, [](fsize_t) { return false; }), RESULT_CANCELLED);
   EXPECT_FALSE(digest.HasValue());
 }
 
 TEST(SHA1Digest, OfAMissingFileIsNotFound) {
   const TemporaryFolder folder;
   SHA1 digest;
-  EXPECT_EQ(DigestFile(folder / "missing", digest), RESULT_NOT_FOUND);
+  EXPECT_EQ(DigestFile(folder.Path("missing"), digest), RESULT_NOT_FOUND);
   EXPECT_FALSE(digest.HasValue());
 }

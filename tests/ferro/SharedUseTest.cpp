@@ -12,7 +12,7 @@
 #include <sstream>
 #include <thread>
 
-#include "TemporaryFolder.h"
+#include "TestFiles.h"
 
 using namespace Ferro;
 using namespace Ferro::Test;
@@ -53,10 +53,10 @@ void LogMessages(ILogSink& sink, int messages) {
 
 TEST(SharedUse, FileLogSinkWritesMessagesWhole) {
   const TemporaryFolder folder;
-  FileLogSink sink(folder / "log");
+  FileLogSink sink(folder.Path("log"));
   LogMessages(sink, 200);
   EXPECT_EQ(sink.LostCount(), 0U);
-  ExpectWholeLines(BytesOf(folder / "log"), s_Threads * 200);
+  ExpectWholeLines(BytesOf(folder.Path("log")), s_Threads * 200);
 }
 
 TEST(SharedUse, StandardErrorGetsMessagesWhole) {
@@ -92,9 +92,9 @@ TEST(SharedUse, OneFileReaderServesSeveralThreads) {
   const TemporaryFolder folder;
   std::string bytes;
   for (int i = 0; i < 1024; ++i) bytes.append(64, static_cast<char>(i % 251));
-  MakeFile(folder / "file", bytes);
+  MakeFile(folder.Path("file"), bytes);
   FileReader reader;
-  ASSERT_EQ(reader.OpenRead(folder / "file"), RESULT_OK);
+  ASSERT_EQ(reader.OpenRead(folder.Path("file")), RESULT_OK);
   OnSeveralThreads([&](int thread) {
     std::vector<ui8_t> block(64);
     for (int i = thread; i < 1024; ++i) {
@@ -108,10 +108,10 @@ TEST(SharedUse, WritersOfOneNameLeaveOneOfTheirTextsWhole) {
   const TemporaryFolder folder;
   OnSeveralThreads([&](int thread) {
     const std::string text(10'000, static_cast<char>('a' + thread));
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(WriteStringIntoFile(folder / "file", text), RESULT_OK);
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(WriteStringIntoFile(folder.Path("file"), text), RESULT_OK);
   });
   EXPECT_EQ(folder.Names(), std::set<std::string>{"file"});
-  const std::string text = BytesOf(folder / "file");
+  const std::string text = BytesOf(folder.Path("file"));
   EXPECT_EQ(text, std::string(10'000, text.at(0)));
 }
 

@@ -29,4 +29,10 @@ std::string TemporaryFolder::Write(const std::string& name, std::string_view con
   return Path(name);
 }
 
+std::set<std::string> TemporaryFolder::Names() const {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(m_Folder)) names.insert(entry.path().filename());
+  return names;
+}
+
 }  // namespace testsupport

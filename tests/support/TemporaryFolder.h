@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,8 @@ class TemporaryFolder {
   /// Writes a file there. Returns its path.
   std::string Write(const std::string& name, std::string_view content) const;
   [[nodiscard]] const std::filesystem::path& Folder() const { return m_Folder; }
+  /// The names of what lies in the folder.
+  [[nodiscard]] std::set<std::string> Names() const;
 
  private:
   std::filesystem::path m_Folder;

@@ -10,6 +10,8 @@ chmod 755 "$work"
 
 mkdir -p "$work"/{tree/packaging,bin,elsewhere}
 cp "$root/bootstrap" "$work/tree/"
+mkdir -p "$work/tree/tests/quire" "$work/tree/tests/support"
+touch "$work"/tree/tests/{quire,support}/CMakeLists.txt
 cp "$root/packaging/debian-packages.txt" "$work/tree/packaging/"
 for tool in bash awk sed sort comm dirname readlink env cat nproc; do ln -s "$(command -v "$tool")" "$work/bin/"; done
 calls=$work/calls
@@ -23,13 +25,15 @@ stub() { # stub <name> <script>...: a stand-in on the path
 stub dpkg-query 'for p in "${@:4}"; do [[ " $MISSING " == *" $p "* ]] || echo "installed $p"; done; [[ ! $MISSING ]]'
 stub apt-get "echo \"apt-get \$* \$DEBIAN_FRONTEND\" >>$calls"
 stub cmake "echo \"cmake \$*\" >>$calls"
+stub ctest "echo \"ctest \$*\" >>$calls"
 
-# run [command]...: ./bootstrap build package, from another folder, with the stand-ins only. Sets output and code.
+# run [command]...: ./bootstrap $asked, from another folder, with the stand-ins only. Sets output and code.
+asked=(build package)
 run() {
   : >"$calls"
   chmod 666 "$calls"
   code=0
-  output=$(cd "$work/elsewhere" && PATH=$work/bin "$@" "$work/tree/bootstrap" build package 2>&1) || code=$?
+  output=$(cd "$work/elsewhere" && PATH=$work/bin "$@" "$work/tree/bootstrap" "${asked[@]}" 2>&1) || code=$?
 }
 fail() {
   printf '%s\ncode: %s\noutput: %s\ncalls: %s\n' "$1" "$code" "$output" "$(cat "$calls")"
@@ -41,6 +45,18 @@ run env
 [[ $code == 0 ]] || fail "with everything installed it does not build"
 ! grep -q apt-get "$calls" || fail "with everything installed it calls apt-get"
 grep -q -- '--build build/package' "$calls" || fail "it does not build what was asked for"
+
+asked=(test quire)
+run env
+[[ $code == 0 ]] || fail "the tests of one module do not run"
+grep -q -- '--build build/release --target tests/quire/all$' "$calls" || fail "more is built than one module's tests need"
+grep -q -- '--test-dir build/release/tests/quire ' "$calls" || fail "other tests run than one module's"
+for module in nothing support; do
+  asked=(test "$module")
+  run env
+  [[ $code == 2 && ! -s $calls ]] || fail "a module without tests is accepted: ${asked[*]}"
+done
+asked=(build package)
 
 export MISSING="libssl-dev ninja-build gcovr"
 if [[ $EUID -ne 0 ]]; then
