@@ -37,7 +37,7 @@ Bytes ValueFor(const Property& property) {
   for (const Bytes& candidate : candidates) {
     // A fresh object of any class that has the property.
     for (const SetDefinition* set : AllSetDefinitions()) {
-      const auto has = [&](const Property& other) { return other.Read == property.Read; };
+      const auto has = [&](const Property& other) { return other.FieldOf == property.FieldOf; };
       if (std::none_of(set->Properties.begin(), set->Properties.end(), has)) continue;
       const auto object = set->Create();
       Bytes written;
@@ -96,7 +96,7 @@ TEST_P(EverySet, WithoutValuesHasOnlyItsRequiredProperties) {
   Bytes written;
   ASSERT_EQ(WriteSet(*object, primer, written), Ferro::RESULT_OK);
   const auto required = std::count_if(definition.Properties.begin(), definition.Properties.end(),
-                                      [](const Property& property) { return !property.Optional; });
+                                      [](const Property& property) { return !property.IsOptional(); });
   const auto read = Reread(written, primer);
   EXPECT_EQ(std::ssize(read->Items), required);
 }

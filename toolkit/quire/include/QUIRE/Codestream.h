@@ -19,8 +19,9 @@ namespace JP2K {
 /// segments verbatim, stored width and height, an aspect ratio of width to height, and the coding label that belongs to
 /// the profile (Rsiz 3: 2K, 4: 4K, any other: undefined). Edit rate, sample rate, duration and the stereoscopic flag are
 /// not the codestream's to say and stay as they are.
-/// @return RESULT_OK; RESULT_RAW_FORMAT, with `descriptor` unchanged, where SOC, SIZ, COD or QCD is missing, malformed or
-/// out of place.
+/// QUIRE/JP2KHeaders.h tells more of a codestream.
+/// @return RESULT_OK; RESULT_RAW_FORMAT, with `descriptor` unchanged, where a marker segment of the main header is missing,
+/// malformed or out of place.
 [[nodiscard]] QUIRE_API Result_t ParseCodestream(std::span<const ui8_t> codestream, PictureDescriptor& descriptor);
 
 }  // namespace JP2K

@@ -59,7 +59,7 @@ bool TakeItem(InterchangeObject& object, const SetItem& item, const Property* kn
 // Notes the required properties that the file left out, so that they are written only once they have a value.
 void NoteMissing(InterchangeObject& object) {
   for (const Property& property : object.Definition().Properties) {
-    if (property.Optional) continue;
+    if (property.IsOptional()) continue;
     const auto same = [&property](const StoredItem& item) { return item.Known == &property; };
     if (std::any_of(object.Items.begin(), object.Items.end(), same)) continue;
     StoredItem& missing = object.Items.emplace_back();

@@ -6,20 +6,26 @@
 namespace QUIRE::MXF {
 namespace {
 
+// A field of the SIZ marker segment, which the sub-descriptor has as a whole.
+template <auto Member>
+consteval Property SizeField(MDD_t entry) {
+  return Field<Member, FieldCodec<typename MemberTraits<decltype(Member)>::Type>, JPEG2000PictureSubDescriptor>(entry);
+}
+
 constexpr auto JPEG2000PictureSubDescriptorProperties = Join(
     InterchangeObjectProperties,
     std::to_array<Property>({
-        Field<&JPEG2000PictureSubDescriptor::Rsiz>(MDD_JPEG2000PictureSubDescriptor_Rsiz),
-        Field<&JPEG2000PictureSubDescriptor::Xsiz>(MDD_JPEG2000PictureSubDescriptor_Xsiz),
-        Field<&JPEG2000PictureSubDescriptor::Ysiz>(MDD_JPEG2000PictureSubDescriptor_Ysiz),
-        Field<&JPEG2000PictureSubDescriptor::XOsiz>(MDD_JPEG2000PictureSubDescriptor_XOsiz),
-        Field<&JPEG2000PictureSubDescriptor::YOsiz>(MDD_JPEG2000PictureSubDescriptor_YOsiz),
-        Field<&JPEG2000PictureSubDescriptor::XTsiz>(MDD_JPEG2000PictureSubDescriptor_XTsiz),
-        Field<&JPEG2000PictureSubDescriptor::YTsiz>(MDD_JPEG2000PictureSubDescriptor_YTsiz),
-        Field<&JPEG2000PictureSubDescriptor::XTOsiz>(MDD_JPEG2000PictureSubDescriptor_XTOsiz),
-        Field<&JPEG2000PictureSubDescriptor::YTOsiz>(MDD_JPEG2000PictureSubDescriptor_YTOsiz),
-        Field<&JPEG2000PictureSubDescriptor::Csiz>(MDD_JPEG2000PictureSubDescriptor_Csiz),
-        Field<&JPEG2000PictureSubDescriptor::PictureComponentSizing>(
+        SizeField<&JP2K::ImageAndTileSize::Rsiz>(MDD_JPEG2000PictureSubDescriptor_Rsiz),
+        SizeField<&JP2K::ImageAndTileSize::Xsiz>(MDD_JPEG2000PictureSubDescriptor_Xsiz),
+        SizeField<&JP2K::ImageAndTileSize::Ysiz>(MDD_JPEG2000PictureSubDescriptor_Ysiz),
+        SizeField<&JP2K::ImageAndTileSize::XOsiz>(MDD_JPEG2000PictureSubDescriptor_XOsiz),
+        SizeField<&JP2K::ImageAndTileSize::YOsiz>(MDD_JPEG2000PictureSubDescriptor_YOsiz),
+        SizeField<&JP2K::ImageAndTileSize::XTsiz>(MDD_JPEG2000PictureSubDescriptor_XTsiz),
+        SizeField<&JP2K::ImageAndTileSize::YTsiz>(MDD_JPEG2000PictureSubDescriptor_YTsiz),
+        SizeField<&JP2K::ImageAndTileSize::XTOsiz>(MDD_JPEG2000PictureSubDescriptor_XTOsiz),
+        SizeField<&JP2K::ImageAndTileSize::YTOsiz>(MDD_JPEG2000PictureSubDescriptor_YTOsiz),
+        SizeField<&JP2K::ImageAndTileSize::Csiz>(MDD_JPEG2000PictureSubDescriptor_Csiz),
+        SizeField<&JP2K::ImageAndTileSize::PictureComponentSizing>(
             MDD_JPEG2000PictureSubDescriptor_PictureComponentSizing),
         Field<&JPEG2000PictureSubDescriptor::CodingStyleDefault>(MDD_JPEG2000PictureSubDescriptor_CodingStyleDefault),
         Field<&JPEG2000PictureSubDescriptor::QuantizationDefault>(MDD_JPEG2000PictureSubDescriptor_QuantizationDefault),

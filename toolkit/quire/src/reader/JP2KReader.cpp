@@ -10,17 +10,7 @@ namespace QUIRE::JP2K {
 namespace {
 
 void FillCodestream(const MXF::JPEG2000PictureSubDescriptor& sub, PictureDescriptor& descriptor) {
-  descriptor.Rsiz = sub.Rsiz;
-  descriptor.Xsiz = sub.Xsiz;
-  descriptor.Ysiz = sub.Ysiz;
-  descriptor.XOsiz = sub.XOsiz;
-  descriptor.YOsiz = sub.YOsiz;
-  descriptor.XTsiz = sub.XTsiz;
-  descriptor.YTsiz = sub.YTsiz;
-  descriptor.XTOsiz = sub.XTOsiz;
-  descriptor.YTOsiz = sub.YTOsiz;
-  descriptor.Csiz = sub.Csiz;
-  descriptor.PictureComponentSizing = sub.PictureComponentSizing;
+  static_cast<ImageAndTileSize&>(descriptor) = sub;
   if (sub.CodingStyleDefault) descriptor.CodingStyleDefault = *sub.CodingStyleDefault;
   if (sub.QuantizationDefault) descriptor.QuantizationDefault = *sub.QuantizationDefault;
 }

@@ -16,17 +16,7 @@ constexpr ui8_t MaxDepth = 31;
 
 void AddSubDescriptor(SetFactory& sets, MXF::FileDescriptor& owner, const PictureDescriptor& picture) {
   auto& set = sets.AddSubDescriptor<MXF::JPEG2000PictureSubDescriptor>(owner);
-  set.Rsiz = picture.Rsiz;
-  set.Xsiz = picture.Xsiz;
-  set.Ysiz = picture.Ysiz;
-  set.XOsiz = picture.XOsiz;
-  set.YOsiz = picture.YOsiz;
-  set.XTsiz = picture.XTsiz;
-  set.YTsiz = picture.YTsiz;
-  set.XTOsiz = picture.XTOsiz;
-  set.YTOsiz = picture.YTOsiz;
-  set.Csiz = picture.Csiz;
-  set.PictureComponentSizing = picture.PictureComponentSizing;
+  static_cast<ImageAndTileSize&>(set) = picture;
   if (!picture.CodingStyleDefault.empty()) set.CodingStyleDefault = picture.CodingStyleDefault;
   if (!picture.QuantizationDefault.empty()) set.QuantizationDefault = picture.QuantizationDefault;
 }

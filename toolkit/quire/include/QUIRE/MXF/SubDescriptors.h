@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QUIRE/MXF/InterchangeObject.h>
+#include <QUIRE/PictureDescriptor.h>
 #include <QUIRE/Rational.h>
 
 #include <string>
@@ -10,21 +11,10 @@ namespace QUIRE::MXF {
 
 // Sub-descriptors, which an essence descriptor owns through its list SubDescriptors.
 
-/// A JPEG 2000 codestream's main header (ST 422, 8.2). The fields up to Csiz are those of the SIZ marker segment.
-class QUIRE_API JPEG2000PictureSubDescriptor : public InterchangeObject {
+/// A JPEG 2000 codestream's main header (ST 422, 8.2).
+class QUIRE_API JPEG2000PictureSubDescriptor : public InterchangeObject, public JP2K::ImageAndTileSize {
  public:
   [[nodiscard]] const SetDefinition& Definition() const override;
-  ui16_t Rsiz = 0;
-  ui32_t Xsiz = 0;
-  ui32_t Ysiz = 0;
-  ui32_t XOsiz = 0;
-  ui32_t YOsiz = 0;
-  ui32_t XTsiz = 0;
-  ui32_t YTsiz = 0;
-  ui32_t XTOsiz = 0;
-  ui32_t YTOsiz = 0;
-  ui16_t Csiz = 0;
-  std::vector<ImageComponent> PictureComponentSizing;
   std::optional<std::vector<ui8_t>> CodingStyleDefault;   ///< the COD marker segment after its length field
   std::optional<std::vector<ui8_t>> QuantizationDefault;  ///< the QCD marker segment after its length field
   std::optional<RGBALayout> J2CLayout;
