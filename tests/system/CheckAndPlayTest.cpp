@@ -8,6 +8,7 @@
 
 #include <fstream>
 
+using namespace Tool;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;

@@ -20,6 +20,7 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
 using testing::HasSubstr;
 using Json = nlohmann::json;
 

@@ -2,39 +2,47 @@
 // The pages that explain the program: they show every option, and what they tell people to type works as it stands.
 #include "SampleFolder.h"
 #include "app/CommandLine.h"
-#include "app/HelpFormat.h"
+#include "app/HelpText.h"
 
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
 using testing::HasSubstr;
 
 namespace {
 
-struct Command {
+struct HelpPage {
   std::string Path;  // "strata export spl"
-  const CLI::App* App;
+  const Command* Of;
 };
 
-void collect(const CLI::App& app, const std::string& path, std::vector<Command>& commands) {
-  commands.push_back({path, &app});
-  for (const CLI::App* sub : SubcommandsOf(app)) collect(*sub, path + ' ' + sub->get_name(), commands);
+void collect(const Command& command, const std::string& path, std::vector<HelpPage>& pages) {
+  pages.push_back({path, &command});
+  for (const Command& sub : command.Commands()) collect(sub, path + ' ' + sub.Name(), pages);
+}
+
+/// The long names of a command's options, and the names of its arguments.
+std::vector<std::string> names_in(const Command& command) {
+  std::vector<std::string> names = {"--help"};
+  for (const Option& option : command.Options()) {
+    std::istringstream list(option.Names + ',' + option.NegatedBy);
+    for (std::string name; std::getline(list, name, ',');)
+      if (name.starts_with("--") || (option.IsArgument() && !name.empty())) names.push_back(name);
+  }
+  return names;
 }
 
 /// The program's command line, built in this process.
 class CommandLine {
  public:
-  CommandLine() {
-    DescribeCommandLine(m_App, m_IsVerbose, m_ExitCode);
-    collect(m_App, "strata", Commands);
-  }
-  std::vector<Command> Commands;
+  CommandLine() { collect(m_Program, "strata", Pages); }
+  std::vector<HelpPage> Pages;
 
  private:
-  CLI::App m_App;
   bool m_IsVerbose = false;
-  int m_ExitCode = 0;
+  const Command m_Program = DescribeProgram(m_IsVerbose);
 };
 
 std::string text_of(const std::string& path) {
@@ -104,18 +112,18 @@ class Help : public SampleFolder {
 };
 
 TEST_F(Help, EveryPageNamesItsOptionsInLinesOfDecentLength) {
-  for (const Command& command : CommandLine().Commands) {
-    const std::string help = Run(command.Path + " --help");
-    EXPECT_THAT(help, HasSubstr(command.App->get_description())) << command.Path;
-    for (const CLI::Option* option : command.App->get_options()) EXPECT_THAT(help, HasSubstr(option->get_name()));
-    for (const CLI::App* sub : SubcommandsOf(*command.App)) EXPECT_THAT(help, HasSubstr("  " + sub->get_name()));
-    for (const std::string& line : lines_of(help)) EXPECT_LE(line.size(), 120U) << command.Path << ": " << line;
-    EXPECT_FALSE(examples_in(help).empty()) << command.Path << " shows no example";
+  for (const HelpPage& page : CommandLine().Pages) {
+    const std::string help = Run(page.Path + " --help");
+    EXPECT_THAT(help, HasSubstr(page.Of->Description())) << page.Path;
+    for (const std::string& name : names_in(*page.Of)) EXPECT_THAT(help, HasSubstr(name)) << page.Path;
+    for (const Command& sub : page.Of->Commands()) EXPECT_THAT(help, HasSubstr("  " + sub.Name()));
+    for (const std::string& line : lines_of(help)) EXPECT_LE(line.size(), 120U) << page.Path << ": " << line;
+    EXPECT_FALSE(examples_in(help).empty()) << page.Path << " shows no example";
   }
 }
 
 TEST_F(Help, ExamplesOfEveryPageWork) {
-  for (const Command& command : CommandLine().Commands) RunAll(examples_in(command.App->get_footer()));
+  for (const HelpPage& page : CommandLine().Pages) RunAll(examples_in(page.Of->Footer()));
 }
 
 TEST_F(Help, ExamplesOfTheManualWork) {
@@ -132,11 +140,10 @@ TEST_F(Help, ExamplesOfTheDocumentsWork) {
 
 TEST_F(Help, ManualIsCleanRoffAndHasEveryCommandAndOption) {
   EXPECT_EQ(Run("groff -man -ww -b -z -Tutf8 " BUILT_DOCUMENTS "/strata.1"), "");
-  const std::string page = Run("groff -man -Tascii -P-cbou -rLL=300n " BUILT_DOCUMENTS "/strata.1");
-  for (const Command& command : CommandLine().Commands) {
-    EXPECT_THAT(page, HasSubstr(command.Path));
-    for (const CLI::Option* option : command.App->get_options())
-      for (const std::string& name : option->get_lnames()) EXPECT_THAT(page, HasSubstr("--" + name)) << command.Path;
+  const std::string manual = Run("groff -man -Tascii -P-cbou -rLL=300n " BUILT_DOCUMENTS "/strata.1");
+  for (const HelpPage& page : CommandLine().Pages) {
+    EXPECT_THAT(manual, HasSubstr(page.Path));
+    for (const std::string& name : names_in(*page.Of)) EXPECT_THAT(manual, HasSubstr(name)) << page.Path;
   }
 }
 
@@ -144,14 +151,14 @@ TEST_F(Help, CompletionOffersEveryCommandAndOption) {
   const std::string complete = "source " BUILT_DOCUMENTS
                                "/strata.bash; COMP_CWORD=$((${#COMP_WORDS[@]}-1)); _strata; "
                                "printf '%s\\n' \"${COMPREPLY[@]}\"";
-  for (const Command& command : CommandLine().Commands) {
-    const std::string options = '\n' + Run("COMP_WORDS=(" + command.Path + " --); " + complete);
-    for (const CLI::Option* option : command.App->get_options())
-      for (const std::string& name : option->get_lnames())
-        EXPECT_THAT(options, HasSubstr("\n--" + name + '\n')) << command.Path;
-    const std::string names = '\n' + Run("COMP_WORDS=(" + command.Path + " ''); " + complete);
-    for (const CLI::App* sub : SubcommandsOf(*command.App))
-      EXPECT_THAT(names, HasSubstr('\n' + sub->get_name() + '\n')) << command.Path;
+  for (const HelpPage& page : CommandLine().Pages) {
+    const std::string options = '\n' + Run("COMP_WORDS=(" + page.Path + " --); " + complete);
+    for (const std::string& name : names_in(*page.Of)) {
+      const bool is_option = name.starts_with("--");
+      EXPECT_TRUE(!is_option || options.find('\n' + name + '\n') != options.npos) << page.Path << ' ' << name;
+    }
+    const std::string names = '\n' + Run("COMP_WORDS=(" + page.Path + " ''); " + complete);
+    for (const Command& sub : page.Of->Commands()) EXPECT_THAT(names, HasSubstr('\n' + sub.Name() + '\n')) << page.Path;
   }
   EXPECT_EQ(Run("COMP_WORDS=(strata ch); " + complete), "check\n");
   EXPECT_EQ(Run("COMP_WORDS=(strata check sho); " + complete), "show\n");
@@ -159,11 +166,11 @@ TEST_F(Help, CompletionOffersEveryCommandAndOption) {
   EXPECT_EQ(Run("COMP_WORDS=(strata frame show --white d); " + complete), "dci\nd65\n");
 }
 
-TEST(HelpFormat, TextIsBrokenAtBlanks) {
-  EXPECT_EQ(WrapText("one two three", 7, "> "), "one two\n> three");
-  EXPECT_EQ(WrapText("one two three", 100, "> "), "one two three");
-  EXPECT_EQ(WrapText("overlong word", 4, ""), "overlong\nword");
-  EXPECT_EQ(WrapText("", 4, ""), "");
+TEST(HelpText, TextIsBrokenAtBlanks) {
+  EXPECT_EQ(BreakIntoLines("one two three", 7, "> "), "one two\n> three");
+  EXPECT_EQ(BreakIntoLines("one two three", 100, "> "), "one two three");
+  EXPECT_EQ(BreakIntoLines("overlong word", 4, ""), "overlong\nword");
+  EXPECT_EQ(BreakIntoLines("", 4, ""), "");
 }
 
 }  // namespace

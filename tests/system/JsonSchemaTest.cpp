@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+using namespace Tool;
 using Json = nlohmann::json;
 
 namespace {
@@ -51,18 +52,16 @@ TEST(JsonSchemas, EachIsNamedInItsFileAndOnThePage) {
 }
 
 // The schema of `strata store list --json` is strata-store-list-1.
-void ExpectSchemas(const CLI::App& command, const std::string& name) {
-  const bool reports = command.get_option_no_throw("--json") != nullptr;
+void ExpectSchemas(const Command& command, const std::string& name) {
+  const bool reports = std::any_of(command.Options().begin(), command.Options().end(),
+                                   [](const Option& option) { return option.Names == "--json"; });
   EXPECT_TRUE(!reports || DocumentedSchema(name + "-1").is_object()) << name;
-  for (const CLI::App* sub : SubcommandsOf(command)) ExpectSchemas(*sub, name + '-' + sub->get_name());
+  for (const Command& sub : command.Commands()) ExpectSchemas(sub, name + '-' + sub.Name());
 }
 
 TEST(JsonSchemas, EachCommandThatReportsHasOne) {
-  CLI::App app;
   bool is_verbose = false;
-  int exit_code = 0;
-  DescribeCommandLine(app, is_verbose, exit_code);
-  ExpectSchemas(app, "strata");
+  ExpectSchemas(DescribeProgram(is_verbose), "strata");
 }
 
 TEST(JsonSchemas, OffencesAreSeen) {

@@ -21,6 +21,8 @@
 #include <optional>
 #include <thread>
 
+using namespace Tool;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -17,6 +17,7 @@
 #include <set>
 #include <utility>
 
+using namespace Tool;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testsupport::RunJudge;

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 
+using namespace Tool;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 

@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <thread>
 
+using namespace Tool;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;

@@ -11,6 +11,7 @@
 
 #include <filesystem>
 
+using namespace Tool;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -50,7 +51,7 @@ std::string text_of(const std::string& filename) {
 TEST_F(Timeline, SampleShowHasItsLanesReelsAndMarkers) {
   const TimelineModel model = Model();
   EXPECT_EQ(model.Title, "Sample show");
-  EXPECT_EQ(model.Code, Fine);
+  EXPECT_EQ(model.Code, ExitCode::Fine);
   EXPECT_EQ(model.Duration, 168U);
   EXPECT_DOUBLE_EQ(model.Seconds, 7);
   EXPECT_THAT(lane_names(model), ElementsAre("Picture", "Sound", "Subtitle", "Caption 1", "Data 1"));
@@ -71,7 +72,7 @@ TEST_F(Timeline, SampleShowHasItsLanesReelsAndMarkers) {
 TEST_F(Timeline, MissingFileIsMarkedInItsLane) {
   m_Show.Remove("Feature/sound-2.mxf");
   const TimelineModel model = Model();
-  EXPECT_EQ(model.Code, AssetsMissing);
+  EXPECT_EQ(model.Code, ExitCode::AssetsMissing);
   EXPECT_EQ(model.Lanes[1].Tracks[3].State, TimelineState::Missing);
   EXPECT_EQ(model.Lanes[1].Tracks[3].Start, 72U);
   EXPECT_EQ(model.Lanes[1].Tracks[2].State, TimelineState::Ready);
@@ -81,14 +82,14 @@ TEST_F(Timeline, MissingFileIsMarkedInItsLane) {
 TEST_F(Timeline, BrokenFileIsMarkedInItsLane) {
   m_Show.Cut("Feature/picture-2.mxf", 60000);
   const TimelineModel model = Model();
-  EXPECT_EQ(model.Code, NotPlayable);
+  EXPECT_EQ(model.Code, ExitCode::NotPlayable);
   EXPECT_EQ(model.Lanes[0].Tracks[3].State, TimelineState::Broken);
 }
 
 TEST_F(Timeline, MissingCompositionKeepsThePlaceThatTheShowGivesIt) {
   m_Show.Remove("Feature/CPL.xml");
   const TimelineModel model = Model();
-  EXPECT_EQ(model.Code, AssetsMissing);
+  EXPECT_EQ(model.Code, ExitCode::AssetsMissing);
   EXPECT_THAT(starts(model), ElementsAre(0, 24, 48, 120, 144));
   EXPECT_EQ(model.Compositions[2].State, TimelineState::Missing);
   EXPECT_EQ(model.Compositions[2].Title, "Feature");

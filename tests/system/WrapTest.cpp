@@ -24,6 +24,7 @@
 #include <fstream>
 #include <thread>
 
+using namespace Tool;
 using testing::HasSubstr;
 using testsupport::Bytes;
 using testsupport::RunJudge;

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Tool;
 using testing::ElementsAre;
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Tool;
+
 namespace {
 
 constexpr const char* R = "\xef\xbf\xbd";  // U+FFFD

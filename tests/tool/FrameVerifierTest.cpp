@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Tool;
+
 namespace {
 
 using namespace testsupport;
@@ -80,16 +82,21 @@ TEST_F(FrameVerifierTest, FrameWithoutFileIsNotCompared) {
 }
 
 TEST(PlayExitCode, FramesThatCouldNotBeReadAreNotPlayable) {
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}, {"repeated": 3}]})")), 2);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}]})")), 0);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "channels": [{"repeated": 3}]})")), 4);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}, {"repeated": 3}]})")),
+            ExitCode::NotPlayable);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}]})")), ExitCode::Fine);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "channels": [{"repeated": 3}]})")),
+            ExitCode::Interrupted);
 }
 
 TEST(PlayExitCode, DifferentFramesAreNotPlayable) {
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 1}})")), 2);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 0}})")), 0);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false})")), 0);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "verified": {"compared": 9, "different": 1}})")), 4);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 1}})")),
+            ExitCode::NotPlayable);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 0}})")),
+            ExitCode::Fine);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false})")), ExitCode::Fine);
+  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "verified": {"compared": 9, "different": 1}})")),
+            ExitCode::Interrupted);
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
+
 namespace {
 
 using Bytes = std::vector<Ferro::ui8_t>;

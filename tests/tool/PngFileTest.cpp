@@ -10,6 +10,8 @@
 #include <sstream>
 #include <stdexcept>
 
+using namespace Tool;
+
 namespace {
 
 /// The samples that ffmpeg reads from a PNG file's bytes.

@@ -13,6 +13,8 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
+
 namespace {
 
 SampleOptions small_options() {

@@ -18,6 +18,7 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
 using Ferro::ui32_t;
 using Ferro::ui8_t;
 using testing::ElementsAre;

@@ -13,6 +13,7 @@
 
 #include <sstream>
 
+using namespace Tool;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -99,7 +100,7 @@ TimelineModel crowded() {
                  {{0, 1, 0, 1.0 / 24}, {}, Hostile, "/x/nested.xml", 1}};
   Finding& finding = model.Findings.emplace_back();
   finding.Message = finding.Composition = Hostile;
-  model.Code = NotPlayable;
+  model.Code = ExitCode::NotPlayable;
   return model;
 }
 

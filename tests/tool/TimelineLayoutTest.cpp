@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Tool;
 using testing::ElementsAre;
 
 namespace {

@@ -7,7 +7,7 @@
 #include <numbers>
 
 double PowerAt(const std::vector<Ferro::ui8_t>& bytes, Ferro::ui32_t channels, Ferro::ui32_t channel, double hertz) {
-  const double factor = 2 * std::cos(2 * std::numbers::pi * hertz / SampleSound::Rate);
+  const double factor = 2 * std::cos(2 * std::numbers::pi * hertz / Tool::SampleSound::Rate);
   double before = 0;
   double last = 0;
   const size_t count = bytes.size() / 3 / channels;

@@ -12,6 +12,8 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Tool;
+
 namespace {
 
 std::string content_of(const std::string& filename) {
@@ -59,7 +61,7 @@ TEST(WaveFile, WithoutItsFolderItIsRefused) {
     WaveFile wave(folder.Path("no/a.wav"), Stereo);
     FAIL() << "it was written";
   } catch (const CommandError& error) {
-    EXPECT_EQ(error.Code(), NotPlayable);
+    EXPECT_EQ(error.Code(), ExitCode::NotPlayable);
     EXPECT_EQ(error.what(), folder.Path("no/a.wav") + ": this file cannot be written: its folder is not there");
   }
 }

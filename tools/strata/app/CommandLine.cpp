@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CommandLine.h"
 
-#include "HelpFormat.h"
 #include "check/CheckCommand.h"
 #include "export/ExportCommand.h"
 #include "frame/FrameCommand.h"
@@ -12,14 +11,11 @@
 #include "timeline/TimelineCommand.h"
 #include "wrap/WrapCommand.h"
 
-#include <Strata/Version.h>
-
-#include <memory>
-#include <string>
+namespace Tool {
 
 namespace {
 
-using AddCommand = void (*)(CLI::App&, int& exit_code);
+using AddCommand = void (*)(Command&);
 
 // Every subcommand, in the order in which --help shows them.
 constexpr AddCommand Commands[] = {
@@ -36,21 +32,16 @@ constexpr AddCommand Commands[] = {
 
 }  // namespace
 
-void DescribeCommandLine(CLI::App& app, bool& is_verbose, int& exit_code) {
-  app.name("strata");
-  app.description("Checks, plays and explains digital-cinema shows.");
-  app.formatter(std::make_shared<HelpFormat>());
-  app.set_version_flag("--version", std::string("strata ") + Strata::Version());
-  app.add_flag("-v,--verbose", is_verbose, "Show every message of the libraries, not only warnings and errors");
-  app.require_subcommand(1);
-  for (const AddCommand add : Commands) add(app, exit_code);
-  app.footer(
+Command DescribeProgram(bool& is_verbose) {
+  Command program("strata", "Checks, plays and explains digital-cinema shows.");
+  program.Add("-v,--verbose", is_verbose, "Show every message of the libraries, not only warnings and errors");
+  for (const AddCommand add : Commands) add(program);
+  program.SetFooter(
       "`strata COMMAND --help` explains a command; `man strata` has it all.\n"
       "Examples:\n"
       "  strata check show\n"
       "  strata play show --speed max");
+  return program;
 }
 
-std::vector<const CLI::App*> SubcommandsOf(const CLI::App& command) {
-  return command.get_subcommands([](const CLI::App*) { return true; });
-}
+}  // namespace Tool

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "terminal/Command.h"
 
-#include <vector>
+namespace Tool {
 
-/// Gives `app` the program's name, description, options and all of its commands. A command that ran leaves its exit code
-/// in `exit_code`. The help, the manual page and the completion are made from the same tree.
-void DescribeCommandLine(CLI::App& app, bool& is_verbose, int& exit_code);
+/// The program with its options and all of its commands. Help, manual page and completion are made from it.
+/// @param is_verbose  receives whether the user wants every message; outlives what is returned.
+[[nodiscard]] Command DescribeProgram(bool& is_verbose);
 
-/// The subcommands of a command, in order.
-[[nodiscard]] std::vector<const CLI::App*> SubcommandsOf(const CLI::App& command);
+}  // namespace Tool

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Manual.h"
 
-#include "CommandLine.h"
-
 #include <Strata/Version.h>
 
 #include <sstream>
 #include <vector>
 
+namespace Tool {
+
 namespace {
 
 // Text as roff shows it: backslashes and hyphens as they are, no line taken for a request.
-std::string roff(const std::string& text) {
+std::string Roff(const std::string& text) {
   std::string out;
   bool at_line_start = true;
   for (const char c : text) {
@@ -28,55 +28,44 @@ std::string roff(const std::string& text) {
   return out;
 }
 
-// "-v, --verbose"; the name for an argument without hyphens.
-std::string names_of(const CLI::Option& option) {
-  if (option.get_positional()) return option.get_name();
-  std::string names;
-  for (const std::string& name : option.get_snames()) names += (names.empty() ? "-" : ", -") + name;
-  for (const std::string& name : option.get_lnames()) names += (names.empty() ? "--" : ", --") + name;
+// "-v,--verbose" comma by comma.
+std::vector<std::string> SplitAtCommas(const std::string& text) {
+  std::istringstream list(text);
+  std::vector<std::string> parts;
+  for (std::string part; std::getline(list, part, ',');) parts.push_back(part);
+  return parts;
+}
+
+/// The names of an option, short ones first; the name of an argument.
+std::vector<std::string> NamesOf(const Option& option) {
+  std::vector<std::string> names = SplitAtCommas(option.Names);
+  if (!option.NegatedBy.empty()) names.push_back(option.NegatedBy);
   return names;
 }
 
-// "FOLDER"; what follows a colon are limits, which the description tells.
-std::string value_of(const CLI::Option& option) {
-  if (option.get_positional() || option.get_items_expected_max() == 0) return "";
-  const std::string type = option.get_type_name();
-  return type.substr(0, type.find(':'));
+std::string Join(const std::vector<std::string>& parts, const char* separator) {
+  std::string text;
+  for (const std::string& part : parts) text += (text.empty() ? "" : separator) + part;
+  return text;
 }
 
-/// The values of an option that has a choice: from "TEXT:{a,b}" a and b.
-std::vector<std::string> choices_of(const CLI::Option& option) {
-  const std::string type = option.get_type_name();
-  const size_t begin = type.find('{');
-  const size_t end = type.find('}');
-  std::vector<std::string> choices;
-  if (begin == std::string::npos || end == std::string::npos) return choices;
-  std::istringstream list(type.substr(begin + 1, end - begin - 1));
-  for (std::string choice; std::getline(list, choice, ',');) choices.push_back(choice);
-  return choices;
-}
-
-void append_option(const CLI::Option& option, std::string& page) {
-  page += ".TP\n\\fB" + roff(names_of(option)) + "\\fR";
-  if (const std::string value = value_of(option); !value.empty()) page += " \\fI" + roff(value) + "\\fR";
-  page += '\n' + roff(option.get_description());
-  if (const auto choices = choices_of(option); !choices.empty()) {
-    page += "\nOne of";
-    for (size_t i = 0; i < choices.size(); ++i) page += (i == 0 ? " " : ", ") + roff(choices[i]);
-    page += '.';
-  }
-  if (!option.get_default_str().empty()) page += "\nDefault: " + roff(option.get_default_str()) + '.';
-  if (option.get_required() && !option.get_positional()) page += "\nRequired.";
+void AppendOption(const Option& option, std::string& page) {
+  page += ".TP\n\\fB" + Roff(Join(NamesOf(option), ", ")) + "\\fR";
+  if (!option.IsArgument() && !option.IsFlag()) page += " \\fI" + Roff(option.ValueName()) + "\\fR";
+  page += '\n' + Roff(option.Description);
+  if (!option.Choices.empty()) page += "\nOne of " + Roff(Join(option.Choices, ", ")) + '.';
+  if (!option.Default.empty()) page += "\nDefault: " + Roff(option.Default) + '.';
+  if (option.IsRequired && !option.IsArgument()) page += "\nRequired.";
   page += '\n';
 }
 
 // The lines of a footer, each a paragraph; examples as they are typed.
-void append_footer(const std::string& footer, std::string& page) {
+void AppendFooter(const std::string& footer, std::string& page) {
   std::istringstream lines(footer);
   bool in_example = false;
   std::string paragraph;
   const auto end_paragraph = [&] {
-    if (!paragraph.empty()) page += ".PP\n" + roff(paragraph) + '\n';
+    if (!paragraph.empty()) page += ".PP\n" + Roff(paragraph) + '\n';
     paragraph.clear();
   };
   for (std::string line; std::getline(lines, line);) {
@@ -87,7 +76,7 @@ void append_footer(const std::string& footer, std::string& page) {
       in_example = is_example;
     }
     if (is_example) {
-      page += roff(line.substr(2)) + '\n';
+      page += Roff(line.substr(2)) + '\n';
     } else {
       paragraph += (paragraph.empty() ? "" : "\n") + line;
     }
@@ -97,26 +86,23 @@ void append_footer(const std::string& footer, std::string& page) {
 }
 
 // "strata store add [OPTIONS] folder..."
-std::string synopsis(const CLI::App& command, const std::string& path) {
-  std::string text = "\\fB" + roff(path) + "\\fR";
-  if (!SubcommandsOf(command).empty()) return text + " \\fICOMMAND\\fR";
+std::string Synopsis(const Command& command, const std::string& path) {
+  std::string text = "\\fB" + Roff(path) + "\\fR";
+  if (!command.Commands().empty()) return text + " \\fICOMMAND\\fR";
   text += " [\\fIOPTIONS\\fR]";
-  for (const CLI::Option* option : command.get_options())
-    if (option->get_positional())
-      text += " \\fI" + roff(option->get_name()) + (option->get_items_expected_max() > 1 ? "\\fR..." : "\\fR");
+  for (const Option& option : command.Options())
+    if (option.IsArgument()) text += " \\fI" + Roff(option.Names) + (option.IsList() ? "\\fR..." : "\\fR");
   return text;
 }
 
-void append_command(const CLI::App& command, const std::string& path, std::string& page) {
-  page +=
-      ".SS \"" + roff(path) + "\"\n" + synopsis(command, path) + "\n.PP\n" + roff(command.get_description()) + ".\n";
-  for (const CLI::Option* option : command.get_options())
-    if (option != command.get_help_ptr()) append_option(*option, page);
-  append_footer(command.get_footer(), page);
-  for (const CLI::App* sub : SubcommandsOf(command)) append_command(*sub, path + ' ' + sub->get_name(), page);
+void AppendCommand(const Command& command, const std::string& path, std::string& page) {
+  page += ".SS \"" + Roff(path) + "\"\n" + Synopsis(command, path) + "\n.PP\n" + Roff(command.Description()) + ".\n";
+  for (const Option& option : command.Options()) AppendOption(option, page);
+  AppendFooter(command.Footer(), page);
+  for (const Command& sub : command.Commands()) AppendCommand(sub, path + ' ' + sub.Name(), page);
 }
 
-void replace(std::string& text, const std::string& from, const std::string& to) {
+void Replace(std::string& text, const std::string& from, const std::string& to) {
   for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
     text.replace(at, from.size(), to);
 }
@@ -129,46 +115,46 @@ struct CompletionCases {
   std::string Words;   ///< what else a command takes
 };
 
-void append_cases(const CLI::App& command, const std::string& path, CompletionCases& cases) {
-  std::string options;
-  for (const CLI::Option* option : command.get_options()) {
-    for (const std::string& name : option->get_lnames()) {
-      options += (options.empty() ? "--" : " --") + name;
-      if (option->get_items_expected_max() == 0) continue;
-      std::string choices;
-      for (const std::string& choice : choices_of(*option)) choices += (choices.empty() ? "" : " ") + choice;
-      const std::string value = value_of(*option);
-      const std::string offer = !choices.empty()    ? "_strata_words '" + choices + '\''
-                                : value == "FOLDER" ? "_strata_files -d"
-                                : value == "FILE"   ? "_strata_files -f"
-                                                    : "COMPREPLY=()";
-      cases.Values += "    " + path + ":--" + name + ") " + offer + "; return ;;\n";
+/// What is offered for the value of an option.
+std::string OfferFor(const Option& option) {
+  if (!option.Choices.empty()) return "_strata_words '" + Join(option.Choices, " ") + '\'';
+  if (option.ValueName() == "FOLDER") return "_strata_files -d";
+  return option.ValueName() == "FILE" ? "_strata_files -f" : "COMPREPLY=()";
+}
+
+/// @param options  the options that every command has, or the program has by itself.
+void AppendCases(const Command& command, const std::string& path, std::string options, CompletionCases& cases) {
+  for (const Option& option : command.Options()) {
+    for (const std::string& name : NamesOf(option)) {
+      if (!name.starts_with("--")) continue;
+      options += ' ' + name;
+      if (!option.IsFlag()) cases.Values += "    " + path + ':' + name + ") " + OfferFor(option) + "; return ;;\n";
     }
   }
   std::string names;
-  for (const CLI::App* sub : SubcommandsOf(command)) {
-    names += sub->get_name() + ' ';
-    cases.Steps += "      " + path + ':' + sub->get_name() + ") path=" + path + '/' + sub->get_name() + " ;;\n";
-    append_cases(*sub, path + '/' + sub->get_name(), cases);
+  for (const Command& sub : command.Commands()) {
+    names += sub.Name() + ' ';
+    cases.Steps += "      " + path + ':' + sub.Name() + ") path=" + path + '/' + sub.Name() + " ;;\n";
+    AppendCases(sub, path + '/' + sub.Name(), "--help", cases);
   }
   cases.Words += "    " + path + ") _strata_offer '" + options + "' '" + names + "' ;;\n";
 }
 
 }  // namespace
 
-std::string ManualPage(const CLI::App& app, const std::string& prose) {
+std::string ManualPage(const Command& program, const std::string& prose) {
   std::string commands;
-  for (const CLI::App* command : SubcommandsOf(app))
-    append_command(*command, app.get_name() + ' ' + command->get_name(), commands);
+  for (const Command& command : program.Commands())
+    AppendCommand(command, program.Name() + ' ' + command.Name(), commands);
   std::string page = prose;
-  replace(page, "@COMMANDS@\n", commands);
-  replace(page, "@VERSION@", Strata::Version());
+  Replace(page, "@COMMANDS@\n", commands);
+  Replace(page, "@VERSION@", Strata::Version());
   return page;
 }
 
-std::string BashCompletion(const CLI::App& app) {
+std::string BashCompletion(const Command& program) {
   CompletionCases cases;
-  append_cases(app, app.get_name(), cases);
+  AppendCases(program, program.Name(), "--help --version", cases);
   return R"(# Completion of the strata command for bash. Made with the program, from its command line.
 _strata_words() { mapfile -t COMPREPLY < <(compgen -W "$1" -- "$current"); }
 _strata_files() { mapfile -t COMPREPLY < <(compgen "$1" -- "$current"); compopt -o filenames 2>/dev/null; }
@@ -184,3 +170,5 @@ _strata() {
          "    esac\n  done\n  case $path:$before in\n" + cases.Values + "  esac\n  case $path in\n" + cases.Words +
          "  esac\n}\ncomplete -F _strata strata\n";
 }
+
+}  // namespace Tool

@@ -11,14 +11,12 @@
 
 int main(int argc, char** argv) {
   if (argc != 4) return 1;
-  CLI::App app;
   bool is_verbose = false;
-  int exit_code = 0;
-  DescribeCommandLine(app, is_verbose, exit_code);
+  const Tool::Command program = Tool::DescribeProgram(is_verbose);
   std::string prose;
   auto result = Ferro::ReadFileIntoString(argv[1], prose);
-  if (result.Success()) result = Ferro::WriteStringIntoFile(argv[2], ManualPage(app, prose));
-  if (result.Success()) result = Ferro::WriteStringIntoFile(argv[3], BashCompletion(app));
+  if (result.Success()) result = Ferro::WriteStringIntoFile(argv[2], Tool::ManualPage(program, prose));
+  if (result.Success()) result = Ferro::WriteStringIntoFile(argv[3], Tool::BashCompletion(program));
   if (result.Failure()) std::fprintf(stderr, "strata_manual: %s\n", result.Label());
   return result.Success() ? 0 : 1;
 }

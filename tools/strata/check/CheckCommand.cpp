@@ -4,6 +4,7 @@
 #include "findings/ShowFindings.h"
 #include "show/Inputs.h"
 #include "show/ShowOutline.h"
+#include "terminal/Command.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
@@ -12,11 +13,12 @@
 #include "terminal/TextForms.h"
 
 #include <Strata/IPlaylist.h>
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <map>
 #include <memory>
+
+namespace Tool {
 
 namespace {
 
@@ -34,7 +36,7 @@ struct EngineAnswer {
 };
 
 // What the engine logs, and why it refuses the show.
-EngineAnswer load_show(const Inputs& inputs, QuietLog& log) {
+EngineAnswer LoadShow(const Inputs& inputs, QuietLog& log) {
   EngineAnswer answer;
   static_cast<void>(log.Take());
   {
@@ -58,7 +60,7 @@ EngineAnswer load_show(const Inputs& inputs, QuietLog& log) {
 }
 
 /// Every asset of the show and the compositions themselves.
-Cairn::UUIDList assets_of(const ShowOutline& outline) {
+Cairn::UUIDList AssetsOf(const ShowOutline& outline) {
   Cairn::UUIDList ids;
   for (const OutlineComposition& composition : outline.Compositions()) {
     ids.push_back(composition.ID);
@@ -69,17 +71,17 @@ Cairn::UUIDList assets_of(const ShowOutline& outline) {
 }
 
 /// False when the user stopped it.
-bool verify(Inputs& inputs) {
+bool Verify(Inputs& inputs) {
   ProgressBar bar("Verifying");
   const auto progress = [&](const Cairn::VerifyProgress& now) {
     bar.Update(now.BytesDone, now.BytesTotal);
     return !Interrupt::Requested();
   };
-  const Cairn::UUIDList ids = assets_of(ShowOutline(inputs));
+  const Cairn::UUIDList ids = AssetsOf(ShowOutline(inputs));
   return ids.empty() || !(inputs.Store().VerifyDigests(ids, 0, progress) == Ferro::RESULT_CANCELLED);
 }
 
-Json composition_json(const OutlineComposition& composition) {
+Json CompositionJson(const OutlineComposition& composition) {
   return Json{{"id", composition.ID.EncodeString()},
               {"title", composition.Title},
               {"file", composition.Path},
@@ -91,8 +93,8 @@ Json composition_json(const OutlineComposition& composition) {
 }
 
 // Where it is known already why the show does not play, the engine has nothing to add; nor about a file that is told of.
-void add_engine_findings(const EngineAnswer& answer, std::vector<Finding>& findings) {
-  const bool explained = ExitCodeFor(findings) != Fine;
+void AddEngineFindings(const EngineAnswer& answer, std::vector<Finding>& findings) {
+  const bool explained = ExitCodeFor(findings) != ExitCode::Fine;
   std::vector<Finding> added;
   for (const Finding& finding : answer.Findings) {
     const bool is_told = std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
@@ -103,9 +105,9 @@ void add_engine_findings(const EngineAnswer& answer, std::vector<Finding>& findi
   findings.insert(findings.end(), added.begin(), added.end());
 }
 
-std::string verdict_text(const std::vector<Finding>& findings, const EngineAnswer& answer, ExitCode code) {
-  if (code == Fine) return "This show will play: " + DurationText(answer.DurationSeconds) + ".";
-  if (code == NotPlayable) return "This show will not play.";
+std::string VerdictText(const std::vector<Finding>& findings, const EngineAnswer& answer, ExitCode code) {
+  if (code == ExitCode::Fine) return "This show will play: " + DurationText(answer.DurationSeconds) + ".";
+  if (code == ExitCode::NotPlayable) return "This show will not play.";
   std::map<std::string, unsigned> missing;
   for (const Finding& finding : findings)
     if (finding.Level == Severity::Missing) ++missing[finding.AssetType];
@@ -119,23 +121,23 @@ std::string verdict_text(const std::vector<Finding>& findings, const EngineAnswe
   return text + ".";
 }
 
-Json make_report(const ShowOutline& outline, const std::vector<Finding>& findings, const EngineAnswer& answer,
-                 ExitCode code) {
+Json MakeReport(const ShowOutline& outline, const std::vector<Finding>& findings, const EngineAnswer& answer,
+                ExitCode code) {
   Json report = NewReport("check");
-  report["playable"] = code == Fine;
+  report["playable"] = code == ExitCode::Fine;
   report["exit_code"] = static_cast<int>(code);
   report["duration"] = outline.Duration();
   report["duration_seconds"] = answer.DurationSeconds;
   report["compositions"] = Json::array();
   for (const OutlineComposition& composition : outline.Compositions())
-    report["compositions"].push_back(composition_json(composition));
+    report["compositions"].push_back(CompositionJson(composition));
   report["findings"] = Json::array();
   for (const Finding& finding : findings) report["findings"].push_back(FindingToJson(finding));
-  report["verdict"] = verdict_text(findings, answer, code);
+  report["verdict"] = VerdictText(findings, answer, code);
   return report;
 }
 
-std::string render(const Json& report) {
+std::string Render(const Json& report) {
   std::string text;
   for (const Json& composition : report["compositions"]) {
     QUIRE::Rational rate;
@@ -150,42 +152,44 @@ std::string render(const Json& report) {
   return text + report["verdict"].get<std::string>() + '\n';
 }
 
-ExitCode check(const CheckOptions& options) {
+ExitCode Check(const CheckOptions& options) {
   QuietLog log;
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
     return inputs.ProblemCode();
   }
-  if (options.Hash && !verify(inputs)) {
+  if (options.Hash && !Verify(inputs)) {
     std::fputs("strata: interrupted\n", stderr);
-    return Interrupted;
+    return ExitCode::Interrupted;
   }
   const ShowOutline outline(inputs);
   std::vector<Finding> findings = FindingsOf(outline);
   if (Interrupt::Requested()) {
     std::fputs("strata: interrupted\n", stderr);
-    return Interrupted;
+    return ExitCode::Interrupted;
   }
-  const EngineAnswer answer = load_show(inputs, log);
-  add_engine_findings(answer, findings);
+  const EngineAnswer answer = LoadShow(inputs, log);
+  AddEngineFindings(answer, findings);
   const ExitCode code = ExitCodeFor(findings);
-  PrintReport(make_report(outline, findings, answer, code), options.AsJson, render);
+  PrintReport(MakeReport(outline, findings, answer, code), options.AsJson, Render);
   return code;
 }
 
 }  // namespace
 
-void AddCheckCommand(CLI::App& app, int& exit_code) {
+void AddCheckCommand(Command& program) {
   const auto options = std::make_shared<CheckOptions>();
-  CLI::App* command = app.add_subcommand("check", "Say whether a show will play, and what is wrong with it");
-  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
-  command->add_flag("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
-  command->add_flag("--json", options->AsJson, "Print the report as JSON");
-  command->footer(
+  Command& command = program.AddCommand("check", "Say whether a show will play, and what is wrong with it");
+  options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
+  command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
+  command.Add("--json", options->AsJson, "Print the report as JSON");
+  command.SetFooter(
       "Exit codes: 0 it plays, 2 it does not, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata check show --hash\n"
       "  strata check show/Feature --store show --json");
-  command->callback([options, &exit_code] { exit_code = check(*options); });
+  command.Does([options] { return Check(*options); });
 }
+
+}  // namespace Tool

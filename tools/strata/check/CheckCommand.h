@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// `strata check`: will this show play?
-void AddCheckCommand(CLI::App& app, int& exit_code);
+void AddCheckCommand(Command& program);
+
+}  // namespace Tool

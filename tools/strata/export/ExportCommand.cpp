@@ -3,54 +3,58 @@
 
 #include "findings/LoadFailure.h"
 #include "show/Inputs.h"
+#include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
 
 #include <Strata/IPlaylist.h>
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <optional>
 
+namespace Tool {
+
 namespace {
+
+enum class ExportedIDs { Compositions, Encrypted, Keys };
 
 struct ExportOptions {
   InputOptions Inputs;
   std::string OutputFile;  ///< empty: standard output
   std::string BaseURL;     ///< of an RPL
-  std::string Which = "compositions";
+  ExportedIDs Which = ExportedIDs::Compositions;
 };
 
 /// What is exported; no value when a text in it, as an event's label, is none that XML can carry.
 using Export = std::function<std::optional<std::string>(const Strata::IPlaylist&, const ExportOptions&)>;
 
-std::optional<std::string> document_or_none(const std::string& document) {
+std::optional<std::string> DocumentOrNone(const std::string& document) {
   return document.empty() ? std::nullopt : std::optional(document);
 }
 
-std::optional<std::string> show_playlist(const Strata::IPlaylist& playlist, const ExportOptions&) {
+std::optional<std::string> ShowPlaylist(const Strata::IPlaylist& playlist, const ExportOptions&) {
   std::string document;
   static_cast<void>(playlist.GetShowPlaylistForTimeline(document));
-  return document_or_none(document);
+  return DocumentOrNone(document);
 }
 
-std::optional<std::string> presentation_list(const Strata::IPlaylist& playlist, const ExportOptions& options) {
+std::optional<std::string> PresentationList(const Strata::IPlaylist& playlist, const ExportOptions& options) {
   std::string document;
   Ferro::ui32_t playout = 0;
   if (playlist.GetPresentationListForTimeline(options.BaseURL, document, playout) == Ferro::RESULT_FALSE)
     std::fputs("strata: no reel of this show has subtitles or captions: the list names none\n", stderr);
-  return document_or_none(document);
+  return DocumentOrNone(document);
 }
 
-std::optional<std::string> identifiers(const Strata::IPlaylist& playlist, const ExportOptions& options) {
+std::optional<std::string> Identifiers(const Strata::IPlaylist& playlist, const ExportOptions& options) {
   Cairn::UUIDList ids;
-  if (options.Which == "keys")
+  if (options.Which == ExportedIDs::Keys)
     playlist.GetKeyIDList(ids);
-  else if (options.Which == "encrypted")
+  else if (options.Which == ExportedIDs::Encrypted)
     playlist.GetCiphertextCPLIDList(ids);
   else
     playlist.GetCPLIDList(ids);
@@ -60,59 +64,58 @@ std::optional<std::string> identifiers(const Strata::IPlaylist& playlist, const 
 }
 
 /// Loads the show; where that fails, what is wrong is told in other words than the engine's.
-Strata::Result_t load(const Inputs& inputs, Ferro::mem_ptr<Strata::IPlaylist>& playlist) {
+Strata::Result_t Load(const Inputs& inputs, Ferro::mem_ptr<Strata::IPlaylist>& playlist) {
   QuietLog log;
   const Strata::Result_t result = Strata::NewPlaylist(playlist);
   return result.Failure() ? result : inputs.Load(*playlist);
 }
 
-ExitCode write(const std::string& text, const std::string& file) {
+ExitCode Write(const std::string& text, const std::string& file) {
   if (file.empty()) {
     std::fwrite(text.data(), 1, text.size(), stdout);  // whether it arrives is seen at the program's end
   } else if (const std::string problem = WriteWholeFile(file, text); !problem.empty()) {
     std::fprintf(stderr, "strata: %s\n", problem.c_str());
-    return NotPlayable;
+    return ExitCode::NotPlayable;
   }
-  return Fine;
+  return ExitCode::Fine;
 }
 
-ExitCode export_show(const ExportOptions& options, const Export& make) {
+ExitCode ExportShow(const ExportOptions& options, const Export& make) {
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
     return inputs.ProblemCode();
   }
   Ferro::mem_ptr<Strata::IPlaylist> playlist;
-  if (load(inputs, playlist).Failure()) return ReportLoadFailure(inputs);
+  if (Load(inputs, playlist).Failure()) return ReportLoadFailure(inputs);
   const std::optional<std::string> text = make(*playlist, options);
   if (Interrupt::Requested()) {
     std::fputs("strata: interrupted; nothing was written\n", stderr);
-    return Interrupted;
+    return ExitCode::Interrupted;
   }
-  if (text) return write(*text, options.OutputFile);
+  if (text) return Write(*text, options.OutputFile);
   std::fputs("strata: this cannot be a document: some text in it holds characters that XML does not have\n", stderr);
-  return NotPlayable;
+  return ExitCode::NotPlayable;
 }
 
 /// Adds one of the kinds of export. Its own options go in between.
-CLI::App& add_kind(CLI::App& command, const std::string& name, const std::string& description, const Export& make,
-                   const std::shared_ptr<ExportOptions>& options, int& exit_code) {
-  CLI::App& kind = *command.add_subcommand(name, description);
+Command& AddKind(Command& command, const std::string& name, const std::string& description, const Export& make,
+                 const std::shared_ptr<ExportOptions>& options) {
+  Command& kind = command.AddCommand(name, description);
   options->Inputs.AddTo(kind, "show", "A folder, an asset map, a playlist file or an identifier");
-  kind.add_option("--out", options->OutputFile,
-                  "Write into this file, which is complete or as it was before (default: standard output)")
-      ->type_name("FILE");
-  kind.callback([options, make, &exit_code] { exit_code = export_show(*options, make); });
+  kind.Add("--out", options->OutputFile,
+           "Write into this file, which is complete or as it was before (default: standard output)")
+      .Called("FILE");
+  kind.Does([options, make] { return ExportShow(*options, make); });
   return kind;
 }
 
 }  // namespace
 
-void AddExportCommand(CLI::App& app, int& exit_code) {
+void AddExportCommand(Command& program) {
   const auto options = std::make_shared<ExportOptions>();
-  CLI::App& command = *app.add_subcommand("export", "Write a show's timeline as a show playlist, an RPL or a list");
-  command.require_subcommand(1);
-  command.footer(
+  Command& command = program.AddCommand("export", "Write a show's timeline as a show playlist, an RPL or a list");
+  command.SetFooter(
       "The show is loaded as for playing; one that would not play is not exported. `strata export KIND --help`\n"
       "explains each kind.\n"
       "Exit codes: 0 written, 1 usage, 2 not playable or cannot be written, 3 assets are missing, 4 interrupted.\n"
@@ -120,33 +123,34 @@ void AddExportCommand(CLI::App& app, int& exit_code) {
       "  strata export spl show --out flat.xml\n"
       "  strata export ids show --which keys");
 
-  add_kind(command, "spl", "One flat show playlist that plays the same", show_playlist, options, exit_code)
-      .footer(
+  AddKind(command, "spl", "One flat show playlist that plays the same", ShowPlaylist, options)
+      .SetFooter(
           "Show playlists inside the show come out as their compositions, events as markers. The playlist has a new\n"
           "identifier each time.\n"
           "Examples:\n"
           "  strata export spl show --out flat.xml\n"
           "  strata check flat.xml --store show");
 
-  CLI::App& rpl = add_kind(command, "rpl", "The resource presentation list (ST 430-11) of subtitles and captions",
-                           presentation_list, options, exit_code);
-  rpl.add_option("--base-url", options->BaseURL,
-                 "Stands in front of each resource's identifier in its address (default: nothing, the bare identifier)")
-      ->type_name("URL");
-  rpl.footer(
+  Command& rpl = AddKind(command, "rpl", "The resource presentation list (ST 430-11) of subtitles and captions",
+                         PresentationList, options);
+  rpl.Add("--base-url", options->BaseURL,
+          "Stands in front of each resource's identifier in its address (default: nothing, the bare identifier)")
+      .Called("URL");
+  rpl.SetFooter(
       "For systems that show captions beside the screen. The list has a new playout number each time.\n"
       "Examples:\n"
       "  strata export rpl show --base-url http://192.168.1.20/captions --out show.rpl.xml");
 
-  CLI::App& ids =
-      add_kind(command, "ids", "Identifiers, one on each line, in order of the show", identifiers, options, exit_code);
-  ids.add_option("--which", options->Which,
-                 "compositions: all; encrypted: compositions that need keys; keys: the content keys that are needed")
-      ->check(CLI::IsMember({"compositions", "encrypted", "keys"}))
-      ->capture_default_str();
-  ids.footer(
+  Command& ids = AddKind(command, "ids", "Identifiers, one on each line, in order of the show", Identifiers, options);
+  ids.AddChoice(
+      "--which", options->Which,
+      {{"compositions", ExportedIDs::Compositions}, {"encrypted", ExportedIDs::Encrypted}, {"keys", ExportedIDs::Keys}},
+      "compositions: all; encrypted: compositions that need keys; keys: the content keys that are needed");
+  ids.SetFooter(
       "A composition that plays twice stands there twice; each key stands there once.\n"
       "Examples:\n"
       "  strata export ids show\n"
       "  strata export ids show --which keys --out keys.txt");
 }
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// `strata export`: a show's timeline as documents and lists.
-void AddExportCommand(CLI::App& app, int& exit_code);
+void AddExportCommand(Command& program);
+
+}  // namespace Tool

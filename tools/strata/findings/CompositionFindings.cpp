@@ -10,6 +10,8 @@
 #include <array>
 #include <map>
 
+namespace Tool {
+
 namespace {
 
 // Rates that D-Cinema equipment plays (ST 428-11, 428-21).
@@ -19,11 +21,11 @@ constexpr char CopyAgain[] = "Copy the package again from its source.";
 constexpr char AskAgain[] = "The package was made wrong: ask for a corrected one.";
 constexpr char NameStore[] = "Copy the package that holds it, or name its folder with --store.";
 
-bool is_usual(const QUIRE::Rational& rate) {
+bool IsUsual(const QUIRE::Rational& rate) {
   return rate.Denominator == 1 && std::find(UsualRates.begin(), UsualRates.end(), rate.Numerator) != UsualRates.end();
 }
 
-const char* content_name(Cairn::FileType_t type) {
+const char* ContentName(Cairn::FileType_t type) {
   switch (type) {
     case Cairn::FT_QUIRE_MPEG2_VES:
     case Cairn::FT_QUIRE_JP2K_J2C:
@@ -42,20 +44,20 @@ const char* content_name(Cairn::FileType_t type) {
   }
 }
 
-std::string content_name(AssetKind kind) {
+std::string ContentName(AssetKind kind) {
   const bool is_text = kind == AssetKind::OnScreenText || kind == AssetKind::OffScreenText;
   return is_text ? "text" : AssetKindName(kind);
 }
 
-bool is_text(const OutlineAsset& asset) {
+bool IsText(const OutlineAsset& asset) {
   return asset.Kind == AssetKind::OnScreenText || asset.Kind == AssetKind::OffScreenText;
 }
 
-std::string edit_units(Ferro::ui64_t count) {
+std::string EditUnits(Ferro::ui64_t count) {
   return std::to_string(count) + " edit units";
 }
 
-const char* advice_for(const Cairn::AssetRecord& record) {
+const char* AdviceFor(const Cairn::AssetRecord& record) {
   const Ferro::ui32_t problems = record.Problems;
   if (!record.OpenFailure.empty()) return AllowReading;
   if ((problems & (Cairn::AP_BAD_PATH | Cairn::AP_SPLIT)) != 0) return AskAgain;
@@ -107,7 +109,7 @@ class CompositionFindings {
       Finding finding = place;
       finding.Level = is_missing ? Severity::Missing : is_fatal ? Severity::Error : Severity::Warning;
       finding.Message = reason;
-      finding.Advice = advice_for(record);
+      finding.Advice = AdviceFor(record);
       if (record.Info.RealFilename.empty()) finding.File = MappedPath(record);
       if ((record.Problems & Cairn::AP_WRONG_SIZE) != 0 && record.HasListedSize) {
         finding.Expected = std::to_string(record.ListedSize) + " bytes";
@@ -180,10 +182,10 @@ class CompositionFindings {
 
   void CheckFile(const OutlineAsset& asset) {
     const Cairn::AssetRecord& record = *asset.Found;
-    const std::string content = content_name(record.Info.FileType);
-    if (!content.empty() && content != content_name(asset.Kind)) {
+    const std::string content = ContentName(record.Info.FileType);
+    if (!content.empty() && content != ContentName(asset.Kind)) {
       Finding& finding = Add(Severity::Error, "The file holds another kind of essence.", asset);
-      finding.Expected = content_name(asset.Kind);
+      finding.Expected = ContentName(asset.Kind);
       finding.Found = content;
       return;
     }
@@ -262,19 +264,19 @@ class CompositionFindings {
   void CheckLength(const OutlineAsset& asset, const TrackFileFacts& facts, Ferro::ui64_t end) {
     const Ferro::ui32_t stated = asset.Asset.IntrinsicDuration;
     if (facts.HasLength && end > facts.Duration) {
-      Finding& finding = Add(is_text(asset) ? Severity::Warning : Severity::Error,
+      Finding& finding = Add(IsText(asset) ? Severity::Warning : Severity::Error,
                              "The composition plays beyond the end of the file.", asset);
-      finding.Expected = edit_units(end);
-      finding.Found = edit_units(facts.Duration);
+      finding.Expected = EditUnits(end);
+      finding.Found = EditUnits(facts.Duration);
     } else if (end > stated) {
       Finding& finding =
           Add(Severity::Warning, "The composition plays more of the asset than it says there is.", asset);
-      finding.Expected = edit_units(end);
-      finding.Found = edit_units(stated);
+      finding.Expected = EditUnits(end);
+      finding.Found = EditUnits(stated);
     } else if (facts.HasLength && stated != facts.Duration) {
       Finding& finding = Add(Severity::Warning, "The composition says that the file has another length.", asset);
-      finding.Expected = edit_units(stated);
-      finding.Found = edit_units(facts.Duration);
+      finding.Expected = EditUnits(stated);
+      finding.Found = EditUnits(facts.Duration);
     }
   }
 
@@ -319,7 +321,7 @@ class CompositionFindings {
       Add(Severity::Warning, "The composition has no sound: some equipment stops there.");
     else if (std::any_of(reels.begin(), reels.end(), lacks_sound))
       Add(Severity::Warning, "Some reels have no sound and will play silence.");
-    if (m_Composition.EditRate.Numerator != 0 && !is_usual(m_Composition.EditRate))
+    if (m_Composition.EditRate.Numerator != 0 && !IsUsual(m_Composition.EditRate))
       Add(Severity::Warning, "The edit rate is unusual: not all equipment plays it.").Found =
           RateText(m_Composition.EditRate);
     const bool encrypted = std::any_of(reels.begin(), reels.end(), [](const OutlineReel& reel) {
@@ -348,3 +350,5 @@ void FindInComposition(const OutlineComposition& composition, const Cairn::Asset
                        std::vector<Finding>& findings) {
   CompositionFindings(composition, store, memory, findings).Collect();
 }
+
+}  // namespace Tool

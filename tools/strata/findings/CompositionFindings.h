@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// What to call a composition: its title, or its identifier where it has none.
 [[nodiscard]] std::string CompositionName(const OutlineComposition& composition);
 
@@ -20,3 +22,5 @@ struct FindingMemory {
 /// cause is told that keeps it from playing.
 void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
                        std::vector<Finding>& findings);
+
+}  // namespace Tool

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 const char* SeverityName(Severity severity) {
   switch (severity) {
     case Severity::Warning:
@@ -19,8 +21,8 @@ ExitCode ExitCodeFor(const std::vector<Finding>& findings) {
   const auto has = [&](Severity severity) {
     return std::any_of(findings.begin(), findings.end(), [&](const Finding& f) { return f.Level == severity; });
   };
-  if (has(Severity::Error)) return NotPlayable;
-  return has(Severity::Missing) ? AssetsMissing : Fine;
+  if (has(Severity::Error)) return ExitCode::NotPlayable;
+  return has(Severity::Missing) ? ExitCode::AssetsMissing : ExitCode::Fine;
 }
 
 Json FindingToJson(const Finding& finding) {
@@ -55,3 +57,5 @@ std::string FindingText(const Json& finding) {
   if (finding.contains("advice")) line += "\n    " + text("advice");
   return line + '\n';
 }
+
+}  // namespace Tool

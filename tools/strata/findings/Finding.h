@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// How much a finding matters for playing the show.
 enum class Severity { Warning, Missing, Error };
 
@@ -37,3 +39,5 @@ inline constexpr char AllowReading[] = "Allow this user to read it, or copy it a
 [[nodiscard]] Json FindingToJson(const Finding& finding);
 /// The lines of a report from FindingToJson's model.
 [[nodiscard]] std::string FindingText(const Json& finding);
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+namespace Tool {
+
 ExitCode ReportLoadFailure(const Inputs& inputs) {
   QuietLog log;
   const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
@@ -19,5 +21,7 @@ ExitCode ReportLoadFailure(const Inputs& inputs) {
   std::fprintf(stderr, "strata: this show cannot be played%s\n",
                is_told ? "" : "; `strata check` says what is wrong with it");
   const ExitCode code = ExitCodeFor(findings);
-  return code == Fine ? NotPlayable : code;
+  return code == ExitCode::Fine ? ExitCode::NotPlayable : code;
 }
+
+}  // namespace Tool

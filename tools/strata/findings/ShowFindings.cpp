@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 /// The folders of the packages that the show's files lie in.
@@ -110,3 +112,5 @@ std::vector<Finding> FindingsOf(const ShowOutline& outline) {
   AddUnreadable(outline.Store(), findings);
   return findings;
 }
+
+}  // namespace Tool

@@ -6,6 +6,10 @@
 
 #include <vector>
 
+namespace Tool {
+
 /// What the documents, the store and the files show to be wrong, in playing order. Opens every file; stops
 /// early, with less than all, when the user interrupts it.
 [[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);
+
+}  // namespace Tool

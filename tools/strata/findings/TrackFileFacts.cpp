@@ -17,6 +17,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 using QUIRE::Result_t;
@@ -25,7 +27,7 @@ constexpr Ferro::ui32_t Capacity = 16 * 1024 * 1024;  // bytes; more than any fr
 
 /// What is common to the readers of all kinds: false, with the problem told, when the file cannot be opened.
 template <class ReaderT>
-bool open(ReaderT& reader, const std::string& filename, TrackFileFacts& facts) {
+bool Open(ReaderT& reader, const std::string& filename, TrackFileFacts& facts) {
   if (const Result_t result = reader.OpenRead(filename); result.Failure()) {
     facts.Problem = std::string("The track file is damaged and cannot be opened: ") + result.Label();
     return false;
@@ -38,7 +40,7 @@ bool open(ReaderT& reader, const std::string& filename, TrackFileFacts& facts) {
 }
 
 template <class DescriptorT>
-void take_length(const DescriptorT& descriptor, TrackFileFacts& facts) {
+void TakeLength(const DescriptorT& descriptor, TrackFileFacts& facts) {
   facts.HasLength = true;
   facts.EditRate = descriptor.EditRate;
   facts.Duration = descriptor.ContainerDuration;
@@ -46,7 +48,7 @@ void take_length(const DescriptorT& descriptor, TrackFileFacts& facts) {
 
 /// Tries the first edit unit and the last one that is played.
 template <class BufferT, class ReaderT>
-void try_frames(ReaderT& reader, Ferro::ui32_t last, TrackFileFacts& facts) {
+void TryFrames(ReaderT& reader, Ferro::ui32_t last, TrackFileFacts& facts) {
   BufferT buffer;
   if (facts.Duration == 0 || buffer.Capacity(Capacity).Failure()) return;
   for (const Ferro::ui32_t number : {Ferro::ui32_t{0}, std::min(last, facts.Duration - 1)})
@@ -58,60 +60,60 @@ void try_frames(ReaderT& reader, Ferro::ui32_t last, TrackFileFacts& facts) {
 }
 
 template <class DescriptorT>
-void take_picture(const DescriptorT& descriptor, TrackFileFacts& facts) {
-  take_length(descriptor, facts);
+void TakePicture(const DescriptorT& descriptor, TrackFileFacts& facts) {
+  TakeLength(descriptor, facts);
   facts.Width = descriptor.StoredWidth;
   facts.Height = descriptor.StoredHeight;
 }
 
-void read_jpeg2000(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadJPEG2000(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
   QUIRE::JP2K::MXFReader reader;
   QUIRE::JP2K::PictureDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillPictureDescriptor(descriptor).Failure()) return;
-  take_picture(descriptor, facts);
-  try_frames<QUIRE::JP2K::FrameBuffer>(reader, last, facts);
+  if (!Open(reader, filename, facts) || reader.FillPictureDescriptor(descriptor).Failure()) return;
+  TakePicture(descriptor, facts);
+  TryFrames<QUIRE::JP2K::FrameBuffer>(reader, last, facts);
 }
 
-void read_mpeg2(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadMPEG2(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
   QUIRE::MPEG2::MXFReader reader;
   QUIRE::MPEG2::VideoDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillVideoDescriptor(descriptor).Failure()) return;
-  take_picture(descriptor, facts);
-  try_frames<QUIRE::MPEG2::FrameBuffer>(reader, last, facts);
+  if (!Open(reader, filename, facts) || reader.FillVideoDescriptor(descriptor).Failure()) return;
+  TakePicture(descriptor, facts);
+  TryFrames<QUIRE::MPEG2::FrameBuffer>(reader, last, facts);
 }
 
-void read_sound(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadSound(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
   QUIRE::PCM::MXFReader reader;
   QUIRE::PCM::AudioDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillAudioDescriptor(descriptor).Failure()) return;
-  take_length(descriptor, facts);
+  if (!Open(reader, filename, facts) || reader.FillAudioDescriptor(descriptor).Failure()) return;
+  TakeLength(descriptor, facts);
   facts.Channels = descriptor.ChannelCount;
   facts.SamplingRate = descriptor.AudioSamplingRate;
   facts.SampleBits = descriptor.QuantizationBits;
-  try_frames<QUIRE::PCM::FrameBuffer>(reader, last, facts);
+  TryFrames<QUIRE::PCM::FrameBuffer>(reader, last, facts);
 }
 
-void read_data(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadData(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
   QUIRE::DCData::MXFReader reader;
   QUIRE::DCData::DCDataDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillDCDataDescriptor(descriptor).Failure()) return;
-  take_length(descriptor, facts);
-  try_frames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
+  if (!Open(reader, filename, facts) || reader.FillDCDataDescriptor(descriptor).Failure()) return;
+  TakeLength(descriptor, facts);
+  TryFrames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
 }
 
-void read_immersive(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadImmersive(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
   QUIRE::ATMOS::MXFReader reader;
   QUIRE::ATMOS::AtmosDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillAtmosDescriptor(descriptor).Failure()) return;
-  take_length(descriptor, facts);
-  try_frames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
+  if (!Open(reader, filename, facts) || reader.FillAtmosDescriptor(descriptor).Failure()) return;
+  TakeLength(descriptor, facts);
+  TryFrames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
 }
 
-void read_timed_text(const std::string& filename, TrackFileFacts& facts) {
+void ReadTimedText(const std::string& filename, TrackFileFacts& facts) {
   QUIRE::TimedText::MXFReader reader;
   QUIRE::TimedText::TimedTextDescriptor descriptor;
-  if (!open(reader, filename, facts) || reader.FillTimedTextDescriptor(descriptor).Failure()) return;
-  take_length(descriptor, facts);
+  if (!Open(reader, filename, facts) || reader.FillTimedTextDescriptor(descriptor).Failure()) return;
+  TakeLength(descriptor, facts);
   std::vector<Ferro::UUID> resources;
   for (const auto& resource : descriptor.ResourceList) {
     QUIRE::TimedText::FrameBuffer buffer;
@@ -137,7 +139,7 @@ void read_timed_text(const std::string& filename, TrackFileFacts& facts) {
     if (std::find(resources.begin(), resources.end(), id) == resources.end()) facts.MissingResource = id.EncodeString();
 }
 
-void read_subtitle(const std::string& filename, TrackFileFacts& facts) {
+void ReadSubtitle(const std::string& filename, TrackFileFacts& facts) {
   Cairn::DCSubtitle subtitle;
   if (const Result_t result = Cairn::InitObjectWithFile(subtitle, filename); result.Failure()) {
     facts.Problem = std::string("The subtitle document cannot be read: ") + result.Label();
@@ -158,25 +160,25 @@ TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t
   switch (type) {
     case Cairn::FT_QUIRE_JP2K_J2C:
     case Cairn::FT_QUIRE_JP2K_J2C_S:
-      read_jpeg2000(filename, last, facts);
+      ReadJPEG2000(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_MPEG2_VES:
-      read_mpeg2(filename, last, facts);
+      ReadMPEG2(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_PCM:
-      read_sound(filename, last, facts);
+      ReadSound(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_DCDATA:
-      read_data(filename, last, facts);
+      ReadData(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_ATMOS:
-      read_immersive(filename, last, facts);
+      ReadImmersive(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_TIMED_TEXT:
-      read_timed_text(filename, facts);
+      ReadTimedText(filename, facts);
       break;
     case Cairn::FT_TI_SUBTITLE:
-      read_subtitle(filename, facts);
+      ReadSubtitle(filename, facts);
       break;
     default:
       facts.Problem = "The file is no track file: it is damaged, or something else has its name.";
@@ -185,3 +187,5 @@ TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t
   if (!remarks.empty()) facts.Remark = remarks.front().Message;
   return facts;
 }
+
+}  // namespace Tool

@@ -8,6 +8,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// What a track file or subtitle document says of itself, and what cannot be read of it. Numbers that its kind does not
 /// have are 0.
 struct TrackFileFacts {
@@ -30,3 +32,5 @@ struct TrackFileFacts {
 /// and images. `type` is what the file was found to hold: anything but a kind of track file or subtitle is a problem.
 [[nodiscard]] TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type,
                                                 Ferro::ui32_t last);
+
+}  // namespace Tool

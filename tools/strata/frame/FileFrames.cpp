@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -23,7 +25,7 @@ using Ferro::ui8_t;
 
 constexpr Ferro::fsize_t LargestFrame = 64 * 1024 * 1024;  // bytes; the largest profile allows 1.3 MB per eye
 
-std::vector<ui8_t> bytes_of(const QUIRE::FrameBuffer& frame) {
+std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
   return {frame.RoData(), frame.RoData() + frame.Size()};
 }
 
@@ -42,8 +44,8 @@ class FileFrames : public FrameSource {
   [[nodiscard]] EditUnit Read(const FrameChannel& channel, ui32_t position) override {
     const bool fits = channel.Type == m_Type || (IsText() && channel.Type == Strata::TRKT_OFF_SCREEN_TEXT);
     if (!fits || channel.Number > 0)
-      throw CommandError(Usage, m_Filename + ": there is no " + channel.Name() + " in this file; it holds " +
-                                    (IsText() ? std::string("text") : FrameChannel{m_Type}.Name()) + ".");
+      throw CommandError(ExitCode::Usage, m_Filename + ": there is no " + channel.Name() + " in this file; it holds " +
+                                              (IsText() ? std::string("text") : FrameChannel{m_Type}.Name()) + ".");
     EditUnit unit;
     unit.Encrypted = m_Info.EncryptedEssence;
     unit.AssetID = m_Info.AssetUUID.EncodeString();
@@ -62,7 +64,7 @@ class FileFrames : public FrameSource {
     Check(buffer.Capacity(static_cast<ui32_t>(std::min(file.Size(), LargestFrame))));
   }
   void Check(Ferro::Result_t result) const {
-    if (result.Failure()) throw CommandError(NotPlayable, m_Filename + ": " + result.Label());
+    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
   }
   template <class Descriptor>
   void Describe(const Descriptor& descriptor) {
@@ -97,7 +99,7 @@ class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
     Check(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
-    unit.Bytes = bytes_of(m_Frame);
+    unit.Bytes = BytesOf(m_Frame);
   }
 
   PictureColour m_Colour;
@@ -120,8 +122,8 @@ class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
     Check(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
-    unit.Bytes = bytes_of(m_Frame.Left);
-    unit.RightEye = bytes_of(m_Frame.Right);
+    unit.Bytes = BytesOf(m_Frame.Left);
+    unit.RightEye = BytesOf(m_Frame.Right);
   }
 
   PictureColour m_Colour;
@@ -141,7 +143,7 @@ class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
   void Fill(EditUnit& unit, ui32_t position) override {
     Check(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::MPEG2;
-    unit.Bytes = bytes_of(m_Frame);
+    unit.Bytes = BytesOf(m_Frame);
   }
 
   QUIRE::MPEG2::FrameBuffer m_Frame;
@@ -166,7 +168,7 @@ class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
     Check(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::PCM;
     unit.Sound = m_Format;
-    unit.Bytes = bytes_of(m_Frame);
+    unit.Bytes = BytesOf(m_Frame);
   }
 
   SoundFormat m_Format;
@@ -185,11 +187,11 @@ class Text : public FileFrames<QUIRE::TimedText::MXFReader> {
     QUIRE::TimedText::FrameBuffer buffer;
     Check(m_Reader.ReadTimedTextResource(buffer));
     unit.Coding = FrameCoding::TimedText;
-    unit.Bytes = bytes_of(buffer);
+    unit.Bytes = BytesOf(buffer);
     if (unit.Encrypted) return;
     for (const auto& resource : m_Descriptor.ResourceList) {
       Check(m_Reader.ReadAncillaryResource(resource.ResourceID, buffer));
-      std::vector<ui8_t> bytes = bytes_of(buffer);
+      std::vector<ui8_t> bytes = BytesOf(buffer);
       unit.Resources.push_back({ResourceName(resource.ResourceID, bytes), std::move(bytes)});
     }
   }
@@ -212,7 +214,7 @@ class Data : public FileFrames<Reader> {
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
     this->Check(this->m_Reader.ReadFrame(position, m_Frame));
-    unit.Bytes = bytes_of(m_Frame);
+    unit.Bytes = BytesOf(m_Frame);
   }
 
   QUIRE::DCData::FrameBuffer m_Frame;
@@ -242,3 +244,5 @@ std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::F
       return nullptr;
   }
 }
+
+}  // namespace Tool

@@ -5,5 +5,9 @@
 
 #include <Cairn/FileType.h>
 
+namespace Tool {
+
 /// Opens one track file; null where `type` is none that holds frames or text. Throws CommandError where it is broken.
 [[nodiscard]] std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type);
+
+}  // namespace Tool

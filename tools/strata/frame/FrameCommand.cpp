@@ -4,14 +4,12 @@
 #include "FrameOutput.h"
 #include "FrameSource.h"
 #include "WaveFile.h"
+#include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ProgressBar.h"
 #include "terminal/Report.h"
 #include "terminal/TextForms.h"
-#include "terminal/WholeNumber.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -19,6 +17,8 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+
+namespace Tool {
 
 namespace {
 
@@ -28,8 +28,6 @@ struct FrameOptions {
   InputOptions Inputs;
   std::string At;
   std::string Channel;
-  std::string Colour = "auto";
-  std::string White = "dci";
   ui32_t Count = 1;
   FrameOutputOptions Output;
   bool AsJson = false;
@@ -41,7 +39,7 @@ struct ChannelChoice {
 };
 
 /// Reads "picture", "left", "caption2"; no value where it is none of them.
-std::optional<ChannelChoice> read_channel(const std::string& text) {
+std::optional<ChannelChoice> ReadChannel(const std::string& text) {
   struct Name {
     std::string_view Text;
     Strata::TrackType_t Type;
@@ -68,7 +66,7 @@ std::optional<ChannelChoice> read_channel(const std::string& text) {
 }
 
 /// The channel that a kind of file usually means.
-const char* usual_channel(FrameForm form) {
+const char* UsualChannel(FrameForm form) {
   switch (form) {
     case FrameForm::Sound:
       return "sound";
@@ -82,10 +80,11 @@ const char* usual_channel(FrameForm form) {
 }
 
 /// Reads an edit unit, or a time code with whole edit units per second.
-ui32_t read_position(const std::string& text, const FrameSource& source) {
+ui32_t ReadPosition(const std::string& text, const FrameSource& source) {
   const auto refuse = [&] {
-    throw CommandError(Usage, "--at " + text + ": this is neither an edit unit nor a time code HH:MM:SS:FF at " +
-                                  RateText(source.EditRate()) + " edit units per second");
+    throw CommandError(ExitCode::Usage, "--at " + text +
+                                            ": this is neither an edit unit nor a time code HH:MM:SS:FF at " +
+                                            RateText(source.EditRate()) + " edit units per second");
   };
   std::vector<ui32_t> numbers;
   const char* at = text.data();
@@ -104,17 +103,17 @@ ui32_t read_position(const std::string& text, const FrameSource& source) {
   return (numbers[0] * 3600 + numbers[1] * 60 + numbers[2]) * static_cast<ui32_t>(base) + numbers[3];
 }
 
-void check_range(ui32_t position, ui32_t count, const FrameSource& source) {
+void CheckRange(ui32_t position, ui32_t count, const FrameSource& source) {
   const ui32_t duration = source.Duration();
   if (position < duration && count <= duration - position) return;
   const std::string what = count == 1 ? "edit unit " + std::to_string(position)
                                       : std::to_string(count) + " edit units from " + std::to_string(position) + " on";
-  throw CommandError(Usage, what + ": there are " + std::to_string(duration) + ", from 0 to " +
-                                std::to_string(Ferro::i64_t{duration} - 1));
+  throw CommandError(ExitCode::Usage, what + ": there are " + std::to_string(duration) + ", from 0 to " +
+                                          std::to_string(Ferro::i64_t{duration} - 1));
 }
 
-void write_sound(FrameSource& source, const FrameChannel& channel, ui32_t position, const FrameOptions& options,
-                 EditUnit unit) {
+void WriteSound(FrameSource& source, const FrameChannel& channel, ui32_t position, const FrameOptions& options,
+                EditUnit unit) {
   CheckFrameFits(unit, options.Output);
   const SoundFormat format = unit.Sound;
   WaveFile wave(options.Output.Filename, format);
@@ -124,16 +123,16 @@ void write_sound(FrameSource& source, const FrameChannel& channel, ui32_t positi
     if (done > 0) unit = source.Read(channel, position + done);
     CheckFrameFits(unit, options.Output);
     if (!(unit.Sound == format))
-      throw CommandError(Usage, "the sound has another format from edit unit " + std::to_string(position + done) +
-                                    " on: it does not go into one file");
+      throw CommandError(ExitCode::Usage, "the sound has another format from edit unit " +
+                                              std::to_string(position + done) + " on: it does not go into one file");
     wave.Write(unit.Bytes);
     bar.Update(Ferro::ui64_t{unit.Bytes.size()} * (done + 1), Ferro::ui64_t{unit.Bytes.size()} * options.Count);
   }
   wave.Finish();
 }
 
-Json make_report(const EditUnit& unit, const FrameChannel& channel, ui32_t position, const FrameSource& source,
-                 const FrameOptions& options, const std::vector<std::string>& files) {
+Json MakeReport(const EditUnit& unit, const FrameChannel& channel, ui32_t position, const FrameSource& source,
+                const FrameOptions& options, const std::vector<std::string>& files) {
   Json report = NewReport("frame");
   report["channel"] = channel.Name();
   report["position"] = position;
@@ -146,7 +145,7 @@ Json make_report(const EditUnit& unit, const FrameChannel& channel, ui32_t posit
   return report;
 }
 
-std::string render(const Json& report) {
+std::string Render(const Json& report) {
   std::string text;
   for (const Json& file : report["files"]) text += file.get<std::string>() + '\n';
   text += report["channel"].get<std::string>() + " of edit unit " + std::to_string(report["position"].get<ui32_t>()) +
@@ -156,81 +155,63 @@ std::string render(const Json& report) {
   return text + ", edit unit " + std::to_string(report["file_position"].get<ui32_t>()) + " of " + asset + '\n';
 }
 
-void frame(FrameOptions& options) {
+ExitCode Frame(FrameOptions& options) {
   const auto form = FrameFormOf(options.Output.Filename);
   if (!form)
-    throw CommandError(Usage, options.Output.Filename +
-                                  ": what is written follows the extension: .png, .j2c, .m2v, .wav, .xml or .bin");
+    throw CommandError(
+        ExitCode::Usage,
+        options.Output.Filename + ": what is written follows the extension: .png, .j2c, .m2v, .wav, .xml or .bin");
   options.Output.Form = *form;
-  const auto choice = read_channel(options.Channel.empty() ? usual_channel(*form) : options.Channel);
-  if (!choice) throw CommandError(Usage, "--channel " + options.Channel + ": there is no such channel");
+  const auto choice = ReadChannel(options.Channel.empty() ? UsualChannel(*form) : options.Channel);
+  if (!choice) throw CommandError(ExitCode::Usage, "--channel " + options.Channel + ": there is no such channel");
   if (options.Count > 1 && *form != FrameForm::Sound)
-    throw CommandError(Usage, "--count: several edit units go only into a file *.wav");
+    throw CommandError(ExitCode::Usage, "--count: several edit units go only into a file *.wav");
   options.Output.Eyes = choice->Eyes;
-  options.Output.Colour = options.Colour == "xyz"   ? PictureColour::XYZ
-                          : options.Colour == "rgb" ? PictureColour::RGB
-                                                    : PictureColour::Unknown;
-  options.Output.White = options.White == "d65" ? WhitePoint::D65 : WhitePoint::DCI;
-
   const auto source = OpenFrameSource(options.Inputs);
-  const ui32_t position = read_position(options.At, *source);
-  check_range(position, options.Count, *source);
+  const ui32_t position = ReadPosition(options.At, *source);
+  CheckRange(position, options.Count, *source);
   const EditUnit unit = source->Read(choice->Channel, position);
   std::vector<std::string> files = {options.Output.Filename};
   if (*form == FrameForm::Sound)
-    write_sound(*source, choice->Channel, position, options, unit);
+    WriteSound(*source, choice->Channel, position, options, unit);
   else
     files = WriteFrame(unit, options.Output);
   if (unit.Encrypted) std::fputs("strata: warning: the track file is encrypted; ciphertext was written\n", stderr);
-  PrintReport(make_report(unit, choice->Channel, position, *source, options, files), options.AsJson, render);
-}
-
-ExitCode run(FrameOptions& options) {
-  try {
-    frame(options);
-    return Fine;
-  } catch (const CommandError& error) {
-    std::fprintf(stderr, "strata: %s\n", error.what());
-    return error.Code();
-  } catch (const CommandStopped&) {
-    std::fputs("strata: interrupted; nothing was left behind\n", stderr);
-    return Interrupted;
-  }
+  PrintReport(MakeReport(unit, choice->Channel, position, *source, options, files), options.AsJson, Render);
+  return ExitCode::Fine;
 }
 
 }  // namespace
 
-void AddFrameCommand(CLI::App& app, int& exit_code) {
+void AddFrameCommand(Command& program) {
   const auto options = std::make_shared<FrameOptions>();
-  CLI::App* command = app.add_subcommand("frame", "Take one edit unit out of a show or a track file");
-  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file, an identifier, or a track file");
-  command->add_option("--at", options->At, "Which one: an edit unit, counted from 0, or a time code HH:MM:SS:FF")
-      ->required()
-      ->type_name("POSITION");
+  Command& command = program.AddCommand("frame", "Take one edit unit out of a show or a track file");
+  options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file, an identifier, or a track file");
+  command.Add("--at", options->At, "Which one: an edit unit, counted from 0, or a time code HH:MM:SS:FF")
+      .Required()
+      .Called("POSITION");
   command
-      ->add_option(
-          "--out", options->Output.Filename,
-          "The file to write; its extension says what: .png the picture for viewing, .j2c or .m2v its "
-          "codestream, .wav the sound, .xml the text document and what belongs to it, .bin any bytes as stored")
-      ->required()
-      ->type_name("FILE");
+      .Add("--out", options->Output.Filename,
+           "The file to write; its extension says what: .png the picture for viewing, .j2c or .m2v its "
+           "codestream, .wav the sound, .xml the text document and what belongs to it, .bin any bytes as stored")
+      .Required()
+      .Called("FILE");
   command
-      ->add_option("--channel", options->Channel,
-                   "picture, left, right, sound, subtitle, caption, caption2..., data, data2... (default: what the "
-                   "extension means)")
-      ->type_name("NAME");
-  command->add_option("--count", options->Count, "Edit units of sound to write into one .wav")
-      ->type_name("NUMBER")
-      ->check(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()))
-      ->capture_default_str();
-  command->add_option("--colour", options->Colour, "What the samples of pictures are: auto follows the track file")
-      ->check(CLI::IsMember({"auto", "xyz", "rgb"}))
-      ->capture_default_str();
-  command->add_option("--white", options->White, "The white of the cinema that shows as white: the projector's, or D65")
-      ->check(CLI::IsMember({"dci", "d65"}))
-      ->capture_default_str();
-  command->add_flag("--json", options->AsJson, "Print the report as JSON");
-  command->footer(
+      .Add("--channel", options->Channel,
+           "picture, left, right, sound, subtitle, caption, caption2..., data, data2... (default: what the "
+           "extension means)")
+      .Called("NAME");
+  command.Add("--count", options->Count, "Edit units of sound to write into one .wav")
+      .Called("NUMBER")
+      .CheckedBy(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()))
+      .ShowsDefault();
+  command.AddChoice("--colour", options->Output.Colour,
+                    {{"auto", PictureColour::Unknown}, {"xyz", PictureColour::XYZ}, {"rgb", PictureColour::RGB}},
+                    "What the samples of pictures are: auto follows the track file");
+  command.AddChoice("--white", options->Output.White, {{"dci", WhitePoint::DCI}, {"d65", WhitePoint::D65}},
+                    "The white of the cinema that shows as white: the projector's, or D65");
+  command.Add("--json", options->AsJson, "Print the report as JSON");
+  command.SetFooter(
       "Both eyes of a stereoscopic picture go into two files, X-left.png and X-right.png.\n"
       "Exit codes: 0 written, 1 there is no such thing, 2 broken, encrypted or not to be written, 3 assets are "
       "missing,\n"
@@ -238,5 +219,7 @@ void AddFrameCommand(CLI::App& app, int& exit_code) {
       "Examples:\n"
       "  strata frame show --at 00:00:02:12 --out still.png\n"
       "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav");
-  command->callback([options, &exit_code] { exit_code = run(*options); });
+  command.Does([options] { return Frame(*options); });
 }
+
+}  // namespace Tool

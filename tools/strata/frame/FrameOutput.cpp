@@ -13,31 +13,33 @@
 #include <filesystem>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 using Bytes = std::vector<Ferro::ui8_t>;
 
-void write(const std::string& filename, std::string_view content) {
+void Write(const std::string& filename, std::string_view content) {
   if (const std::string problem = WriteWholeFile(filename, content); !problem.empty())
-    throw CommandError(NotPlayable, problem);
+    throw CommandError(ExitCode::NotPlayable, problem);
 }
 
-std::string_view text_of(const Bytes& bytes) {
+std::string_view TextOf(const Bytes& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-const char* name_of(FrameCoding coding) {
+const char* NameOf(FrameCoding coding) {
   constexpr const char* Names[] = {"a JPEG 2000 picture", "an MPEG-2 picture", "sound", "timed text", "data"};
   return Names[static_cast<size_t>(coding)];
 }
 
 /// The extension that keeps a coding as it is.
-const char* own_extension(FrameCoding coding) {
+const char* OwnExtension(FrameCoding coding) {
   constexpr const char* Extensions[] = {".j2c", ".m2v", ".wav", ".xml", ".bin"};
   return Extensions[static_cast<size_t>(coding)];
 }
 
-bool holds(FrameForm form, FrameCoding coding) {
+bool Holds(FrameForm form, FrameCoding coding) {
   switch (form) {
     case FrameForm::Codestream:
     case FrameForm::Picture:
@@ -54,13 +56,13 @@ bool holds(FrameForm form, FrameCoding coding) {
   return true;
 }
 
-std::string insert_before_extension(const std::string& filename, const std::string& text) {
+std::string InsertBeforeExtension(const std::string& filename, const std::string& text) {
   const size_t point = filename.size() - Ferro::PathExtension(filename).size() - 1;
   return filename.substr(0, point) + text + filename.substr(point);
 }
 
 /// The bytes of a PNG file that shows the picture.
-Bytes still_of(const Bytes& codestream, PictureColour colour, WhitePoint white) {
+Bytes StillOf(const Bytes& codestream, PictureColour colour, WhitePoint white) {
   const DecodedPicture picture = DecodePicture(codestream);
   const ColourTransform transform(colour, white, picture.Bits);
   PngPicture still{picture.Width, picture.Height, 3, {}};
@@ -72,29 +74,29 @@ Bytes still_of(const Bytes& codestream, PictureColour colour, WhitePoint white) 
   return EncodePng(still);
 }
 
-void write_eye(const EditUnit& unit, const Bytes& codestream, const std::string& filename,
-               const FrameOutputOptions& options) {
-  if (options.Form != FrameForm::Picture) return write(filename, text_of(codestream));
+void WriteEye(const EditUnit& unit, const Bytes& codestream, const std::string& filename,
+              const FrameOutputOptions& options) {
+  if (options.Form != FrameForm::Picture) return Write(filename, TextOf(codestream));
   const PictureColour colour = options.Colour == PictureColour::Unknown ? unit.Colour : options.Colour;
   Bytes png;
   try {
-    png = still_of(codestream, colour, options.White);
+    png = StillOf(codestream, colour, options.White);
   } catch (const std::runtime_error& error) {
-    throw CommandError(NotPlayable, error.what());
+    throw CommandError(ExitCode::NotPlayable, error.what());
   }
-  write(filename, text_of(png));
+  Write(filename, TextOf(png));
 }
 
-std::vector<std::string> write_resources(const EditUnit& unit, const std::string& folder) {
+std::vector<std::string> WriteResources(const EditUnit& unit, const std::string& folder) {
   std::vector<std::string> files;
   for (const TextResource& resource : unit.Resources) {
     if (!Ferro::PathStaysInside(resource.Name))
-      throw CommandError(NotPlayable, "the text document names a file outside its folder: " + resource.Name);
+      throw CommandError(ExitCode::NotPlayable, "the text document names a file outside its folder: " + resource.Name);
     const std::string filename = Ferro::PathJoin(folder, resource.Name);
     std::error_code ignored;  // what cannot be made is found when the file is written
     if (!Ferro::PathDirname(resource.Name).empty())
       std::filesystem::create_directories(Ferro::PathDirname(filename), ignored);
-    write(filename, text_of(resource.Bytes));
+    Write(filename, TextOf(resource.Bytes));
     files.push_back(filename);
   }
   return files;
@@ -115,35 +117,37 @@ std::optional<FrameForm> FrameFormOf(const std::string& filename) {
 }
 
 void CheckFrameFits(const EditUnit& unit, const FrameOutputOptions& options) {
-  if (!holds(options.Form, unit.Coding))
-    throw CommandError(Usage, options.Filename + ": this is " + name_of(unit.Coding) + ": write it to a file *" +
-                                  own_extension(unit.Coding));
+  if (!Holds(options.Form, unit.Coding))
+    throw CommandError(ExitCode::Usage, options.Filename + ": this is " + NameOf(unit.Coding) +
+                                            ": write it to a file *" + OwnExtension(unit.Coding));
   if (options.Eyes != Eye::Both && unit.RightEye.empty())
-    throw CommandError(Usage, "the picture is not stereoscopic: it has no left and right eye");
+    throw CommandError(ExitCode::Usage, "the picture is not stereoscopic: it has no left and right eye");
   const bool needs_plaintext =
       options.Form == FrameForm::Picture || options.Form == FrameForm::Sound || options.Form == FrameForm::Document;
   if (unit.Encrypted && needs_plaintext)
-    throw CommandError(NotPlayable, "the track file " + unit.AssetID +
-                                        " is encrypted: only its ciphertext can be written, to a file *.bin");
+    throw CommandError(ExitCode::NotPlayable, "the track file " + unit.AssetID +
+                                                  " is encrypted: only its ciphertext can be written, to a file *.bin");
 }
 
 std::vector<std::string> WriteFrame(const EditUnit& unit, const FrameOutputOptions& options) {
   CheckFrameFits(unit, options);
   if (unit.Coding == FrameCoding::TimedText) {
-    write(options.Filename, text_of(unit.Bytes));
+    Write(options.Filename, TextOf(unit.Bytes));
     std::vector<std::string> files = {options.Filename};
     if (options.Form != FrameForm::Document) return files;
-    const auto resources = write_resources(unit, Ferro::PathDirname(options.Filename));
+    const auto resources = WriteResources(unit, Ferro::PathDirname(options.Filename));
     files.insert(files.end(), resources.begin(), resources.end());
     return files;
   }
   if (unit.RightEye.empty() || options.Eyes != Eye::Both) {
-    write_eye(unit, options.Eyes == Eye::Right ? unit.RightEye : unit.Bytes, options.Filename, options);
+    WriteEye(unit, options.Eyes == Eye::Right ? unit.RightEye : unit.Bytes, options.Filename, options);
     return {options.Filename};
   }
-  const std::string left = insert_before_extension(options.Filename, "-left");
-  const std::string right = insert_before_extension(options.Filename, "-right");
-  write_eye(unit, unit.Bytes, left, options);
-  write_eye(unit, unit.RightEye, right, options);
+  const std::string left = InsertBeforeExtension(options.Filename, "-left");
+  const std::string right = InsertBeforeExtension(options.Filename, "-right");
+  WriteEye(unit, unit.Bytes, left, options);
+  WriteEye(unit, unit.RightEye, right, options);
   return {left, right};
 }
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// What a file is to hold; its extension says it.
 enum class FrameForm {
   Codestream,  ///< .j2c, .j2k: JPEG 2000 as it is
@@ -37,3 +39,5 @@ void CheckFrameFits(const EditUnit& unit, const FrameOutputOptions& options);
 /// Writes an edit unit of anything but sound. Both eyes go into two files, "-left" and "-right" before the extension.
 /// @return the files written, the document before its resources. Throws CommandError.
 std::vector<std::string> WriteFrame(const EditUnit& unit, const FrameOutputOptions& options);
+
+}  // namespace Tool

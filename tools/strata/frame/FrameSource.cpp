@@ -18,6 +18,8 @@
 #include <filesystem>
 #include <string_view>
 
+namespace Tool {
+
 FrameSource::~FrameSource() = default;
 
 std::string FrameChannel::Name() const {
@@ -28,13 +30,13 @@ std::string FrameChannel::Name() const {
 namespace {
 
 // What is wrong is told by its result, not line by line.
-Ferro::Result_t look_into(const std::string& name, Cairn::FileContent& content) {
+Ferro::Result_t LookInto(const std::string& name, Cairn::FileContent& content) {
   const QuietLog log;
   return Cairn::InspectFile(name, content);
 }
 
 /// True for MXF that may have been a track file.
-bool has_damaged_header(const std::string& name, const Cairn::FileContent& content) {
+bool HasDamagedHeader(const std::string& name, const Cairn::FileContent& content) {
   if (content.Type != Cairn::FT_MXF) return false;
   const QuietLog log;
   Ferro::FileReader file;
@@ -49,13 +51,14 @@ std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
   if (options.Names.size() == 1 && std::filesystem::is_regular_file(options.Names.front(), error)) {
     const std::string& name = options.Names.front();
     Cairn::FileContent content;
-    if (const Ferro::Result_t result = look_into(name, content); result.Failure())
-      throw CommandError(NotPlayable, name + ": the file cannot be read: " + result.Label());
-    if (has_damaged_header(name, content))
-      throw CommandError(NotPlayable, name + ": the header of this MXF file is damaged: copy the file again.");
+    if (const Ferro::Result_t result = LookInto(name, content); result.Failure())
+      throw CommandError(ExitCode::NotPlayable, name + ": the file cannot be read: " + result.Label());
+    if (HasDamagedHeader(name, content))
+      throw CommandError(ExitCode::NotPlayable,
+                         name + ": the header of this MXF file is damaged: copy the file again.");
     if (auto file = OpenTrackFile(name, content.Type)) return file;
     if (content.Type == Cairn::FT_UNKNOWN || content.Type == Cairn::FT_XML || content.Type == Cairn::FT_MXF)
-      throw CommandError(Usage,
+      throw CommandError(ExitCode::Usage,
                          name + ": this is no track file of digital cinema, no composition and no show playlist.");
   }
   return std::make_unique<ShowFrames>(options);
@@ -86,3 +89,5 @@ PictureColour ColourOfTrackFile(const std::string& filename) {
     return PictureColour::XYZ;
   return picture->CaptureGamma || picture->ColorPrimaries ? PictureColour::RGB : PictureColour::Unknown;
 }
+
+}  // namespace Tool

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// One channel: of the off-screen texts and the auxiliary data there may be several.
 struct FrameChannel {
   Strata::TrackType_t Type = Strata::TRKT_IMAGE;
@@ -74,3 +76,5 @@ class FrameSource {
 
 /// What a track file's labels say of its pictures' colours (ST 429-4).
 [[nodiscard]] PictureColour ColourOfTrackFile(const std::string& filename);
+
+}  // namespace Tool

@@ -8,25 +8,27 @@
 #include <QUIRE/FrameBuffer.h>
 #include <Strata/CompositionInfo.h>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
 using Ferro::ui8_t;
 
-std::vector<ui8_t> bytes_of(const QUIRE::FrameBuffer& frame) {
+std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
   return {frame.RoData(), frame.RoData() + frame.Size()};
 }
 
 // Silence is the same everywhere and has no number; a buffer that holds no frame is empty.
-bool is_silence(const QUIRE::FrameBuffer& frame) {
+bool IsSilence(const QUIRE::FrameBuffer& frame) {
   return frame.FrameNumber() == QUIRE::NoFrame && frame.Size() > 0;
 }
 
-bool is_text(Strata::TrackType_t type) {
+bool IsText(Strata::TrackType_t type) {
   return type == Strata::TRKT_ON_SCREEN_TEXT || type == Strata::TRKT_OFF_SCREEN_TEXT;
 }
 
-SoundFormat format_of(const Strata::ITimelineTrack& track) {
+SoundFormat FormatOf(const Strata::ITimelineTrack& track) {
   return {track.SampleRate(), track.SampleSize(), track.ChannelCount(), track.MCALabelString()};
 }
 
@@ -55,7 +57,7 @@ EditUnit ShowFrames::Read(const FrameChannel& channel, ui32_t position) {
   unit.Encrypted = track.KeyID().HasValue();
   if (track.AssetID().HasValue()) unit.AssetID = track.AssetID().EncodeString();
   unit.FilePosition = track.EntryPoint() + m_Playlist->TranslateReelPosition(position);
-  if (is_text(channel.Type))
+  if (IsText(channel.Type))
     ReadText(track, unit);
   else
     ReadFrame(track, channel.Type, unit);
@@ -67,27 +69,29 @@ Strata::ITimelineTrack& ShowFrames::TrackFor(const FrameChannel& channel, ui32_t
   if (channel.Number < m_Playlist->GetChannelCountForType(channel.Type, position))
     track = m_Playlist->GetReaderForChannel(channel.Type, channel.Number, position);
   if (track == nullptr)
-    throw CommandError(Usage, "the show has no " + channel.Name() + " at edit unit " + std::to_string(position));
+    throw CommandError(ExitCode::Usage,
+                       "the show has no " + channel.Name() + " at edit unit " + std::to_string(position));
   return *track;
 }
 
 void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const {
   // A track that could not be opened stays dormant, and tells so only by what MakeDormant answers.
-  if (!track.MakeDormant()) throw CommandError(NotPlayable, "the track file " + unit.AssetID + " cannot be opened");
+  if (!track.MakeDormant())
+    throw CommandError(ExitCode::NotPlayable, "the track file " + unit.AssetID + " cannot be opened");
   track.MakeReady();
   track.ReadyFrameAtLocation(unit.FilePosition);
   track.BufferLock();
   const QUIRE::FrameBuffer& frame = track.FrameBuffer();
-  const bool delivered = frame.FrameNumber() == unit.FilePosition || is_silence(frame);
-  if (delivered) unit.Bytes = bytes_of(frame);
-  if (delivered && track.HasStereoImage()) unit.RightEye = bytes_of(track.REyeFrameBuffer());
+  const bool delivered = frame.FrameNumber() == unit.FilePosition || IsSilence(frame);
+  if (delivered) unit.Bytes = BytesOf(frame);
+  if (delivered && track.HasStereoImage()) unit.RightEye = BytesOf(track.REyeFrameBuffer());
   track.BufferUnlock();
   if (!delivered)
-    throw CommandError(NotPlayable, "edit unit " + std::to_string(unit.FilePosition) + " of the track file " +
-                                        unit.AssetID + " cannot be read");
+    throw CommandError(ExitCode::NotPlayable, "edit unit " + std::to_string(unit.FilePosition) + " of the track file " +
+                                                  unit.AssetID + " cannot be read");
   if (type == Strata::TRKT_SOUND) {
     unit.Coding = FrameCoding::PCM;
-    unit.Sound = format_of(track);
+    unit.Sound = FormatOf(track);
   }
   if (type != Strata::TRKT_IMAGE) return;
   Cairn::AssetInfo info;
@@ -100,8 +104,8 @@ void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
   unit.Coding = FrameCoding::TimedText;
   QUIRE::TimedText::FrameBuffer buffer;
   if (!track.GetTimedTextData(buffer))
-    throw CommandError(NotPlayable, "the text document " + unit.AssetID + " cannot be read");
-  unit.Bytes = bytes_of(buffer);
+    throw CommandError(ExitCode::NotPlayable, "the text document " + unit.AssetID + " cannot be read");
+  unit.Bytes = BytesOf(buffer);
   if (unit.Encrypted) return;
 
   if (track.TextEssenceFormat() == Cairn::DFT_DCI_SMPTE) {
@@ -109,7 +113,7 @@ void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
     static_cast<void>(track.AncillaryResourceIDList(ids));
     for (const Ferro::UUID& id : ids) {
       if (!track.GetTimedTextResourceByID(id, buffer)) continue;
-      std::vector<ui8_t> bytes = bytes_of(buffer);
+      std::vector<ui8_t> bytes = BytesOf(buffer);
       unit.Resources.push_back({ResourceName(id, bytes), std::move(bytes)});
     }
     return;
@@ -117,5 +121,7 @@ void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
   Ferro::ArchivableList<Ferro::ArchivableString> names;
   static_cast<void>(track.AncillaryResourceNameList(names));
   for (const std::string& name : names)
-    if (track.GetTimedTextResourceByName(name, buffer)) unit.Resources.push_back({name, bytes_of(buffer)});
+    if (track.GetTimedTextResourceByName(name, buffer)) unit.Resources.push_back({name, BytesOf(buffer)});
 }
+
+}  // namespace Tool

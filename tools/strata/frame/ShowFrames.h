@@ -6,6 +6,8 @@
 #include <Strata/IPlaylist.h>
 #include <Strata/ITimelineTrack.h>
 
+namespace Tool {
+
 /// A show, of which the engine delivers the edit units: nested shows, compositions and entry points are its affair.
 class ShowFrames : public FrameSource {
  public:
@@ -26,3 +28,5 @@ class ShowFrames : public FrameSource {
   Inputs m_Inputs;  // outlives the playlist, which looks assets up in its store
   Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
 };
+
+}  // namespace Tool

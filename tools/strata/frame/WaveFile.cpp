@@ -8,6 +8,8 @@
 #include <limits>
 #include <string_view>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -23,14 +25,14 @@ constexpr std::array Speakers = {
     Speaker{"Rs", 0x20},   Speaker{"Lc", 0x40},  Speaker{"Rc", 0x80}, Speaker{"Cs", 0x100}, Speaker{"Lss", 0x200},
     Speaker{"Rss", 0x400}, Speaker{"Lrs", 0x10}, Speaker{"Rrs", 0x20}};
 
-ui32_t bit_of(std::string_view symbol) {
+ui32_t BitOf(std::string_view symbol) {
   for (const Speaker& speaker : Speakers)
     if (speaker.Symbol == symbol) return speaker.Bit;
   return 0;
 }
 
 /// `size` bytes, the least significant first.
-std::string number(ui64_t value, unsigned size) {
+std::string Number(ui64_t value, unsigned size) {
   std::string bytes;
   for (unsigned i = 0; i < size; ++i) bytes += static_cast<char>(value >> (8 * i) & 0xff);
   return bytes;
@@ -72,20 +74,20 @@ void WaveFile::Check(const Ferro::Result_t& result) const {
 // A chunk of filler holds the place of the one with the sizes of 64 bits.
 std::string WaveFile::Header() const {
   const ui32_t block = m_Channels * ((m_Bits + 7) / 8);
-  std::string format = number(0xfffe, 2) + number(m_Channels, 2) + number(m_SampleRate, 4) +
-                       number(ui64_t{m_SampleRate} * block, 4) + number(block, 2) + number((m_Bits + 7) / 8 * 8, 2) +
-                       number(22, 2) + number(m_Bits, 2) + number(m_SpeakerMask, 4);
+  std::string format = Number(0xfffe, 2) + Number(m_Channels, 2) + Number(m_SampleRate, 4) +
+                       Number(ui64_t{m_SampleRate} * block, 4) + Number(block, 2) + Number((m_Bits + 7) / 8 * 8, 2) +
+                       Number(22, 2) + Number(m_Bits, 2) + Number(m_SpeakerMask, 4);
   format += PCMSubFormat;
   constexpr ui64_t SizesLength = 28;
   constexpr ui64_t HeaderLength = 12 + 8 + SizesLength + 8 + 40 + 8;
   const ui64_t riff_size = HeaderLength - 8 + m_Length + m_Length % 2;
   const bool is_large = riff_size > LargestRIFF;
   const std::string sizes =
-      is_large ? number(riff_size, 8) + number(m_Length, 8) + number(m_Length / block, 8) + number(0, 4)
+      is_large ? Number(riff_size, 8) + Number(m_Length, 8) + Number(m_Length / block, 8) + Number(0, 4)
                : std::string(SizesLength, '\0');
-  return (is_large ? "RF64" : "RIFF") + number(is_large ? LargestRIFF : riff_size, 4) + "WAVE" +
-         (is_large ? "ds64" : "JUNK") + number(SizesLength, 4) + sizes + "fmt " + number(format.size(), 4) + format +
-         "data" + number(is_large ? LargestRIFF : m_Length, 4);
+  return (is_large ? "RF64" : "RIFF") + Number(is_large ? LargestRIFF : riff_size, 4) + "WAVE" +
+         (is_large ? "ds64" : "JUNK") + Number(SizesLength, 4) + sizes + "fmt " + Number(format.size(), 4) + format +
+         "data" + Number(is_large ? LargestRIFF : m_Length, 4);
 }
 
 ui32_t SpeakerMask(const std::string& configuration) {
@@ -93,10 +95,12 @@ ui32_t SpeakerMask(const std::string& configuration) {
   size_t start = configuration.find('(');
   while (start != std::string::npos) {
     const size_t end = configuration.find_first_of(",)", ++start);
-    const ui32_t bit = bit_of(std::string_view(configuration).substr(start, end - start));
+    const ui32_t bit = BitOf(std::string_view(configuration).substr(start, end - start));
     if (bit <= mask) break;  // none, or one before the highest so far
     mask |= bit;
     start = end;
   }
   return mask;
 }
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 #include <span>
 #include <string>
 
+namespace Tool {
+
 struct SoundFormat;
 
 /// Writes integer PCM as a WAVE file: RIFF, or RF64 (ITU-R BS.2088) beyond 4 GiB. The file stands under its name when
@@ -36,3 +38,5 @@ class WaveFile {
 /// bits name channels in a fixed order, so that the first channel that is out of it, or has no bit, and all that follow
 /// have no loudspeaker.
 [[nodiscard]] Ferro::ui32_t SpeakerMask(const std::string& configuration);
+
+}  // namespace Tool

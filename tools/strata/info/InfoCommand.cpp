@@ -7,6 +7,7 @@
 #include "InfoRaw.h"
 #include "InfoTrackFile.h"
 #include "show/InfoKinds.h"
+#include "terminal/Command.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
@@ -14,11 +15,12 @@
 
 #include <Cairn/InspectFile.h>
 #include <QUIRE/EssenceType.h>
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+
+namespace Tool {
 
 namespace {
 
@@ -27,13 +29,13 @@ struct InfoOptions {
   bool AsJson = false;
 };
 
-void describe_mxf(const std::string& path, Json& item) {
+void DescribeMXF(const std::string& path, Json& item) {
   QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
   if (QUIRE::EssenceType(path, essence).Failure()) essence = QUIRE::ESS_MXF_OTHER;
   DescribeTrackFile(path, essence, item);
 }
 
-void describe_file(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, Json& item) {
   Cairn::FileContent content;
   const auto result = Cairn::InspectFile(path, content);
   item["kind"] = FileKindName(content.Type);
@@ -44,7 +46,7 @@ void describe_file(const std::string& path, Json& item) {
     item["size_text"] = BytesText(size);
   }
   if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label());
-  if (IsMXF(content.Type)) return describe_mxf(path, item);
+  if (IsMXF(content.Type)) return DescribeMXF(path, item);
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
       return AddProblem(
@@ -58,62 +60,64 @@ void describe_file(const std::string& path, Json& item) {
   }
 }
 
-Json describe(const std::string& path, ExitCode& code) {
+Json Describe(const std::string& path, ExitCode& code) {
   Json item{{"path", path}, {"kind", "nothing"}};
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) {
     AddProblem(item, "There is no such file or folder.");
-    code = Usage;
+    code = ExitCode::Usage;
     return item;
   }
   if (std::filesystem::is_directory(status)) {
     item["kind"] = "folder";
     DescribeFolder(path, item);
   } else if (std::filesystem::is_regular_file(status)) {
-    describe_file(path, item);
+    DescribeFile(path, item);
   } else {
     item["kind"] = "device";
     AddProblem(item, "This is neither a file nor a folder.");
   }
-  if (item.contains("problems") && code == Fine) code = NotPlayable;
+  if (item.contains("problems") && code == ExitCode::Fine) code = ExitCode::NotPlayable;
   return item;
 }
 
-std::string render(const Json& report) {
+std::string Render(const Json& report) {
   std::string text;
   for (const Json& item : report["items"]) text += (text.empty() ? "" : "\n") + InfoText(item);
   return text;
 }
 
-ExitCode info(const InfoOptions& options) {
+ExitCode Info(const InfoOptions& options) {
   const QuietLog log;  // what is wrong is told in the items
-  ExitCode code = Fine;
+  ExitCode code = ExitCode::Fine;
   Json report = NewReport("info");
   report["items"] = Json::array();
   for (const std::string& path : options.Paths) {
-    report["items"].push_back(describe(path, code));
+    report["items"].push_back(Describe(path, code));
     if (Interrupt::Requested()) {
       std::fputs("strata: interrupted\n", stderr);
-      return Interrupted;
+      return ExitCode::Interrupted;
     }
   }
-  PrintReport(report, options.AsJson, render);
+  PrintReport(report, options.AsJson, Render);
   return code;
 }
 
 }  // namespace
 
-void AddInfoCommand(CLI::App& app, int& exit_code) {
+void AddInfoCommand(Command& program) {
   const auto options = std::make_shared<InfoOptions>();
-  CLI::App* command = app.add_subcommand("info", "Tell what files and folders are, and whether they are sound");
-  command->add_option("path", options->Paths, "A track file, a document, a font, an image, or a folder")->required();
-  command->add_flag("--json", options->AsJson, "Print the report as JSON");
-  command->footer(
+  Command& command = program.AddCommand("info", "Tell what files and folders are, and whether they are sound");
+  command.Add("path", options->Paths, "A track file, a document, a font, an image, or a folder").Required();
+  command.Add("--json", options->AsJson, "Print the report as JSON");
+  command.SetFooter(
       "A track file's index is followed to every edit unit; what is in the frames is not looked at.\n"
       "Exit codes: 0 all is sound, 1 there is no such path, 2 something is damaged or unknown, 4 interrupted.\n"
       "Examples:\n"
       "  strata info show/Trailer/picture-1.mxf\n"
       "  strata info show/Trailer --json");
-  command->callback([options, &exit_code] { exit_code = info(*options); });
+  command.Does([options] { return Info(*options); });
 }
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// strata info: what files and folders are.
-void AddInfoCommand(CLI::App& app, int& exit_code);
+void AddInfoCommand(Command& program);
+
+}  // namespace Tool

@@ -12,13 +12,15 @@
 #include <Cairn/PackingList.h>
 #include <Strata/ShowPlaylist.h>
 
+namespace Tool {
+
 namespace {
 
-const char* format_name(Cairn::DCPFormat_t format) {
+const char* FormatName(Cairn::DCPFormat_t format) {
   return format == Cairn::DFT_Interop ? "Interop" : "SMPTE";
 }
 
-Json asset_json(const char* kind, const Cairn::GenericAsset& asset) {
+Json AssetJson(const char* kind, const Cairn::GenericAsset& asset) {
   Json json{{"kind", kind}, {"id", asset.AssetID.EncodeString()}};
   json["entry_point"] = asset.EntryPoint;
   json["duration"] = asset.Duration;
@@ -27,35 +29,34 @@ Json asset_json(const char* kind, const Cairn::GenericAsset& asset) {
   return json;
 }
 
-Json text_json(const char* kind, const Cairn::TimedTextAsset& asset) {
-  Json json = asset_json(kind, asset);
+Json TextJson(const char* kind, const Cairn::TimedTextAsset& asset) {
+  Json json = AssetJson(kind, asset);
   AddFact(json, "language", asset.Language);
   return json;
 }
 
-Json reel_json(const Cairn::Reel& reel, bool stereoscopic) {
+Json ReelJson(const Cairn::Reel& reel, bool stereoscopic) {
   Json json{{"id", reel.ID.EncodeString()}, {"duration", reel.MainPicture.Duration}};
   Json& assets = json["assets"] = Json::array();
   if (reel.MainPicture.AssetID.HasValue())
-    assets.push_back(asset_json(stereoscopic ? "stereoscopic picture" : "picture", reel.MainPicture));
+    assets.push_back(AssetJson(stereoscopic ? "stereoscopic picture" : "picture", reel.MainPicture));
   if (reel.MainSound.AssetID.HasValue()) {
-    assets.push_back(asset_json("sound", reel.MainSound));
+    assets.push_back(AssetJson("sound", reel.MainSound));
     AddFact(assets.back(), "language", reel.MainSound.Language);
   }
   if (reel.MainSubtitle.AssetID.HasValue())
-    assets.push_back(text_json(AssetKindName(AssetKind::OnScreenText), reel.MainSubtitle));
-  for (const auto& text : reel.OffScreenText)
-    assets.push_back(text_json(AssetKindName(AssetKind::OffScreenText), text));
-  for (const auto& data : reel.AuxData) assets.push_back(asset_json(AssetKindName(AssetKind::AuxData), data));
+    assets.push_back(TextJson(AssetKindName(AssetKind::OnScreenText), reel.MainSubtitle));
+  for (const auto& text : reel.OffScreenText) assets.push_back(TextJson(AssetKindName(AssetKind::OffScreenText), text));
+  for (const auto& data : reel.AuxData) assets.push_back(AssetJson(AssetKindName(AssetKind::AuxData), data));
   Json& markers = json["markers"] = Json::array();
   for (const Cairn::Marker& marker : reel.MainMarkers.MarkerList)
     markers.push_back(Json{{"label", marker.Label}, {"offset", marker.Offset}});
   return json;
 }
 
-void describe(const Cairn::CompositionPlaylist& cpl, Json& item) {
+void Describe(const Cairn::CompositionPlaylist& cpl, Json& item) {
   AddFact(item, "id", cpl.ID);
-  item["flavour"] = format_name(cpl.DCPFormat);
+  item["flavour"] = FormatName(cpl.DCPFormat);
   AddFact(item, "title", cpl.ContentTitle);
   AddFact(item, "annotation", cpl.Annotation);
   AddFact(item, "content_kind", cpl.ContentKindText);
@@ -71,12 +72,12 @@ void describe(const Cairn::CompositionPlaylist& cpl, Json& item) {
   item["ratings"] = Json::array();
   for (const Cairn::Rating& rating : cpl.RatingList) item["ratings"].push_back(rating.Agency + ' ' + rating.Label);
   item["reels"] = Json::array();
-  for (const Cairn::Reel& reel : cpl.ReelList) item["reels"].push_back(reel_json(reel, cpl.StereoscopicImage));
+  for (const Cairn::Reel& reel : cpl.ReelList) item["reels"].push_back(ReelJson(reel, cpl.StereoscopicImage));
 }
 
-void describe(const Cairn::PackingList& pkl, Json& item) {
+void Describe(const Cairn::PackingList& pkl, Json& item) {
   AddFact(item, "id", pkl.ID);
-  item["flavour"] = format_name(pkl.DCPFormat);
+  item["flavour"] = FormatName(pkl.DCPFormat);
   AddFact(item, "annotation", pkl.Annotation);
   AddFact(item, "issue_date", pkl.IssueDate);
   AddFact(item, "issuer", pkl.Issuer);
@@ -94,9 +95,9 @@ void describe(const Cairn::PackingList& pkl, Json& item) {
   }
 }
 
-void describe(const Cairn::AssetMap& map, Json& item) {
+void Describe(const Cairn::AssetMap& map, Json& item) {
   AddFact(item, "id", map.ID);
-  item["flavour"] = format_name(map.DCPFormat);
+  item["flavour"] = FormatName(map.DCPFormat);
   AddFact(item, "annotation", map.Annotation);
   AddFact(item, "issue_date", map.IssueDate);
   AddFact(item, "issuer", map.Issuer);
@@ -111,12 +112,12 @@ void describe(const Cairn::AssetMap& map, Json& item) {
   }
 }
 
-void describe(const Cairn::VolumeIndex& volume, Json& item) {
-  item["flavour"] = format_name(volume.DCPFormat);
+void Describe(const Cairn::VolumeIndex& volume, Json& item) {
+  item["flavour"] = FormatName(volume.DCPFormat);
   item["volume"] = volume.Index;
 }
 
-Json sequence_item_json(const Strata::ShowPlaylist::ShowItem& item) {
+Json SequenceItemJson(const Strata::ShowPlaylist::ShowItem& item) {
   using Strata::ShowPlaylist;
   if (const auto* composition = dynamic_cast<const ShowPlaylist::CompositionItem*>(&item)) {
     Json json{{"kind", "composition"}, {"id", composition->ID.EncodeString()}};
@@ -135,7 +136,7 @@ Json sequence_item_json(const Strata::ShowPlaylist::ShowItem& item) {
   return Json{{"kind", "unknown"}};
 }
 
-void describe(const Strata::ShowPlaylist& spl, Json& item) {
+void Describe(const Strata::ShowPlaylist& spl, Json& item) {
   AddFact(item, "id", spl.ID);
   AddFact(item, "title", spl.ShowTitle);
   AddFact(item, "annotation", spl.Annotation);
@@ -145,10 +146,10 @@ void describe(const Strata::ShowPlaylist& spl, Json& item) {
   item["signed"] = spl.SignatureMode != Cairn::SM_NONE;
   item["duration_seconds"] = spl.GetDurationSeconds();
   item["sequence"] = Json::array();
-  for (const auto& entry : spl.ShowSequence) item["sequence"].push_back(sequence_item_json(*entry));
+  for (const auto& entry : spl.ShowSequence) item["sequence"].push_back(SequenceItemJson(*entry));
 }
 
-void describe(const Cairn::DCSubtitle& subtitle, Json& item) {
+void Describe(const Cairn::DCSubtitle& subtitle, Json& item) {
   AddFact(item, "id", subtitle.SubtitleID);
   item["flavour"] = "Interop";
   AddFact(item, "title", subtitle.MovieTitle);
@@ -159,11 +160,11 @@ void describe(const Cairn::DCSubtitle& subtitle, Json& item) {
 }
 
 template <class T>
-void describe_file(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, Json& item) {
   T document;
   const auto result = Cairn::InitObjectWithFile(document, path);
   if (result.Failure()) AddProblem(item, std::string("The document cannot be read in full: ") + result.Label() + '.');
-  describe(document, item);
+  Describe(document, item);
 }
 
 }  // namespace
@@ -171,17 +172,17 @@ void describe_file(const std::string& path, Json& item) {
 void DescribeDocument(const std::string& path, Cairn::FileType_t type, Json& item) {
   switch (type) {
     case Cairn::FT_CPL:
-      return describe_file<Cairn::CompositionPlaylist>(path, item);
+      return DescribeFile<Cairn::CompositionPlaylist>(path, item);
     case Cairn::FT_PKL:
-      return describe_file<Cairn::PackingList>(path, item);
+      return DescribeFile<Cairn::PackingList>(path, item);
     case Cairn::FT_ASSETMAP:
-      return describe_file<Cairn::AssetMap>(path, item);
+      return DescribeFile<Cairn::AssetMap>(path, item);
     case Cairn::FT_VOLINDEX:
-      return describe_file<Cairn::VolumeIndex>(path, item);
+      return DescribeFile<Cairn::VolumeIndex>(path, item);
     case Cairn::FT_SHOW:
-      return describe_file<Strata::ShowPlaylist>(path, item);
+      return DescribeFile<Strata::ShowPlaylist>(path, item);
     case Cairn::FT_TI_SUBTITLE:
-      return describe_file<Cairn::DCSubtitle>(path, item);
+      return DescribeFile<Cairn::DCSubtitle>(path, item);
     case Cairn::FT_RPL:
     case Cairn::FT_DCST:
       return DescribeByElements(path, item);
@@ -189,3 +190,5 @@ void DescribeDocument(const std::string& path, Cairn::FileType_t type, Json& ite
       return;
   }
 }
+
+}  // namespace Tool

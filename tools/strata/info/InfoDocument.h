@@ -5,5 +5,9 @@
 
 #include <Cairn/FileType.h>
 
+namespace Tool {
+
 /// Tells of a document: a playlist, packing list, asset map, volume index, resource presentation list or timed text.
 void DescribeDocument(const std::string& path, Cairn::FileType_t type, Json& item);
+
+}  // namespace Tool

@@ -8,6 +8,8 @@
 
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 using Cairn::LocalName;
@@ -76,3 +78,5 @@ void DescribeByElements(const std::string& path, Json& item) {
     AddProblem(item, std::string("The document cannot be read: ") + result.Label() + '.');
   item.update(elements.Facts);
 }
+
+}  // namespace Tool

@@ -9,9 +9,11 @@
 
 #include <set>
 
+namespace Tool {
+
 namespace {
 
-Json asset_json(const Cairn::AssetRecord& record, Json& item) {
+Json AssetJson(const Cairn::AssetRecord& record, Json& item) {
   Json json{{"kind", FileKindName(record.Info.FileType)}, {"id", record.Info.ID.EncodeString()}};
   AddFact(json, "file", record.Info.RealFilename);
   json["size"] = record.Info.FileSize;
@@ -45,7 +47,7 @@ void DescribeFolder(const std::string& path, Json& item) {
   for (const Cairn::AssetRecord& record : store.Assets()) {
     size += record.Info.FileSize;
     told.insert(record.Info.RealFilename);
-    assets.push_back(asset_json(record, item));
+    assets.push_back(AssetJson(record, item));
   }
   for (const Cairn::UnreadableEntry& entry : store.Unreadable())
     if (!told.contains(entry.Path)) AddProblem(item, entry.Path + ": It cannot be opened: " + entry.Reason + '.');
@@ -54,3 +56,5 @@ void DescribeFolder(const std::string& path, Json& item) {
   item["assets"] = assets;
   if (assets.empty() && store.Unreadable().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
 }
+
+}  // namespace Tool

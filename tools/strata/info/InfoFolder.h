@@ -3,5 +3,9 @@
 
 #include "InfoItem.h"
 
+namespace Tool {
+
 /// Tells of a folder: the packages in it and below, and every asset of theirs with what is wrong with it.
 void DescribeFolder(const std::string& path, Json& item);
+
+}  // namespace Tool

@@ -5,69 +5,71 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 constexpr size_t LabelWidth = 24;
 
-std::string value_text(const Json& value) {
+std::string ValueText(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   return value.dump();
 }
 
-bool is_plain(const Json& value) {
+bool IsPlain(const Json& value) {
   return !value.is_object() && !value.is_array();
 }
 
 /// A number that has a readable form beside it: "95874 (95.9 kB)".
-std::string value_text(const Json& object, const std::string& key) {
-  const std::string text = value_text(object[key]);
-  return object.contains(key + "_text") ? text + " (" + value_text(object[key + "_text"]) + ')' : text;
+std::string ValueText(const Json& object, const std::string& key) {
+  const std::string text = ValueText(object[key]);
+  return object.contains(key + "_text") ? text + " (" + ValueText(object[key + "_text"]) + ')' : text;
 }
 
 // "asset_id" is shown as "asset id".
-std::string label_of(std::string key) {
+std::string LabelOf(std::string key) {
   std::replace(key.begin(), key.end(), '_', ' ');
   return key;
 }
 
 /// All facts of an object in one line.
-std::string line_of(const Json& object) {
+std::string LineOf(const Json& object) {
   std::string line;
   for (const auto& [key, value] : object.items()) {
-    if (value.is_array() && std::all_of(value.begin(), value.end(), is_plain)) {
-      for (const Json& element : value) line += (line.empty() ? "" : ", ") + value_text(element);
-    } else if (is_plain(value)) {
-      line += (line.empty() ? "" : ", ") + (value.is_string() ? "" : label_of(key) + ' ') + value_text(value);
+    if (value.is_array() && std::all_of(value.begin(), value.end(), IsPlain)) {
+      for (const Json& element : value) line += (line.empty() ? "" : ", ") + ValueText(element);
+    } else if (IsPlain(value)) {
+      line += (line.empty() ? "" : ", ") + (value.is_string() ? "" : LabelOf(key) + ' ') + ValueText(value);
     }
   }
   return line;
 }
 
-void append_facts(const Json& object, size_t indent, std::string& text);
+void AppendFacts(const Json& object, size_t indent, std::string& text);
 
-void append_list(const Json& list, size_t indent, std::string& text) {
+void AppendList(const Json& list, size_t indent, std::string& text) {
   for (const Json& element : list) {
-    text += std::string(indent, ' ') + (element.is_object() ? line_of(element) : value_text(element)) + '\n';
+    text += std::string(indent, ' ') + (element.is_object() ? LineOf(element) : ValueText(element)) + '\n';
     if (!element.is_object()) continue;
     for (const auto& [key, value] : element.items())  // what a line cannot hold
-      if (value.is_array() && !value.empty() && !is_plain(value.front())) append_list(value, indent + 2, text);
+      if (value.is_array() && !value.empty() && !IsPlain(value.front())) AppendList(value, indent + 2, text);
   }
 }
 
-void append_facts(const Json& object, size_t indent, std::string& text) {
+void AppendFacts(const Json& object, size_t indent, std::string& text) {
   for (const auto& [key, value] : object.items()) {
     if (key.ends_with("_text")) continue;  // shown with its number
-    const std::string label = std::string(indent, ' ') + label_of(key);
-    if (is_plain(value)) {
-      text += label + std::string(std::max(LabelWidth, label.size() + 1) - label.size(), ' ') +
-              value_text(object, key) + '\n';
+    const std::string label = std::string(indent, ' ') + LabelOf(key);
+    if (IsPlain(value)) {
+      text += label + std::string(std::max(LabelWidth, label.size() + 1) - label.size(), ' ') + ValueText(object, key) +
+              '\n';
     } else if (value.is_object()) {
       text += label + '\n';
-      append_facts(value, indent + 2, text);
+      AppendFacts(value, indent + 2, text);
     } else if (!value.empty()) {
       text += label + '\n';
-      append_list(value, indent + 2, text);
+      AppendList(value, indent + 2, text);
     }
   }
 }
@@ -99,7 +101,9 @@ std::string InfoText(const Json& item) {
   facts.erase("kind");
   Json problems = facts.value("problems", Json::array());
   facts.erase("problems");
-  append_facts(facts, 2, text);
+  AppendFacts(facts, 2, text);
   for (const Json& problem : problems) text += "  problem: " + problem.get<std::string>() + '\n';
   return text;
 }
+
+}  // namespace Tool

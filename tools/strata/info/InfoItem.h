@@ -8,6 +8,8 @@
 
 #include <string>
 
+namespace Tool {
+
 // What `strata info` tells of one path: a JSON object with "path", "kind", and what there is to tell of that kind. Texts
 // and identifiers without value are left out. "problems" lists what is wrong, a sentence each.
 
@@ -20,3 +22,5 @@ void AddProblem(Json& item, const std::string& sentence);
 
 /// The text form of an item, from the model: a line for each fact, lists indented below their names.
 [[nodiscard]] std::string InfoText(const Json& item);
+
+}  // namespace Tool

@@ -8,10 +8,12 @@
 #include <array>
 #include <vector>
 
+namespace Tool {
+
 namespace {
 
 // Main headers of codestreams and streams are far shorter.
-std::vector<Ferro::ui8_t> head_of(const std::string& path) {
+std::vector<Ferro::ui8_t> HeadOf(const std::string& path) {
   std::vector<Ferro::ui8_t> head(65536);
   Ferro::FileReader file;
   size_t count = 0;
@@ -20,9 +22,9 @@ std::vector<Ferro::ui8_t> head_of(const std::string& path) {
   return head;
 }
 
-void describe_codestream(const std::string& path, Json& item) {
+void DescribeCodestream(const std::string& path, Json& item) {
   QUIRE::JP2K::PictureDescriptor descriptor;
-  if (QUIRE::JP2K::ParseCodestream(head_of(path), descriptor).Failure())
+  if (QUIRE::JP2K::ParseCodestream(HeadOf(path), descriptor).Failure())
     return AddProblem(item, "The main header of this codestream is damaged.");
   item["picture"] = Json{{"width", descriptor.StoredWidth},
                          {"height", descriptor.StoredHeight},
@@ -30,9 +32,9 @@ void describe_codestream(const std::string& path, Json& item) {
                          {"bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1}};
 }
 
-void describe_stream(const std::string& path, Json& item) {
+void DescribeStream(const std::string& path, Json& item) {
   QUIRE::MPEG2::VideoDescriptor descriptor;
-  if (QUIRE::MPEG2::ParseSequence(head_of(path), descriptor).Failure())
+  if (QUIRE::MPEG2::ParseSequence(HeadOf(path), descriptor).Failure())
     return AddProblem(item, "The sequence header of this stream is damaged.");
   item["picture"] = Json{{"width", descriptor.StoredWidth},
                          {"height", descriptor.StoredHeight},
@@ -40,7 +42,7 @@ void describe_stream(const std::string& path, Json& item) {
                          {"bits_per_second", descriptor.BitRate}};
 }
 
-void describe_sound(const std::string& path, Json& item) {
+void DescribeSound(const std::string& path, Json& item) {
   QUIRE::PCM::WAVReader reader;
   QUIRE::PCM::AudioDescriptor descriptor;
   const QUIRE::Rational per_second(1, 1);
@@ -54,8 +56,8 @@ void describe_sound(const std::string& path, Json& item) {
 }
 
 // The header chunk comes first (ISO/IEC 15948, 11.2.2): signature, length, "IHDR", width, height, bit depth.
-void describe_image(const std::string& path, Json& item) {
-  const std::vector<Ferro::ui8_t> head = head_of(path);
+void DescribeImage(const std::string& path, Json& item) {
+  const std::vector<Ferro::ui8_t> head = HeadOf(path);
   if (head.size() < 25) return AddProblem(item, "This image is cut off.");
   const auto number = [&](size_t at) {
     return Ferro::ui32_t{head[at]} << 24 | Ferro::ui32_t{head[at + 1]} << 16 | Ferro::ui32_t{head[at + 2]} << 8 |
@@ -67,8 +69,10 @@ void describe_image(const std::string& path, Json& item) {
 }  // namespace
 
 void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, Json& item) {
-  if (type == Cairn::FT_J2C) describe_codestream(path, item);
-  if (type == Cairn::FT_WAV) describe_sound(path, item);
-  if (type == Cairn::FT_MPEG2_VES) describe_stream(path, item);
-  if (type == Cairn::FT_TI_PNG) describe_image(path, item);
+  if (type == Cairn::FT_J2C) DescribeCodestream(path, item);
+  if (type == Cairn::FT_WAV) DescribeSound(path, item);
+  if (type == Cairn::FT_MPEG2_VES) DescribeStream(path, item);
+  if (type == Cairn::FT_TI_PNG) DescribeImage(path, item);
 }
+
+}  // namespace Tool

@@ -11,6 +11,8 @@
 #include <optional>
 #include <vector>
 
+namespace Tool {
+
 namespace {
 
 using QUIRE::MXF::EssenceRun;
@@ -18,7 +20,7 @@ using QUIRE::MXF::FileStructure;
 using QUIRE::MXF::Partition;
 using QUIRE::MXF::PartitionKind;
 
-const char* partition_name(PartitionKind kind) {
+const char* PartitionName(PartitionKind kind) {
   switch (kind) {
     case PartitionKind::Header:
       return "header";
@@ -32,15 +34,15 @@ const char* partition_name(PartitionKind kind) {
   return "unknown";
 }
 
-Json partition_json(const Partition& partition) {
-  Json json{{"kind", partition_name(partition.Kind)}, {"offset", partition.FileOffset}};
+Json PartitionJson(const Partition& partition) {
+  Json json{{"kind", PartitionName(partition.Kind)}, {"offset", partition.FileOffset}};
   if (partition.BodySID != 0) json["body_sid"] = partition.BodySID;
   if (partition.IndexSID != 0) json["index_sid"] = partition.IndexSID;
   return json;
 }
 
 /// Where the random index pack says that partitions lie, against where they are.
-void check_random_index(const FileStructure& structure, Json& item) {
+void CheckRandomIndex(const FileStructure& structure, Json& item) {
   const auto& pairs = structure.RandomIndex.PairArray;
   if (pairs.empty()) return AddProblem(item, "There is no random index pack: the file may be cut off.");
   const auto is_there = [&](const QUIRE::MXF::RIP::Pair& pair) {
@@ -54,15 +56,15 @@ void check_random_index(const FileStructure& structure, Json& item) {
 }
 
 /// The stream of the essence: that of the first partition that has one and is no generic stream.
-QUIRE::ui32_t essence_stream(const FileStructure& structure) {
+QUIRE::ui32_t EssenceStream(const FileStructure& structure) {
   for (const Partition& partition : structure.Partitions)
     if (partition.BodySID != 0 && partition.Kind != PartitionKind::GenericStream) return partition.BodySID;
   return 0;
 }
 
 /// The first edit unit that the index does not lead to; no value when it leads to all.
-std::optional<Ferro::ui64_t> first_lost(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs,
-                                        const QUIRE::MXF::IndexTable& index, Ferro::ui64_t edit_units) {
+std::optional<Ferro::ui64_t> FirstLost(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs,
+                                       const QUIRE::MXF::IndexTable& index, Ferro::ui64_t edit_units) {
   std::optional<Ferro::ui64_t> before;
   QUIRE::UL first_key;
   for (Ferro::ui64_t number = 0; number < edit_units; ++number) {
@@ -81,15 +83,15 @@ std::optional<Ferro::ui64_t> first_lost(const Ferro::FileReader& file, const std
 }
 
 /// How many edit units are in the file, found by reading through it; 0 when that fails.
-Ferro::ui64_t count_edit_units(const Ferro::FileReader& file, const FileStructure& structure,
-                               const std::vector<EssenceRun>& runs, QUIRE::ui32_t stream, bool stereoscopic) {
+Ferro::ui64_t CountEditUnits(const Ferro::FileReader& file, const FileStructure& structure,
+                             const std::vector<EssenceRun>& runs, QUIRE::ui32_t stream, bool stereoscopic) {
   QUIRE::MXF::IndexTable rebuilt;
   const auto result = structure.ReadOrRebuildIndex(file, runs, stream, stereoscopic ? 2 : 1, rebuilt);
   return result.Success() ? rebuilt.Duration() : 0;
 }
 
-void check_index(const Ferro::FileReader& file, const FileStructure& structure, bool stereoscopic, Json& item) {
-  const QUIRE::ui32_t stream = essence_stream(structure);
+void CheckIndex(const Ferro::FileReader& file, const FileStructure& structure, bool stereoscopic, Json& item) {
+  const QUIRE::ui32_t stream = EssenceStream(structure);
   const auto duration = item.value("duration", Ferro::ui64_t{0});
   std::vector<EssenceRun> runs;
   QUIRE::MXF::IndexTable index;
@@ -100,7 +102,7 @@ void check_index(const Ferro::FileReader& file, const FileStructure& structure, 
   if (result.Failure() || index.IsEmpty()) {
     health["health"] = "missing";
     AddProblem(item, "There is no usable index: frames are found by reading through the whole file.");
-    const Ferro::ui64_t there = count_edit_units(file, structure, runs, stream, stereoscopic);
+    const Ferro::ui64_t there = CountEditUnits(file, structure, runs, stream, stereoscopic);
     if (there < duration)
       AddProblem(item, "The file holds " + std::to_string(there) + " of " + std::to_string(duration) + " edit units.");
     return;
@@ -114,7 +116,7 @@ void check_index(const Ferro::FileReader& file, const FileStructure& structure, 
   };
   if (covered < duration)
     fail("The index covers " + std::to_string(covered) + " of " + std::to_string(duration) + " edit units.");
-  if (const auto lost = first_lost(file, runs, index, std::min(covered, duration)))
+  if (const auto lost = FirstLost(file, runs, index, std::min(covered, duration)))
     fail("Edit unit " + std::to_string(*lost) + " is not where the index says, or the file ends before it does.");
 }
 
@@ -132,9 +134,11 @@ void DescribeStructure(const std::string& path, QUIRE::EssenceType_t essence, Js
   if (!structure.Partitions.empty())
     facts["operational_pattern"] = structure.Partitions.front().OperationalPattern.EncodeString();
   facts["partitions"] = Json::array();
-  for (const Partition& partition : structure.Partitions) facts["partitions"].push_back(partition_json(partition));
-  check_random_index(structure, item);
+  for (const Partition& partition : structure.Partitions) facts["partitions"].push_back(PartitionJson(partition));
+  CheckRandomIndex(structure, item);
   // Timed text lies in one piece and needs no index.
   if (essence != QUIRE::ESS_TIMED_TEXT && essence != QUIRE::ESS_MXF_OTHER)
-    check_index(file, structure, essence == QUIRE::ESS_JPEG_2000_S, item);
+    CheckIndex(file, structure, essence == QUIRE::ESS_JPEG_2000_S, item);
 }
+
+}  // namespace Tool

@@ -5,6 +5,10 @@
 
 #include <QUIRE/EssenceType.h>
 
+namespace Tool {
+
 /// Tells of an MXF file's partitions, and whether its index leads to every edit unit: reads the key and length of each.
 /// `item` has the file's "duration" by then, where that is known.
 void DescribeStructure(const std::string& path, QUIRE::EssenceType_t essence, Json& item);
+
+}  // namespace Tool

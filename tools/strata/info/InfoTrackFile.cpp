@@ -16,17 +16,19 @@
 
 #include <stdexcept>
 
+namespace Tool {
+
 namespace {
 
-void add_label(Json& item, const char* key, const QUIRE::UL& label) {
+void AddLabel(Json& item, const char* key, const QUIRE::UL& label) {
   if (label.HasValue()) item[key] = label.EncodeString();
 }
 
-void add_rate(Json& item, const char* key, const QUIRE::Rational& rate) {
+void AddRate(Json& item, const char* key, const QUIRE::Rational& rate) {
   if (rate.Denominator != 0) item[key] = rate.EncodeString();
 }
 
-const char* label_set_name(QUIRE::LabelSet_t labels) {
+const char* LabelSetName(QUIRE::LabelSet_t labels) {
   switch (labels) {
     case QUIRE::LS_MXF_INTEROP:
       return "Interop";
@@ -37,11 +39,11 @@ const char* label_set_name(QUIRE::LabelSet_t labels) {
   }
 }
 
-void add_writer(const QUIRE::TrackFileReader& reader, Json& item) {
+void AddWriter(const QUIRE::TrackFileReader& reader, Json& item) {
   QUIRE::WriterInfo info;
   if (reader.FillWriterInfo(info).Failure()) return;
   AddFact(item, "asset_id", info.AssetUUID);
-  item["label_set"] = label_set_name(info.LabelSetType);
+  item["label_set"] = LabelSetName(info.LabelSetType);
   Json& maker = item["made_by"] = Json::object();
   AddFact(maker, "company", info.CompanyName);
   AddFact(maker, "product", info.ProductName);
@@ -57,42 +59,42 @@ void add_writer(const QUIRE::TrackFileReader& reader, Json& item) {
 }
 
 template <class DescriptorT>
-void add_length(const DescriptorT& descriptor, Json& item) {
-  add_rate(item, "edit_rate", descriptor.EditRate);
+void AddLength(const DescriptorT& descriptor, Json& item) {
+  AddRate(item, "edit_rate", descriptor.EditRate);
   AddDuration(item, descriptor.ContainerDuration, descriptor.EditRate);
 }
 
 template <class DescriptorT>
-Json picture_size(const DescriptorT& descriptor) {
+Json PictureSize(const DescriptorT& descriptor) {
   Json picture{{"width", descriptor.StoredWidth}, {"height", descriptor.StoredHeight}};
-  add_rate(picture, "aspect_ratio", descriptor.AspectRatio);
-  add_label(picture, "coding", descriptor.PictureEssenceCoding);
+  AddRate(picture, "aspect_ratio", descriptor.AspectRatio);
+  AddLabel(picture, "coding", descriptor.PictureEssenceCoding);
   return picture;
 }
 
-void describe(QUIRE::JP2K::MXFSReader& reader, Json& item) {
+void Describe(QUIRE::JP2K::MXFSReader& reader, Json& item) {
   QUIRE::JP2K::PictureDescriptor descriptor;
   if (reader.FillPictureDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
-  Json& picture = item["picture"] = picture_size(descriptor);
+  AddLength(descriptor, item);
+  Json& picture = item["picture"] = PictureSize(descriptor);
   picture["stereoscopic"] = descriptor.Stereoscopic;
-  add_rate(picture, "sample_rate", descriptor.SampleRate);
+  AddRate(picture, "sample_rate", descriptor.SampleRate);
   picture["components"] = descriptor.Csiz;
   if (!descriptor.PictureComponentSizing.empty())
     picture["bits"] = (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1;
 }
 
-void describe(QUIRE::MPEG2::MXFReader& reader, Json& item) {
+void Describe(QUIRE::MPEG2::MXFReader& reader, Json& item) {
   QUIRE::MPEG2::VideoDescriptor descriptor;
   if (reader.FillVideoDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
-  Json& picture = item["picture"] = picture_size(descriptor);
-  add_rate(picture, "sample_rate", descriptor.SampleRate);
+  AddLength(descriptor, item);
+  Json& picture = item["picture"] = PictureSize(descriptor);
+  AddRate(picture, "sample_rate", descriptor.SampleRate);
   picture["bits_per_second"] = descriptor.BitRate;
 }
 
 // As the engine names it; a label that it cannot read leaves the text empty.
-std::string sound_configuration(QUIRE::PCM::MXFReader& reader) {
+std::string SoundConfiguration(QUIRE::PCM::MXFReader& reader) {
   try {
     return Strata::sound_config_from_mxf(reader.OP1aHeader(), QUIRE::DefaultSMPTEDict(), true);
   } catch (const std::out_of_range&) {
@@ -100,19 +102,19 @@ std::string sound_configuration(QUIRE::PCM::MXFReader& reader) {
   }
 }
 
-void describe(QUIRE::PCM::MXFReader& reader, Json& item) {
+void Describe(QUIRE::PCM::MXFReader& reader, Json& item) {
   QUIRE::PCM::AudioDescriptor descriptor;
   if (reader.FillAudioDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
+  AddLength(descriptor, item);
   Json& sound = item["sound"] = Json{{"channels", descriptor.ChannelCount}, {"bits", descriptor.QuantizationBits}};
-  add_rate(sound, "sampling_rate", descriptor.AudioSamplingRate);
-  AddFact(sound, "configuration", sound_configuration(reader));
+  AddRate(sound, "sampling_rate", descriptor.AudioSamplingRate);
+  AddFact(sound, "configuration", SoundConfiguration(reader));
 }
 
-void describe(QUIRE::TimedText::MXFReader& reader, Json& item) {
+void Describe(QUIRE::TimedText::MXFReader& reader, Json& item) {
   QUIRE::TimedText::TimedTextDescriptor descriptor;
   if (reader.FillTimedTextDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
+  AddLength(descriptor, item);
   Json& text = item["text"] = Json::object();
   AddFact(text, "document_id", descriptor.AssetID);
   AddFact(text, "namespace", descriptor.NamespaceName);
@@ -128,24 +130,24 @@ void describe(QUIRE::TimedText::MXFReader& reader, Json& item) {
   }
 }
 
-Json data_facts(const QUIRE::DCData::DCDataDescriptor& descriptor) {
+Json DataFacts(const QUIRE::DCData::DCDataDescriptor& descriptor) {
   Json data = Json::object();
-  add_label(data, "coding", descriptor.DataEssenceCoding);
+  AddLabel(data, "coding", descriptor.DataEssenceCoding);
   return data;
 }
 
-void describe(QUIRE::DCData::MXFReader& reader, Json& item) {
+void Describe(QUIRE::DCData::MXFReader& reader, Json& item) {
   QUIRE::DCData::DCDataDescriptor descriptor;
   if (reader.FillDCDataDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
-  item["data"] = data_facts(descriptor);
+  AddLength(descriptor, item);
+  item["data"] = DataFacts(descriptor);
 }
 
-void describe(QUIRE::ATMOS::MXFReader& reader, Json& item) {
+void Describe(QUIRE::ATMOS::MXFReader& reader, Json& item) {
   QUIRE::ATMOS::AtmosDescriptor descriptor;
   if (reader.FillAtmosDescriptor(descriptor).Failure()) return;
-  add_length(descriptor, item);
-  Json& data = item["data"] = data_facts(descriptor);
+  AddLength(descriptor, item);
+  Json& data = item["data"] = DataFacts(descriptor);
   AddFact(data, "immersive_audio_id", descriptor.AtmosID);
   data["version"] = descriptor.AtmosVersion;
   data["first_frame"] = descriptor.FirstFrame;
@@ -154,12 +156,12 @@ void describe(QUIRE::ATMOS::MXFReader& reader, Json& item) {
 }
 
 template <class ReaderT>
-void describe_file(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, Json& item) {
   ReaderT reader;
   if (const auto result = reader.OpenRead(path); result.Failure())
     return AddProblem(item, std::string("The track file cannot be opened: ") + result.Label() + '.');
-  describe(reader, item);
-  add_writer(reader, item);
+  Describe(reader, item);
+  AddWriter(reader, item);
 }
 
 }  // namespace
@@ -168,22 +170,22 @@ void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, Js
   switch (essence) {
     case QUIRE::ESS_JPEG_2000:
     case QUIRE::ESS_JPEG_2000_S:
-      describe_file<QUIRE::JP2K::MXFSReader>(path, item);
+      DescribeFile<QUIRE::JP2K::MXFSReader>(path, item);
       break;
     case QUIRE::ESS_MPEG2_VES:
-      describe_file<QUIRE::MPEG2::MXFReader>(path, item);
+      DescribeFile<QUIRE::MPEG2::MXFReader>(path, item);
       break;
     case QUIRE::ESS_PCM:
-      describe_file<QUIRE::PCM::MXFReader>(path, item);
+      DescribeFile<QUIRE::PCM::MXFReader>(path, item);
       break;
     case QUIRE::ESS_TIMED_TEXT:
-      describe_file<QUIRE::TimedText::MXFReader>(path, item);
+      DescribeFile<QUIRE::TimedText::MXFReader>(path, item);
       break;
     case QUIRE::ESS_DCDATA:
-      describe_file<QUIRE::DCData::MXFReader>(path, item);
+      DescribeFile<QUIRE::DCData::MXFReader>(path, item);
       break;
     case QUIRE::ESS_ATMOS:
-      describe_file<QUIRE::ATMOS::MXFReader>(path, item);
+      DescribeFile<QUIRE::ATMOS::MXFReader>(path, item);
       break;
     case QUIRE::ESS_MXF_OTHER:
     case QUIRE::ESS_UNKNOWN:
@@ -193,3 +195,5 @@ void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, Js
   if (essence == QUIRE::ESS_MXF_OTHER && item.contains("structure"))
     AddProblem(item, "This is MXF, but no track file of a digital cinema package.");
 }
+
+}  // namespace Tool

@@ -5,5 +5,9 @@
 
 #include <QUIRE/EssenceType.h>
 
+namespace Tool {
+
 /// Tells of a track file: what it holds, who made it, how it is encrypted, and whether its structure and index are sound.
 void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, Json& item);
+
+}  // namespace Tool

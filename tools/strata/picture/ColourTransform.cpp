@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Tool {
+
 namespace {
 
 using Vector = std::array<double, 3>;
@@ -26,36 +28,36 @@ constexpr Matrix ConeInverse = {
 constexpr Vector WhiteDCI = {0.314 / 0.351, 1.0, 0.335 / 0.351};  // XYZ of x 0.314, y 0.351
 constexpr Vector WhiteD65 = {0.95047, 1.0, 1.08883};
 
-Vector times(const Matrix& matrix, const Vector& vector) {
+Vector Times(const Matrix& matrix, const Vector& vector) {
   Vector result{};
   for (size_t row = 0; row < 3; ++row)
     for (size_t column = 0; column < 3; ++column) result[row] += matrix[row][column] * vector[column];
   return result;
 }
 
-Matrix times(const Matrix& left, const Matrix& right) {
+Matrix Times(const Matrix& left, const Matrix& right) {
   Matrix result{};
   for (size_t column = 0; column < 3; ++column) {
-    const Vector product = times(left, Vector{right[0][column], right[1][column], right[2][column]});
+    const Vector product = Times(left, Vector{right[0][column], right[1][column], right[2][column]});
     for (size_t row = 0; row < 3; ++row) result[row][column] = product[row];
   }
   return result;
 }
 
-Matrix adaptation(const Vector& from, const Vector& to) {
-  const Vector before = times(Cone, from);
-  const Vector after = times(Cone, to);
+Matrix Adaptation(const Vector& from, const Vector& to) {
+  const Vector before = Times(Cone, from);
+  const Vector after = Times(Cone, to);
   Matrix scaled = Cone;
   for (size_t row = 0; row < 3; ++row)
     for (double& value : scaled[row]) value *= after[row] / before[row];
-  return times(ConeInverse, scaled);
+  return Times(ConeInverse, scaled);
 }
 
-Ferro::ui8_t to_byte(double value) {
+Ferro::ui8_t ToByte(double value) {
   return static_cast<Ferro::ui8_t>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
 }
 
-double encode(double light) {
+double Encode(double light) {
   return light <= 0.0031308 ? 12.92 * light : 1.055 * std::pow(light, 1 / 2.4) - 0.055;
 }
 
@@ -64,7 +66,7 @@ double encode(double light) {
 ColourTransform::ColourTransform(PictureColour colour, WhitePoint white, unsigned bits)
     : m_IsXYZ(colour == PictureColour::XYZ || (colour == PictureColour::Unknown && bits == 12)),
       m_LargestCode(double((1U << bits) - 1)),
-      m_Matrix(white == WhitePoint::DCI ? times(ScreenFromXYZ, adaptation(WhiteDCI, WhiteD65)) : ScreenFromXYZ) {
+      m_Matrix(white == WhitePoint::DCI ? Times(ScreenFromXYZ, Adaptation(WhiteDCI, WhiteD65)) : ScreenFromXYZ) {
   if (!m_IsXYZ) return;
   m_Light.resize(size_t{1} << bits);
   for (size_t code = 0; code < m_Light.size(); ++code)
@@ -74,10 +76,12 @@ ColourTransform::ColourTransform(PictureColour colour, WhitePoint white, unsigne
 std::array<Ferro::ui8_t, 3> ColourTransform::operator()(const std::array<Ferro::ui16_t, 3>& samples) const {
   std::array<Ferro::ui8_t, 3> result{};
   if (!m_IsXYZ) {
-    for (size_t i = 0; i < 3; ++i) result[i] = to_byte(samples[i] / m_LargestCode);
+    for (size_t i = 0; i < 3; ++i) result[i] = ToByte(samples[i] / m_LargestCode);
     return result;
   }
-  const Vector light = times(m_Matrix, Vector{m_Light[samples[0]], m_Light[samples[1]], m_Light[samples[2]]});
-  for (size_t i = 0; i < 3; ++i) result[i] = to_byte(encode(std::max(light[i], 0.0)));
+  const Vector light = Times(m_Matrix, Vector{m_Light[samples[0]], m_Light[samples[1]], m_Light[samples[2]]});
+  for (size_t i = 0; i < 3; ++i) result[i] = ToByte(Encode(std::max(light[i], 0.0)));
   return result;
 }
+
+}  // namespace Tool

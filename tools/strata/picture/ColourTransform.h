@@ -6,6 +6,8 @@
 #include <array>
 #include <vector>
 
+namespace Tool {
+
 /// What the samples of a picture mean.
 enum class PictureColour {
   Unknown,  ///< nothing says it: X'Y'Z' where samples have 12 bits, else RGB
@@ -39,3 +41,5 @@ class ColourTransform {
   Matrix m_Matrix;              // from X'Y'Z' light to sRGB light
   std::vector<double> m_Light;  // by code; 1.0 is 48 cd/m²
 };
+
+}  // namespace Tool

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace Tool {
+
 namespace {
 
 constexpr Ferro::ui32_t LargestSide = 8192;  // pixels
@@ -19,7 +21,7 @@ struct MemoryReader {
   size_t Position = 0;
 };
 
-OPJ_SIZE_T read_bytes(void* buffer, OPJ_SIZE_T size, void* user) {
+OPJ_SIZE_T ReadBytes(void* buffer, OPJ_SIZE_T size, void* user) {
   auto& reader = *static_cast<MemoryReader*>(user);
   const size_t count = std::min<size_t>(size, reader.Bytes.size() - reader.Position);
   if (count == 0) return static_cast<OPJ_SIZE_T>(-1);
@@ -28,7 +30,7 @@ OPJ_SIZE_T read_bytes(void* buffer, OPJ_SIZE_T size, void* user) {
   return count;
 }
 
-OPJ_OFF_T skip_bytes(OPJ_OFF_T count, void* user) {
+OPJ_OFF_T SkipBytes(OPJ_OFF_T count, void* user) {
   auto& reader = *static_cast<MemoryReader*>(user);
   if (count < 0) return -1;
   const size_t skipped = std::min(static_cast<size_t>(count), reader.Bytes.size() - reader.Position);
@@ -36,14 +38,14 @@ OPJ_OFF_T skip_bytes(OPJ_OFF_T count, void* user) {
   return static_cast<OPJ_OFF_T>(skipped);
 }
 
-OPJ_BOOL seek_bytes(OPJ_OFF_T position, void* user) {
+OPJ_BOOL SeekBytes(OPJ_OFF_T position, void* user) {
   auto& reader = *static_cast<MemoryReader*>(user);
   if (position < 0 || static_cast<size_t>(position) > reader.Bytes.size()) return OPJ_FALSE;
   reader.Position = static_cast<size_t>(position);
   return OPJ_TRUE;
 }
 
-void keep_message(const char* message, void* user) {
+void KeepMessage(const char* message, void* user) {
   auto& kept = *static_cast<std::string*>(user);
   if (kept.empty()) kept.assign(message, std::strcspn(message, "\r\n"));
 }
@@ -64,14 +66,14 @@ using StreamPtr = std::unique_ptr<opj_stream_t, Deleter<opj_stream_destroy>>;
 }
 
 /// The decoder takes missing tile parts for none. Zeros that fill up a codestream are no part of it.
-bool has_end(std::span<const Ferro::ui8_t> codestream) {
+bool HasEnd(std::span<const Ferro::ui8_t> codestream) {
   size_t size = codestream.size();
   while (size > 0 && codestream[size - 1] == 0) --size;
   return size >= 2 && codestream[size - 2] == 0xff && codestream[size - 1] == 0xd9;
 }
 
 /// Before anything is allocated for it: the header of a broken file may claim any size.
-void check_header(const opj_image_t& image) {
+void CheckHeader(const opj_image_t& image) {
   if (image.x1 <= image.x0 || image.y1 <= image.y0 || image.x1 - image.x0 > LargestSide ||
       image.y1 - image.y0 > LargestSide)
     refuse("it claims to have " + std::to_string(image.x1 - image.x0) + " x " + std::to_string(image.y1 - image.y0) +
@@ -86,7 +88,7 @@ void check_header(const opj_image_t& image) {
   }
 }
 
-DecodedPicture pixels_of(const opj_image_t& image) {
+DecodedPicture PixelsOf(const opj_image_t& image) {
   const opj_image_comp_t& first = image.comps[0];
   DecodedPicture picture{first.w, first.h, first.prec, {}};
   picture.Pixels.resize(size_t{first.w} * first.h);
@@ -109,12 +111,12 @@ DecodedPicture DecodePicture(std::span<const Ferro::ui8_t> codestream) {
   const CodecPtr codec(opj_create_decompress(OPJ_CODEC_J2K));
   const StreamPtr stream(opj_stream_create(1 << 20, OPJ_TRUE));
   if (!codec || !stream) refuse("no memory");
-  opj_stream_set_read_function(stream.get(), read_bytes);
-  opj_stream_set_skip_function(stream.get(), skip_bytes);
-  opj_stream_set_seek_function(stream.get(), seek_bytes);
+  opj_stream_set_read_function(stream.get(), ReadBytes);
+  opj_stream_set_skip_function(stream.get(), SkipBytes);
+  opj_stream_set_seek_function(stream.get(), SeekBytes);
   opj_stream_set_user_data(stream.get(), &memory, nullptr);
   opj_stream_set_user_data_length(stream.get(), codestream.size());
-  opj_set_error_handler(codec.get(), keep_message, &message);
+  opj_set_error_handler(codec.get(), KeepMessage, &message);
 
   opj_dparameters_t parameters;
   opj_set_default_decoder_parameters(&parameters);
@@ -123,9 +125,11 @@ DecodedPicture DecodePicture(std::span<const Ferro::ui8_t> codestream) {
       opj_setup_decoder(codec.get(), &parameters) != 0 && opj_read_header(stream.get(), codec.get(), &read) != 0;
   const ImagePtr image(read);
   if (!has_header || !image) refuse(message.empty() ? "it is no JPEG 2000 codestream" : message);
-  check_header(*image);
-  if (!has_end(codestream)) refuse("it is cut short");
+  CheckHeader(*image);
+  if (!HasEnd(codestream)) refuse("it is cut short");
   if (opj_decode(codec.get(), stream.get(), image.get()) == 0 || opj_end_decompress(codec.get(), stream.get()) == 0)
     refuse(message.empty() ? "it is broken" : message);
-  return pixels_of(*image);
+  return PixelsOf(*image);
 }
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+namespace Tool {
+
 /// A picture out of its codestream.
 struct DecodedPicture {
   Ferro::ui32_t Width = 0;
@@ -19,3 +21,5 @@ struct DecodedPicture {
 /// The bytes may be anything. Throws std::runtime_error, with the reason, where they are no such codestream, or it is cut
 /// short or larger than 8192 x 8192 pixels.
 [[nodiscard]] DecodedPicture DecodePicture(std::span<const Ferro::ui8_t> codestream);
+
+}  // namespace Tool

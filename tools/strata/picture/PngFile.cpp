@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace Tool {
+
 std::vector<Ferro::ui8_t> EncodePng(const PngPicture& picture) {
   png_image image = {};
   image.version = PNG_IMAGE_VERSION;
@@ -23,3 +25,5 @@ std::vector<Ferro::ui8_t> EncodePng(const PngPicture& picture) {
   bytes.resize(size);
   return bytes;
 }
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace Tool {
+
 /// A picture as PNG knows it: rows from the top, pixels from the left, 8 bits per sample, sRGB.
 struct PngPicture {
   Ferro::ui32_t Width = 0;            ///< pixels, at least 1
@@ -16,3 +18,5 @@ struct PngPicture {
 /// The bytes of a PNG file (ISO/IEC 15948) with this picture and nothing that tells when or by whom it was made. Throws
 /// std::runtime_error when the encoder refuses.
 [[nodiscard]] std::vector<Ferro::ui8_t> EncodePng(const PngPicture& picture);
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace Tool {
+
 using Strata::ITimelineTrack;
 
 namespace {
@@ -19,17 +21,17 @@ constexpr std::array Types = {TypeName{Strata::TRKT_IMAGE, "picture"}, TypeName{
                               TypeName{Strata::TRKT_OFF_SCREEN_TEXT, "closed caption"},
                               TypeName{Strata::TRKT_AUX_DATA, "auxiliary data"}};
 
-std::span<const Ferro::ui8_t> bytes_of(const QUIRE::FrameBuffer& buffer) {
+std::span<const Ferro::ui8_t> BytesOf(const QUIRE::FrameBuffer& buffer) {
   return {buffer.RoData(), buffer.Size()};
 }
 
 // The silent frame is the same for every position and has no number; a buffer that holds no frame yet is empty.
-bool is_silence(const QUIRE::FrameBuffer& frame) {
+bool IsSilence(const QUIRE::FrameBuffer& frame) {
   return frame.FrameNumber() == QUIRE::NoFrame && frame.Size() > 0;
 }
 
 /// A track that could not be opened stays dormant, and its interface tells only by what MakeDormant answers.
-bool make_sure_ready(ITimelineTrack& track) {
+bool MakeSureReady(ITimelineTrack& track) {
   if (!track.MakeDormant()) return false;
   track.MakeReady();
   return true;
@@ -75,7 +77,7 @@ void ChannelReader::FindTracks(Ferro::ui32_t position) {
       channel.Track = track;
       channel.Asked.reset();
       channel.IsLacking = false;
-      channel.IsReady = track != nullptr && make_sure_ready(*track);
+      channel.IsReady = track != nullptr && MakeSureReady(*track);
     }
     for (auto channel = m_Channels.lower_bound({type, count});
          channel != m_Channels.end() && channel->first.first == type; ++channel) {
@@ -114,14 +116,14 @@ void ChannelReader::Deliver(Channel& channel, Ferro::ui32_t file_position, const
   const bool is_text = track.TextEssenceFormat() != Cairn::DFT_NONE;
   const QUIRE::FrameBuffer& frame = is_text ? m_Text : track.FrameBuffer();
   const bool is_there =
-      is_text ? track.GetTimedTextData(m_Text) : frame.FrameNumber() == file_position || is_silence(frame);
+      is_text ? track.GetTimedTextData(m_Text) : frame.FrameNumber() == file_position || IsSilence(frame);
   if (!is_there) {
     ++statistics.Repeated;
     if (!std::exchange(channel.IsLacking, true) && m_OnLacking) m_OnLacking(statistics.Name, file_position);
     return;
   }
-  const auto right = track.HasStereoImage() ? bytes_of(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();
-  if (inspect) inspect({statistics.Name, track, m_Position, file_position, bytes_of(frame), right});
+  const auto right = track.HasStereoImage() ? BytesOf(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();
+  if (inspect) inspect({statistics.Name, track, m_Position, file_position, BytesOf(frame), right});
   ++statistics.Delivered;
   statistics.Bytes += frame.Size() + right.size();
 }
@@ -142,3 +144,5 @@ void ChannelReader::TakeWhatWasAsked() {
   }
   m_Expected.reset();
 }
+
+}  // namespace Tool

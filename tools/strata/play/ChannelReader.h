@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+namespace Tool {
+
 /// What one channel delivered so far.
 struct ChannelStatistics {
   std::string Name;             ///< "picture", "closed caption 2"
@@ -83,3 +85,5 @@ class ChannelReader {
   Ferro::ui32_t m_Position = 0;             // of the show, while its frames are taken
   std::optional<Ferro::ui32_t> m_Expected;  // the show position whose frames were asked for
 };
+
+}  // namespace Tool

@@ -12,11 +12,13 @@
 #include <algorithm>
 #include <string>
 
+namespace Tool {
+
 namespace {
 
 constexpr Ferro::ui32_t Capacity = 16 * 1024 * 1024;  // bytes; more than any frame that was delivered
 
-bool same(std::span<const Ferro::ui8_t> a, const QUIRE::FrameBuffer& b) {
+bool Same(std::span<const Ferro::ui8_t> a, const QUIRE::FrameBuffer& b) {
   return a.size() == b.Size() && std::equal(a.begin(), a.end(), b.RoData());
 }
 
@@ -36,7 +38,7 @@ class FrameVerifier::SourceOf : public Source {
     return m_Buffer.Capacity(Capacity).Success() && m_Reader.OpenRead(filename).Success();
   }
   bool Holds(const DeliveredFrame& frame) override {
-    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && same(frame.Frame, m_Buffer);
+    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && Same(frame.Frame, m_Buffer);
   }
 
  private:
@@ -51,8 +53,8 @@ class FrameVerifier::StereoSource : public Source {
            m_Reader.OpenRead(filename).Success();
   }
   bool Holds(const DeliveredFrame& frame) override {
-    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && same(frame.Frame, m_Buffer.Left) &&
-           same(frame.RightEye, m_Buffer.Right);
+    return m_Reader.ReadFrame(frame.FilePosition, m_Buffer).Success() && Same(frame.Frame, m_Buffer.Left) &&
+           Same(frame.RightEye, m_Buffer.Right);
   }
 
  private:
@@ -64,7 +66,7 @@ class FrameVerifier::TextSource : public Source {
  public:
   bool Open(const std::string& filename) override { return m_Reader.OpenRead(filename).Success(); }
   bool Holds(const DeliveredFrame& frame) override {
-    return m_Reader.ReadTimedTextResource(m_Buffer).Success() && same(frame.Frame, m_Buffer);
+    return m_Reader.ReadTimedTextResource(m_Buffer).Success() && Same(frame.Frame, m_Buffer);
   }
 
  private:
@@ -147,3 +149,5 @@ std::unique_ptr<FrameVerifier::Source> FrameVerifier::Open(const Strata::ITimeli
   if (!source->Open(info.RealFilename)) return nullptr;
   return source;
 }
+
+}  // namespace Tool

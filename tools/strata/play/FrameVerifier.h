@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// A frame that is not what its file holds.
 struct FrameDifference {
   std::string Channel;         ///< as ChannelStatistics::Name
@@ -53,3 +55,5 @@ class FrameVerifier {
   Ferro::ui64_t m_Different = 0;
   std::vector<FrameDifference> m_Differences;
 };
+
+}  // namespace Tool

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Tool {
+
 void LatencyHistogram::Add(std::chrono::duration<double> duration) {
   const double microseconds = std::max(0.0, duration.count() * 1e6);
   const auto at = static_cast<size_t>(std::log2(microseconds + 1) * ClassesPerDoubling);
@@ -24,3 +26,5 @@ double LatencyHistogram::Percentile(double share) const {
   }
   return m_Longest;
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 #include <array>
 #include <chrono>
 
+namespace Tool {
+
 /// Counts durations in classes that grow by a twelfth of their size, from a microsecond to hours: constant memory
 /// however many are counted, and percentiles to within 6 %.
 class LatencyHistogram {
@@ -24,3 +26,5 @@ class LatencyHistogram {
   Ferro::ui64_t m_Count = 0;
   double m_Longest = 0;
 };
+
+}  // namespace Tool

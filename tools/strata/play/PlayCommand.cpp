@@ -3,27 +3,28 @@
 
 #include "PlaySession.h"
 #include "findings/LoadFailure.h"
+#include "terminal/Command.h"
 #include "terminal/ExitCode.h"
 #include "terminal/LogView.h"
 #include "terminal/TextForms.h"
-
-#include <CLI/CLI.hpp>
 
 #include <charconv>
 #include <cstdio>
 #include <memory>
 
+namespace Tool {
+
 namespace {
 
 /// Frames that could not be read, so that what came before stayed in their place.
-Ferro::ui64_t frames_lacking(const Json& summary) {
+Ferro::ui64_t FramesLacking(const Json& summary) {
   Ferro::ui64_t count = 0;
   for (const Json& channel : summary.value("channels", Json::array()))
     count += channel["repeated"].get<Ferro::ui64_t>();
   return count;
 }
 
-std::string render(const Json& summary) {
+std::string Render(const Json& summary) {
   std::string text = "Played " + std::to_string(summary["edit_units"].get<Ferro::ui64_t>()) + " edit units in " +
                      DurationText(summary["seconds"].get<double>()) + ", " +
                      BytesText(summary["bytes_per_second"].get<Ferro::ui64_t>()) + "/s\n";
@@ -37,7 +38,7 @@ std::string render(const Json& summary) {
                   latency["p50"].get<double>(), latency["p99"].get<double>(), latency["max"].get<double>());
     text += line;
   }
-  if (const auto lacking = frames_lacking(summary); lacking > 0)
+  if (const auto lacking = FramesLacking(summary); lacking > 0)
     text += std::to_string(lacking) + " frames could not be read: `strata check` says which file is damaged.\n";
   if (summary.contains("verified")) {
     const auto compared = summary["verified"]["compared"].get<Ferro::ui64_t>();
@@ -49,62 +50,69 @@ std::string render(const Json& summary) {
   return text;
 }
 
-bool is_speed(const std::string& text) {
+/// Reads "max" or a number into the speed. Returns what is wrong with it; empty: nothing.
+std::string ReadSpeed(const std::string& text, std::optional<double>& speed) {
   double value = 0;
   const char* const last = text.data() + text.size();
   const auto [end, error] = std::from_chars(text.data(), last, value);
-  return text == "max" || (error == std::errc() && end == last && value >= 0.01 && value <= 100);
+  const bool is_number = error == std::errc() && end == last && value >= 0.01 && value <= 100;
+  if (!is_number && text != "max") return "not a speed: " + text;
+  speed = is_number ? std::optional(value) : std::nullopt;
+  return "";
 }
 
-bool load(PlaySession& session) {
+bool Load(PlaySession& session) {
   QuietLog log;  // why it failed is told in other words
   return session.Load();
 }
 
-ExitCode play(const PlayOptions& options) {
+ExitCode Play(const PlayOptions& options) {
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
     return inputs.ProblemCode();
   }
   PlaySession session(options, inputs);
-  if (!load(session)) return ReportLoadFailure(inputs);
+  if (!Load(session)) return ReportLoadFailure(inputs);
   const bool finished = session.Play();
   const Json summary = session.Summary(!finished);
-  PrintReport(summary, options.AsJson, render);
+  PrintReport(summary, options.AsJson, Render);
   return PlayExitCode(summary);
 }
 
 }  // namespace
 
 ExitCode PlayExitCode(const Json& summary) {
-  if (summary["interrupted"].get<bool>()) return Interrupted;
+  if (summary["interrupted"].get<bool>()) return ExitCode::Interrupted;
   const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
-  return differs || frames_lacking(summary) > 0 ? NotPlayable : Fine;
+  return differs || FramesLacking(summary) > 0 ? ExitCode::NotPlayable : ExitCode::Fine;
 }
 
-void AddPlayCommand(CLI::App& app, int& exit_code) {
+void AddPlayCommand(Command& program) {
   const auto options = std::make_shared<PlayOptions>();
-  CLI::App* command = app.add_subcommand("play", "Play a show: read every frame of every channel, fire its events");
-  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
-  command->add_option("--speed", options->Speed, "Times real time, 0.01 to 100, or max: as fast as frames can be read")
-      ->check(CLI::Validator([](const std::string& text) { return is_speed(text) ? "" : "not a speed: " + text; },
-                             "NUMBER|max"));
+  Command& command = program.AddCommand("play", "Play a show: read every frame of every channel, fire its events");
+  options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
   command
-      ->add_option(
-          "--resume", options->ResumeFile,
-          "Start where this file says, and keep the position in it; a file with anything else, or of another show "
-          "that was left in the middle, stays as it is")
-      ->type_name("FILE");
-  command->add_flag("--verify", options->Verify, "Compare each frame with its file");
-  command->add_flag("--paused", options->Paused, "Wait for a command before playing");
-  command->add_flag("--json", options->AsJson, "Print only the summary, as JSON");
-  command->footer(
+      .AddText(
+          "--speed", [options](const std::string& text) { return ReadSpeed(text, options->Speed); },
+          "Times real time, 0.01 to 100, or max: as fast as frames can be read")
+      .Form = "NUMBER|max";
+  command
+      .Add("--resume", options->ResumeFile,
+           "Start where this file says, and keep the position in it; a file with anything else, or of another show "
+           "that was left in the middle, stays as it is")
+      .Called("FILE");
+  command.Add("--verify", options->Verify, "Compare each frame with its file");
+  command.Add("--paused", options->Paused, "Wait for a command before playing");
+  command.Add("--json", options->AsJson, "Print only the summary, as JSON");
+  command.SetFooter(
       "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
       "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
       "Exit codes: 0 fine, 2 not playable, or frames differ or are lacking, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata play show\n"
       "  strata play show --speed max --verify --resume position.txt");
-  command->callback([options, &exit_code] { exit_code = play(*options); });
+  command.Does([options] { return Play(*options); });
 }
+
+}  // namespace Tool

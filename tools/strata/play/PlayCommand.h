@@ -4,12 +4,14 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Report.h"
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// `strata play`: plays a show, frame by frame.
-void AddPlayCommand(CLI::App& app, int& exit_code);
+void AddPlayCommand(Command& program);
 
 /// What a summary of play comes to: Interrupted, NotPlayable where frames differ from their files, else Fine.
 [[nodiscard]] ExitCode PlayExitCode(const Json& summary);
+
+}  // namespace Tool

@@ -14,6 +14,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 constexpr auto StatusInterval = std::chrono::milliseconds(100);
@@ -26,7 +28,7 @@ PlaySession::PlaySession(const PlayOptions& options, Inputs& inputs)
     : m_Options(options),
       m_Inputs(inputs),
       m_Outline(inputs),
-      m_AtMaximum(options.Speed == "max"),
+      m_AtMaximum(!options.Speed),
       m_ShowsStatus(isatty(STDOUT_FILENO) != 0 && !options.AsJson),
       m_PositionFile(options.ResumeFile, inputs.Shows().front().ID),
       m_KeepsPosition(!options.ResumeFile.empty()) {}
@@ -103,10 +105,7 @@ void PlaySession::Verify(const DeliveredFrame& frame) {
 std::chrono::duration<double> PlaySession::EditUnitLength() const {
   const QUIRE::Rational& rate = m_Playlist->GetCompositionInfoForCurrentPosition().EditRate;
   const double seconds = rate.Numerator > 0 ? double(rate.Denominator) / rate.Numerator : 1.0 / 24;
-  double speed = 1;
-  const std::string& text = m_Options.Speed;
-  if (!m_AtMaximum) std::from_chars(text.data(), text.data() + text.size(), speed);
-  return std::chrono::duration<double>(seconds / speed);
+  return std::chrono::duration<double>(seconds / m_Options.Speed.value_or(1));
 }
 
 void PlaySession::TransportStatusNotify(const Strata::TimelinePosition&, const Strata::TimelinePosition&,
@@ -277,3 +276,5 @@ Json PlaySession::Summary(bool interrupted) const {
   summary["events"] = m_Events;
   return summary;
 }
+
+}  // namespace Tool

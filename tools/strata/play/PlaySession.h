@@ -17,10 +17,12 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 struct PlayOptions {
   InputOptions Inputs;
-  std::string Speed = "1";  ///< "max": as fast as frames can be read
-  std::string ResumeFile;   ///< where the position is kept; empty: nowhere
+  std::optional<double> Speed = 1;  ///< times real time; no value: as fast as frames can be read
+  std::string ResumeFile;           ///< where the position is kept; empty: nowhere
   bool Verify = false;
   bool Paused = false;  ///< wait for a command at the start
   bool AsJson = false;
@@ -87,3 +89,5 @@ class PlaySession : private Strata::ITransportNotify {
   Clock::duration m_Elapsed{};
   Json m_Events = Json::array();
 };
+
+}  // namespace Tool

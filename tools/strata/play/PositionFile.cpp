@@ -8,6 +8,8 @@
 #include <charconv>
 #include <utility>
 
+namespace Tool {
+
 PositionFile::PositionFile(std::string filename, const Ferro::UUID& show)
     : m_Filename(std::move(filename)), m_Show(show) {}
 
@@ -58,3 +60,5 @@ bool PositionFile::Keep(Ferro::ui32_t position) {
   m_Problem = problem + "; the position will not be kept";
   return false;
 }
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+namespace Tool {
+
 /// The file in which play keeps the position in a show from one run to the next: the show's identifier and an edit unit,
 /// 0 when it was played to its end. A file that holds anything else, as the position in another show that was left in
 /// the middle, is never overwritten.
@@ -36,3 +38,5 @@ class PositionFile {
   std::string m_Problem;
   bool m_IsOurs = true;  // to overwrite
 };
+
+}  // namespace Tool

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 using namespace Strata;
 
 void Transport::Execute(const Command& command) {
@@ -78,3 +80,5 @@ std::string Transport::StateText() const {
   return m_Rate == 1 ? way
                      : "shuttle " + std::string(m_Direction == DIR_REVERSE ? "-" : "") + std::to_string(m_Rate) + "x";
 }
+
+}  // namespace Tool

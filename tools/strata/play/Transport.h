@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+namespace Tool {
+
 /// The state of a transport over one playlist: whether it plays, which way and how fast. It moves; reading frames and
 /// keeping time are others' work. A show stops by itself at its ends.
 class Transport {
@@ -38,3 +40,5 @@ class Transport {
   Ferro::ui32_t m_Rate = 1;  // edit units per step
   Strata::CommandType_t m_Last = Strata::CMD_NONE;
 };
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// Adds `strata make-sample`.
-void AddMakeSampleCommand(CLI::App& app, int& exit_code);
+void AddMakeSampleCommand(Command& program);
+
+}  // namespace Tool

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SampleFont.h"
 
+namespace Tool {
+
 namespace {
 
 constexpr SampleGlyph Blank = {};
@@ -31,3 +33,5 @@ const SampleGlyph& SampleGlyphOf(char character) {
   if (character >= 'A' && character <= 'Z') return Letters[character - 'A'];
   return character == ':' ? Colon : Blank;
 }
+
+}  // namespace Tool

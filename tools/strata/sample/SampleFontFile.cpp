@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -77,7 +79,7 @@ struct Run {
   int Row, Left, Right;
 };
 
-std::vector<Run> runs_of(const SampleGlyph& glyph) {
+std::vector<Run> RunsOf(const SampleGlyph& glyph) {
   std::vector<Run> runs;
   for (int row = 0; row < Rows; ++row)
     for (int column = 0; column < Columns; ++column) {
@@ -91,8 +93,8 @@ std::vector<Run> runs_of(const SampleGlyph& glyph) {
 }
 
 /// One rectangle for each run, clockwise from its lower left corner.
-Table outline(const SampleGlyph& glyph) {
-  const std::vector<Run> runs = runs_of(glyph);
+Table Outline(const SampleGlyph& glyph) {
+  const std::vector<Run> runs = RunsOf(glyph);
   Table table;
   if (runs.empty()) return table;
   int left = Columns;
@@ -123,7 +125,7 @@ Table outline(const SampleGlyph& glyph) {
   return table.Add(rows).Pad();
 }
 
-Table character_map() {
+Table CharacterMap() {
   constexpr int count = std::size(Ranges);
   constexpr int search = 2 << (std::bit_width(unsigned{count}) - 1);
   Table subtable;
@@ -137,7 +139,7 @@ Table character_map() {
   return Table().U16(0).U16(1).U16(3).U16(1).U32(12).Add(subtable);  // Windows, Unicode
 }
 
-Table names() {
+Table Names() {
   const std::pair<int, std::string_view> texts[] = {
       {1, "Strata Sample"}, {2, "Regular"},     {3, "Strata Sample Regular 1.0"},
       {4, "Strata Sample"}, {5, "Version 1.0"}, {6, "StrataSample-Regular"}};
@@ -151,7 +153,7 @@ Table names() {
   return Table().U16(0).U16(count).U16(6 + count * 12).Add(records).Add(storage);
 }
 
-Table header() {
+Table Header() {
   Table table;
   table.U32(0x10000).U32(0x10000).U32(0).U32(0x5f0f3cf5);  // version, revision, adjustment of the sum, magic number
   table.U16(0x0b).U16(UnitsPerEm).U32(0).U32(Date).U32(0).U32(Date);
@@ -159,14 +161,14 @@ Table header() {
   return table.U16(0).U16(Rows).U16(2).U16(1).U16(0);  // style, smallest size, direction, long offsets, glyph format
 }
 
-Table horizontal_header(int glyphs) {
+Table HorizontalHeader(int glyphs) {
   Table table;
   table.U32(0x10000).U16(Ascent).U16(-Descent).U16(0).U16(Advance);
   table.U16(0).U16(Dot).U16(Columns * Dot);  // smallest bearings, largest extent
   return table.U16(1).U16(0).U16(0).Zeros(8).U16(0).U16(glyphs);
 }
 
-Table windows_metrics() {
+Table WindowsMetrics() {
   Table table;
   table.U16(4).U16(Advance).U16(400).U16(5).U16(0);  // regular weight and width; may be embedded
   for (int i = 0; i < 2; ++i) table.U16(UnitsPerEm / 2).U16(UnitsPerEm / 2).U16(0).U16(Dot);  // sub- and superscript
@@ -177,16 +179,16 @@ Table windows_metrics() {
 }
 
 /// Adds the tables that depend on the glyphs.
-void add_glyphs(std::map<std::string, Table>& tables) {
+void AddGlyphs(std::map<std::string, Table>& tables) {
   int contours = 0;  // of the glyph that has most
   for (size_t i = 0; i < Characters.size(); ++i) {
     const SampleGlyph& glyph = i == 0 ? Missing : SampleGlyphOf(Characters[i]);
-    const std::vector<Run> runs = runs_of(glyph);
+    const std::vector<Run> runs = RunsOf(glyph);
     int left = runs.empty() ? 0 : Columns;
     for (const Run& run : runs) left = std::min(left, run.Left);
     tables["hmtx"].U16(Advance).U16(left * Dot);
     tables["loca"].U32(tables["glyf"].Bytes.size());
-    const Table drawn = outline(glyph);
+    const Table drawn = Outline(glyph);
     if (!drawn.Bytes.empty())
       contours = std::max(contours, drawn.Bytes[0] << 8 | drawn.Bytes[1]);  // it begins with them
     tables["glyf"].Add(drawn);
@@ -194,18 +196,18 @@ void add_glyphs(std::map<std::string, Table>& tables) {
   tables["loca"].U32(tables["glyf"].Bytes.size());
   const int glyphs = static_cast<int>(Characters.size());
   tables["maxp"].U32(0x10000).U16(glyphs).U16(contours * 4).U16(contours).U16(0).U16(0).U16(2).Zeros(16);
-  tables["hhea"] = horizontal_header(glyphs);
+  tables["hhea"] = HorizontalHeader(glyphs);
 }
 
 }  // namespace
 
 std::vector<ui8_t> MakeSampleFontFile() {
-  std::map<std::string, Table> tables = {{"OS/2", windows_metrics()},
-                                         {"cmap", character_map()},
-                                         {"head", header()},
-                                         {"name", names()},
+  std::map<std::string, Table> tables = {{"OS/2", WindowsMetrics()},
+                                         {"cmap", CharacterMap()},
+                                         {"head", Header()},
+                                         {"name", Names()},
                                          {"post", Table().U32(0x30000).Zeros(4).U16(-Dot).U16(Dot).U32(1).Zeros(16)}};
-  add_glyphs(tables);
+  AddGlyphs(tables);
 
   const int count = static_cast<int>(tables.size());
   const int exponent = static_cast<int>(std::bit_width(tables.size())) - 1;
@@ -226,3 +228,5 @@ std::vector<ui8_t> MakeSampleFontFile() {
             font.Bytes.begin() + static_cast<std::ptrdiff_t>(head) + 8);
   return font.Bytes;
 }
+
+}  // namespace Tool

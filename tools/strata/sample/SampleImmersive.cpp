@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -15,7 +17,7 @@ constexpr ui32_t PreambleLength = 1603;  // bytes, as cinema packages have it at
 
 constexpr std::array<ui32_t, 6> Rates = {24, 25, 30, 48, 50, 60};  // by their codes
 
-void append_number(std::vector<ui8_t>& bytes, ui32_t number) {
+void AppendNumber(std::vector<ui8_t>& bytes, ui32_t number) {
   for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<ui8_t>(number >> shift));
 }
 
@@ -23,8 +25,8 @@ void append_number(std::vector<ui8_t>& bytes, ui32_t number) {
 
 std::vector<ui8_t> SampleImmersiveFrame(ui32_t number, ui32_t rate) {
   std::vector<ui8_t> bytes = {PreambleTag};
-  append_number(bytes, PreambleLength);
-  append_number(bytes, number);
+  AppendNumber(bytes, PreambleLength);
+  AppendNumber(bytes, number);
   bytes.insert(bytes.end(), PreambleLength - 4, 0);
 
   const auto rate_code = static_cast<ui8_t>(std::find(Rates.begin(), Rates.end(), rate) - Rates.begin());
@@ -32,7 +34,9 @@ std::vector<ui8_t> SampleImmersiveFrame(ui32_t number, ui32_t rate) {
   // nothing rendered; no elements inside.
   const std::array<ui8_t, 6> frame = {8, 4, 1, static_cast<ui8_t>(0x10 | rate_code), 0, 0};
   bytes.push_back(FrameTag);
-  append_number(bytes, frame.size());
+  AppendNumber(bytes, frame.size());
   bytes.insert(bytes.end(), frame.begin(), frame.end());
   return bytes;
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// What a sample show is to be like.
 struct SampleOptions {
   std::string Folder;                                 ///< must not exist, or be empty
@@ -17,3 +19,5 @@ struct SampleOptions {
   Cairn::DCPFormat_t Flavour = Cairn::DFT_DCI_SMPTE;  ///< or DFT_Interop
   Ferro::ui64_t Seed = 1;                             ///< identifiers, dates and keys follow from it
 };
+
+}  // namespace Tool

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 constexpr char PackingListName[] = "PKL.xml";
@@ -69,3 +71,5 @@ void SamplePackage::Write(const DocumentT& document, const std::string& filename
   if (const std::string problem = WriteWholeFile(PathOf(filename), text); !problem.empty())
     throw std::runtime_error(problem);
 }
+
+}  // namespace Tool

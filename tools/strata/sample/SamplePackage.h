@@ -10,6 +10,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// Issuer and creator of all documents of a sample show.
 inline constexpr char SampleIssuer[] = "Strata";
 
@@ -39,3 +41,5 @@ class SamplePackage {
   Cairn::PackingList m_PackingList;
   Cairn::AssetMap m_AssetMap;
 };
+
+}  // namespace Tool

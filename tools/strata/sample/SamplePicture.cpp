@@ -10,6 +10,8 @@
 #include <memory>
 #include <stdexcept>
 
+namespace Tool {
+
 namespace {
 
 constexpr Ferro::ui32_t GlyphWidth = 6;  // with the gap behind
@@ -23,7 +25,7 @@ struct MemoryStream {
   size_t Position = 0;
 };
 
-OPJ_SIZE_T write_bytes(void* buffer, OPJ_SIZE_T size, void* user) {
+OPJ_SIZE_T WriteBytes(void* buffer, OPJ_SIZE_T size, void* user) {
   auto& stream = *static_cast<MemoryStream*>(user);
   stream.Written.resize(std::max(stream.Written.size(), stream.Position + size));
   std::memcpy(stream.Written.data() + stream.Position, buffer, size);
@@ -31,12 +33,12 @@ OPJ_SIZE_T write_bytes(void* buffer, OPJ_SIZE_T size, void* user) {
   return size;
 }
 
-OPJ_OFF_T skip_bytes(OPJ_OFF_T count, void* user) {
+OPJ_OFF_T SkipBytes(OPJ_OFF_T count, void* user) {
   static_cast<MemoryStream*>(user)->Position += static_cast<size_t>(count);
   return count;
 }
 
-OPJ_BOOL seek_bytes(OPJ_OFF_T position, void* user) {
+OPJ_BOOL SeekBytes(OPJ_OFF_T position, void* user) {
   static_cast<MemoryStream*>(user)->Position = static_cast<size_t>(position);
   return OPJ_TRUE;
 }
@@ -52,7 +54,7 @@ using ImagePtr = std::unique_ptr<opj_image_t, Deleter<opj_image_destroy>>;
 using CodecPtr = std::unique_ptr<opj_codec_t, Deleter<opj_destroy_codec>>;
 using StreamPtr = std::unique_ptr<opj_stream_t, Deleter<opj_stream_destroy>>;
 
-ImagePtr new_image(Ferro::ui32_t width, Ferro::ui32_t height) {
+ImagePtr NewImage(Ferro::ui32_t width, Ferro::ui32_t height) {
   opj_image_cmptparm_t components[3] = {};
   for (auto& component : components) {
     component.dx = component.dy = 1;
@@ -67,7 +69,7 @@ ImagePtr new_image(Ferro::ui32_t width, Ferro::ui32_t height) {
   return image;
 }
 
-std::vector<Ferro::ui8_t> encode(opj_image_t& image, Ferro::ui32_t images_per_second) {
+std::vector<Ferro::ui8_t> EncodeImage(opj_image_t& image, Ferro::ui32_t images_per_second) {
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
   parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
@@ -79,9 +81,9 @@ std::vector<Ferro::ui8_t> encode(opj_image_t& image, Ferro::ui32_t images_per_se
   const CodecPtr codec(opj_create_compress(OPJ_CODEC_J2K));
   const StreamPtr stream(opj_stream_create(1 << 20, OPJ_FALSE));
   if (!codec || !stream) throw std::runtime_error("a picture cannot be encoded: no memory");
-  opj_stream_set_write_function(stream.get(), write_bytes);
-  opj_stream_set_skip_function(stream.get(), skip_bytes);
-  opj_stream_set_seek_function(stream.get(), seek_bytes);
+  opj_stream_set_write_function(stream.get(), WriteBytes);
+  opj_stream_set_skip_function(stream.get(), SkipBytes);
+  opj_stream_set_seek_function(stream.get(), SeekBytes);
   opj_stream_set_user_data(stream.get(), &memory, nullptr);
   const bool encoded = opj_setup_encoder(codec.get(), &parameters, &image) != 0 &&
                        opj_start_compress(codec.get(), &image, stream.get()) != 0 &&
@@ -118,8 +120,10 @@ void SamplePicture::Write(const std::string& text, Ferro::ui32_t top, Ferro::ui3
 }
 
 std::vector<Ferro::ui8_t> SamplePicture::Encode(Ferro::ui32_t images_per_second) const {
-  const ImagePtr image = new_image(m_Width, m_Height);
+  const ImagePtr image = NewImage(m_Width, m_Height);
   for (size_t c = 0; c < 3; ++c)
     for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = m_Pixels[i][c];
-  return encode(*image, images_per_second);
+  return EncodeImage(*image, images_per_second);
 }
+
+}  // namespace Tool

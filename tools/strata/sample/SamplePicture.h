@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// A picture in X'Y'Z' with 12 bits per sample (ST 428-1), to be drawn on in figures of a bitmap font.
 class SamplePicture {
  public:
@@ -33,3 +35,5 @@ class SamplePicture {
   Ferro::ui32_t m_Height;
   std::vector<Colour> m_Pixels;  // by rows
 };
+
+}  // namespace Tool

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+namespace Tool {
+
 namespace {
 
 constexpr Ferro::i64_t FirstDate = 1'767'225'600'000;  // 2026-01-01T00:00:00Z
@@ -38,3 +40,5 @@ Ferro::Timestamp SampleSeed::Date() const {
   const Ferro::SHA1 digest = Digest("date");
   return Ferro::Timestamp(FirstDate + (digest.Value()[0] * 256 + digest.Value()[1]) * Ferro::i64_t{60'000});
 }
+
+}  // namespace Tool

@@ -10,6 +10,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// All that would else be random in a sample show: identifiers, dates and keys follow from one number, and from what makes
 /// the files of one show differ from those of another.
 class SampleSeed {
@@ -29,3 +31,5 @@ class SampleSeed {
 
   std::string m_Text;
 };
+
+}  // namespace Tool

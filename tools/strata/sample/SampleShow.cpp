@@ -17,6 +17,8 @@
 #include <filesystem>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -276,3 +278,5 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
   }
   return true;
 }
+
+}  // namespace Tool

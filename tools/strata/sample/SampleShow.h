@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+namespace Tool {
+
 /// Makes a sample show in options.Folder: packages with a trailer, a feature of three reels with subtitles and captions,
 /// and stereoscopic, immersive and encrypted shorts; a show playlist that plays them, and one nested in it. Equal options
 /// make equal files. Written beside the folder and put in its place when complete; otherwise nothing is left.
@@ -15,3 +17,5 @@
 /// Throws std::runtime_error, which includes the file system's errors, with what is wrong.
 [[nodiscard]] bool MakeSampleShow(const SampleOptions& options, const std::function<void(const std::string&)>& tell,
                                   const std::function<void(Ferro::ui64_t done, Ferro::ui64_t total)>& progress);
+
+}  // namespace Tool

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace Tool {
+
 namespace {
 
 constexpr double FullScale = 8'388'607;
@@ -32,3 +34,5 @@ std::vector<Ferro::ui8_t> SampleSound::Samples(Ferro::ui64_t first, Ferro::ui32_
   }
   return bytes;
 }
+
+}  // namespace Tool

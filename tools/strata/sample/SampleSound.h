@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace Tool {
+
 /// The sound of a sample show: in each channel a tone of its own, and a tick at the start of each second.
 class SampleSound {
  public:
@@ -22,3 +24,5 @@ class SampleSound {
   Ferro::ui32_t m_Channels;
   std::vector<double> m_Sine;  // one turn in Rate steps
 };
+
+}  // namespace Tool

@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -23,7 +25,7 @@ constexpr ui32_t GlyphHeight = 7;
 constexpr ui32_t GlyphColumns = 5;
 
 /// Hours, minutes, seconds and the units of half a second: of `units` in each second, the earlier half is never longer.
-std::string time_of(ui32_t half_seconds, ui32_t units, const char* format) {
+std::string TimeOf(ui32_t half_seconds, ui32_t units, const char* format) {
   const ui32_t seconds = half_seconds / 2;
   char text[64];
   std::snprintf(text, sizeof text, format, seconds / 3600, seconds / 60 % 60, seconds % 60,
@@ -32,7 +34,7 @@ std::string time_of(ui32_t half_seconds, ui32_t units, const char* format) {
 }
 
 /// The places of all dots that are set in a line of text, in dots.
-std::vector<std::pair<ui32_t, ui32_t>> dots_of(const std::string& text) {
+std::vector<std::pair<ui32_t, ui32_t>> DotsOf(const std::string& text) {
   std::vector<std::pair<ui32_t, ui32_t>> dots;
   for (size_t i = 0; i < text.size(); ++i)
     for (ui32_t row = 0; row < GlyphHeight; ++row)
@@ -42,7 +44,7 @@ std::vector<std::pair<ui32_t, ui32_t>> dots_of(const std::string& text) {
   return dots;
 }
 
-void fill_square(PngPicture& picture, ui32_t left, ui32_t top, ui32_t size, ui8_t grey) {
+void FillSquare(PngPicture& picture, ui32_t left, ui32_t top, ui32_t size, ui8_t grey) {
   for (ui32_t y = top; y < top + size; ++y)
     for (ui32_t x = left; x < left + size; ++x) {
       ui8_t* pixel = picture.Samples.data() + (size_t{y} * picture.Width + x) * 4;
@@ -79,7 +81,7 @@ std::string SampleText::SMPTEDocument() const {
   root.AddChildWithContent("Language", "en");
   root.AddChildWithContent("EditRate", rate + " 1");
   root.AddChildWithContent("TimeCodeRate", rate);
-  root.AddChildWithContent("StartTime", time_of(0, m_Facts.Rate, format));
+  root.AddChildWithContent("StartTime", TimeOf(0, m_Facts.Rate, format));
   root.AddChildWithContent("LoadFont", m_Facts.FontID.EncodeURN()).SetAttr("ID", FontID);
   Ferro::XMLElement& font = root.AddChild("SubtitleList").AddChild("Font");
   font.SetAttr("ID", FontID);
@@ -87,8 +89,8 @@ std::string SampleText::SMPTEDocument() const {
   for (const Spot& spot : Spots()) {
     Ferro::XMLElement& subtitle = font.AddChild("Subtitle");
     subtitle.SetAttr("SpotNumber", std::to_string(++number));
-    subtitle.SetAttr("TimeIn", time_of(spot.In, m_Facts.Rate, format));
-    subtitle.SetAttr("TimeOut", time_of(spot.Out, m_Facts.Rate, format));
+    subtitle.SetAttr("TimeIn", TimeOf(spot.In, m_Facts.Rate, format));
+    subtitle.SetAttr("TimeOut", TimeOf(spot.Out, m_Facts.Rate, format));
     Ferro::XMLElement& content = spot.Line.empty() ? subtitle.AddChildWithContent("Image", m_Facts.ImageID.EncodeURN())
                                                    : subtitle.AddChildWithContent("Text", spot.Line);
     content.SetAttr("Valign", "bottom");
@@ -111,8 +113,8 @@ std::string SampleText::InteropDocument() const {
   for (const Spot& spot : Spots()) {
     Cairn::DCSubtitle::Spot& subtitle = document.SpotList.emplace_back();
     subtitle.SpotNumber = std::to_string(document.SpotList.size());
-    subtitle.TimeIn = time_of(spot.In, ticks, format);
-    subtitle.TimeOut = time_of(spot.Out, ticks, format);
+    subtitle.TimeIn = TimeOf(spot.In, ticks, format);
+    subtitle.TimeOut = TimeOf(spot.Out, ticks, format);
     (spot.Line.empty() ? subtitle.ImageList : subtitle.TextList).push_back(spot.Line.empty() ? ImageName : spot.Line);
   }
   std::string text;
@@ -128,8 +130,10 @@ std::vector<ui8_t> SampleText::Image() const {
   picture.Width = (static_cast<ui32_t>(line.size()) * GlyphWidth + 1) * dot;  // with the border on both sides
   picture.Height = (GlyphHeight + 2) * dot;
   picture.Samples.resize(size_t{picture.Width} * picture.Height * 4);
-  const auto dots = dots_of(line);
-  for (const auto& [column, row] : dots) fill_square(picture, column * dot, row * dot, dot * 3, 0);
-  for (const auto& [column, row] : dots) fill_square(picture, (column + 1) * dot, (row + 1) * dot, dot, 255);
+  const auto dots = DotsOf(line);
+  for (const auto& [column, row] : dots) FillSquare(picture, column * dot, row * dot, dot * 3, 0);
+  for (const auto& [column, row] : dots) FillSquare(picture, (column + 1) * dot, (row + 1) * dot, dot, 255);
   return EncodePng(picture);
 }
+
+}  // namespace Tool

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// The timed text of one reel of a sample show. In each second stands a line of text; where there is an image, it takes
 /// the second half of the second.
 class SampleText {
@@ -51,3 +53,5 @@ class SampleText {
 
   Facts m_Facts;
 };
+
+}  // namespace Tool

@@ -21,31 +21,33 @@
 #include <optional>
 #include <thread>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
 using Ferro::ui8_t;
 
-void fill(QUIRE::FrameBuffer& buffer, const std::vector<ui8_t>& bytes) {
+void Fill(QUIRE::FrameBuffer& buffer, const std::vector<ui8_t>& bytes) {
   const auto size = static_cast<ui32_t>(bytes.size());
   if (buffer.Capacity() < size) SampleRequire(buffer.Capacity(size), "memory for a frame");
   std::copy(bytes.begin(), bytes.end(), buffer.Data());
   buffer.Size(size);
 }
 
-std::string text_of(const char* format, ui32_t a, ui32_t b, ui32_t c, ui32_t d) {
+std::string TextOf(const char* format, ui32_t a, ui32_t b, ui32_t c, ui32_t d) {
   char text[64];
   std::snprintf(text, sizeof text, format, a, b, c, d);
   return text;
 }
 
-std::string time_of(ui32_t number, ui32_t rate) {
+std::string TimeOf(ui32_t number, ui32_t rate) {
   const ui32_t seconds = number / rate;
-  return text_of("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, number % rate);
+  return TextOf("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, number % rate);
 }
 
 /// The use of the channels in a cinema, as MakeMCALabels takes it; empty where their number tells of none.
-std::string sound_configuration(ui32_t channels) {
+std::string SoundConfiguration(ui32_t channels) {
   if (channels == 1) return "M(C)";
   if (channels == 6) return "51(L,R,C,LFE,Ls,Rs)";
   if (channels < 8) return "";
@@ -84,9 +86,9 @@ SamplePicture SampleTrackFiles::Draw(const Reel& reel, ui32_t number, char eye) 
   const SamplePicture::Colour& white = SamplePicture::White;
   SamplePicture picture(width, height, reel.Background);
   picture.Write(reel.Title, height / 16, height / 10, white);
-  picture.Write(text_of("REEL %u", reel.Number, 0, 0, 0), height * 4 / 16, height / 8, white);
-  picture.Write(text_of("%05u", number, 0, 0, 0), height * 7 / 16, height / 4, white);
-  picture.Write(time_of(number, m_Options.Rate), height * 12 / 16, height / 8, white);
+  picture.Write(TextOf("REEL %u", reel.Number, 0, 0, 0), height * 4 / 16, height / 8, white);
+  picture.Write(TextOf("%05u", number, 0, 0, 0), height * 7 / 16, height / 4, white);
+  picture.Write(TimeOf(number, m_Options.Rate), height * 12 / 16, height / 8, white);
   if (eye != ' ') {
     const ui32_t side = eye == 'L' ? 0 : width - width / 16;
     picture.Fill(side, 0, width / 16, height, white);
@@ -132,7 +134,7 @@ void SampleTrackFiles::WritePicture(const std::string& filename, const Reel& ree
   };
   ForEachCodestream(reel, [&](const Bytes& codestream, char eye) {
     if (!mono.IsOpen() && !stereo.IsOpen()) open(codestream);
-    fill(buffer, codestream);
+    Fill(buffer, codestream);
     const auto phase = eye == 'R' ? QUIRE::JP2K::SP_RIGHT : QUIRE::JP2K::SP_LEFT;
     SampleRequire(reel.Stereoscopic ? stereo.WriteFrame(buffer, phase, encryption.Cipher(), encryption.Integrity())
                                     : mono.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()),
@@ -151,7 +153,7 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
   descriptor.BlockAlign = m_Options.Channels * SampleSound::BytesPerSample;
   QUIRE::PCM::MCALabelList labels;
   if (m_Options.Flavour == Cairn::DFT_DCI_SMPTE) {
-    const std::string configuration = sound_configuration(m_Options.Channels);
+    const std::string configuration = SoundConfiguration(m_Options.Channels);
     descriptor.ChannelFormat = configuration.empty() ? QUIRE::PCM::CF_CFG_4 : QUIRE::PCM::CF_CFG_6;
     if (!configuration.empty()) SampleRequire(QUIRE::PCM::MakeMCALabels(configuration, "en", labels), filename);
   }
@@ -162,7 +164,7 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
   QUIRE::PCM::FrameBuffer buffer;
   Encryption encryption(m_Seed, reel, "sound", Labels());
   for (ui32_t i = 0; i < Duration(); ++i) {
-    fill(buffer, sound.Samples(Ferro::ui64_t{i} * samples, samples));
+    Fill(buffer, sound.Samples(Ferro::ui64_t{i} * samples, samples));
     SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
   }
   SampleRequire(writer.Finalize(), filename);
@@ -187,7 +189,7 @@ void SampleTrackFiles::WriteText(const std::string& filename, const Reel& reel, 
   for (const auto& resource : descriptor.ResourceList) {
     QUIRE::TimedText::FrameBuffer buffer;
     buffer.AssetID(resource.ResourceID);
-    fill(buffer, resource.Type == QUIRE::TimedText::MT_PNG ? text.Image() : MakeSampleFontFile());
+    Fill(buffer, resource.Type == QUIRE::TimedText::MT_PNG ? text.Image() : MakeSampleFontFile());
     SampleRequire(writer.WriteAncillaryResource(buffer, encryption.Cipher(), encryption.Integrity()), filename);
   }
   SampleRequire(writer.Finalize(), filename);
@@ -221,7 +223,7 @@ void SampleTrackFiles::WriteImmersive(const std::string& filename, const Reel& r
   Encryption encryption(m_Seed, reel, "immersive", Labels());
   QUIRE::DCData::FrameBuffer buffer;
   for (ui32_t i = 0; i < Duration(); ++i) {
-    fill(buffer, SampleImmersiveFrame(i, m_Options.Rate));
+    Fill(buffer, SampleImmersiveFrame(i, m_Options.Rate));
     SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
   }
   SampleRequire(writer.Finalize(), filename);
@@ -249,3 +251,5 @@ QUIRE::WriterOptions SampleTrackFiles::Options(const Reel& reel, const std::stri
   options.Date = m_Seed.Date();
   return options;
 }
+
+}  // namespace Tool

@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+namespace Tool {
+
 /// Thrown when the user stopped the work.
 struct SampleStopped {};
 
@@ -69,3 +71,5 @@ class SampleTrackFiles {
   SampleSeed m_Seed;
   std::function<void()> m_OnPicture;
 };
+
+}  // namespace Tool

@@ -6,10 +6,12 @@
 #include <Cairn/PackingList.h>
 #include <Strata/ShowPlaylist.h>
 
+namespace Tool {
+
 namespace {
 
 template <class Document>
-std::string text_of(const std::string& path, std::string Document::*text) {
+std::string TextOf(const std::string& path, std::string Document::*text) {
   Document document;
   return Cairn::InitObjectWithFile(document, path).Success() ? document.*text : std::string();
 }
@@ -19,12 +21,14 @@ std::string text_of(const std::string& path, std::string Document::*text) {
 std::string DocumentTitle(Cairn::FileType_t type, const std::string& path) {
   switch (type) {
     case Cairn::FT_CPL:
-      return text_of(path, &Cairn::CompositionPlaylist::ContentTitle);
+      return TextOf(path, &Cairn::CompositionPlaylist::ContentTitle);
     case Cairn::FT_SHOW:
-      return text_of(path, &Strata::ShowPlaylist::ShowTitle);
+      return TextOf(path, &Strata::ShowPlaylist::ShowTitle);
     case Cairn::FT_PKL:
-      return text_of(path, &Cairn::PackingList::Annotation);
+      return TextOf(path, &Cairn::PackingList::Annotation);
     default:
       return "";
   }
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 
 #include <filesystem>
 
+namespace Tool {
+
 Cairn::Result_t LookThroughFolder(Cairn::AssetStore& store, const std::string& folder) {
   std::error_code error;
   ProgressBar bar("Looking through " + std::filesystem::canonical(folder, error).filename().string(),
@@ -15,3 +17,5 @@ Cairn::Result_t LookThroughFolder(Cairn::AssetStore& store, const std::string& f
     return !Interrupt::Requested();
   });
 }
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+namespace Tool {
+
 namespace {
 
 const char* AdviceFor(Cairn::StoreFailure_t failure) {
@@ -60,3 +62,5 @@ std::string IndexFailure(const Cairn::AssetStore& store, const std::string& inde
   const Cairn::StoreFailure failure = store.LastFailure();
   return failure.Kind == Cairn::SF_NONE ? std::string() : ProblemText(index, failure.Reason, failure.Kind);
 }
+
+}  // namespace Tool

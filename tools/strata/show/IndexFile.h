@@ -6,6 +6,8 @@
 #include <chrono>
 #include <string>
 
+namespace Tool {
+
 /// Where the asset index of this user lies when no other one is named: $XDG_DATA_HOME/strata/store.sqlite, else
 /// ~/.local/share/strata/store.sqlite (XDG Base Directory Specification). Empty where there is no home.
 [[nodiscard]] std::string DefaultIndexFile();
@@ -18,3 +20,5 @@
 
 /// The failure of a store's index, in words for the user; empty where there is none.
 [[nodiscard]] std::string IndexFailure(const Cairn::AssetStore& store, const std::string& index);
+
+}  // namespace Tool

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoKinds.h"
 
+namespace Tool {
+
 const char* FileKindName(Cairn::FileType_t type) {
   static constexpr const char* Names[] = {
       "unknown file",
@@ -48,3 +50,5 @@ bool IsMXF(Cairn::FileType_t type) {
       return false;
   }
 }
+
+}  // namespace Tool

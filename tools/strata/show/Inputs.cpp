@@ -6,6 +6,7 @@
 #include "IndexFile.h"
 #include "InfoKinds.h"
 #include "MappedPath.h"
+#include "terminal/Command.h"
 #include "terminal/DisplayText.h"
 #include "terminal/LogView.h"
 
@@ -15,27 +16,28 @@
 #include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 #include <Strata/ShowPlaylist.h>
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <set>
 
+namespace Tool {
+
 namespace {
 
-std::optional<Cairn::UUID> identifier_of(const std::string& name) {
+std::optional<Cairn::UUID> IdentifierOf(const std::string& name) {
   if (const auto id = Cairn::UUID::FromURN(name)) return id;
   return Cairn::UUID::FromHex(name);
 }
 
-std::string folder_of(const std::string& path) {
+std::string FolderOf(const std::string& path) {
   const std::string folder = Ferro::PathDirname(path);
   return folder.empty() ? "." : folder;
 }
 
 /// The identifiers of the show playlists that `shows` contain.
-std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
+std::set<Cairn::UUID> NestedIn(const std::vector<Candidate>& shows) {
   std::set<Cairn::UUID> nested;
   for (const Candidate& show : shows) {
     Strata::ShowPlaylist spl;
@@ -50,7 +52,7 @@ std::set<Cairn::UUID> nested_in(const std::vector<Candidate>& shows) {
 }
 
 /// True for a document that cannot be read to its end, and for one that means to be a playlist and is none.
-bool is_damaged(const std::string& path) {
+bool IsDamaged(const std::string& path) {
   std::string text;
   if (Ferro::ReadFileIntoString(path, text).Failure()) return true;
   Cairn::FileContent content;
@@ -63,13 +65,13 @@ bool is_damaged(const std::string& path) {
 }
 
 /// The file that should be there, by the asset map, or else the identifier.
-std::string name_of_missing(const Cairn::AssetRecord& record) {
+std::string NameOfMissing(const Cairn::AssetRecord& record) {
   const std::string path = MappedPath(record);
   const std::string asset = "asset " + record.Info.ID.EncodeString();
   return path == record.Package ? asset : path + " (" + asset + ')';
 }
 
-std::string list_of(const std::vector<Candidate>& candidates) {
+std::string ListOf(const std::vector<Candidate>& candidates) {
   std::string text;
   for (const Candidate& candidate : candidates)
     text += "\n  " + candidate.ID.EncodeString() + "  " + candidate.Path +
@@ -79,14 +81,12 @@ std::string list_of(const std::vector<Candidate>& candidates) {
 
 }  // namespace
 
-void InputOptions::AddTo(CLI::App& command, const std::string& names, const std::string& description) {
-  command.add_option(names, Names, description)->required();
-  command.add_option("--store", Stores, "A folder to find assets in, beside those named; may be given several times")
-      ->type_name("FOLDER")
-      ->allow_extra_args(false);
-  command
-      .add_option("--index", Index, "Keep what is known of the assets in this file, so that a second start is quick")
-      ->type_name("FILE");
+void InputOptions::AddTo(Command& command, const std::string& names, const std::string& description) {
+  command.Add(names, Names, description).Required();
+  command.Add("--store", Stores, "A folder to find assets in, beside those named; may be given several times")
+      .Called("FOLDER");
+  command.Add("--index", Index, "Keep what is known of the assets in this file, so that a second start is quick")
+      .Called("FILE");
 }
 
 bool Inputs::Open(const InputOptions& options) {
@@ -94,7 +94,7 @@ bool Inputs::Open(const InputOptions& options) {
   const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
   const auto resolve = [&](const std::string& name) { return Resolve(name); };
   std::string problem;
-  if (!OpenIndexFile(options.Index, m_Store, problem)) return Fail(problem, NotPlayable);
+  if (!OpenIndexFile(options.Index, m_Store, problem)) return Fail(problem, ExitCode::NotPlayable);
   return std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
          std::all_of(options.Names.begin(), options.Names.end(), resolve);
 }
@@ -107,7 +107,7 @@ bool Inputs::Fail(const std::string& problem, ExitCode code) {
 
 bool Inputs::AddFolder(const char* what, const std::string& folder) {
   const Strata::Result_t result = LookThroughFolder(m_Store, folder);
-  if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", Interrupted);
+  if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", ExitCode::Interrupted);
   return result.Success() || Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + result.Label());
 }
 
@@ -115,7 +115,7 @@ bool Inputs::Resolve(const std::string& name) {
   std::error_code error;
   if (std::filesystem::is_directory(name, error)) return ResolveFolder(name);
   if (std::filesystem::exists(name, error)) return ResolveFile(name);
-  if (const auto id = identifier_of(name)) return ResolveIdentifier(*id);
+  if (const auto id = IdentifierOf(name)) return ResolveIdentifier(*id);
   return Fail(name + ": there is no such file or folder, and it is no identifier.");
 }
 
@@ -132,7 +132,7 @@ bool Inputs::ResolveFolder(const std::string& folder) {
     auto& list = info.FileType == Cairn::FT_SHOW ? shows : compositions;
     list.push_back({info.FileType, info.ID, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
   }
-  const std::set<Cairn::UUID> nested = nested_in(shows);
+  const std::set<Cairn::UUID> nested = NestedIn(shows);
   std::vector<Candidate> outermost = shows;
   std::erase_if(outermost, [&](const Candidate& show) { return nested.contains(show.ID); });
   if (!outermost.empty()) shows = outermost;  // else each lies in another, and each could be meant
@@ -142,7 +142,7 @@ bool Inputs::ResolveFolder(const std::string& folder) {
   if (meant.empty()) return FailWithout(folder);
   if (meant.size() > 1)
     return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
-                " could be meant. Name one of them:" + list_of(meant));
+                " could be meant. Name one of them:" + ListOf(meant));
   m_Shows.push_back(meant.front());
   return true;
 }
@@ -160,7 +160,7 @@ bool Inputs::FailWithout(const std::string& folder) {
     problems |= record.Problems & Cairn::FatalAssetProblems;
     const std::string& file = record.Info.RealFilename;
     told.insert(file);
-    unusable += "\n  " + (file.empty() ? name_of_missing(record) : file) + ':';
+    unusable += "\n  " + (file.empty() ? NameOfMissing(record) : file) + ':';
     for (const std::string& reason : record.Reasons()) unusable += ' ' + reason;
   }
   bool may_be_opened = true;
@@ -175,7 +175,7 @@ bool Inputs::FailWithout(const std::string& folder) {
   if (unusable.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
   return Fail(
       folder + ": there is no composition in this folder that can be used. " + advice + "; wrong are:" + unusable,
-      problems == Cairn::AP_MISSING_FILE ? AssetsMissing : NotPlayable);
+      problems == Cairn::AP_MISSING_FILE ? ExitCode::AssetsMissing : ExitCode::NotPlayable);
 }
 
 // A document beside the packages that nobody can read may be the very show that is meant.
@@ -190,13 +190,13 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
     const auto failure = std::find_if(unreadable.begin(), unreadable.end(), [&](const Cairn::UnreadableEntry& other) {
       return other.Path == root + '/' + entry.path().filename().string();
     });
-    if (failure == unreadable.end() && !is_damaged(entry.path())) continue;
+    if (failure == unreadable.end() && !IsDamaged(entry.path())) continue;
     const std::string what =
         failure == unreadable.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
     Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
              (failure == unreadable.end() ? "" : "allow this user to read it, or ") + "copy it again" +
-             (meant.empty() ? "." : ", or name what to take instead:" + list_of(meant)),
-         NotPlayable);
+             (meant.empty() ? "." : ", or name what to take instead:" + ListOf(meant)),
+         ExitCode::NotPlayable);
     return true;
   }
   return false;
@@ -205,20 +205,21 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
 bool Inputs::ResolveFile(const std::string& path) {
   Cairn::FileContent content;
   const Strata::Result_t result = Cairn::InspectFile(path, content);
-  if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), NotPlayable);
-  if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(folder_of(path));
+  if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), ExitCode::NotPlayable);
+  if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(FolderOf(path));
   if (content.Type == Cairn::FT_UNKNOWN)
-    return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.", NotPlayable);
-  if (content.Type == Cairn::FT_XML && is_damaged(path))
+    return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.",
+                ExitCode::NotPlayable);
+  if (content.Type == Cairn::FT_XML && IsDamaged(path))
     return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
-                NotPlayable);
+                ExitCode::NotPlayable);
   if (IsMXF(content.Type))
     return Fail(path +
                 ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "
                 "is in it, `strata frame` takes frames out of it.");
   if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
     return Fail(path + ": this is neither a composition nor a show playlist.");
-  if (!AddFolder("folder", folder_of(path))) return false;
+  if (!AddFolder("folder", FolderOf(path))) return false;
   m_Shows.push_back({content.Type, content.ID, DocumentTitle(content.Type, path), path});
   return true;
 }
@@ -244,3 +245,5 @@ Strata::Result_t Inputs::Load(Strata::IPlaylist& playlist) const {
   for (const Candidate& show : m_Shows) ids.push_back(show.ID);
   return playlist.InitWithUUIDList(ids, m_Store, {});
 }
+
+}  // namespace Tool

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// What the user named on the command line.
 struct InputOptions {
@@ -20,7 +20,7 @@ struct InputOptions {
   std::string Index;                ///< the asset index; empty: in memory
 
   /// Adds the options --store and --index, and the arguments, to a command.
-  void AddTo(CLI::App& command, const std::string& names, const std::string& description);
+  void AddTo(Command& command, const std::string& names, const std::string& description);
 };
 
 /// One thing that could be meant.
@@ -59,10 +59,12 @@ class Inputs {
   bool ResolveIdentifier(const Cairn::UUID& id);
   bool FailWithout(const std::string& folder);
   bool RefuseDamaged(const std::string& folder, const std::vector<Candidate>& meant);
-  bool Fail(const std::string& problem, ExitCode code = Usage);
+  bool Fail(const std::string& problem, ExitCode code = ExitCode::Usage);
 
   Cairn::AssetStore m_Store;
   std::vector<Candidate> m_Shows;
   std::string m_Problem;
-  ExitCode m_ProblemCode = Usage;
+  ExitCode m_ProblemCode = ExitCode::Usage;
 };
+
+}  // namespace Tool

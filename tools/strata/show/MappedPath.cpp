@@ -5,6 +5,8 @@
 #include <Cairn/InitObjectWithFile.h>
 #include <Ferro/Path.h>
 
+namespace Tool {
+
 std::string MappedPath(const Cairn::AssetRecord& record) {
   for (const char* name : {"ASSETMAP.xml", "ASSETMAP"}) {
     Cairn::AssetMap map;
@@ -17,3 +19,5 @@ std::string MappedPath(const Cairn::AssetRecord& record) {
   }
   return record.Package;
 }
+
+}  // namespace Tool

@@ -11,11 +11,13 @@
 #include <algorithm>
 #include <filesystem>
 
+namespace Tool {
+
 namespace {
 
 constexpr unsigned MostShows = 10'000;  // the engine takes no more
 
-const Cairn::AssetRecord* usable(const std::vector<Cairn::AssetRecord>& places) {
+const Cairn::AssetRecord* Usable(const std::vector<Cairn::AssetRecord>& places) {
   return places.empty() ? nullptr : &places.front();
 }
 
@@ -81,7 +83,7 @@ void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths
 void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& paths) {
   const auto id = Cairn::UUID::FromURN(uri);
   const auto places = id ? m_Inputs.Store().FindAsset(*id) : std::vector<Cairn::AssetRecord>();
-  const Cairn::AssetRecord* place = usable(places);
+  const Cairn::AssetRecord* place = Usable(places);
   if (place == nullptr || place->Info.FileType != Cairn::FT_SHOW) {
     m_MissingShows.push_back(uri);
     return;
@@ -104,7 +106,7 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   outline.Start = m_Duration;
   if (given_path.empty()) {
     const auto places = m_Inputs.Store().FindAsset(id);
-    if (const Cairn::AssetRecord* place = usable(places)) {
+    if (const Cairn::AssetRecord* place = Usable(places)) {
       outline.Path = place->Info.RealFilename;
       outline.Found = *place;
     }
@@ -173,6 +175,8 @@ void ShowOutline::AddReel(const Cairn::Reel& reel, OutlineComposition& compositi
 OutlineAsset ShowOutline::Resolve(AssetKind kind, const Cairn::GenericAsset& asset, const std::string& language) const {
   OutlineAsset out{kind, asset, language, "", {}};
   const auto places = m_Inputs.Store().FindAsset(asset.AssetID);
-  if (const Cairn::AssetRecord* place = usable(places)) out.Found = *place;
+  if (const Cairn::AssetRecord* place = Usable(places)) out.Found = *place;
   return out;
 }
+
+}  // namespace Tool

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 // What a show's documents say, composition by composition, whether or not it can be played. The engine tells what plays;
 // this tells what was asked for, also where assets are missing.
 
@@ -112,3 +114,5 @@ class ShowOutline {
   Ferro::ui32_t m_Duration = 0;
   unsigned m_ShowCount = 0;
 };
+
+}  // namespace Tool

@@ -7,16 +7,18 @@
 #include <Cairn/XMLNode.h>
 #include <Ferro/LogSink.h>
 
+namespace Tool {
+
 namespace {
 
-void collect(const xercesc::DOMElement* element, std::vector<Ferro::UUID>& references) {
+void Collect(const xercesc::DOMElement* element, std::vector<Ferro::UUID>& references) {
   const std::string name = Cairn::LocalName(element);
   if (name == "LoadFont" || name == "Image")
     if (const auto id = Ferro::UUID::FromURN(Cairn::TrimmedText(element))) references.push_back(*id);
   // Documents from outside nest no deeper than the parser allows.
   for (const auto* child = Cairn::FirstChildElement(element); child != nullptr;
        child = Cairn::NextSiblingElement(child))
-    collect(child, references);
+    Collect(child, references);
 }
 
 }  // namespace
@@ -28,9 +30,11 @@ Ferro::Result_t ReadTextReferences(const std::string& xml, std::vector<Ferro::UU
     Cairn::DocumentParser parser;
     Cairn::DOMTreeErrorReporter reporter;
     const Ferro::Result_t result = parser.ParseText(xml, reporter, log);
-    if (result.Success()) collect(parser.getDocument()->getDocumentElement(), references);
+    if (result.Success()) Collect(parser.getDocument()->getDocumentElement(), references);
     return result;
   } catch (...) {
     return Cairn::LogXMLException(log);
   }
 }
+
+}  // namespace Tool

@@ -9,10 +9,12 @@
 #include <cmath>
 #include <limits>
 
+namespace Tool {
+
 namespace {
 
 /// Seconds of a time "HH:MM:SS:EE" in edit units of `rate`; 0 where it is none.
-double seconds_of(const std::string& text, double rate) {
+double SecondsOf(const std::string& text, double rate) {
   unsigned parts[4] = {};
   const char* at = text.data();
   const char* end = at + text.size();
@@ -49,7 +51,7 @@ class FactsReader : public Cairn::XercesCallWrapper<TimedTextFacts> {
     if (Cairn::LocalName(element) == "Subtitle") {
       const XMLCh name[] = {'T', 'i', 'm', 'e', 'O', 'u', 't', 0};
       const std::string time = Cairn::XMLChToUTF8(element->getAttribute(name));
-      facts.End = std::max(facts.End, seconds_of(time, facts.TimeCodeRate));
+      facts.End = std::max(facts.End, SecondsOf(time, facts.TimeCodeRate));
       return;
     }
     for (const auto* child = Cairn::FirstChildElement(element); child != nullptr;
@@ -70,3 +72,5 @@ Ferro::ui32_t TimedTextFacts::EndInEditUnits(const QUIRE::Rational& edit_rate) c
 bool ReadTimedTextFacts(const std::string& xml, TimedTextFacts& facts) {
   return Cairn::DecodeXMLDocument<FactsReader>(xml, &facts).Success();
 }
+
+}  // namespace Tool

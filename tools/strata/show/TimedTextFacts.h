@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// What a timed-text document (ST 428-7) says of itself.
 struct TimedTextFacts {
   Ferro::UUID ID;
@@ -22,3 +24,5 @@ struct TimedTextFacts {
 
 /// False, with a line in the log where the text is no well-formed XML, for anything but such a document.
 [[nodiscard]] bool ReadTimedTextFacts(const std::string& xml, TimedTextFacts& facts);
+
+}  // namespace Tool

@@ -9,18 +9,20 @@
 #include <filesystem>
 #include <optional>
 
+namespace Tool {
+
 namespace {
 
 namespace fs = std::filesystem;
 
 /// The folder of the index that holds a path; empty where there is none.
-std::string folder_around(const Cairn::AssetStore& store, const std::string& path) {
+std::string FolderAround(const Cairn::AssetStore& store, const std::string& path) {
   for (const std::string& folder : store.Folders())
     if (IsInside(path, folder)) return folder;
   return "";
 }
 
-void tell_added(const Cairn::AssetStore& store, const std::string& path) {
+void TellAdded(const Cairn::AssetStore& store, const std::string& path) {
   size_t assets = 0;
   size_t unusable = 0;
   for (const Cairn::AssetRecord& record : store.Assets()) {
@@ -28,7 +30,7 @@ void tell_added(const Cairn::AssetStore& store, const std::string& path) {
     ++assets;
     unusable += (record.Problems & Cairn::FatalAssetProblems) != 0 ? 1 : 0;
   }
-  const std::string around = folder_around(store, path);
+  const std::string around = FolderAround(store, path);
   std::printf("Added %s: %zu asset%s%s\n", path.c_str(), assets, assets == 1 ? "" : "s",
               around == path || around.empty() ? "." : (", as a part of " + around + ".").c_str());
   if (unusable > 0)
@@ -36,41 +38,44 @@ void tell_added(const Cairn::AssetStore& store, const std::string& path) {
   std::fflush(stdout);
 }
 
-ExitCode add_folder(StoreSession& session, const std::string& folder) {
+ExitCode AddFolder(StoreSession& session, const std::string& folder) {
   const Cairn::Result_t result = LookThroughFolder(session.Store(), folder);
   if (result == Ferro::RESULT_CANCELLED)
-    return StoreTrouble(Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
-  if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
-  return result.Success() ? Fine
-                          : StoreTrouble(NotPlayable, folder + ": it cannot be looked through: " + result.Label());
+    return StoreTrouble(ExitCode::Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
+  if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
+  return result.Success()
+             ? ExitCode::Fine
+             : StoreTrouble(ExitCode::NotPlayable, folder + ": it cannot be looked through: " + result.Label());
 }
 
-ExitCode add_file(StoreSession& session, const std::string& path) {
+ExitCode AddFile(StoreSession& session, const std::string& path) {
   Cairn::AssetInfo info;
   const Cairn::Result_t result = session.Store().RegisterAsset(path, Cairn::SHA1(), info);
-  if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
+  if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
   if (result == Cairn::RESULT_CN_VALUE)
-    return StoreTrouble(Usage, path + ": this file says no identifier of its own; add the folder of its package.");
-  return result.Success() ? Fine : StoreTrouble(NotPlayable, path + ": it cannot be read: " + result.Label());
+    return StoreTrouble(ExitCode::Usage,
+                        path + ": this file says no identifier of its own; add the folder of its package.");
+  return result.Success() ? ExitCode::Fine
+                          : StoreTrouble(ExitCode::NotPlayable, path + ": it cannot be read: " + result.Label());
 }
 
-ExitCode add(StoreSession& session, const std::string& name) {
+ExitCode Add(StoreSession& session, const std::string& name) {
   std::error_code error;
-  if (!fs::exists(name, error)) return StoreTrouble(Usage, name + ": there is no such file or folder.");
+  if (!fs::exists(name, error)) return StoreTrouble(ExitCode::Usage, name + ": there is no such file or folder.");
   const std::string path = StorePath(name);
-  ExitCode code = Fine;
+  ExitCode code = ExitCode::Fine;
   if (fs::is_directory(path, error))
-    code = add_folder(session, path);
-  else if (const std::string around = folder_around(session.Store(), path); !around.empty())
-    code = add_folder(session, around);
+    code = AddFolder(session, path);
+  else if (const std::string around = FolderAround(session.Store(), path); !around.empty())
+    code = AddFolder(session, around);
   else
-    code = add_file(session, path);
-  if (code == Fine) tell_added(session.Store(), path);
+    code = AddFile(session, path);
+  if (code == ExitCode::Fine) TellAdded(session.Store(), path);
   return code;
 }
 
 /// The assets of an index that are the one named, or lie where it says.
-std::vector<Cairn::AssetRecord> assets_named(const Cairn::AssetStore& store, const std::string& name) {
+std::vector<Cairn::AssetRecord> AssetsNamed(const Cairn::AssetStore& store, const std::string& name) {
   const auto urn = Cairn::UUID::FromURN(name);
   if (const auto id = urn ? urn : Cairn::UUID::FromHex(name)) return store.FindAsset(*id);
   std::vector<Cairn::AssetRecord> assets = store.Assets();
@@ -78,31 +83,32 @@ std::vector<Cairn::AssetRecord> assets_named(const Cairn::AssetStore& store, con
   return assets;
 }
 
-ExitCode forget(StoreSession& session, const std::string& name) {
+ExitCode Forget(StoreSession& session, const std::string& name) {
   Cairn::AssetStore& store = session.Store();
   Cairn::Result_t result = store.Forget(StorePath(name));
-  const std::vector<Cairn::AssetRecord> assets = assets_named(store, name);
+  const std::vector<Cairn::AssetRecord> assets = AssetsNamed(store, name);
   if (result == Ferro::RESULT_NOT_FOUND && !assets.empty()) result = store.ForgetAsset(assets.front().Info.ID);
-  if (const ExitCode code = session.CheckIndex(); code != Fine) return code;
+  if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
   if (result.Success()) {
     std::printf("Forgot %s. Its files are as they were.\n", name.c_str());
-    return Fine;
+    return ExitCode::Fine;
   }
   const std::string path = assets.empty() ? StorePath(name) : assets.front().Package;
-  const std::string around = folder_around(store, path);
-  if (around.empty()) return StoreTrouble(Usage, name + ": the index knows no such folder and no such asset.");
-  return StoreTrouble(Usage, name + ": it lies in the folder " + around +
-                                 ", which is known as a whole: forget that folder, or remove the files.");
+  const std::string around = FolderAround(store, path);
+  if (around.empty())
+    return StoreTrouble(ExitCode::Usage, name + ": the index knows no such folder and no such asset.");
+  return StoreTrouble(ExitCode::Usage, name + ": it lies in the folder " + around +
+                                           ", which is known as a whole: forget that folder, or remove the files.");
 }
 
-ExitCode for_each_name(const StoreOptions& options, bool may_create,
-                       ExitCode (*work)(StoreSession&, const std::string&)) {
+ExitCode ForEachName(const StoreOptions& options, bool may_create,
+                     ExitCode (*work)(StoreSession&, const std::string&)) {
   StoreSession session;
   ExitCode code = session.Open(options, may_create);
-  if (code != Fine) return code;
+  if (code != ExitCode::Fine) return code;
   for (const std::string& name : options.Names) {
-    if (Interrupt::Requested()) return StoreTrouble(Interrupted, "interrupted before " + name + '.');
-    if (code = work(session, name); code != Fine) break;
+    if (Interrupt::Requested()) return StoreTrouble(ExitCode::Interrupted, "interrupted before " + name + '.');
+    if (code = work(session, name); code != ExitCode::Fine) break;
   }
   for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   return code;
@@ -111,9 +117,11 @@ ExitCode for_each_name(const StoreOptions& options, bool may_create,
 }  // namespace
 
 ExitCode StoreAdd(const StoreOptions& options) {
-  return for_each_name(options, true, add);
+  return ForEachName(options, true, Add);
 }
 
 ExitCode StoreForget(const StoreOptions& options) {
-  return for_each_name(options, false, forget);
+  return ForEachName(options, false, Forget);
 }
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// `strata store`: keeps an index of the folders that hold assets.
-void AddStoreCommand(CLI::App& app, int& exit_code);
+void AddStoreCommand(Command& program);
+
+}  // namespace Tool

@@ -11,13 +11,15 @@
 #include <cstdio>
 #include <filesystem>
 
+namespace Tool {
+
 namespace {
 
-std::string counted(size_t count, const std::string& thing) {
+std::string Counted(size_t count, const std::string& thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
-Json folders_json(const Cairn::AssetStore& store, const StoreSelection& selection) {
+Json FoldersJson(const Cairn::AssetStore& store, const StoreSelection& selection) {
   Json folders = Json::array();
   std::error_code error;
   for (const std::string& folder : store.Folders())
@@ -26,7 +28,7 @@ Json folders_json(const Cairn::AssetStore& store, const StoreSelection& selectio
   return folders;
 }
 
-Json packages_json(const Cairn::AssetStore& store, const StoreSelection& selection) {
+Json PackagesJson(const Cairn::AssetStore& store, const StoreSelection& selection) {
   Json packages = Json::array();
   for (const Cairn::PackageRecord& package : store.Packages()) {
     if (!selection.HasFolder(package.Folder)) continue;
@@ -41,7 +43,7 @@ Json packages_json(const Cairn::AssetStore& store, const StoreSelection& selecti
   return packages;
 }
 
-Json asset_json(const Cairn::AssetRecord& record) {
+Json AssetJson(const Cairn::AssetRecord& record) {
   Json json{{"id", record.Info.ID.EncodeString()}, {"kind", StoreKindName(record)}};
   const std::string title = DocumentTitle(record.Info.FileType, record.Info.RealFilename);
   if (!title.empty()) json["title"] = title;
@@ -55,7 +57,7 @@ Json asset_json(const Cairn::AssetRecord& record) {
   return json;
 }
 
-std::string asset_text(const Json& asset) {
+std::string AssetText(const Json& asset) {
   const std::string file = asset.value("file", std::string());
   const std::string package = asset["package"];
   char start[96];
@@ -83,13 +85,13 @@ const char* DigestState(const Cairn::AssetRecord& record) {
 Json StoreListReport(const StoreSession& session, const Cairn::AssetStore& store, const StoreSelection& selection) {
   Json report = NewReport("store-list");
   report["index"] = session.IndexFile();
-  report["folders"] = folders_json(store, selection);
-  report["packages"] = packages_json(store, selection);
+  report["folders"] = FoldersJson(store, selection);
+  report["packages"] = PackagesJson(store, selection);
   report["assets"] = Json::array();
   Ferro::ui64_t bytes = 0;
   size_t with_problems = 0;
   for (const Cairn::AssetRecord& record : selection.Assets(store)) {
-    report["assets"].push_back(asset_json(record));
+    report["assets"].push_back(AssetJson(record));
     bytes += record.Info.FileSize;
     with_problems += record.Problems != 0 ? 1 : 0;
   }
@@ -112,12 +114,14 @@ std::string StoreListText(const Json& report) {
         if (known["folder"] == package)
           for (const Json& finding : known["findings"]) text += "  " + finding.get<std::string>() + '\n';
     }
-    text += asset_text(asset);
+    text += AssetText(asset);
   }
   if (!report["assets"].empty()) text += '\n';
-  text += counted(report["assets"].size(), "asset") + ", " + BytesText(report["bytes"].get<Ferro::ui64_t>());
+  text += Counted(report["assets"].size(), "asset") + ", " + BytesText(report["bytes"].get<Ferro::ui64_t>());
   if (report["with_problems"].get<size_t>() > 0)
     text += "; " + std::to_string(report["with_problems"].get<size_t>()) +
             " with problems: `strata store verify` tells what to do";
   return text + ".\n";
 }
+
+}  // namespace Tool

@@ -4,6 +4,8 @@
 #include "StoreSession.h"
 #include "terminal/Report.h"
 
+namespace Tool {
+
 /// What `strata store list` reports of the folders and assets selected, schema strata-store-list-1.
 [[nodiscard]] Json StoreListReport(const StoreSession& session, const Cairn::AssetStore& store,
                                    const StoreSelection& selection);
@@ -14,3 +16,5 @@
 
 /// What an asset is; "missing file" where there is none to tell.
 [[nodiscard]] std::string StoreKindName(const Cairn::AssetRecord& record);
+
+}  // namespace Tool

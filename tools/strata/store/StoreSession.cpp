@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <optional>
 
+namespace Tool {
+
 namespace fs = std::filesystem;
 
 ExitCode StoreTrouble(ExitCode code, const std::string& text) {
@@ -71,15 +73,16 @@ std::vector<Cairn::AssetRecord> StoreSelection::Assets(const Cairn::AssetStore& 
 
 ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
   m_IndexFile = options.Index.empty() ? DefaultIndexFile() : options.Index;
-  if (m_IndexFile.empty()) return StoreTrouble(Usage, "there is no home folder: name the asset index with --index.");
+  if (m_IndexFile.empty())
+    return StoreTrouble(ExitCode::Usage, "there is no home folder: name the asset index with --index.");
   std::error_code error;
   if (!may_create && !fs::exists(m_IndexFile, error))
-    return StoreTrouble(Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
+    return StoreTrouble(ExitCode::Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
   if (options.Index.empty()) fs::create_directories(fs::path(m_IndexFile).parent_path(), error);
   std::string problem;
   return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.BusyTimeout))
-             ? Fine
-             : StoreTrouble(NotPlayable, problem);
+             ? ExitCode::Fine
+             : StoreTrouble(ExitCode::NotPlayable, problem);
 }
 
 ExitCode StoreSession::Refresh() {
@@ -88,7 +91,7 @@ ExitCode StoreSession::Refresh() {
     bar.Update(now.FilesDone, now.FilesTotal);
     return !Interrupt::Requested();
   };
-  if (m_Store.Refresh(progress) == Ferro::RESULT_CANCELLED || Interrupt::Requested()) return Interrupted;
+  if (m_Store.Refresh(progress) == Ferro::RESULT_CANCELLED || Interrupt::Requested()) return ExitCode::Interrupted;
   return CheckIndex();
 }
 
@@ -96,5 +99,7 @@ ExitCode StoreSession::CheckIndex() {
   for (const Ferro::LogEntry& message : m_Log.Take())
     if (message.Level == Ferro::LogLevel::Warning) m_Warnings.push_back(message.Message);
   const std::string problem = IndexFailure(m_Store, m_IndexFile);
-  return problem.empty() ? Fine : StoreTrouble(NotPlayable, problem);
+  return problem.empty() ? ExitCode::Fine : StoreTrouble(ExitCode::NotPlayable, problem);
 }
+
+}  // namespace Tool

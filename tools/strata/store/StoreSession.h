@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// What the user gave to a command about the asset index.
 struct StoreOptions {
   std::string Index;               ///< the index's file; empty: the user's own
@@ -71,3 +73,5 @@ ExitCode StoreTrouble(ExitCode code, const std::string& text);
 
 /// True for a path that is the folder or lies below it.
 [[nodiscard]] bool IsInside(const std::string& path, const std::string& folder);
+
+}  // namespace Tool

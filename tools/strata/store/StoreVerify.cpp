@@ -11,18 +11,20 @@
 #include <algorithm>
 #include <filesystem>
 
+namespace Tool {
+
 namespace {
 
 constexpr char CopyAgain[] = "Copy the package again from its source.";
 constexpr char Connect[] = "Connect its disk, or forget the folder with `strata store forget`.";
 
-Severity severity_of(Ferro::ui32_t problem) {
+Severity SeverityOf(Ferro::ui32_t problem) {
   if (problem == Cairn::AP_MISSING_FILE) return Severity::Missing;
   return (problem & Cairn::FatalAssetProblems) != 0 ? Severity::Error : Severity::Warning;
 }
 
 /// Of an asset, with nothing yet said.
-Finding about(const Cairn::AssetRecord& record, Severity level) {
+Finding About(const Cairn::AssetRecord& record, Severity level) {
   Finding finding;
   finding.Level = level;
   if (!record.Info.RealFilename.empty()) finding.AssetType = StoreKindName(record);
@@ -32,13 +34,13 @@ Finding about(const Cairn::AssetRecord& record, Severity level) {
   return finding;
 }
 
-void find_in_asset(const Cairn::AssetRecord& record, bool hash, std::vector<Finding>& findings) {
+void FindInAsset(const Cairn::AssetRecord& record, bool hash, std::vector<Finding>& findings) {
   for (Ferro::ui32_t problem = 1; problem != 0 && problem <= record.Problems; problem <<= 1) {
     if ((record.Problems & problem) == 0) continue;
     Cairn::AssetRecord alone;
     alone.Problems = problem;
     alone.OpenFailure = record.OpenFailure;
-    Finding finding = about(record, severity_of(problem));
+    Finding finding = About(record, SeverityOf(problem));
     for (const std::string& reason : alone.Reasons()) finding.Message += reason;
     if (problem == Cairn::AP_WRONG_SIZE && record.HasListedSize) {
       finding.Expected = std::to_string(record.ListedSize) + " bytes";
@@ -48,12 +50,12 @@ void find_in_asset(const Cairn::AssetRecord& record, bool hash, std::vector<Find
   }
   const bool usable = (record.Problems & Cairn::FatalAssetProblems) == 0;
   if (!hash || !usable || record.DigestVerified || !record.Info.Digest.HasValue()) return;
-  findings.push_back(about(record, Severity::Error));
+  findings.push_back(About(record, Severity::Error));
   findings.back().Message = "The file could not be read to its end.";
 }
 
 /// Folders that are not there; what was in them is not told one by one.
-std::vector<std::string> absent_folders(const Cairn::AssetStore& store) {
+std::vector<std::string> AbsentFolders(const Cairn::AssetStore& store) {
   std::vector<std::string> folders = store.Folders();
   std::error_code error;
   std::erase_if(folders, [&](const std::string& folder) { return std::filesystem::is_directory(folder, error); });
@@ -61,7 +63,7 @@ std::vector<std::string> absent_folders(const Cairn::AssetStore& store) {
 }
 
 /// What the store warned of and no finding tells.
-void add_warnings(const StoreSession& session, std::vector<Finding>& findings) {
+void AddWarnings(const StoreSession& session, std::vector<Finding>& findings) {
   std::vector<Finding> added;
   for (const std::string& warning : session.Warnings()) {
     const bool is_told = std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
@@ -74,9 +76,9 @@ void add_warnings(const StoreSession& session, std::vector<Finding>& findings) {
   findings.insert(findings.end(), added.begin(), added.end());
 }
 
-std::vector<Finding> findings_of(const Cairn::AssetStore& store, const StoreSelection& selection, bool hash) {
+std::vector<Finding> FindingsOf(const Cairn::AssetStore& store, const StoreSelection& selection, bool hash) {
   std::vector<Finding> findings;
-  const std::vector<std::string> absent = absent_folders(store);
+  const std::vector<std::string> absent = AbsentFolders(store);
   const auto is_absent = [&](const std::string& path) {
     return std::any_of(absent.begin(), absent.end(), [&](const auto& folder) { return IsInside(path, folder); });
   };
@@ -98,29 +100,29 @@ std::vector<Finding> findings_of(const Cairn::AssetStore& store, const StoreSele
       finding.File = package.Folder;
     }
   for (const Cairn::AssetRecord& record : selection.Assets(store))
-    if (!is_absent(record.Package) || !selection.HasFolder(record.Package)) find_in_asset(record, hash, findings);
+    if (!is_absent(record.Package) || !selection.HasFolder(record.Package)) FindInAsset(record, hash, findings);
   return findings;
 }
 
 /// Interrupted when the user stopped it.
-ExitCode compute_digests(const StoreOptions& options, const StoreSelection& selection, StoreSession& session) {
+ExitCode ComputeDigests(const StoreOptions& options, const StoreSelection& selection, StoreSession& session) {
   Cairn::UUIDList ids;
   for (const Cairn::AssetRecord& record : selection.Assets(session.Store())) ids.push_back(record.Info.ID);
-  if (ids.empty()) return Fine;
+  if (ids.empty()) return ExitCode::Fine;
   ProgressBar bar("Verifying");
   const auto progress = [&](const Cairn::VerifyProgress& now) {
     bar.Update(now.BytesDone, now.BytesTotal);
     return !Interrupt::Requested();
   };
   const Cairn::Result_t result = session.Store().VerifyDigests(ids, options.Threads, progress);
-  return result == Ferro::RESULT_CANCELLED ? Interrupted : session.CheckIndex();
+  return result == Ferro::RESULT_CANCELLED ? ExitCode::Interrupted : session.CheckIndex();
 }
 
-std::string verdict_text(const Json& report) {
+std::string VerdictText(const Json& report) {
   const size_t assets = report["assets"];
   if (report["interrupted"].get<bool>())
     return "Interrupted: what was verified is kept, and the next time it goes on from there.";
-  if (report["exit_code"] == int{Fine}) {
+  if (report["exit_code"] == static_cast<int>(ExitCode::Fine)) {
     std::string text = std::to_string(assets) + (assets == 1 ? " asset, " : " assets, ") +
                        BytesText(report["bytes"].get<Ferro::ui64_t>()) + ": all files are there";
     if (!report["hash"].get<bool>()) return text + "; with --hash their digests are verified too.";
@@ -133,12 +135,12 @@ std::string verdict_text(const Json& report) {
   return std::to_string(bad) + (bad == 1 ? " thing is" : " things are") + " missing or broken.";
 }
 
-Json make_report(const StoreOptions& options, const StoreSession& session,
-                 const std::vector<Cairn::AssetRecord>& assets, const std::vector<Finding>& findings, ExitCode code) {
+Json MakeReport(const StoreOptions& options, const StoreSession& session, const std::vector<Cairn::AssetRecord>& assets,
+                const std::vector<Finding>& findings, ExitCode code) {
   Json report = NewReport("store-verify");
   report["index"] = session.IndexFile();
   report["exit_code"] = static_cast<int>(code);
-  report["interrupted"] = code == Interrupted;
+  report["interrupted"] = code == ExitCode::Interrupted;
   report["hash"] = options.Hash;
   report["assets"] = assets.size();
   Ferro::ui64_t bytes = 0;
@@ -152,11 +154,11 @@ Json make_report(const StoreOptions& options, const StoreSession& session,
   report["digests"] = digests;
   report["findings"] = Json::array();
   for (const Finding& finding : findings) report["findings"].push_back(FindingToJson(finding));
-  report["verdict"] = verdict_text(report);
+  report["verdict"] = VerdictText(report);
   return report;
 }
 
-std::string render(const Json& report) {
+std::string Render(const Json& report) {
   std::string text;
   for (const Json& finding : report["findings"]) text += FindingText(finding);
   return text + report["verdict"].get<std::string>() + '\n';
@@ -166,24 +168,26 @@ std::string render(const Json& report) {
 
 ExitCode StoreVerify(const StoreOptions& options) {
   StoreSession session;
-  if (const ExitCode code = session.Open(options, false); code != Fine) return code;
+  if (const ExitCode code = session.Open(options, false); code != ExitCode::Fine) return code;
   StoreSelection selection;
   if (std::string unknown; !selection.Select(options.Names, session.Store(), unknown))
-    return StoreTrouble(Usage, unknown + ": the index knows no such folder and no such asset.");
+    return StoreTrouble(ExitCode::Usage, unknown + ": the index knows no such folder and no such asset.");
   ExitCode code = session.Refresh();
-  if (code == Fine && options.Hash) code = compute_digests(options, selection, session);
-  if (code != Fine && code != Interrupted) return code;
+  if (code == ExitCode::Fine && options.Hash) code = ComputeDigests(options, selection, session);
+  if (code != ExitCode::Fine && code != ExitCode::Interrupted) return code;
 
   std::vector<Finding> findings;
-  if (code == Fine) {
-    findings = findings_of(session.Store(), selection, options.Hash);
-    if (selection.All()) add_warnings(session, findings);
+  if (code == ExitCode::Fine) {
+    findings = FindingsOf(session.Store(), selection, options.Hash);
+    if (selection.All()) AddWarnings(session, findings);
     code = ExitCodeFor(findings);
   }
   const std::vector<Cairn::AssetRecord> assets = selection.Assets(session.Store());
-  if (const ExitCode trouble = session.CheckIndex(); trouble != Fine) return trouble;
-  if (code == Interrupted && options.AsJson)
+  if (const ExitCode trouble = session.CheckIndex(); trouble != ExitCode::Fine) return trouble;
+  if (code == ExitCode::Interrupted && options.AsJson)
     static_cast<void>(StoreTrouble(code, "interrupted"));  // else the verdict says so
-  PrintReport(make_report(options, session, assets, findings, code), options.AsJson, render);
+  PrintReport(MakeReport(options, session, assets, findings, code), options.AsJson, Render);
   return code;
 }
+
+}  // namespace Tool

@@ -3,5 +3,9 @@
 
 #include "StoreSession.h"
 
+namespace Tool {
+
 /// `strata store verify`: are the files there, with the sizes listed, and with the digests listed?
 [[nodiscard]] ExitCode StoreVerify(const StoreOptions& options);
+
+}  // namespace Tool

@@ -3,6 +3,8 @@
 
 #include <Ferro/FileWriter.h>
 
+namespace Tool {
+
 std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
   const std::string why = result == Ferro::RESULT_NOT_FOUND  ? "its folder is not there"
                           : result == Ferro::RESULT_NOTAFILE ? "a folder, device or pipe has this name"
@@ -12,7 +14,7 @@ std::string WriteProblem(const std::string& filename, const Ferro::Result_t& res
 }
 
 void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
-  if (result.Failure()) throw CommandError(NotPlayable, WriteProblem(filename, result, reason));
+  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, WriteProblem(filename, result, reason));
 }
 
 std::string WriteWholeFile(const std::string& filename, std::string_view content) {
@@ -22,3 +24,5 @@ std::string WriteWholeFile(const std::string& filename, std::string_view content
   if (result.Success()) result = file.Commit();
   return result.Success() ? "" : WriteProblem(filename, result, file.FailureReason());
 }
+
+}  // namespace Tool

@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+namespace Tool {
+
 /// Ends a command: the message is for the user, the exit code for scripts.
 class CommandError : public std::runtime_error {
  public:
@@ -20,8 +22,10 @@ class CommandError : public std::runtime_error {
   ExitCode m_Code;
 };
 
-/// Thrown when the user stopped the work.
-struct CommandStopped {};
+/// Thrown when the user stopped the work. `LeftBehind` is told behind "interrupted".
+struct CommandStopped {
+  const char* LeftBehind = "; nothing was left behind";
+};
 
 /// What the user reads where writing `filename` failed. `reason` is the system's, as FileWriter::FailureReason has it.
 [[nodiscard]] std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result,
@@ -30,3 +34,5 @@ struct CommandStopped {};
 void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason);
 /// Writes a whole file, which is complete or as it was before. Returns the problem; empty: there is none.
 [[nodiscard]] std::string WriteWholeFile(const std::string& filename, std::string_view content);
+
+}  // namespace Tool

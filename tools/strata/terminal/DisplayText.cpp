@@ -5,6 +5,8 @@
 #include <array>
 #include <functional>
 
+namespace Tool {
+
 namespace {
 
 constexpr char32_t Replacement = 0xfffd;
@@ -35,13 +37,13 @@ constexpr std::array Refused = {Range{0x00, 0x1f},       Range{0x7f, 0x9f},     
                                 Range{0xe0000, 0xe0fff}, Range{0x110000, 0xffffffff}};
 
 template <size_t Count>
-bool is_in(char32_t code, const std::array<Range, Count>& ranges) {
+bool IsIn(char32_t code, const std::array<Range, Count>& ranges) {
   return std::any_of(ranges.begin(), ranges.end(),
                      [code](const Range& range) { return code >= range.First && code <= range.Last; });
 }
 
 /// Takes one character off `text`; Replacement, and one byte taken, where it is malformed (RFC 3629).
-char32_t take(std::string_view& text) {
+char32_t Take(std::string_view& text) {
   const auto byte = [&](size_t index) { return static_cast<unsigned char>(text[index]); };
   const unsigned char first = byte(0);
   const size_t length = first < 0x80   ? 1
@@ -62,7 +64,7 @@ char32_t take(std::string_view& text) {
   return good ? code : Replacement;
 }
 
-void append(std::string& text, char32_t code) {
+void Append(std::string& text, char32_t code) {
   const auto add = [&](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
   if (code < 0x80) return add(code);
   if (code < 0x800) {
@@ -78,12 +80,12 @@ void append(std::string& text, char32_t code) {
   add(0x80 | (code & 0x3fU));
 }
 
-double columns_of(const DisplayCharacter& character) {
+double CellsOf(const DisplayCharacter& character) {
   return character.Columns;
 }
 
 // Of the letter's height, in the widest of the usual faces.
-double width_of(const DisplayCharacter& character) {
+double WidthOf(const DisplayCharacter& character) {
   if (character.Columns != 1) return character.Columns * 0.55;
   const char32_t code = character.Code;
   if (code >= 0x80) return 0.7;
@@ -93,23 +95,23 @@ double width_of(const DisplayCharacter& character) {
   return letter >= 'A' && letter <= 'Z' ? 0.72 : 0.6;
 }
 
-double measure(std::string_view text, const std::function<double(const DisplayCharacter&)>& width) {
+double Measure(std::string_view text, const std::function<double(const DisplayCharacter&)>& width) {
   double sum = 0;
   for (const DisplayCharacter& character : DisplayCharacters(text)) sum += width(character);
   return sum;
 }
 
-std::string fit(std::string_view text, double room, const std::function<double(const DisplayCharacter&)>& width) {
-  if (measure(text, width) <= room) return DisplayText(text);
+std::string Fit(std::string_view text, double room, const std::function<double(const DisplayCharacter&)>& width) {
+  if (Measure(text, width) <= room) return DisplayText(text);
   double left = room - width({Ellipsis, 1});
   std::string out;
   if (left < 0) return out;
   for (const DisplayCharacter& character : DisplayCharacters(text)) {
     left -= width(character);
     if (left < 0) break;
-    append(out, character.Code);
+    Append(out, character.Code);
   }
-  append(out, Ellipsis);
+  Append(out, Ellipsis);
   return out;
 }
 
@@ -119,25 +121,25 @@ std::vector<DisplayCharacter> DisplayCharacters(std::string_view text) {
   std::vector<DisplayCharacter> characters;
   characters.reserve(text.size());
   while (!text.empty()) {
-    char32_t code = take(text);
+    char32_t code = Take(text);
     if (code == '\n' || code == '\r' || code == '\t')
       code = ' ';
-    else if (is_in(code, Refused))
+    else if (IsIn(code, Refused))
       code = Replacement;
-    characters.push_back({code, is_in(code, Narrow) ? 0U : is_in(code, Wide) ? 2U : 1U});
+    characters.push_back({code, IsIn(code, Narrow) ? 0U : IsIn(code, Wide) ? 2U : 1U});
   }
   return characters;
 }
 
 std::string EncodeCharacter(char32_t code) {
   std::string text;
-  append(text, code);
+  Append(text, code);
   return text;
 }
 
 std::string DisplayText(std::string_view text) {
   std::string out;
-  for (const DisplayCharacter& character : DisplayCharacters(text)) append(out, character.Code);
+  for (const DisplayCharacter& character : DisplayCharacters(text)) Append(out, character.Code);
   return out;
 }
 
@@ -151,18 +153,20 @@ std::string DisplayLines(std::string_view text) {
 }
 
 unsigned ColumnsOf(std::string_view text) {
-  return static_cast<unsigned>(measure(text, columns_of));
+  return static_cast<unsigned>(Measure(text, CellsOf));
 }
 
 std::string FitColumns(std::string_view text, unsigned columns) {
-  return fit(text, columns, columns_of);
+  return Fit(text, columns, CellsOf);
 }
 
 double PixelsOf(std::string_view text, double size) {
-  return measure(text, width_of) * size;
+  return Measure(text, WidthOf) * size;
 }
 
 std::string FitPixels(std::string_view text, double size, double pixels) {
-  std::string fitted = fit(text, pixels / size, width_of);
+  std::string fitted = Fit(text, pixels / size, WidthOf);
   return fitted == "\u2026" ? "" : fitted;
 }
+
+}  // namespace Tool

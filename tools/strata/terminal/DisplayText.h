@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Tool {
+
 // Text from documents and file systems, for showing to people.
 
 /// One character and how much room it takes.
@@ -32,3 +34,5 @@ struct DisplayCharacter {
 [[nodiscard]] double PixelsOf(std::string_view text, double size);
 /// At most `pixels` of a text, "…" at the end of what was shortened; empty where not even two characters fit.
 [[nodiscard]] std::string FitPixels(std::string_view text, double size, double pixels);
+
+}  // namespace Tool

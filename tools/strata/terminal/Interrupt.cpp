@@ -4,6 +4,8 @@
 #include <csignal>
 #include <initializer_list>
 
+namespace Tool {
+
 namespace {
 
 constexpr int Patience = 2;  // signals that only ask
@@ -33,3 +35,5 @@ void Interrupt::Install() {
 bool Interrupt::Requested() {
   return s_Count != 0;
 }
+
+}  // namespace Tool

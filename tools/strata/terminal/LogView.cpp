@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <string>
 
+namespace Tool {
+
 void LogView::WriteEntry(const Ferro::LogEntry& entry) {
   if (!m_All && entry.Level < Ferro::LogLevel::Warning) return;
   static constexpr const char* Names[] = {"debug", "info", "warning", "error"};
@@ -49,3 +51,5 @@ FrameErrorFilter::~FrameErrorFilter() {
 void FrameErrorFilter::WriteEntry(const Ferro::LogEntry& entry) {
   if (m_ShowsAll || !entry.Message.starts_with("IMG (frame ")) m_Before->WriteEntry(entry);
 }
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace Tool {
+
 /// Shows the libraries' messages on standard error, one plain line each: warnings and errors, or all of them.
 class LogView : public Ferro::ILogSink {
  public:
@@ -45,3 +47,5 @@ class FrameErrorFilter : public Ferro::ILogSink {
   Ferro::ILogSink* m_Before;
   bool m_ShowsAll;
 };
+
+}  // namespace Tool

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace Tool {
+
 namespace {
 
 constexpr auto FirstShown = std::chrono::seconds(1);
@@ -69,3 +71,5 @@ std::string ProgressBar::Line(const std::string& what, Ferro::ui64_t done, Ferro
   if (rate > 0 && done < total) line += ", " + DurationText(double(total - done) / rate) + " left";
   return line.substr(0, columns);
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <string>
 
+namespace Tool {
+
 /// What progress is counted in.
 enum class ProgressUnit { Bytes, Files, Pictures, Compositions };
 
@@ -37,3 +39,5 @@ class ProgressBar {
   Clock::time_point m_Shown = m_Started;
   bool m_IsShown = false;
 };
+
+}  // namespace Tool

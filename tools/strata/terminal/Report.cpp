@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace Tool {
+
 Json NewReport(const std::string& command, int version) {
   return Json{{"schema", "strata-" + command + "-" + std::to_string(version)}};
 }
@@ -23,3 +25,5 @@ void PrintReport(const Json& report, bool as_json, const std::function<std::stri
   if (text.empty() || text.back() != '\n') text += '\n';
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+namespace Tool {
+
 /// What a command reports, as one model from which both outputs are made.
 using Json = nlohmann::ordered_json;
 
@@ -18,3 +20,5 @@ using Json = nlohmann::ordered_json;
 /// Prints a report to standard output: as JSON, or as the text that `render` makes of its DisplayModel. Text that is not
 /// UTF-8 is shown with replacement characters.
 void PrintReport(const Json& report, bool as_json, const std::function<std::string(const Json&)>& render);
+
+}  // namespace Tool

@@ -10,6 +10,8 @@
 #include <array>
 #include <string_view>
 
+namespace Tool {
+
 namespace {
 
 termios s_Before;
@@ -30,12 +32,12 @@ constexpr size_t LongestSequence = 64;  // bytes; real ones are far shorter
 // For the rest of a sequence to arrive. When it has not come by then, the user hit the escape key.
 constexpr auto SequencePatience = std::chrono::milliseconds(50);
 
-bool is_in(char character, char first, char last) {
+bool IsIn(char character, char first, char last) {
   return character >= first && character <= last;
 }
 
 /// Length of the escape sequence that `text` begins with: 1 for the escape key alone, 0 while the rest is to come.
-size_t sequence_length(std::string_view text) {
+size_t SequenceLength(std::string_view text) {
   if (text.size() < 2) return 0;
   if (text[1] == Escape) return 1;
   if (text[1] != '[' && text[1] != 'O') return 2;  // a key with Alt
@@ -44,9 +46,9 @@ size_t sequence_length(std::string_view text) {
   if (text[2] == '[') return text.size() < 4 ? 0 : 4;  // function keys of the Linux console
   // CSI: parameters, intermediates, and a final byte.
   size_t end = 2;
-  while (end < text.size() && end < LongestSequence && is_in(text[end], ' ', '?')) ++end;
+  while (end < text.size() && end < LongestSequence && IsIn(text[end], ' ', '?')) ++end;
   if (end == text.size()) return 0;
-  return is_in(text[end], '@', '~') ? end + 1 : end;
+  return IsIn(text[end], '@', '~') ? end + 1 : end;
 }
 
 }  // namespace
@@ -94,7 +96,7 @@ std::optional<std::string> Terminal::NextKey() {
   };
   while (!m_Pending.empty()) {
     if (m_Pending.front() != Escape) return take(1);
-    size_t length = sequence_length(m_Pending);
+    size_t length = SequenceLength(m_Pending);
     if (length == 0) {
       if (!m_AtEnd && std::chrono::steady_clock::now() - m_ReadAt < SequencePatience) return std::nullopt;
       length = m_Pending.size();
@@ -117,3 +119,5 @@ std::optional<std::string> Terminal::NextLine() {
   m_Pending.erase(0, end + 1);
   return line;
 }
+
+}  // namespace Tool

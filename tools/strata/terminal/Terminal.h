@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace Tool {
+
 /// The user's keys and lines. On a terminal keys come singly and unechoed until this is destroyed; otherwise lines are
 /// read. At most one at a time.
 class Terminal {
@@ -35,3 +37,5 @@ class Terminal {
   std::string m_Pending;  // read, but not yet answered
   std::chrono::steady_clock::time_point m_ReadAt;
 };
+
+}  // namespace Tool

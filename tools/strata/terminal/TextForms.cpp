@@ -5,10 +5,12 @@
 #include <cmath>
 #include <cstdio>
 
+namespace Tool {
+
 namespace {
 
 template <class... Values>
-std::string format(const char* pattern, Values... values) {
+std::string Format(const char* pattern, Values... values) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), pattern, values...);
   return text.data();
@@ -25,14 +27,14 @@ std::string BytesText(Ferro::ui64_t bytes) {
     value /= 1000;
     ++unit;
   }
-  return format(value < 9.995 ? "%.2f %s" : value < 99.95 ? "%.1f %s" : "%.0f %s", value, units[unit]);
+  return Format(value < 9.995 ? "%.2f %s" : value < 99.95 ? "%.1f %s" : "%.0f %s", value, units[unit]);
 }
 
 std::string DurationText(double seconds) {
   if (!(seconds >= 0) || seconds > 1e9) return "?";
   const auto whole = static_cast<unsigned long>(seconds);
-  if (whole < 3600) return format("%lu:%02lu", whole / 60, whole % 60);
-  return format("%lu:%02lu:%02lu", whole / 3600, whole / 60 % 60, whole % 60);
+  if (whole < 3600) return Format("%lu:%02lu", whole / 60, whole % 60);
+  return Format("%lu:%02lu:%02lu", whole / 3600, whole / 60 % 60, whole % 60);
 }
 
 std::string TimeCodeText(Ferro::ui32_t edit_unit, const QUIRE::Rational& edit_rate) {
@@ -40,11 +42,13 @@ std::string TimeCodeText(Ferro::ui32_t edit_unit, const QUIRE::Rational& edit_ra
   if (!(rate >= 1) || rate > 1e6) return std::to_string(edit_unit);
   const auto base = static_cast<Ferro::ui32_t>(rate);
   const Ferro::ui32_t seconds = edit_unit / base;
-  return format("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, edit_unit % base);
+  return Format("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, edit_unit % base);
 }
 
 std::string RateText(const QUIRE::Rational& rate) {
   if (rate.Denominator == 0) return "unknown";
   return rate.Numerator % rate.Denominator == 0 ? std::to_string(rate.Numerator / rate.Denominator)
-                                                : format("%.3f", rate.Quotient());
+                                                : Format("%.3f", rate.Quotient());
 }
+
+}  // namespace Tool

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace Tool {
+
 // How numbers are shown to people.
 
 /// "987 B", "1.5 MB": decimal units, three digits.
@@ -16,3 +18,5 @@
 [[nodiscard]] std::string TimeCodeText(Ferro::ui32_t edit_unit, const QUIRE::Rational& edit_rate);
 /// "24", "23.976": edit units per second.
 [[nodiscard]] std::string RateText(const QUIRE::Rational& rate);
+
+}  // namespace Tool

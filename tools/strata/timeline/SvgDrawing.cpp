@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 
+namespace Tool {
+
 std::string SvgNumber(double value) {
   std::array<char, 40> text{};
   std::snprintf(text.data(), text.size(), "%.2f", value);
@@ -54,3 +56,5 @@ void SvgDrawing::Text(double x, double y, std::string_view text, std::string_vie
   element.SetAttr("y", SvgNumber(y));
   if (anchor != "start") element.SetAttr("text-anchor", anchor);
 }
+
+}  // namespace Tool

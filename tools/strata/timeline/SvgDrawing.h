@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace Tool {
+
 /// A rectangle in pixels, y growing downwards.
 struct SvgBox {
   double X = 0;
@@ -34,3 +36,5 @@ class SvgDrawing {
 
 /// A coordinate: at most two decimals.
 [[nodiscard]] std::string SvgNumber(double value);
+
+}  // namespace Tool

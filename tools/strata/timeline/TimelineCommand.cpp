@@ -7,6 +7,7 @@
 #include "TimelineSvg.h"
 #include "TimelineText.h"
 #include "show/Inputs.h"
+#include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
@@ -14,14 +15,14 @@
 #include "terminal/Report.h"
 #include "terminal/Terminal.h"
 
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+
+namespace Tool {
 
 namespace {
 
@@ -38,7 +39,7 @@ struct TimelineOptions {
 };
 
 /// POSIX: LC_ALL goes before LC_CTYPE, and that before LANG. ASCII where none says UTF-8.
-bool is_utf8_locale() {
+bool IsUTF8Locale() {
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
     const char* value = std::getenv(name);
     if (value == nullptr || *value == '\0') continue;
@@ -49,17 +50,17 @@ bool is_utf8_locale() {
   return false;
 }
 
-unsigned columns_of_terminal() {
+unsigned ColumnsOfTerminal() {
   return std::clamp(Terminal::Columns(STDOUT_FILENO), FewestColumns, MostColumns);
 }
 
-bool write_file(const std::string& name, const std::string& text) {
+bool WriteFile(const std::string& name, const std::string& text) {
   const std::string problem = WriteWholeFile(name, text);
   if (!problem.empty()) std::fprintf(stderr, "strata: %s\n", problem.c_str());
   return problem.empty();
 }
 
-ExitCode timeline(const TimelineOptions& options) {
+ExitCode Timeline(const TimelineOptions& options) {
   QuietLog log;  // what is wrong is told in other words
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
@@ -69,40 +70,39 @@ ExitCode timeline(const TimelineOptions& options) {
   const TimelineModel model = MakeTimelineModel(ShowOutline(inputs));
   if (Interrupt::Requested()) {
     std::fputs("strata: interrupted; nothing was written\n", stderr);
-    return Interrupted;
+    return ExitCode::Interrupted;
   }
-  if (!options.SvgFile.empty() && !write_file(options.SvgFile, TimelineSvg(model))) return NotPlayable;
-  if (!options.HtmlFile.empty() && !write_file(options.HtmlFile, TimelineHtml(model))) return NotPlayable;
+  if (!options.SvgFile.empty() && !WriteFile(options.SvgFile, TimelineSvg(model))) return ExitCode::NotPlayable;
+  if (!options.HtmlFile.empty() && !WriteFile(options.HtmlFile, TimelineHtml(model))) return ExitCode::NotPlayable;
   const bool nothing_else = options.SvgFile.empty() && options.HtmlFile.empty() && !options.AsJson;
   if (options.AsText || nothing_else) {
-    const TimelineTextForm form = {options.Columns != 0 ? options.Columns : columns_of_terminal(), is_utf8_locale()};
+    const TimelineTextForm form = {options.Columns != 0 ? options.Columns : ColumnsOfTerminal(), IsUTF8Locale()};
     std::fputs(TimelineText(model, form).c_str(), stdout);
   }
   if (options.AsJson) PrintReport(TimelineJson(model), true, {});
-  if (model.Code != Fine)
+  if (model.Code != ExitCode::Fine)
     std::fprintf(stderr, "strata: %s `strata check` tells more.\n", TimelineVerdict(model).c_str());
   return model.Code;
 }
 
 }  // namespace
 
-void AddTimelineCommand(CLI::App& app, int& exit_code) {
+void AddTimelineCommand(Command& program) {
   const auto options = std::make_shared<TimelineOptions>();
-  CLI::App* command = app.add_subcommand("timeline", "Draw what plays when, to scale, and what is missing");
-  options->Inputs.AddTo(*command, "show", "A folder, an asset map, a playlist file or an identifier");
-  command->add_option("--svg", options->SvgFile, "Draw a picture into this file")->type_name("FILE");
+  Command& command = program.AddCommand("timeline", "Draw what plays when, to scale, and what is missing");
+  options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
+  command.Add("--svg", options->SvgFile, "Draw a picture into this file").Called("FILE");
   command
-      ->add_option("--html", options->HtmlFile,
-                   "Write a page into this file that zooms and tells of what is pointed at; it needs no other file")
-      ->type_name("FILE");
-  CLI::Option* text =
-      command->add_flag("--text", options->AsText, "Print lines of text; so it is without other options");
+      .Add("--html", options->HtmlFile,
+           "Write a page into this file that zooms and tells of what is pointed at; it needs no other file")
+      .Called("FILE");
+  Option& text = command.Add("--text", options->AsText, "Print lines of text; so it is without other options");
   command
-      ->add_option("--width", options->Columns,
-                   "Columns of the text, 40 to 1000 (default: the terminal's; 80 where there is none)")
-      ->check(CLI::Range(FewestColumns, MostColumns));
-  command->add_flag("--json", options->AsJson, "Print what is drawn as JSON")->excludes(text);
-  command->footer(
+      .Add("--width", options->Columns,
+           "Columns of the text, 40 to 1000 (default: the terminal's; 80 where there is none)")
+      .Within(FewestColumns, MostColumns);
+  command.Add("--json", options->AsJson, "Print what is drawn as JSON").Excludes(text);
+  command.SetFooter(
       "A show with missing assets is drawn too. Characters beyond ASCII are printed where the locale is UTF-8.\n"
       "Exit codes: 0 nothing is wrong, 1 usage, 2 something is broken or a file cannot be written, 3 assets are "
       "missing,\n"
@@ -110,5 +110,7 @@ void AddTimelineCommand(CLI::App& app, int& exit_code) {
       "Examples:\n"
       "  strata timeline show\n"
       "  strata timeline show/Feature --store show --html timeline.html --svg timeline.svg");
-  command->callback([options, &exit_code] { exit_code = timeline(*options); });
+  command.Does([options] { return Timeline(*options); });
 }
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// `strata timeline`: what plays when, drawn to scale.
-void AddTimelineCommand(CLI::App& app, int& exit_code);
+void AddTimelineCommand(Command& program);
+
+}  // namespace Tool

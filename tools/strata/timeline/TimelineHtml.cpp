@@ -6,9 +6,11 @@
 #include "TimelineSvg.h"
 #include "terminal/DisplayText.h"
 
+namespace Tool {
+
 namespace {
 
-std::string escaped(const std::string& text) {
+std::string Escaped(const std::string& text) {
   std::string out;
   for (const char letter : DisplayText(text)) {
     if (letter == '&')
@@ -23,7 +25,7 @@ std::string escaped(const std::string& text) {
 
 /// JSON in which nothing can end the element that it stands in (HTML, 4.12.1.3): each "<" in a text is written as its
 /// number.
-std::string embedded(const Json& json) {
+std::string Embedded(const Json& json) {
   std::string out;
   for (const char letter : json.dump(-1, ' ', false, Json::error_handler_t::replace)) {
     if (letter == '<')
@@ -42,9 +44,11 @@ std::string TimelineHtml(const TimelineModel& model) {
          "<meta name=\"viewport\" content=\"width=device-width\">\n"
          "<meta http-equiv=\"Content-Security-Policy\" "
          "content=\"default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n<title>" +
-         escaped(model.Title) + "</title>\n<style>\n" + TimelineStyle() + TimelinePageStyle() +
+         Escaped(model.Title) + "</title>\n<style>\n" + TimelineStyle() + TimelinePageStyle() +
          "</style>\n</head>\n<body>\n<noscript>" + picture.substr(picture.find("<svg")) +
          "</noscript>\n<div id=\"page\"></div>\n<script type=\"application/json\" id=\"model\">" +
-         embedded(TimelineJson(model)) + "</script>\n<script>\n" + TimelinePageScript() +
+         Embedded(TimelineJson(model)) + "</script>\n<script>\n" + TimelinePageScript() +
          "</script>\n</body>\n</html>\n";
 }
+
+}  // namespace Tool

@@ -5,6 +5,10 @@
 
 #include <string>
 
+namespace Tool {
+
 /// The show as one page without references to anything outside: zooms, pans, and tells of what is pointed at. It holds
 /// the model as TimelineJson has it; without scripting it shows the picture of TimelineSvg.
 [[nodiscard]] std::string TimelineHtml(const TimelineModel& model);
+
+}  // namespace Tool

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineJson.h"
 
+namespace Tool {
+
 namespace {
 
-void add_span(Json& json, const TimelineSpan& span) {
+void AddSpan(Json& json, const TimelineSpan& span) {
   json["start"] = span.Start;
   json["duration"] = span.Duration;
   json["start_seconds"] = span.StartSeconds;
@@ -11,55 +13,55 @@ void add_span(Json& json, const TimelineSpan& span) {
 }
 
 /// Nothing where the text is empty.
-void add_text(Json& json, const char* key, const std::string& text) {
+void AddText(Json& json, const char* key, const std::string& text) {
   if (!text.empty()) json[key] = text;
 }
 
-Json show_json(const TimelineShow& show) {
+Json ShowJson(const TimelineShow& show) {
   Json json{{"id", show.ID.EncodeString()}, {"title", show.Title}, {"file", show.File}, {"depth", show.Depth}};
-  add_span(json, show);
+  AddSpan(json, show);
   return json;
 }
 
-Json composition_json(const TimelineComposition& composition) {
+Json CompositionJson(const TimelineComposition& composition) {
   Json json{{"id", composition.ID.EncodeString()}, {"title", composition.Title}};
-  add_text(json, "kind", composition.Kind);
-  add_text(json, "file", composition.File);
+  AddText(json, "kind", composition.Kind);
+  AddText(json, "file", composition.File);
   json["edit_rate"] = composition.EditRate.EncodeString();
   json["stereoscopic"] = composition.Stereoscopic;
   json["encrypted"] = composition.Encrypted;
   json["state"] = TimelineStateName(composition.State);
   json["problems"] = composition.Problems;
-  add_span(json, composition);
+  AddSpan(json, composition);
   json["reels"] = Json::array();
   for (const TimelineReel& reel : composition.Reels) {
     Json& added = json["reels"].emplace_back(Json{{"id", reel.ID.EncodeString()}});
-    add_span(added, reel);
+    AddSpan(added, reel);
   }
   return json;
 }
 
-Json track_json(const TimelineTrack& track) {
+Json TrackJson(const TimelineTrack& track) {
   Json json{{"composition", track.Composition + 1}, {"reel", track.Reel}, {"state", TimelineStateName(track.State)}};
-  add_span(json, track);
+  AddSpan(json, track);
   if (!track.Asset.AssetID.HasValue()) return json;
   json["asset_id"] = track.Asset.AssetID.EncodeString();
-  add_text(json, "file", track.File);
+  AddText(json, "file", track.File);
   json["edit_rate"] = track.Asset.EditRate.EncodeString();
   json["entry_point"] = track.Asset.EntryPoint;
   json["asset_duration"] = track.Asset.Duration;
   json["intrinsic_duration"] = track.Asset.IntrinsicDuration;
   if (track.Encrypted()) json["key_id"] = track.Asset.KeyID.EncodeString();
-  add_text(json, "language", track.Language);
-  add_text(json, "coding", track.Coding);
+  AddText(json, "language", track.Language);
+  AddText(json, "coding", track.Coding);
   if (track.Stereoscopic) json["stereoscopic"] = true;
   if (!track.Problems.empty()) json["problems"] = track.Problems;
   return json;
 }
 
-Json marker_json(const TimelineMarker& marker) {
+Json MarkerJson(const TimelineMarker& marker) {
   Json json{{"label", marker.Label}};
-  add_text(json, "scope", marker.Scope);
+  AddText(json, "scope", marker.Scope);
   json["origin"] = marker.OfComposition ? "composition" : "show";
   json["position"] = marker.Position;
   json["seconds"] = marker.Seconds;
@@ -76,15 +78,17 @@ Json TimelineJson(const TimelineModel& model) {
   json["duration"] = model.Duration;
   json["duration_seconds"] = model.Seconds;
   for (const char* list : {"shows", "compositions", "lanes", "markers", "findings"}) json[list] = Json::array();
-  for (const TimelineShow& show : model.Shows) json["shows"].push_back(show_json(show));
-  for (const auto& composition : model.Compositions) json["compositions"].push_back(composition_json(composition));
+  for (const TimelineShow& show : model.Shows) json["shows"].push_back(ShowJson(show));
+  for (const auto& composition : model.Compositions) json["compositions"].push_back(CompositionJson(composition));
   for (const TimelineLane& lane : model.Lanes) {
     Json& added = json["lanes"].emplace_back(
         Json{{"kind", AssetKindName(lane.Kind)}, {"number", lane.Number}, {"name", lane.Name}});
     added["tracks"] = Json::array();
-    for (const TimelineTrack& track : lane.Tracks) added["tracks"].push_back(track_json(track));
+    for (const TimelineTrack& track : lane.Tracks) added["tracks"].push_back(TrackJson(track));
   }
-  for (const TimelineMarker& marker : model.Markers) json["markers"].push_back(marker_json(marker));
+  for (const TimelineMarker& marker : model.Markers) json["markers"].push_back(MarkerJson(marker));
   for (const Finding& finding : model.Findings) json["findings"].push_back(FindingToJson(finding));
   return json;
 }
+
+}  // namespace Tool

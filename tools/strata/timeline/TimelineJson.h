@@ -4,5 +4,9 @@
 #include "TimelineModel.h"
 #include "terminal/Report.h"
 
+namespace Tool {
+
 /// The model as a report of schema strata-timeline-1, documented in docs/schema.
 [[nodiscard]] Json TimelineJson(const TimelineModel& model);
+
+}  // namespace Tool

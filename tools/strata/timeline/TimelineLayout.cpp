@@ -9,13 +9,15 @@
 #include <cstdio>
 #include <map>
 
+namespace Tool {
+
 namespace {
 
 // Seconds between ticks. Above a day there are multiples of a day.
 constexpr std::array Steps = {0.05, 0.1,  0.25,  0.5,   1.0,   2.0,    5.0,    10.0,   15.0,   30.0,   60.0,
                               120., 300., 600.0, 900.0, 1800., 3600.0, 7200.0, 21600., 43200., 86400.0};
 
-std::string tick_label(double seconds, double step) {
+std::string TickLabel(double seconds, double step) {
   std::string text = DurationText(seconds + 1e-9);
   if (step >= 1) return text;
   std::array<char, 16> fraction{};
@@ -38,7 +40,7 @@ std::vector<TimelineTick> TimelineTicks(const TimelineScale& scale, double spaci
   const double step = found != Steps.end() ? *found : std::ceil(least / Steps.back()) * Steps.back();
   std::vector<TimelineTick> ticks;
   for (unsigned number = 0; number * step <= scale.Seconds() + 1e-9; ++number)
-    ticks.push_back({number * step, tick_label(number * step, step)});
+    ticks.push_back({number * step, TickLabel(number * step, step)});
   return ticks;
 }
 
@@ -70,3 +72,5 @@ std::vector<TimelineItem> JoinNarrow(const std::vector<TimelineItem>& items, dou
   }
   return joined;
 }
+
+}  // namespace Tool

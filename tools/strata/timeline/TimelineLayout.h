@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 // Where things of a timeline lie on a line of some length: pixels, or columns of a terminal.
 
 /// Time to scale: seconds from the start of the show to places on a line.
@@ -55,3 +57,5 @@ struct TimelineItem {
 /// Joins items of equal class that are narrower than `narrowest` and closer than that to each other, so that what is
 /// drawn is bounded by the line's length. Items come by their left ends; so do the results of each class.
 [[nodiscard]] std::vector<TimelineItem> JoinNarrow(const std::vector<TimelineItem>& items, double narrowest);
+
+}  // namespace Tool

@@ -8,28 +8,30 @@
 #include <map>
 #include <tuple>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
 
 constexpr const char* ImmersiveAudio = "urn:smpte:ul:060e2b34.04010105.0e090604.00000000";  // ST 429-18
 
-bool has_value(const QUIRE::Rational& rate) {
+bool HasValue(const QUIRE::Rational& rate) {
   return rate.Numerator > 0 && rate.Denominator > 0;
 }
 
 /// Seconds of edit units; 24 in a second where the rate is not known.
-double seconds_of(ui32_t edit_units, const QUIRE::Rational& rate) {
-  return has_value(rate) ? double(edit_units) * rate.Denominator / rate.Numerator : double(edit_units) / 24;
+double SecondsOf(ui32_t edit_units, const QUIRE::Rational& rate) {
+  return HasValue(rate) ? double(edit_units) * rate.Denominator / rate.Numerator : double(edit_units) / 24;
 }
 
-std::string sentence_of(const Finding& finding) {
+std::string SentenceOf(const Finding& finding) {
   if (!finding.Expected.empty())
     return finding.Message + " Expected " + finding.Expected + ", found " + finding.Found + '.';
   return finding.Found.empty() ? finding.Message : finding.Message + " Found " + finding.Found + '.';
 }
 
-TimelineState state_of(Severity severity) {
+TimelineState StateOf(Severity severity) {
   switch (severity) {
     case Severity::Warning:
       return TimelineState::Unusual;
@@ -55,9 +57,9 @@ class FindingsByPlace {
     const auto found = m_Places.find({composition, static_cast<ui32_t>(reel), type, id.EncodeString()});
     if (found == m_Places.end()) return;
     for (const Finding* finding : found->second) {
-      const std::string text = sentence_of(*finding);
+      const std::string text = SentenceOf(*finding);
       if (std::find(problems.begin(), problems.end(), text) == problems.end()) problems.push_back(text);
-      state = std::max(state, state_of(finding->Level));
+      state = std::max(state, StateOf(finding->Level));
     }
   }
 
@@ -66,7 +68,7 @@ class FindingsByPlace {
   std::map<Place, std::vector<const Finding*>> m_Places;
 };
 
-std::string lane_name(AssetKind kind, unsigned number) {
+std::string LaneName(AssetKind kind, unsigned number) {
   switch (kind) {
     case AssetKind::Picture:
       return "Picture";
@@ -115,7 +117,7 @@ class ModelMaker {
     to.Start = from.Start;
     to.Duration = from.Duration;
     to.StartSeconds = m_Seconds;
-    to.Seconds = seconds_of(from.Duration, from.EditRate);
+    to.Seconds = SecondsOf(from.Duration, from.EditRate);
     m_Findings.Tell(to.Title, 0, "composition", from.ID, to.State, to.Problems);
     const bool has_sound = std::any_of(from.Reels.begin(), from.Reels.end(),
                                        [](const OutlineReel& reel) { return reel.First(AssetKind::Sound) != nullptr; });
@@ -125,8 +127,8 @@ class ModelMaker {
       added.ID = reel.ID;
       added.Start = from.Start + offset;
       added.Duration = reel.Duration;
-      added.StartSeconds = m_Seconds + seconds_of(offset, from.EditRate);
-      added.Seconds = seconds_of(reel.Duration, from.EditRate);
+      added.StartSeconds = m_Seconds + SecondsOf(offset, from.EditRate);
+      added.Seconds = SecondsOf(reel.Duration, from.EditRate);
       AddTracks(from, reel, has_sound, to);
       AddMarkersOf(reel, to);
       offset += reel.Duration;
@@ -146,7 +148,7 @@ class ModelMaker {
       track.Stereoscopic = from.Stereoscopic && asset.Kind == AssetKind::Picture;
       if (asset.Found) track.File = asset.Found->Info.RealFilename;
       track.Duration = std::min(track.Duration, asset.Asset.Duration);
-      track.Seconds = seconds_of(track.Duration, from.EditRate);
+      track.Seconds = SecondsOf(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
       if (!asset.Found) track.State = TimelineState::Missing;
       m_Findings.Tell(to.Title, track.Reel, AssetKindName(asset.Kind), asset.Asset.AssetID, track.State,
@@ -172,7 +174,7 @@ class ModelMaker {
       const TimelineReel& place = composition.Reels.back();
       const ui32_t offset = marker.Offset - entry;
       m_Model.Markers.push_back({marker.Label, marker.Scope, true, place.Start + offset,
-                                 place.StartSeconds + seconds_of(offset, composition.EditRate)});
+                                 place.StartSeconds + SecondsOf(offset, composition.EditRate)});
     }
   }
 
@@ -181,7 +183,7 @@ class ModelMaker {
       double seconds = m_Seconds;
       if (marker.Composition < m_Model.Compositions.size()) {
         const TimelineComposition& within = m_Model.Compositions[marker.Composition];
-        seconds = within.StartSeconds + seconds_of(marker.Position - within.Start, within.EditRate);
+        seconds = within.StartSeconds + SecondsOf(marker.Position - within.Start, within.EditRate);
       }
       m_Model.Markers.push_back({marker.Label, marker.Scope, false, marker.Position, seconds});
     }
@@ -203,7 +205,7 @@ class ModelMaker {
 
   TimelineLane& LaneFor(AssetKind kind, unsigned number) {
     const auto place = m_LaneOf.try_emplace({kind, number}, m_Model.Lanes.size());
-    if (place.second) m_Model.Lanes.push_back({kind, number, lane_name(kind, number), {}});
+    if (place.second) m_Model.Lanes.push_back({kind, number, LaneName(kind, number), {}});
     return m_Model.Lanes[place.first->second];
   }
 
@@ -215,11 +217,11 @@ class ModelMaker {
 };
 
 /// "1 picture", "2 pictures".
-std::string counted(unsigned count, const std::string& thing) {
+std::string Counted(unsigned count, const std::string& thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 || thing.ends_with("data") ? "" : "s");
 }
 
-std::string title_of(const TimelineModel& model) {
+std::string TitleOf(const TimelineModel& model) {
   const auto is_whole = [](const TimelineShow& show) { return show.Depth == 0; };
   if (std::count_if(model.Shows.begin(), model.Shows.end(), is_whole) == 1) return model.Shows.front().Title;
   if (model.Compositions.size() == 1) return model.Compositions.front().Title;
@@ -256,7 +258,7 @@ TimelineModel MakeTimelineModel(const ShowOutline& outline) {
   model.Findings = FindingsOf(outline);
   model.Code = ExitCodeFor(model.Findings);
   ModelMaker(outline, model).Make();
-  model.Title = title_of(model);
+  model.Title = TitleOf(model);
   return model;
 }
 
@@ -279,7 +281,7 @@ std::string TimelineVerdict(const TimelineModel& model) {
   std::string text = missing_count == 0 ? "All assets are there" : std::to_string(missing_count) + " missing: ";
   const char* separator = "";
   for (const auto& [kind, count] : missing) {
-    text += separator + counted(count, kind);
+    text += separator + Counted(count, kind);
     separator = ", ";
   }
   if (error_count > 0)
@@ -298,10 +300,12 @@ std::string TimelineTimeCode(const TimelineModel& model, ui32_t position) {
   const bool uniform = std::all_of(all.begin(), all.end(), [&](const TimelineComposition& composition) {
     return composition.EditRate == all.front().EditRate;
   });
-  if (!has_value(within.EditRate)) return TimeCodeText(position, QUIRE::EditRate_24);
+  if (!HasValue(within.EditRate)) return TimeCodeText(position, QUIRE::EditRate_24);
   if (uniform) return TimeCodeText(position, within.EditRate);
-  const double seconds = within.StartSeconds + seconds_of(position - within.Start, within.EditRate);
+  const double seconds = within.StartSeconds + SecondsOf(position - within.Start, within.EditRate);
   const double base = std::ceil(within.EditRate.Quotient());
   const double units = std::floor(seconds) * base + std::floor((seconds - std::floor(seconds)) * base + 1e-6);
   return TimeCodeText(static_cast<ui32_t>(std::min(units, 4e9)), within.EditRate);
 }
+
+}  // namespace Tool

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 // A show as it is drawn: what plays when, in which lane, and what is wrong with it. Plain values.
 
 /// A stretch of the show, from the show's start: in edit units, each in its composition's rate, and in seconds.
@@ -111,7 +113,7 @@ struct TimelineModel : TimelineSpan {
   std::vector<TimelineLane> Lanes;      ///< picture and sound always, then those that there are
   std::vector<TimelineMarker> Markers;  ///< by position
   std::vector<Finding> Findings;
-  ExitCode Code = Fine;  ///< what the findings come to
+  ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };
 
 [[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline);
@@ -122,3 +124,5 @@ struct TimelineModel : TimelineSpan {
 [[nodiscard]] std::string TimelineVerdict(const TimelineModel& model);
 /// The time code of a position of the show: of its seconds, and edit units beyond, in the rate of what plays there.
 [[nodiscard]] std::string TimelineTimeCode(const TimelineModel& model, Ferro::ui32_t position);
+
+}  // namespace Tool

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+namespace Tool {
+
 // The texts of the .css and .js files beside this, built into the program.
 
 /// What a drawing looks like, in light (CSS for SVG).
@@ -9,3 +11,5 @@
 [[nodiscard]] const char* TimelinePageStyle();
 /// What makes the page zoom, pan and tell of what is pointed at (JavaScript).
 [[nodiscard]] const char* TimelinePageScript();
+
+}  // namespace Tool

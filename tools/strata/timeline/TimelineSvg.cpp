@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 constexpr double Width = 1400;
@@ -29,13 +31,13 @@ constexpr const char* Lock = "M2 5v-1.5a3 3 0 0 1 6 0V5h1v6H1V5zM3.5 5h3V3.5a1.5
 constexpr const char* Warning = "M5.5 0L11 10H0zM5 3.5v3.5h1V3.5zM5 8v1h1V8z";
 
 /// The part of a title that says which composition and reel something is in.
-std::string place_text(const TimelineModel& model, const TimelineTrack& track) {
+std::string PlaceText(const TimelineModel& model, const TimelineTrack& track) {
   const TimelineComposition& composition = model.Compositions[track.Composition];
   return composition.Title + ", reel " + std::to_string(track.Reel) + " of " + std::to_string(composition.Reels.size());
 }
 
-std::string tip_of(const TimelineModel& model, const TimelineLane& lane, const TimelineTrack& track) {
-  std::string tip = lane.Name + ", " + place_text(model, track) + ": " + TimelineStateName(track.State);
+std::string TipOf(const TimelineModel& model, const TimelineLane& lane, const TimelineTrack& track) {
+  std::string tip = lane.Name + ", " + PlaceText(model, track) + ": " + TimelineStateName(track.State);
   if (!track.Asset.AssetID.HasValue()) return tip;
   tip += ", asset " + track.Asset.AssetID.EncodeString();
   if (!track.File.empty()) tip += ", " + Ferro::PathBasename(track.File);
@@ -47,7 +49,7 @@ std::string tip_of(const TimelineModel& model, const TimelineLane& lane, const T
   return tip;
 }
 
-std::string word_of(const TimelineTrack& track) {
+std::string WordOf(const TimelineTrack& track) {
   if (IsAlarming(track.State) || IsSilent(track.State)) return TimelineStateName(track.State);
   const std::string& word = track.Coding.empty() ? track.Language : track.Coding;
   std::string text = word;
@@ -119,7 +121,7 @@ class SvgTimeline {
 
   void DrawHeading() {
     m_Labels.Text(16, 34, FitPixels(m_Model.Title, 20, 800), "title");
-    m_Labels.Text(Width - 24, 34, TimelineVerdict(m_Model), m_Model.Code == Fine ? "fine" : "alarm", "end");
+    m_Labels.Text(Width - 24, 34, TimelineVerdict(m_Model), m_Model.Code == ExitCode::Fine ? "fine" : "alarm", "end");
     size_t reels = 0;
     for (const TimelineComposition& composition : m_Model.Compositions) reels += composition.Reels.size();
     const size_t count = m_Model.Compositions.size();
@@ -293,7 +295,7 @@ class SvgTimeline {
     const bool silent = IsSilent(track.State);
     if (alarm) box = Seen(box);
     const std::string many = std::to_string(item.Count) + " reels";
-    SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? lane.Name + ", " + many : tip_of(m_Model, lane, track));
+    SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? lane.Name + ", " + many : TipOf(m_Model, lane, track));
     if (alarm) group.Rectangle(box, "hatched");
     group.Rectangle(box, alarm ? TimelineStateName(track.State) : silent ? "silence" : TimelineLaneStyle(lane.Kind));
     if (track.Encrypted() && !alarm) group.Rectangle(box, "cipher");
@@ -317,7 +319,7 @@ class SvgTimeline {
       m_Labels.Path(inner.X + 3, inner.Y + inner.Height / 2 - 5, Warning, "warning");
       take(15);
     }
-    Label(inner, word_of(track), alarm ? "plate" : silent ? "faint" : track.Encrypted() ? "small over" : "small");
+    Label(inner, WordOf(track), alarm ? "plate" : silent ? "faint" : track.Encrypted() ? "small over" : "small");
   }
 
   /// Where compositions start, as time code and edit units, below the lanes.
@@ -391,3 +393,5 @@ std::string TimelineSvg(const TimelineModel& model) {
   FERRO_ASSERT(result.Success());  // every text went through DisplayText
   return document;
 }
+
+}  // namespace Tool

@@ -5,5 +5,9 @@
 
 #include <string>
 
+namespace Tool {
+
 /// The show as one picture, to scale: an SVG document without references to anything outside, 1400 pixels wide.
 [[nodiscard]] std::string TimelineSvg(const TimelineModel& model);
+
+}  // namespace Tool

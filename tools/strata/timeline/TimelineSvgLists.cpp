@@ -6,13 +6,15 @@
 
 #include <algorithm>
 
+namespace Tool {
+
 namespace {
 
 constexpr double Line = 18;
 constexpr size_t MostFindings = 12;
 constexpr size_t MostRows = 40;  // of compositions, and of events
 
-void pattern(Ferro::XMLElement& definitions, std::string_view name, std::string_view size, std::string_view path,
+void Pattern(Ferro::XMLElement& definitions, std::string_view name, std::string_view size, std::string_view path,
              std::string_view style) {
   Ferro::XMLElement& element = definitions.AddChild("pattern");
   element.SetAttr("id", name);
@@ -178,11 +180,13 @@ const char* TimelineLaneStyle(AssetKind kind) {
 
 void AddTimelinePatterns(Ferro::XMLElement& root) {
   Ferro::XMLElement& definitions = root.AddChild("defs");
-  pattern(definitions, "missing", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8", "hatch");
-  pattern(definitions, "broken", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8M-2 8L2 12M0 0L10 10M8-2L12 2", "hatch");
-  pattern(definitions, "cipher", "6", "M1 1h1.5v1.5H1zM4 4h1.5v1.5H4z", "dot");
+  Pattern(definitions, "missing", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8", "hatch");
+  Pattern(definitions, "broken", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8M-2 8L2 12M0 0L10 10M8-2L12 2", "hatch");
+  Pattern(definitions, "cipher", "6", "M1 1h1.5v1.5H1zM4 4h1.5v1.5H4z", "dot");
 }
 
 double DrawTimelineLists(const TimelineModel& model, SvgDrawing& out, const SvgBox& place) {
   return Lists(model, out, place).Draw();
 }
+
+}  // namespace Tool

@@ -4,6 +4,8 @@
 #include "SvgDrawing.h"
 #include "TimelineModel.h"
 
+namespace Tool {
+
 // What stands around the lanes of a drawn timeline.
 
 /// The class that the boxes of a lane are drawn with: "picture", "data".
@@ -14,3 +16,5 @@ void AddTimelinePatterns(Ferro::XMLElement& root);
 
 /// Draws the legend, what is wrong, the compositions and the events from `place` down. Returns where it ends.
 double DrawTimelineLists(const TimelineModel& model, SvgDrawing& out, const SvgBox& place);
+
+}  // namespace Tool

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <sstream>
 
+namespace Tool {
+
 namespace {
 
 constexpr unsigned NameColumns = 13;
@@ -350,3 +352,5 @@ class TextTimeline {
 std::string TimelineText(const TimelineModel& model, const TimelineTextForm& form) {
   return TextTimeline(model, form).Draw();
 }
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace Tool {
+
 /// How the text form is written.
 struct TimelineTextForm {
   unsigned Columns = 80;  ///< no line is longer; 40 at least
@@ -13,3 +15,5 @@ struct TimelineTextForm {
 
 /// The show as lines of text: the lanes to scale, then what is wrong, the compositions and the events.
 [[nodiscard]] std::string TimelineText(const TimelineModel& model, const TimelineTextForm& form);
+
+}  // namespace Tool

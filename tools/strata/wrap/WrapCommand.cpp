@@ -2,22 +2,23 @@
 #include "WrapCommand.h"
 
 #include "WrapEssence.h"
+#include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ProgressBar.h"
 #include "terminal/Report.h"
 #include "terminal/TextForms.h"
-#include "terminal/WholeNumber.h"
 
 #include <Ferro/Path.h>
 #include <Ferro/SHA1Digest.h>
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <filesystem>
 #include <limits>
 #include <map>
 #include <memory>
+
+namespace Tool {
 
 namespace {
 
@@ -26,7 +27,7 @@ struct CommandOptions {
   bool AsJson = false;
 };
 
-Ferro::SHA1 digest_of(const std::string& filename, Ferro::ui64_t size) {
+Ferro::SHA1 DigestOf(const std::string& filename, Ferro::ui64_t size) {
   ProgressBar bar("Computing the digest");
   Ferro::SHA1 digest;
   const Ferro::Result_t result = Ferro::DigestFile(filename, digest, [&](Ferro::fsize_t done) {
@@ -34,11 +35,11 @@ Ferro::SHA1 digest_of(const std::string& filename, Ferro::ui64_t size) {
     return !Interrupt::Requested();
   });
   if (result == Ferro::RESULT_CANCELLED) throw CommandStopped();
-  if (result.Failure()) throw CommandError(NotPlayable, filename + ": " + result.Label());
+  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
   return digest;
 }
 
-Json make_report(const WrapJob& job, const std::string& kind, const Wrapped& wrapped) {
+Json MakeReport(const WrapJob& job, const std::string& kind, const Wrapped& wrapped) {
   const std::string& filename = job.Options().Out;
   const Ferro::ui64_t size = std::filesystem::file_size(filename);
   Json report = NewReport("wrap");
@@ -49,14 +50,14 @@ Json make_report(const WrapJob& job, const std::string& kind, const Wrapped& wra
   report["duration"] = wrapped.Duration;
   report["duration_seconds"] = wrapped.Duration / wrapped.EditRate.Quotient();
   report["size_bytes"] = size;
-  report["digest"] = digest_of(filename, size).EncodeBase64();
+  report["digest"] = DigestOf(filename, size).EncodeBase64();
   report["labels"] = job.Options().Interop ? "Interop" : "SMPTE";
   report["encrypted"] = job.Info().EncryptedEssence;
   report["key_id"] = job.Info().EncryptedEssence ? job.Info().CryptographicKeyID.EncodeString() : "";
   return report;
 }
 
-std::string render(const Json& report) {
+std::string Render(const Json& report) {
   const auto text = [&](const char* key) { return report[key].get<std::string>(); };
   QUIRE::Rational rate;
   static_cast<void>(rate.DecodeString(text("edit_rate")));
@@ -71,7 +72,7 @@ std::string render(const Json& report) {
 }
 
 /// A file interrupted while its digest is computed is complete, but nobody learns its identifier: it goes too.
-void wrap(const CommandOptions& options) {
+ExitCode Wrap(const CommandOptions& options) {
   using Wrapper = Wrapped (*)(WrapJob&, const WrapSources&);
   static const std::map<std::string, Wrapper> Wrappers = {{"picture", WrapPicture}, {"video", WrapVideo},
                                                           {"sound", WrapSound},     {"text", WrapText},
@@ -80,73 +81,65 @@ void wrap(const CommandOptions& options) {
   const WrapSources sources = FindWrapSources(options.Wrap);
   const Wrapped wrapped = Wrappers.at(sources.Kind)(job, sources);
   try {
-    PrintReport(make_report(job, sources.Kind, wrapped), options.AsJson, render);
+    PrintReport(MakeReport(job, sources.Kind, wrapped), options.AsJson, Render);
   } catch (const CommandStopped&) {
     std::error_code ignored;
     std::filesystem::remove(options.Wrap.Out, ignored);
     throw;
   }
+  return ExitCode::Fine;
 }
 
-ExitCode run(const CommandOptions& options) {
-  try {
-    wrap(options);
-    return Fine;
-  } catch (const CommandError& error) {
-    std::fprintf(stderr, "strata: %s\n", error.what());
-    return error.Code();
-  } catch (const CommandStopped&) {
-    std::fputs("strata: interrupted; nothing was left behind\n", stderr);
-    return Interrupted;
-  }
-}
-
-void add_options(CLI::App& command, WrapOptions& options) {
-  command.add_option("source", options.Sources,
-                     "Codestreams (.j2c), an MPEG-2 stream, WAVE files, a text document or data, or a folder of one of "
-                     "them, taken in the order of their names");
-  command.add_option("--out", options.Out, "The track file to write")->required()->type_name("FILE");
-  command.add_option("--left", options.Left, "Codestreams of the left eye, with --right")->type_name("FOLDER");
-  command.add_option("--right", options.Right, "Codestreams of the right eye, with --left")->type_name("FOLDER");
-  command.add_option("--kind", options.Kind, "What the sources are; auto: what they look like")
-      ->check(CLI::IsMember({"auto", "picture", "video", "sound", "text", "data", "immersive"}))
-      ->capture_default_str();
+void AddOptions(Command& command, WrapOptions& options) {
+  command.Add("source", options.Sources,
+              "Codestreams (.j2c), an MPEG-2 stream, WAVE files, a text document or data, or a folder of one of "
+              "them, taken in the order of their names");
+  command.Add("--out", options.Out, "The track file to write").Required().Called("FILE");
+  command.Add("--left", options.Left, "Codestreams of the left eye, with --right").Called("FOLDER");
+  command.Add("--right", options.Right, "Codestreams of the right eye, with --left").Called("FOLDER");
+  command.AddChoice<std::string>("--kind", options.Kind,
+                                 {{"auto", "auto"},
+                                  {"picture", "picture"},
+                                  {"video", "video"},
+                                  {"sound", "sound"},
+                                  {"text", "text"},
+                                  {"data", "data"},
+                                  {"immersive", "immersive"}},
+                                 "What the sources are; auto: what they look like");
   command
-      .add_option("--rate", options.Rate,
-                  "Edit units per second, as 24 or 30000/1001 (default: what the source says, else 24)")
-      ->type_name("RATE");
-  command.add_option("--id", options.ID, "Identifier of the track file (default: a new one)")->type_name("UUID");
-  command.add_flag("--interop,!--smpte", options.Interop, "Interop labels; without it those of SMPTE");
-  CLI::Option* key =
-      command
-          .add_option("--key", options.Key,
-                      "Encrypt with this key, 32 hexadecimal digits, which others on this machine may see meanwhile")
-          ->type_name("HEX");
-  command.add_option("--key-file", options.KeyFile, "Encrypt with the key in this file, 32 hexadecimal digits")
-      ->type_name("FILE")
-      ->excludes(key);
-  command.add_option("--key-id", options.KeyID, "Identifier of that key")->type_name("UUID");
+      .Add("--rate", options.Rate,
+           "Edit units per second, as 24 or 30000/1001 (default: what the source says, else 24)")
+      .Called("RATE");
+  command.Add("--id", options.ID, "Identifier of the track file (default: a new one)").Called("UUID");
+  command.Add("--interop", options.Interop, "Interop labels; without it those of SMPTE").NegatedBy = "--smpte";
+  Option& key = command
+                    .Add("--key", options.Key,
+                         "Encrypt with this key, 32 hexadecimal digits, which others on this machine may see meanwhile")
+                    .Called("HEX");
+  command.Add("--key-file", options.KeyFile, "Encrypt with the key in this file, 32 hexadecimal digits")
+      .Called("FILE")
+      .Excludes(key);
+  command.Add("--key-id", options.KeyID, "Identifier of that key").Called("UUID");
   command
-      .add_option("--channels", options.Channels,
-                  "Sound: its channels, as 51(L,R,C,LFE,Ls,Rs) (default: 5.1 for six, else no loudspeakers)")
-      ->type_name("NAMES");
-  command.add_option("--language", options.Language, "Sound and text: language, RFC 5646 (default: the document's)")
-      ->type_name("TAG");
-  command.add_option("--coding", options.Coding, "Data: label of what they are, 32 hexadecimal digits")
-      ->type_name("UL");
-  command.add_option("--duration", options.Duration, "Text: length in edit units (default: up to the last line's end)")
-      ->type_name("NUMBER")
-      ->check(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()));
+      .Add("--channels", options.Channels,
+           "Sound: its channels, as 51(L,R,C,LFE,Ls,Rs) (default: 5.1 for six, else no loudspeakers)")
+      .Called("NAMES");
+  command.Add("--language", options.Language, "Sound and text: language, RFC 5646 (default: the document's)")
+      .Called("TAG");
+  command.Add("--coding", options.Coding, "Data: label of what they are, 32 hexadecimal digits").Called("UL");
+  command.Add("--duration", options.Duration, "Text: length in edit units (default: up to the last line's end)")
+      .Called("NUMBER")
+      .CheckedBy(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()));
 }
 
 }  // namespace
 
-void AddWrapCommand(CLI::App& app, int& exit_code) {
+void AddWrapCommand(Command& program) {
   const auto options = std::make_shared<CommandOptions>();
-  CLI::App* command = app.add_subcommand("wrap", "Make a track file of codestreams, sound, text or data");
-  add_options(*command, options->Wrap);
-  command->add_flag("--json", options->AsJson, "Print the report as JSON");
-  command->footer(
+  Command& command = program.AddCommand("wrap", "Make a track file of codestreams, sound, text or data");
+  AddOptions(command, options->Wrap);
+  command.Add("--json", options->AsJson, "Print the report as JSON");
+  command.SetFooter(
       "Sound has 24 bits at 48 or 96 kHz: one file with all channels, or several with one each. Fonts and images of a\n"
       "text lie beside it, named by their identifiers. The digest is what a packing list has.\n"
       "Exit codes: 0 written, 1 there is no such thing, 2 broken or not to be written, 3 a font or image is missing,\n"
@@ -156,5 +149,7 @@ void AddWrapCommand(CLI::App& app, int& exit_code) {
       "  strata wrap still.j2c --rate 24 --out picture.mxf\n"
       "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav\n"
       "  strata wrap second.wav --rate 24 --out sound.mxf");
-  command->callback([options, &exit_code] { exit_code = run(*options); });
+  command.Does([options] { return Wrap(*options); });
 }
+
+}  // namespace Tool

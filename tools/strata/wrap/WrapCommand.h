@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-namespace CLI {
-class App;
-}
+namespace Tool {
+
+class Command;
 
 /// Adds `strata wrap`.
-void AddWrapCommand(CLI::App& app, int& exit_code);
+void AddWrapCommand(Command& program);
+
+}  // namespace Tool

@@ -5,6 +5,8 @@
 #include <QUIRE/AtmosWriter.h>
 #include <QUIRE/DCDataWriter.h>
 
+namespace Tool {
+
 namespace {
 
 // Nothing in the files is read: the descriptor tells the most that such a frame usually holds.
@@ -12,7 +14,7 @@ constexpr Ferro::ui16_t MostBedChannels = 10;
 constexpr Ferro::ui16_t MostObjects = 118;
 
 template <class Writer, class Descriptor>
-Wrapped write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
+Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
   descriptor.EditRate = job.EditRate();
   descriptor.AssetID = job.Info().AssetUUID;
   Writer writer;
@@ -38,10 +40,12 @@ Wrapped WrapData(WrapJob& job, const WrapSources& sources) {
     descriptor.AtmosVersion = 1;
     descriptor.MaxChannelCount = MostBedChannels;
     descriptor.MaxObjectCount = MostObjects;
-    return write<QUIRE::ATMOS::MXFWriter>(job, sources, descriptor);
+    return Write<QUIRE::ATMOS::MXFWriter>(job, sources, descriptor);
   }
   QUIRE::DCData::DCDataDescriptor descriptor;
   if (!descriptor.DataEssenceCoding.DecodeHex(job.Options().Coding))
-    throw CommandError(Usage, "data need --coding, the label of what they are: 32 hexadecimal digits");
-  return write<QUIRE::DCData::MXFWriter>(job, sources, descriptor);
+    throw CommandError(ExitCode::Usage, "data need --coding, the label of what they are: 32 hexadecimal digits");
+  return Write<QUIRE::DCData::MXFWriter>(job, sources, descriptor);
 }
+
+}  // namespace Tool

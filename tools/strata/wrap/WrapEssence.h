@@ -3,6 +3,8 @@
 
 #include "WrapSources.h"
 
+namespace Tool {
+
 // One kind of essence each: the sources go into the track file that the job names, which is there when the call returns.
 // Every call throws CommandError, naming the file and the reason, and CommandStopped.
 
@@ -16,3 +18,5 @@
 [[nodiscard]] Wrapped WrapText(WrapJob& job, const WrapSources& sources);
 /// Auxiliary data or immersive audio, one edit unit a file.
 [[nodiscard]] Wrapped WrapData(WrapJob& job, const WrapSources& sources);
+
+}  // namespace Tool

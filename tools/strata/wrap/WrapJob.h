@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// What the user asked for.
 struct WrapOptions {
   std::vector<std::string> Sources;  ///< files, or one folder
@@ -74,3 +76,5 @@ struct Wrapped {
 void ReadIntoFrame(const std::string& filename, QUIRE::FrameBuffer& frame);
 /// Copies bytes into a frame, making room as needed. Throws CommandError.
 void FillFrame(std::span<const Ferro::ui8_t> bytes, QUIRE::FrameBuffer& frame);
+
+}  // namespace Tool

@@ -5,18 +5,20 @@
 #include <QUIRE/Codestream.h>
 #include <QUIRE/JP2KWriter.h>
 
+namespace Tool {
+
 namespace {
 
 using QUIRE::JP2K::PictureDescriptor;
 
-PictureDescriptor describe(const std::string& filename, const QUIRE::FrameBuffer& codestream) {
+PictureDescriptor Describe(const std::string& filename, const QUIRE::FrameBuffer& codestream) {
   PictureDescriptor descriptor;
   if (QUIRE::JP2K::ParseCodestream({codestream.RoData(), codestream.Size()}, descriptor).Failure())
-    throw CommandError(NotPlayable, filename + ": this is no JPEG 2000 codestream");
+    throw CommandError(ExitCode::NotPlayable, filename + ": this is no JPEG 2000 codestream");
   return descriptor;
 }
 
-std::string size_of(const PictureDescriptor& picture) {
+std::string SizeOf(const PictureDescriptor& picture) {
   return std::to_string(picture.StoredWidth) + " x " + std::to_string(picture.StoredHeight) + " pixels";
 }
 
@@ -27,13 +29,14 @@ class CodestreamReader {
 
   void Read(const std::string& filename, QUIRE::JP2K::FrameBuffer& frame) {
     ReadIntoFrame(filename, frame);
-    const PictureDescriptor picture = describe(filename, frame);
+    const PictureDescriptor picture = Describe(filename, frame);
     if (m_First.StoredWidth == 0) m_First = picture;
-    if (size_of(picture) != size_of(m_First))
-      throw CommandError(
-          NotPlayable, filename + ": this picture has " + size_of(picture) + ", the first one has " + size_of(m_First));
+    if (SizeOf(picture) != SizeOf(m_First))
+      throw CommandError(ExitCode::NotPlayable,
+                         filename + ": this picture has " + SizeOf(picture) + ", the first one has " + SizeOf(m_First));
     if (picture.Rsiz != m_First.Rsiz || !(picture.PictureComponentSizing == m_First.PictureComponentSizing))
-      throw CommandError(NotPlayable, filename + ": this picture has another profile or another depth than the first");
+      throw CommandError(ExitCode::NotPlayable,
+                         filename + ": this picture has another profile or another depth than the first");
     m_Done += frame.Size();
     m_Job.Progress(m_Done, m_Total);
   }
@@ -46,7 +49,7 @@ class CodestreamReader {
   Ferro::ui64_t m_Done = 0;
 };
 
-Wrapped wrap_stereoscopic(WrapJob& job, const WrapSources& sources) {
+Wrapped WrapStereoscopic(WrapJob& job, const WrapSources& sources) {
   CodestreamReader reader(job, sources);
   QUIRE::JP2K::MXFSWriter writer;
   QUIRE::JP2K::SFrameBuffer frame;
@@ -69,7 +72,7 @@ Wrapped wrap_stereoscopic(WrapJob& job, const WrapSources& sources) {
 }  // namespace
 
 Wrapped WrapPicture(WrapJob& job, const WrapSources& sources) {
-  if (!sources.Right.empty()) return wrap_stereoscopic(job, sources);
+  if (!sources.Right.empty()) return WrapStereoscopic(job, sources);
   CodestreamReader reader(job, sources);
   QUIRE::JP2K::MXFWriter writer;
   QUIRE::JP2K::FrameBuffer frame;
@@ -86,3 +89,5 @@ Wrapped WrapPicture(WrapJob& job, const WrapSources& sources) {
   job.Check(writer.Finalize());
   return {rate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }
+
+}  // namespace Tool

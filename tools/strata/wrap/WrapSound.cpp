@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <memory>
 
+namespace Tool {
+
 namespace {
 
 using Ferro::ui32_t;
@@ -15,7 +17,7 @@ using QUIRE::PCM::AudioDescriptor;
 
 constexpr ui32_t BytesPerSample = 3;
 
-std::string kilohertz(const AudioDescriptor& sound) {
+std::string Kilohertz(const AudioDescriptor& sound) {
   return std::to_string(sound.AudioSamplingRate.Numerator) + " samples per second";
 }
 
@@ -25,32 +27,35 @@ class Source {
   Source(const std::string& filename, const QUIRE::Rational& rate) : m_Filename(filename) {
     const Ferro::Result_t result = m_Reader.OpenRead(filename, rate);
     if (result.Failure() || m_Reader.FillAudioDescriptor(m_Descriptor).Failure())
-      throw CommandError(NotPlayable, filename + ": this is no WAVE file that can be wrapped: " + result.Label());
+      throw CommandError(ExitCode::NotPlayable,
+                         filename + ": this is no WAVE file that can be wrapped: " + result.Label());
     if (m_Descriptor.QuantizationBits != 24)
-      throw CommandError(NotPlayable, filename + ": its samples have " + std::to_string(m_Descriptor.QuantizationBits) +
-                                          " bits; sound of digital cinema has 24");
+      throw CommandError(ExitCode::NotPlayable, filename + ": its samples have " +
+                                                    std::to_string(m_Descriptor.QuantizationBits) +
+                                                    " bits; sound of digital cinema has 24");
     if (!(m_Descriptor.AudioSamplingRate == QUIRE::SampleRate_48k) &&
         !(m_Descriptor.AudioSamplingRate == QUIRE::SampleRate_96k))
-      throw CommandError(NotPlayable, filename + ": it has " + kilohertz(m_Descriptor) +
-                                          "; sound of digital cinema has 48000 or 96000");
+      throw CommandError(ExitCode::NotPlayable, filename + ": it has " + Kilohertz(m_Descriptor) +
+                                                    "; sound of digital cinema has 48000 or 96000");
   }
 
   [[nodiscard]] const AudioDescriptor& Descriptor() const { return m_Descriptor; }
 
   void RefuseUnlike(const AudioDescriptor& first) const {
     if (m_Descriptor.ChannelCount != 1 || first.ChannelCount != 1)
-      throw CommandError(Usage, m_Filename + ": of several files each has one channel");
+      throw CommandError(ExitCode::Usage, m_Filename + ": of several files each has one channel");
     if (!(m_Descriptor.AudioSamplingRate == first.AudioSamplingRate))
-      throw CommandError(
-          NotPlayable, m_Filename + ": it has " + kilohertz(m_Descriptor) + ", the first file has " + kilohertz(first));
+      throw CommandError(ExitCode::NotPlayable, m_Filename + ": it has " + Kilohertz(m_Descriptor) +
+                                                    ", the first file has " + Kilohertz(first));
     if (m_Descriptor.ContainerDuration != first.ContainerDuration)
-      throw CommandError(NotPlayable, m_Filename + ": it lasts " + std::to_string(m_Descriptor.ContainerDuration) +
-                                          " edit units, the first file " + std::to_string(first.ContainerDuration));
+      throw CommandError(ExitCode::NotPlayable,
+                         m_Filename + ": it lasts " + std::to_string(m_Descriptor.ContainerDuration) +
+                             " edit units, the first file " + std::to_string(first.ContainerDuration));
   }
 
   void Read(ui32_t number, QUIRE::PCM::FrameBuffer& frame) const {
     if (const Ferro::Result_t result = m_Reader.ReadFrame(number, frame); result.Failure())
-      throw CommandError(NotPlayable, m_Filename + ": " + result.Label());
+      throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
   }
 
  private:
@@ -61,32 +66,33 @@ class Source {
 
 using SourceList = std::vector<std::unique_ptr<Source>>;
 
-SourceList open_all(const WrapSources& sources, const QUIRE::Rational& rate) {
+SourceList OpenAll(const WrapSources& sources, const QUIRE::Rational& rate) {
   SourceList list;
   for (const std::string& file : sources.Files) {
     list.push_back(std::make_unique<Source>(file, rate));
     if (list.size() > 1) list.back()->RefuseUnlike(list.front()->Descriptor());
   }
   if (list.front()->Descriptor().ContainerDuration == 0)
-    throw CommandError(NotPlayable, sources.Files.front() + ": there is no sound in this file");
+    throw CommandError(ExitCode::NotPlayable, sources.Files.front() + ": there is no sound in this file");
   return list;
 }
 
-QUIRE::PCM::MCALabelList labels_of(const WrapOptions& options, ui32_t channels) {
+QUIRE::PCM::MCALabelList LabelsOf(const WrapOptions& options, ui32_t channels) {
   QUIRE::PCM::MCALabelList labels;
   if (options.Channels.empty()) return labels;
   if (QUIRE::PCM::MakeMCALabels(options.Channels, options.Language, labels).Failure())
-    throw CommandError(Usage,
+    throw CommandError(ExitCode::Usage,
                        "--channels " + options.Channels + ": this names no channels, as 51(L,R,C,LFE,Ls,Rs) does");
   const bool fits = std::all_of(labels.begin(), labels.end(),
                                 [&](const QUIRE::PCM::MCALabel& label) { return label.ChannelID <= channels; });
   if (!fits)
-    throw CommandError(Usage, "--channels " + options.Channels + ": the sound has only " + std::to_string(channels));
+    throw CommandError(ExitCode::Usage,
+                       "--channels " + options.Channels + ": the sound has only " + std::to_string(channels));
   return labels;
 }
 
 /// Puts one channel of an edit unit between the others.
-void interleave(const QUIRE::FrameBuffer& mono, size_t channel, size_t channels, QUIRE::FrameBuffer& all) {
+void Interleave(const QUIRE::FrameBuffer& mono, size_t channel, size_t channels, QUIRE::FrameBuffer& all) {
   for (size_t sample = 0; sample < mono.Size() / BytesPerSample; ++sample)
     std::copy_n(mono.RoData() + sample * BytesPerSample, BytesPerSample,
                 all.Data() + (sample * channels + channel) * BytesPerSample);
@@ -96,12 +102,12 @@ void interleave(const QUIRE::FrameBuffer& mono, size_t channel, size_t channels,
 
 Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
   const QUIRE::Rational rate = job.EditRate();
-  const SourceList list = open_all(sources, rate);
+  const SourceList list = OpenAll(sources, rate);
   AudioDescriptor descriptor = list.front()->Descriptor();
   if (list.size() > 1) descriptor.ChannelCount = static_cast<ui32_t>(list.size());
   descriptor.BlockAlign = descriptor.ChannelCount * BytesPerSample;
   descriptor.AvgBps = 0;
-  const QUIRE::PCM::MCALabelList labels = labels_of(job.Options(), descriptor.ChannelCount);
+  const QUIRE::PCM::MCALabelList labels = LabelsOf(job.Options(), descriptor.ChannelCount);
   descriptor.ChannelFormat = !labels.empty()                ? QUIRE::PCM::CF_CFG_6
                              : descriptor.ChannelCount == 6 ? QUIRE::PCM::CF_CFG_1
                                                             : QUIRE::PCM::CF_CFG_4;
@@ -113,12 +119,12 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
   QUIRE::PCM::FrameBuffer all;
   const auto second = static_cast<ui32_t>(descriptor.AudioSamplingRate.Numerator);
   if (mono.Capacity(second * BytesPerSample).Failure() || all.Capacity(second * descriptor.BlockAlign).Failure())
-    throw CommandError(NotPlayable, "there is no memory for the sound");
+    throw CommandError(ExitCode::NotPlayable, "there is no memory for the sound");
   const ui32_t duration = descriptor.ContainerDuration;
   for (ui32_t number = 0; number < duration; ++number) {
     for (size_t i = 0; i < list.size() && list.size() > 1; ++i) {
       list[i]->Read(number, mono);
-      interleave(mono, i, list.size(), all);
+      Interleave(mono, i, list.size(), all);
     }
     if (list.size() > 1)
       all.Size(mono.Size() * static_cast<ui32_t>(list.size()));
@@ -130,3 +136,5 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
   job.Check(writer.Finalize());
   return {rate, duration};
 }
+
+}  // namespace Tool

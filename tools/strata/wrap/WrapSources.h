@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace Tool {
+
 /// The files that go into one track file, and what they are.
 struct WrapSources {
   std::string Kind;                ///< as WrapOptions has it, but never "auto"
@@ -20,3 +22,5 @@ struct WrapSources {
 
 /// True when `a` stands before `b` in a list of files: "frame 9" before "frame 10".
 [[nodiscard]] bool NameComesBefore(const std::string& a, const std::string& b);
+
+}  // namespace Tool

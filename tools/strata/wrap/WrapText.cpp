@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <string_view>
 
+namespace Tool {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -20,7 +22,7 @@ using QUIRE::TimedText::TimedTextDescriptor;
 constexpr Ferro::fsize_t LargestDocument = 64 * 1024 * 1024;  // bytes
 
 /// The file beside the document that is named by the identifier.
-std::string file_of(const std::string& folder, const Ferro::UUID& id) {
+std::string FileOf(const std::string& folder, const Ferro::UUID& id) {
   std::error_code error;
   for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), end; !error && entry != end;
        entry.increment(error)) {
@@ -29,11 +31,11 @@ std::string file_of(const std::string& folder, const Ferro::UUID& id) {
     const auto urn = Ferro::UUID::FromURN(stem);
     if (plain == id || urn == id) return entry->path().string();
   }
-  throw CommandError(AssetsMissing, "the document refers to " + id.EncodeString() +
-                                        ", and no font or image of that name lies beside it");
+  throw CommandError(ExitCode::AssetsMissing, "the document refers to " + id.EncodeString() +
+                                                  ", and no font or image of that name lies beside it");
 }
 
-QUIRE::TimedText::MIMEType_t type_of(const QUIRE::FrameBuffer& resource) {
+QUIRE::TimedText::MIMEType_t TypeOf(const QUIRE::FrameBuffer& resource) {
   using namespace std::string_view_literals;
   const std::string_view content(reinterpret_cast<const char*>(resource.RoData()), resource.Size());
   if (content.starts_with("\x89PNG"sv)) return QUIRE::TimedText::MT_PNG;
@@ -42,10 +44,10 @@ QUIRE::TimedText::MIMEType_t type_of(const QUIRE::FrameBuffer& resource) {
   return is_font ? QUIRE::TimedText::MT_OPENTYPE : QUIRE::TimedText::MT_BIN;
 }
 
-TimedTextDescriptor describe(const WrapJob& job, const std::string& filename, const std::string& text) {
+TimedTextDescriptor Describe(const WrapJob& job, const std::string& filename, const std::string& text) {
   TimedTextFacts facts;
   if (!ReadTimedTextFacts(text, facts))
-    throw CommandError(NotPlayable, filename + ": this is no timed-text document of ST 428-7");
+    throw CommandError(ExitCode::NotPlayable, filename + ": this is no timed-text document of ST 428-7");
   TimedTextDescriptor descriptor;
   descriptor.EditRate = job.EditRate(facts.EditRate);
   descriptor.AssetID = facts.ID;
@@ -54,7 +56,7 @@ TimedTextDescriptor describe(const WrapJob& job, const std::string& filename, co
   descriptor.ContainerDuration = job.Options().Duration;
   if (descriptor.ContainerDuration == 0) descriptor.ContainerDuration = facts.EndInEditUnits(descriptor.EditRate);
   if (descriptor.ContainerDuration == 0)
-    throw CommandError(Usage, filename + ": no line says when it ends; --duration says how long the text is");
+    throw CommandError(ExitCode::Usage, filename + ": no line says when it ends; --duration says how long the text is");
   return descriptor;
 }
 
@@ -62,29 +64,29 @@ TimedTextDescriptor describe(const WrapJob& job, const std::string& filename, co
 
 Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
   if (sources.Files.size() != 1)
-    throw CommandError(Usage, "a track file of text is made of one document; there are " +
-                                  std::to_string(sources.Files.size()) + ", from " + sources.Files.front() + " to " +
-                                  sources.Files.back());
+    throw CommandError(ExitCode::Usage, "a track file of text is made of one document; there are " +
+                                            std::to_string(sources.Files.size()) + ", from " + sources.Files.front() +
+                                            " to " + sources.Files.back());
   if (job.Options().Interop)
-    throw CommandError(Usage, "Interop packages keep subtitles as they are, not in a track file");
+    throw CommandError(ExitCode::Usage, "Interop packages keep subtitles as they are, not in a track file");
   const std::string& filename = sources.Files.front();
   std::string text;
   if (const auto result = Ferro::ReadFileIntoString(filename, text, LargestDocument); result.Failure())
-    throw CommandError(NotPlayable, filename + ": " + result.Label());
-  TimedTextDescriptor descriptor = describe(job, filename, text);
+    throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
+  TimedTextDescriptor descriptor = Describe(job, filename, text);
 
   std::vector<Ferro::UUID> references;
   if (ReadTextReferences(text, references).Failure())
-    throw CommandError(NotPlayable, filename + ": this document is no well-formed XML");
+    throw CommandError(ExitCode::NotPlayable, filename + ": this document is no well-formed XML");
   std::sort(references.begin(), references.end());
   references.erase(std::unique(references.begin(), references.end()), references.end());
 
   std::vector<std::string> files;
   QUIRE::TimedText::FrameBuffer frame;
   for (const Ferro::UUID& id : references) {
-    files.push_back(file_of(Ferro::PathDirname(filename), id));
+    files.push_back(FileOf(Ferro::PathDirname(filename), id));
     ReadIntoFrame(files.back(), frame);
-    descriptor.ResourceList.push_back({id, type_of(frame)});
+    descriptor.ResourceList.push_back({id, TypeOf(frame)});
   }
 
   QUIRE::TimedText::MXFWriter writer;
@@ -99,3 +101,5 @@ Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
   job.Check(writer.Finalize());
   return {descriptor.EditRate, descriptor.ContainerDuration};
 }
+
+}  // namespace Tool

@@ -8,6 +8,8 @@
 
 #include <vector>
 
+namespace Tool {
+
 namespace {
 
 constexpr size_t Piece = 1024 * 1024;  // bytes read at once
@@ -25,7 +27,7 @@ class StreamReader {
     // One that reaches to the end of what was read may go on.
     while (!m_AtEnd && (m_Bytes.empty() || !Find() || m_Taken == m_Bytes.size())) ReadMore();
     if (m_Bytes.empty()) return {};
-    if (!Find()) throw CommandError(NotPlayable, m_Filename + ": this is no MPEG-2 video elementary stream");
+    if (!Find()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": this is no MPEG-2 video elementary stream");
     return {m_Bytes.data(), m_Taken};
   }
 
@@ -35,7 +37,7 @@ class StreamReader {
   void ReadMore() {
     const size_t before = m_Bytes.size();
     if (before > LargestAccessUnit)
-      throw CommandError(NotPlayable, m_Filename + ": this is no MPEG-2 video elementary stream");
+      throw CommandError(ExitCode::NotPlayable, m_Filename + ": this is no MPEG-2 video elementary stream");
     m_Bytes.resize(before + Piece);
     size_t count = 0;
     Check(m_File.ReadUpTo(m_Position, std::span(m_Bytes).subspan(before), count));
@@ -44,7 +46,7 @@ class StreamReader {
     m_AtEnd = count < Piece;
   }
   void Check(const Ferro::Result_t& result) const {
-    if (result.Failure()) throw CommandError(NotPlayable, m_Filename + ": " + result.Label());
+    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
   }
 
   std::string m_Filename;
@@ -59,9 +61,9 @@ class StreamReader {
 
 Wrapped WrapVideo(WrapJob& job, const WrapSources& sources) {
   if (sources.Files.size() != 1)
-    throw CommandError(Usage, "a track file of MPEG-2 is made of one elementary stream; there are " +
-                                  std::to_string(sources.Files.size()) + ", from " + sources.Files.front() + " to " +
-                                  sources.Files.back());
+    throw CommandError(ExitCode::Usage, "a track file of MPEG-2 is made of one elementary stream; there are " +
+                                            std::to_string(sources.Files.size()) + ", from " + sources.Files.front() +
+                                            " to " + sources.Files.back());
   const std::string& filename = sources.Files.front();
   StreamReader stream(filename);
   QUIRE::MPEG2::MXFWriter writer;
@@ -71,12 +73,12 @@ Wrapped WrapVideo(WrapJob& job, const WrapSources& sources) {
   for (auto unit = stream.Next(); !unit.empty(); unit = stream.Next()) {
     if (!writer.IsOpen()) {
       if (QUIRE::MPEG2::ParseSequence(unit, descriptor).Failure())
-        throw CommandError(NotPlayable, filename + ": this is no MPEG-2 video elementary stream");
+        throw CommandError(ExitCode::NotPlayable, filename + ": this is no MPEG-2 video elementary stream");
       const QUIRE::Rational asked = job.EditRate(descriptor.EditRate);
       if (Ferro::i64_t{asked.Numerator} * descriptor.EditRate.Denominator !=
           Ferro::i64_t{descriptor.EditRate.Numerator} * asked.Denominator)
-        throw CommandError(Usage, filename + ": this stream has " + descriptor.EditRate.EncodeString() +
-                                      " pictures per second, not what --rate says");
+        throw CommandError(ExitCode::Usage, filename + ": this stream has " + descriptor.EditRate.EncodeString() +
+                                                " pictures per second, not what --rate says");
       job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
     }
     FillFrame(unit, frame);
@@ -84,8 +86,10 @@ Wrapped WrapVideo(WrapJob& job, const WrapSources& sources) {
     done += unit.size();
     job.Progress(done, sources.TotalSize);
   }
-  if (!writer.IsOpen()) throw CommandError(NotPlayable, filename + ": this file is empty");
+  if (!writer.IsOpen()) throw CommandError(ExitCode::NotPlayable, filename + ": this file is empty");
   const Wrapped wrapped{descriptor.EditRate, writer.EditUnitCount()};
   job.Check(writer.Finalize());
   return wrapped;
 }
+
+}  // namespace Tool
