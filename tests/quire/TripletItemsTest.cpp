@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../support/MxfBytes.h"
 
-#include <src/TripletItems.h>
+#include "crypto/TripletItems.h"
 
 #include <gtest/gtest.h>
 
