@@ -44,9 +44,10 @@ order='
 toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
 toolkit/cairn:
+toolkit/sigil: base certificate
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
-tests: support ferro,quire,cairn,engine,tool system
+tests: support ferro,quire,cairn,sigil,engine,tool system
 '
 
 # Each include of one file of the tree by another: includer, included, then of both the module, the height (100 for each
@@ -129,8 +130,9 @@ directions() {
       beyond["toolkit/ferro/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
       beyond["toolkit/quire/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
       beyond["toolkit/cairn/"] = "^(CLI|nlohmann|openjpeg)"
-      beyond["include/"]       = "^(xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      beyond["src/"]           = "^(sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["include/"]       = "^(Sigil|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["src/"]           = "^(Sigil|sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '

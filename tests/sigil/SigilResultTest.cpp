@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Sigil/Finding.h>
+#include <Sigil/Result.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SigilResult, EveryCodeIsFoundByItsValue) {
+  for (const Sigil::Result_t result :
+       {Sigil::RESULT_SG_CERTIFICATE, Sigil::RESULT_SG_PRIVATE_KEY, Sigil::RESULT_SG_SIGNER, Sigil::RESULT_SG_SIGN}) {
+    EXPECT_STREQ(Sigil::Result_t::Find(result.Value()).Symbol(), result.Symbol());
+    EXPECT_LE(result.Value(), -300);
+    EXPECT_GE(result.Value(), -399);
+  }
+}
+
+TEST(SigilFinding, TheFirstAndTheLastRuleOfCertificatesHaveTheirNames) {
+  EXPECT_STREQ(Sigil::FindingName(Sigil::FindingID::CertVersion), "cert-version");
+  EXPECT_STREQ(Sigil::FindingName(Sigil::FindingID::CertDatesNested), "cert-dates-nested");
+  EXPECT_STREQ(Sigil::FindingName(Sigil::FindingID::CertSignerCA), "cert-signer-ca");
+}
+
+}  // namespace

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Result.h>
+
+namespace Sigil {
+
+using Ferro::Result_t;
+
+// The security library's own results, -300 to -399. The general ones are Ferro's.
+inline constexpr Result_t RESULT_SG_CERTIFICATE{-300, "SG_CERTIFICATE", "The certificate could not be read."};
+inline constexpr Result_t RESULT_SG_PRIVATE_KEY{-301, "SG_PRIVATE_KEY", "The private key could not be read."};
+inline constexpr Result_t RESULT_SG_SIGNER{-302, "SG_SIGNER", "The private key and the certificates make no signer."};
+inline constexpr Result_t RESULT_SG_SIGN{-303, "SG_SIGN", "The document could not be signed."};
+
+}  // namespace Sigil

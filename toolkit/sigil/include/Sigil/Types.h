@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Ferro/Timestamp.h>
+#include <Ferro/Types.h>
+#include <Ferro/UUID.h>
+
+namespace Sigil {
+
+using Ferro::i32_t;
+using Ferro::i64_t;
+using Ferro::SHA1;
+using Ferro::Timestamp;
+using Ferro::ui32_t;
+using Ferro::ui64_t;
+using Ferro::ui8_t;
+using Ferro::UUID;
+
+}  // namespace Sigil

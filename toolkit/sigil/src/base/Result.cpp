@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Sigil/Result.h>
+
+namespace Sigil {
+namespace {
+
+constexpr Result_t s_Results[] = {
+    RESULT_SG_CERTIFICATE,
+    RESULT_SG_PRIVATE_KEY,
+    RESULT_SG_SIGNER,
+    RESULT_SG_SIGN,
+};
+
+const Ferro::ResultTable s_Table{s_Results};
+
+}  // namespace
+}  // namespace Sigil
