@@ -14,7 +14,7 @@ shown=(XercesC)
 
 fail() { printf '%s\n' "$*"; exit 1; }
 
-# It tells the engine's version, and finds the libraries where it was built.
+# It prints the engine's version, and loads the installed libraries.
 run() {
   [[ $("$1") == "Strata 2.0.3" ]] || fail "$1 printed: $("$1")"
   ldd "$1" | grep -F "$prefix" | grep -q 'libstrata\.so\.2 ' || fail "$1 does not use the installed library"
