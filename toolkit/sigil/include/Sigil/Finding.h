@@ -40,6 +40,12 @@ enum class FindingID : ui8_t {
   CertExpiredToday,  ///< ran out since: a note
   CertLateEnd,       ///< valid beyond 2038-01-19 03:14:07 UTC: a note
   CertSignerCA,      ///< no CA signs documents
+  // Signatures of documents (RFC 3275, ST 429-7, ST 429-8, ST 430-3).
+  SignInvalid,  ///< digest and signature value are those of the document
+  SignForm,     ///< of the one form that is followed
+  SignMethod,   ///< allowed algorithms; a warning where they are the other flavour's
+  SignKeyInfo,  ///< each certificate once, leaf first, none beside the chain: a warning
+  SignSigner,   ///< Signer names the leaf: a warning
 };
 
 struct Finding {

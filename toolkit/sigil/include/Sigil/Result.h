@@ -12,5 +12,8 @@ inline constexpr Result_t RESULT_SG_CERTIFICATE{-300, "SG_CERTIFICATE", "The cer
 inline constexpr Result_t RESULT_SG_PRIVATE_KEY{-301, "SG_PRIVATE_KEY", "The private key could not be read."};
 inline constexpr Result_t RESULT_SG_SIGNER{-302, "SG_SIGNER", "The private key and the certificates make no signer."};
 inline constexpr Result_t RESULT_SG_SIGN{-303, "SG_SIGN", "The document could not be signed."};
+inline constexpr Result_t RESULT_SG_PASSPHRASE{-304, "SG_PASSPHRASE",
+                                               "The private key's passphrase is missing or wrong."};
+inline constexpr Result_t RESULT_SG_DOCUMENT{-305, "SG_DOCUMENT", "The document is not of a kind that is signed."};
 
 }  // namespace Sigil

@@ -15,8 +15,9 @@ constexpr const char* s_Names[] = {
     "cert-thumbprint",  "cert-names",      "cert-organization",  "cert-role",     "cert-serial",
     "cert-constraints", "cert-key-usage",  "cert-authority",     "cert-dates",    "cert-dates-nested",
     "cert-signature",   "cert-chain",      "cert-expired-today", "cert-late-end", "cert-signer-ca",
+    "sign-invalid",     "sign-form",       "sign-method",        "sign-keyinfo",  "sign-signer",
 };
-static_assert(std::size(s_Names) == static_cast<size_t>(FindingID::CertSignerCA) + 1);
+static_assert(std::size(s_Names) == static_cast<size_t>(FindingID::SignSigner) + 1);
 
 }  // namespace
 

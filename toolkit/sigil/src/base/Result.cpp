@@ -5,10 +5,8 @@ namespace Sigil {
 namespace {
 
 constexpr Result_t s_Results[] = {
-    RESULT_SG_CERTIFICATE,
-    RESULT_SG_PRIVATE_KEY,
-    RESULT_SG_SIGNER,
-    RESULT_SG_SIGN,
+    RESULT_SG_CERTIFICATE, RESULT_SG_PRIVATE_KEY, RESULT_SG_SIGNER,
+    RESULT_SG_SIGN,        RESULT_SG_PASSPHRASE,  RESULT_SG_DOCUMENT,
 };
 
 const Ferro::ResultTable s_Table{s_Results};

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "base/OpenSSLPointer.h"
+
+#include <Sigil/PrivateKey.h>
+
+#include <utility>
+
+namespace Sigil {
+
+/// What a private key shares with its copies.
+struct PrivateKeyState {
+  KeyPointer Key;
+
+  [[nodiscard]] static PrivateKey Wrap(std::shared_ptr<const PrivateKeyState> state) {
+    return PrivateKey(std::move(state));
+  }
+  /// For OpenSSL, much of whose interface asks for what it may change; nothing changes it.
+  [[nodiscard]] static EVP_PKEY* KeyOf(const PrivateKey& key) { return key.m_State->Key.get(); }
+};
+
+}  // namespace Sigil

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "signature/SignedDocument.h"
+
+#include <Sigil/DocumentSignature.h>
+
+#include <initializer_list>
+#include <string>
+
+namespace Sigil {
+
+/// X509IssuerName and X509SerialNumber of a certificate, as elements with the prefix "ds".
+[[nodiscard]] std::string IssuerSerialElements(const Certificate& certificate);
+/// A text with what XML demands in place of "&", "<" and ">".
+[[nodiscard]] std::string EscapeXML(const std::string& text);
+
+/// A Signature element, complete but for digests and value.
+/// @param uris  what is signed, one reference each; "" is the whole document without the signature.
+[[nodiscard]] std::string SignatureElement(const CertificateList& chain, std::initializer_list<std::string> uris,
+                                           bool uses_sha1_method, bool uses_sha1_digest);
+/// Computes digests and value of the document's last Signature element, which SignatureElement made, and writes them in.
+/// @return false, logged, when the document has no such signature. May throw what the XML libraries throw.
+[[nodiscard]] bool FillSignature(std::string& xml, const PrivateKey& key, bool uses_sha1_method, Ferro::ILogSink& log);
+
+}  // namespace Sigil
