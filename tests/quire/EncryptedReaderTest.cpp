@@ -279,4 +279,100 @@ TEST_F(EncryptedReader, SoundIsDecrypted) {
   }
 }
 
+class Algorithms : public EncryptedReader {
+ protected:
+  static constexpr const char* CipherProperty = "060e2b34.01010109.02090301.01000000";
+  static constexpr const char* MICProperty = "060e2b34.01010109.02090302.01000000";
+
+  // A file whose cryptographic context has another label in this property.
+  void OpenWith(const char* property, const Bytes& label) {
+    MxfBuilder builder = EncryptedBuilder(MxfBuilder::JP2K, 2);
+    (void)builder.Build();  // gives out the dynamic tags
+    builder.Overrides["CryptoContext"][builder.DynamicTag(property)] = label;
+    Open(builder);
+  }
+  EncryptionInfo Info() {
+    EncryptionInfo info;
+    EXPECT_EQ(m_Reader.FillEncryptionInfo(info), RESULT_OK);
+    return info;
+  }
+
+  LogCapture m_Log;
+  const Bytes m_Other = Hex("060e2b34.0401010d.02090201.7f000000");
+};
+
+TEST_F(Algorithms, AreReadFromTheFile) {
+  Open(EncryptedBuilder(MxfBuilder::JP2K, 1));
+  EXPECT_EQ(Raw(Info().CipherAlgorithm), Hex("060e2b34.04010107.02090201.01000000"));
+  EXPECT_EQ(Raw(Info().MICAlgorithm), Hex("060e2b34.04010107.02090202.01000000"));
+  EXPECT_TRUE(Info().KnowsCipher && Info().KnowsMIC);
+  EXPECT_EQ(m_Log.Text(), "");
+}
+
+TEST_F(Algorithms, PlaintextHasNone) {
+  EncryptionInfo info;
+  EXPECT_EQ(m_Reader.FillEncryptionInfo(info), Ferro::RESULT_INIT);
+  Open(MakeBuilder(MxfBuilder::JP2K, 1));
+  EXPECT_EQ(Info(), EncryptionInfo());
+}
+
+TEST_F(Algorithms, AnUnknownCipherIsReportedAndNotDecrypted) {
+  OpenWith(CipherProperty, m_Other);
+  EXPECT_FALSE(Info().KnowsCipher);
+  EXPECT_NE(m_Log.Text().find("algorithm that is not known, 060e2b34.0401010d.02090201.7f000000"), std::string::npos);
+  Contexts contexts;
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, &contexts.Decryption), RESULT_ALGORITHM);
+  EXPECT_EQ(m_Frame.Size(), 0u);
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame), RESULT_OK);  // as it is stored
+  JP2K::SFrameBuffer pair;
+  JP2K::MXFSReader stereoscopic;
+  ASSERT_EQ(stereoscopic.OpenRead(m_File.Name()), RESULT_OK);
+  EXPECT_EQ(stereoscopic.ReadFrame(0, pair, &contexts.Decryption), RESULT_ALGORITHM);
+}
+
+TEST_F(Algorithms, AnUnknownIntegrityCodeIsReportedAndNotVerified) {
+  OpenWith(MICProperty, m_Other);
+  EXPECT_FALSE(Info().KnowsMIC);
+  EXPECT_NE(m_Log.Text().find("authenticated by an algorithm that is not known"), std::string::npos);
+  Contexts contexts;
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, &contexts.Decryption, &contexts.Integrity), RESULT_ALGORITHM);
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, &contexts.Decryption), RESULT_OK);
+}
+
+TEST_F(Algorithms, OfATextAreLookedAtToo) {
+  MxfBuilder builder = EncryptedBuilder(MxfBuilder::TimedText, 1);
+  (void)builder.Build();
+  builder.Overrides["CryptoContext"][builder.DynamicTag(CipherProperty)] = m_Other;
+  const TemporaryFile file(builder.Build());
+  TimedText::MXFReader reader;
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  Contexts contexts;
+  std::string text;
+  EXPECT_EQ(reader.ReadTimedTextResource(text, &contexts.Decryption), RESULT_ALGORITHM);
+}
+
+TEST_F(EncryptedReader, ContextsWithoutAKeyAreToldFromWrongCodes) {
+  LogCapture log;
+  Open(EncryptedBuilder(MxfBuilder::JP2K, 1));
+  HMACContext integrity;
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, nullptr, &integrity), Ferro::RESULT_INIT);
+  EXPECT_NE(log.Text().find("no key in the integrity context"), std::string::npos) << log.Text();
+  EXPECT_EQ(log.Text().find("wrong integrity code"), std::string::npos);
+  AESDecContext decryption;
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, &decryption), Ferro::RESULT_INIT);
+  EXPECT_NE(log.Text().find("no key in the context to decrypt"), std::string::npos) << log.Text();
+}
+
+TEST_F(EncryptedReader, TheIntegrityCodeIsVerifiedWithoutDecryption) {
+  MxfBuilder builder = EncryptedBuilder(MxfBuilder::JP2K, 1);
+  Bytes bytes = builder.Build();
+  Open(bytes);
+  Contexts contexts;
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, nullptr, &contexts.Integrity), RESULT_OK);
+  LogCapture log;
+  bytes[builder.ElementAt[0] + 150] ^= 1;
+  Open(bytes);
+  EXPECT_EQ(m_Reader.ReadFrame(0, m_Frame, nullptr, &contexts.Integrity), RESULT_HMACFAIL);
+}
+
 }  // namespace

@@ -16,20 +16,21 @@ class FieldDefect : public ::testing::Test {
  protected:
   // All frames of the file must be what the builder was given.
   void ExpectAllFrames(MxfBuilder& builder) { ExpectFrames(builder, builder.Build(), builder.Frames.size()); }
-  void ExpectFrames(const MxfBuilder& builder, const Bytes& bytes, size_t count) {
+  // The file must hold `count` frames; `after` is what the next one is to give.
+  void ExpectFrames(const MxfBuilder& builder, const Bytes& bytes, size_t count, const Result_t& after = RESULT_RANGE) {
     const TemporaryFile file(bytes);
     if (builder.Kind == MxfBuilder::PCM) {
       PCM::MXFReader reader;
       ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK) << m_Log.Text();
       for (ui32_t i = 0; i < count; ++i) EXPECT_EQ(ReadSound(reader, i), builder.Frames[i]) << i;
       PCM::FrameBuffer frame;
-      EXPECT_EQ(reader.ReadFrame(static_cast<ui32_t>(count), frame), RESULT_RANGE);
+      EXPECT_EQ(reader.ReadFrame(static_cast<ui32_t>(count), frame), after);
     } else {
       JP2K::MXFReader reader;
       ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK) << m_Log.Text();
       for (ui32_t i = 0; i < count; ++i) EXPECT_EQ(ReadBytes(reader, i), builder.Frames[i]) << i;
       JP2K::FrameBuffer frame;
-      EXPECT_EQ(reader.ReadFrame(static_cast<ui32_t>(count), frame), RESULT_RANGE);
+      EXPECT_EQ(reader.ReadFrame(static_cast<ui32_t>(count), frame), after);
     }
   }
   JP2K::PictureDescriptor Describe(const Bytes& bytes) {
@@ -110,7 +111,7 @@ TEST_F(FieldDefect, TruncatedFileDeliversEveryWholeElement) {
   for (size_t keep = 0; keep < 6; ++keep) {
     const Bytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(m_Builder.ElementAt[keep]) + 60);
     m_Log.Clear();
-    ExpectFrames(m_Builder, bytes, keep);
+    ExpectFrames(m_Builder, bytes, keep, RESULT_CUT);
     EXPECT_NE(m_Log.Text().find("cut off or incomplete, has " + std::to_string(keep) + " of 6 edit units\n"),
               std::string::npos)
         << m_Log.Text();
@@ -124,15 +125,15 @@ TEST_F(FieldDefect, TruncatedFileWithItsIndexInTheHeaderDeliversEveryWholeElemen
     for (size_t more : {1u, 18u, 60u})
       ExpectFrames(m_Builder,
                    Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(m_Builder.ElementAt[keep] + more)),
-                   keep);
+                   keep, RESULT_CUT);
   }
 }
 
 TEST_F(FieldDefect, TruncatedSoundDeliversEveryWholeElement) {
   MxfBuilder builder = MakeBuilder(MxfBuilder::PCM, 4);
   const Bytes whole = builder.Build();
-  ExpectFrames(builder, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(builder.ElementAt[2]) + 60),
-               2);
+  ExpectFrames(builder, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(builder.ElementAt[2]) + 60), 2,
+               RESULT_CUT);
 }
 
 TEST_F(FieldDefect, IndexInHeaderOrBodyPartition) {

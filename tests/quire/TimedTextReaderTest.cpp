@@ -203,7 +203,7 @@ TEST(TimedTextReader, EncryptedDocumentAndResourcesAreDecrypted) {
   ASSERT_EQ(decryption.InitKey(key), RESULT_OK);
   ASSERT_EQ(integrity.InitKey(key, LS_MXF_SMPTE), RESULT_OK);
   std::string text;
-  EXPECT_EQ(reader.ReadTimedTextResource(text), RESULT_CRYPT_CTX);
+  EXPECT_EQ(reader.ReadTimedTextResource(text), RESULT_DECRYPT_CTX);
   ASSERT_EQ(reader.ReadTimedTextResource(text, &decryption, &integrity), RESULT_OK);
   EXPECT_EQ(text, Document);
   TimedText::FrameBuffer frame;

@@ -19,5 +19,11 @@ inline constexpr Result_t RESULT_RAW_ESS{-108, "RAW_ESS", "Unknown raw essence t
 inline constexpr Result_t RESULT_RAW_FORMAT{-109, "RAW_FORMAT", "Raw essence format invalid."};
 inline constexpr Result_t RESULT_SPHASE{-110, "SPHASE", "Stereoscopic phase mismatch."};
 inline constexpr Result_t RESULT_LARGE_PTO{-111, "LARGE_PTO", "Plaintext offset exceeds frame buffer size."};
+inline constexpr Result_t RESULT_DECRYPT_CTX{-112, "DECRYPT_CTX",
+                                             "The essence is encrypted: reading it takes its key."};
+inline constexpr Result_t RESULT_ALGORITHM{-113, "ALGORITHM",
+                                           "Encrypted or authenticated by an algorithm that is not known."};
+inline constexpr Result_t RESULT_CUT{-114, "CUT",
+                                     "The file does not hold this edit unit: it is cut off or incomplete."};
 
 }  // namespace QUIRE

@@ -23,7 +23,7 @@ class QUIRE_API MXFReader : public TrackFileReader {
   /// Reads the document as it is stored, encrypted or not.
   [[nodiscard]] Result_t ReadTimedTextResource(FrameBuffer& frame, AESDecContext* decryption = nullptr,
                                                HMACContext* integrity = nullptr);
-  /// Reads the document's text. An encrypted document needs `decryption`: RESULT_CRYPT_CTX without it.
+  /// Reads the document's text. An encrypted document needs `decryption`: RESULT_DECRYPT_CTX without it.
   [[nodiscard]] Result_t ReadTimedTextResource(std::string& text, AESDecContext* decryption = nullptr,
                                                HMACContext* integrity = nullptr);
   /// Reads a resource by its identifier, one of the descriptor's resource list. RESULT_NOT_FOUND for any other.

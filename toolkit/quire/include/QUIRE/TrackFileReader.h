@@ -26,6 +26,20 @@ class h__Reader;
 /// asked for. A file is never written.
 ///
 /// One reader serves one thread at a time; any number of readers may have one file open.
+///
+/// ReadFrame of the kinds takes
+///   frame_number  edit units from the start of the track file, below the container duration;
+///   frame         receives the bytes, and never grows;
+///   decryption    with it, encrypted essence is delivered in clear; without, as it is stored;
+///   integrity     with it, the integrity code of encrypted essence is verified, whether or not the essence is decrypted:
+///                 it covers the stored bytes, the track file's identifier and the sequence number (ST 429-6, 7.10).
+///                 Stereoscopic pairs: the code of each eye, but not their sequence numbers.
+/// and returns RESULT_OK; RESULT_INIT when no file is open; RESULT_RANGE at and beyond the container duration;
+/// RESULT_SMALLBUF when the frame exceeds the buffer's capacity; RESULT_CUT where the file does not hold an edit unit below
+/// the container duration; RESULT_CHECKFAIL for a wrong key; RESULT_HMACFAIL for an altered frame; RESULT_ALGORITHM when a
+/// context is given and the file names an algorithm that is not known; RESULT_INIT for a context without a key; RESULT_FORMAT
+/// where the file is broken; RESULT_READFAIL. RESULT_RANGE and RESULT_SMALLBUF leave `frame` unchanged, and so does a reader
+/// that is not open; after every other failure it holds no frame.
 class QUIRE_API TrackFileReader {
  public:
   TrackFileReader(const TrackFileReader&) = delete;
@@ -41,6 +55,8 @@ class QUIRE_API TrackFileReader {
 
   /// @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillWriterInfo(WriterInfo& info) const;
+  /// The algorithms of encrypted essence. @return RESULT_OK, or RESULT_INIT when no file is open.
+  [[nodiscard]] Result_t FillEncryptionInfo(EncryptionInfo& info) const;
 
   /// The header metadata. A file must be open (assertion); valid until it is closed.
   [[nodiscard]] MXF::OP1aHeader& OP1aHeader();

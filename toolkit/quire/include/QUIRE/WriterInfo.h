@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QUIRE/LabelSet.h>
+#include <QUIRE/UL.h>
 
 #include <Ferro/UUID.h>
 
@@ -27,6 +28,17 @@ struct WriterInfo {
   Ferro::UUID CryptographicKeyID;
 
   friend bool operator==(const WriterInfo&, const WriterInfo&) = default;
+};
+
+/// The algorithms that a track file says its essence is encrypted and authenticated by (ST 429-6, 8). LabelMeaning tells
+/// what they mean.
+struct EncryptionInfo {
+  UL CipherAlgorithm;       ///< no value unless the essence is encrypted
+  UL MICAlgorithm;          ///< no value without integrity codes
+  bool KnowsCipher = true;  ///< false: the essence cannot be decrypted
+  bool KnowsMIC = true;     ///< false: its integrity codes cannot be verified
+
+  friend bool operator==(const EncryptionInfo&, const EncryptionInfo&) = default;
 };
 
 }  // namespace QUIRE

@@ -27,6 +27,27 @@ bool HasSubDescriptor(const MXF::OP1aHeader& header, const MXF::FileDescriptor& 
                      [&](const Ferro::UUID& id) { return header.Resolve<T>(id) != nullptr; });
 }
 
+// By these labels ElementReader and EncryptedTriplet encrypt and authenticate.
+bool IsKnownCipher(const UL& label) {
+  return DefaultSMPTEDict().Is(label, MDD_CipherAlgorithm_AES);
+}
+bool IsKnownMIC(const UL& label) {
+  const Dictionary& dict = DefaultSMPTEDict();
+  return dict.Is(label, MDD_MICAlgorithm_HMAC_SHA1) || dict.Is(label, MDD_MICAlgorithm_HMAC_SHA1_Alternative);
+}
+
+// Without a cryptographic context nothing is said: the algorithms are then taken to be those of ST 429-6.
+EncryptionInfo FindAlgorithms(const TrackFacts& facts) {
+  EncryptionInfo info;
+  if (facts.Crypto == nullptr || !facts.Encrypted) return info;
+  info.CipherAlgorithm = facts.Crypto->CipherAlgorithm;
+  info.KnowsCipher = IsKnownCipher(info.CipherAlgorithm);
+  if (!IsSet(facts.Crypto->MICAlgorithm)) return info;
+  info.MICAlgorithm = facts.Crypto->MICAlgorithm;
+  info.KnowsMIC = IsKnownMIC(info.MICAlgorithm);
+  return info;
+}
+
 // The container label of the essence in clear, also where the descriptor names the encrypted one.
 const UL& ContainerLabel(const TrackFacts& facts) {
   const Dictionary& dict = DefaultSMPTEDict();
@@ -47,7 +68,7 @@ constexpr ui8_t JPEG2000Container = 0x0c;
 
 EssenceType_t FindType(const MXF::OP1aHeader& header, const TrackFacts& facts) {
   const MXF::FileDescriptor& descriptor = *facts.Descriptor;
-  const UL& container = ContainerLabel(facts);
+  const UL& container = facts.EssenceContainer;
   if (dynamic_cast<const MXF::GenericPictureEssenceDescriptor*>(&descriptor) != nullptr) {
     if (IsContainer(container, JPEG2000Container) ||
         HasSubDescriptor<MXF::JPEG2000PictureSubDescriptor>(header, descriptor)) {
@@ -178,53 +199,46 @@ ui32_t FindBodySID(const MXF::OP1aHeader& header, const MXF::SourcePackage& pack
 
 }  // namespace
 
-const char* GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts) {
+TrackFileFault GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts) {
   const MXF::SourcePackage* package = header.FilePackage();
   facts.Descriptor = header.EssenceDescriptor();
-  if (package == nullptr) return "there is no file package";
-  if (facts.Descriptor == nullptr) return "there is no essence descriptor";
+  if (package == nullptr) return TrackFileFault::NoFilePackage;
+  if (facts.Descriptor == nullptr) return TrackFileFault::NoDescriptor;
   facts.Crypto = header.First<MXF::CryptographicContext>();
   facts.Encrypted = facts.Crypto != nullptr ? IsSet(facts.Crypto->CipherAlgorithm) : NamesEncryptedContainer(header);
+  facts.Algorithms = FindAlgorithms(facts);
+  facts.EssenceContainer = ContainerLabel(facts);
   facts.AssetID = MXF::MaterialNumber(package->PackageUID);
   facts.LabelSet = FindLabelSet(header);
   facts.BodySID = FindBodySID(header, *package);
 
   size_t essence_tracks = 0;
   const MXF::Track* track = EssenceTrack(header, *package, *facts.Descriptor, essence_tracks);
-  if (essence_tracks > 1) return "it holds more than one essence track";
-  if (IsClipWrapped(ContainerLabel(facts))) return "its essence is clip-wrapped";
+  if (essence_tracks > 1) return TrackFileFault::SeveralTracks;
+  if (IsClipWrapped(facts.EssenceContainer)) return TrackFileFault::ClipWrapped;
   facts.Type = FindType(header, facts);
   facts.EditRate = FindEditRate(header, track, facts);
-  if (!IsProperRate(facts.EditRate)) return "its edit rate is not above 0";
-  if (CountsSamples(facts)) return "its essence is clip-wrapped";
+  if (!IsProperRate(facts.EditRate)) return TrackFileFault::NoEditRate;
+  if (CountsSamples(facts)) return TrackFileFault::ClipWrapped;
   facts.Duration = FindDuration(header, track, facts);
-  return nullptr;
+  return TrackFileFault::None;
 }
 
-bool IsElementKeyOf(EssenceType_t type, const ui8_t* key) {
-  static constexpr std::array<ui8_t, 7> smpte = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x02, 0x01};
-  static constexpr std::array<ui8_t, 4> container = {0x0d, 0x01, 0x03, 0x01};
-  static constexpr std::array<ui8_t, 4> immersive = {0x0e, 0x09, 0x06, 0x01};
-  if (std::memcmp(key, smpte.data(), smpte.size()) != 0) return false;
-  if (type == ESS_ATMOS) return std::memcmp(key + 8, immersive.data(), immersive.size()) == 0;
-  if (std::memcmp(key + 8, container.data(), container.size()) != 0) return false;
-  const ui8_t item = key[12];
-  const ui8_t element = key[14];
-  switch (type) {
-    case ESS_JPEG_2000:
-    case ESS_JPEG_2000_S:
-      return item == 0x15 && element == 0x08;
-    case ESS_MPEG2_VES:
-      return item == 0x15 && (element == 0x05 || element == 0x07);
-    case ESS_PCM:
-      return item == 0x16 && (element == 0x01 || element == 0x03);
-    case ESS_TIMED_TEXT:
-      return item == 0x17 && element == 0x0b;
-    case ESS_DCDATA:
-      return item == 0x17 && element == 0x0d;
-    default:
-      return false;
-  }
+const FaultWords& WordsOf(TrackFileFault fault) {
+  static constexpr FaultWords words[] = {
+      {TrackFileFault::None, "nothing is wrong", "sound"},
+      {TrackFileFault::NotMXF, "it is not MXF", "not MXF"},
+      {TrackFileFault::BrokenHeader, "its header cannot be understood", "broken header"},
+      {TrackFileFault::NoFilePackage, "there is no file package", "its essence not described"},
+      {TrackFileFault::NoDescriptor, "there is no essence descriptor", "its essence not described"},
+      {TrackFileFault::SeveralTracks, "it holds more than one essence track", "several essence tracks"},
+      {TrackFileFault::ClipWrapped, "its essence is clip-wrapped", "clip-wrapped"},
+      {TrackFileFault::NoEditRate, "its edit rate is not above 0", "no edit rate"},
+      {TrackFileFault::UnknownEssence, "it holds essence of an unknown kind", "essence of another kind"},
+  };
+  const auto* found =
+      std::find_if(std::begin(words), std::end(words), [=](const auto& row) { return row.Fault == fault; });
+  return found == std::end(words) ? words[0] : *found;
 }
 
 }  // namespace QUIRE

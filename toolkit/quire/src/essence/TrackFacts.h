@@ -5,6 +5,7 @@
 #include <QUIRE/LabelSet.h>
 #include <QUIRE/MXF/OP1aHeader.h>
 #include <QUIRE/Rational.h>
+#include <QUIRE/WriterInfo.h>
 
 #include <Ferro/UUID.h>
 
@@ -15,10 +16,12 @@ struct TrackFacts {
   EssenceType_t Type = ESS_MXF_OTHER;
   const MXF::FileDescriptor* Descriptor = nullptr;
   const MXF::CryptographicContext* Crypto = nullptr;  ///< null when the file has none
+  UL EssenceContainer;                                ///< of the plaintext
   Rational EditRate;                                  ///< both numbers above 0
   ui64_t Duration = 0;                                ///< edit units; 0 when the header does not say
   ui32_t BodySID = 1;                                 ///< of the essence stream
   bool Encrypted = false;
+  EncryptionInfo Algorithms;
   Ferro::UUID AssetID;
   LabelSet_t LabelSet = LS_MXF_UNKNOWN;
 
@@ -26,12 +29,15 @@ struct TrackFacts {
   [[nodiscard]] bool IsStereoscopic() const { return Type == ESS_JPEG_2000_S; }
 };
 
-/// Gathers the facts of a header.
-/// @return null, or what makes the file unfit for reading; `facts` then holds what was found up to there.
-[[nodiscard]] const char* GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts);
+/// Gathers the facts of a header. `facts` holds what was found up to the fault.
+[[nodiscard]] TrackFileFault GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts);
 
-/// True when `key` is that of an essence element of this type; registry version, element count and element number are
-/// not compared (ST 379-1).
-[[nodiscard]] bool IsElementKeyOf(EssenceType_t type, const ui8_t* key);
+/// A fault in words.
+struct FaultWords {
+  TrackFileFault Fault;
+  const char* Clause;  ///< goes on from "cannot be read, "
+  const char* Remark;  ///< goes on from "OP1a, "
+};
+[[nodiscard]] const FaultWords& WordsOf(TrackFileFault fault);
 
 }  // namespace QUIRE

@@ -135,18 +135,6 @@ class IndexRebuilder {
   std::vector<IndexEntry> m_Starts;
 };
 
-// The bytes that keys of a generic container share from the ninth on (ST 379-1).
-bool IsContainerKey(const UL& key) {
-  const UL element = DefaultSMPTEDict().ul(MDD_WAVEssence);
-  return std::equal(key.Value() + 8, key.Value() + 12, element.Value() + 8);
-}
-
-// Other kinds of track files begin each edit unit with a system item.
-bool IsSystemItemKey(const UL& key) {
-  const ui8_t item = key.Value()[12];
-  return IsContainerKey(key) && (item == 0x04 || item == 0x14);
-}
-
 // The key alone is looked at: one element with a damaged length does not make the index wrong for all others.
 bool IsEssenceAt(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, ui64_t stream_offset) {
   const auto offset = FilePosition(runs, stream_offset);

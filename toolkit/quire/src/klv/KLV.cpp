@@ -77,6 +77,13 @@ bool IsFillKey(const UL& key) {
   return DefaultSMPTEDict().Is(key, MDD_KLVFill);
 }
 
+bool IsSystemItemKey(const UL& key) {
+  constexpr ui8_t compatible_with_cp = 0x04, generic = 0x14;
+  const UL element = DefaultSMPTEDict().ul(MDD_WAVEssence);
+  const bool in_container = std::equal(key.Value() + 8, key.Value() + 12, element.Value() + 8);
+  return in_container && (key.Value()[12] == compatible_with_cp || key.Value()[12] == generic);
+}
+
 void AppendFill(std::vector<ui8_t>& out, ui64_t size) {
   FERRO_ASSERT(size >= SmallestFill);
   const bool wide = size - KLHeaderLength > MaxBER4;

@@ -50,19 +50,24 @@ std::optional<KLVPacket> NextKLV(const Ferro::FileReader& file, const HeaderPack
 
 }  // namespace
 
-Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack) {
-  std::vector<ui8_t>& bytes = pack.Bytes;
-  Result_t result = ReadSome(file, 0, FirstRead, bytes);
-  if (result.Failure()) return result;
-  size_t run_in = FindHeaderPack(bytes);
-  if (run_in == bytes.size() && bytes.size() < file.Size()) {
-    result = ReadSome(file, 0, LongestRunIn + FirstRead, bytes);
-    if (result.Failure()) return result;
+Result_t LocateHeaderPack(const Ferro::FileReader& file, size_t first_read, std::vector<ui8_t>& bytes, ui64_t& run_in) {
+  for (const size_t wanted : {first_read, LongestRunIn + first_read}) {
+    if (const Result_t result = ReadSome(file, 0, wanted, bytes); result.Failure()) return result;
     run_in = FindHeaderPack(bytes);
+    if (run_in < bytes.size()) {
+      bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(run_in));
+      return Ferro::RESULT_OK;
+    }
+    if (bytes.size() == file.Size()) break;
   }
-  if (run_in == bytes.size()) return FormatError(0, "no header partition pack within 65535 bytes");
-  bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(run_in));
-  return pack.Pack.Read(bytes, run_in);
+  return Ferro::RESULT_NOT_FOUND;
+}
+
+Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack) {
+  ui64_t run_in = 0;
+  const Result_t result = LocateHeaderPack(file, FirstRead, pack.Bytes, run_in);
+  if (result == Ferro::RESULT_NOT_FOUND) return FormatError(0, "no header partition pack within 65535 bytes");
+  return result.Success() ? pack.Pack.Read(pack.Bytes, run_in) : result;
 }
 
 Result_t ReadHeaderMetadata(const Ferro::FileReader& file, const HeaderPack& pack, std::vector<ui8_t>& metadata,

@@ -15,7 +15,13 @@ struct HeaderPack {
   std::vector<ui8_t> Bytes;
 };
 
-/// Finds the header partition pack at the start of the file or after a run-in of at most 65535 bytes (ST 377-1, 6.5), in one
+/// Finds the header partition pack without a log line: looks into `first_read` bytes at the start of the file and, where it
+/// is not among them, after a run-in. `bytes` receives what was read from the pack on, `run_in` the bytes before it.
+/// @return RESULT_OK; RESULT_NOT_FOUND; what the reader returns.
+[[nodiscard]] Result_t LocateHeaderPack(const Ferro::FileReader& file, size_t first_read, std::vector<ui8_t>& bytes,
+                                        ui64_t& run_in);
+
+/// Finds and reads the header partition pack at the start of the file or after a run-in of at most 65535 bytes (ST 377-1, 6.5), in one
 /// read where there is no run-in.
 /// @return RESULT_OK; RESULT_FORMAT with one log line; what the reader returns.
 [[nodiscard]] Result_t ReadHeaderPack(const Ferro::FileReader& file, HeaderPack& pack);

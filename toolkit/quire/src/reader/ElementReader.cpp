@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ElementReader.h"
 
-#include "essence/TrackFacts.h"
+#include "essence/EssenceKind.h"
 
 #include <QUIRE/Crypto.h>
 #include <QUIRE/Dictionary.h>
@@ -31,15 +31,8 @@ constexpr CipherBlock CheckValue = {'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K', 'C',
 
 enum class Outcome { Found, PassedOver, Wrong, Malformed };
 
-// System items of a generic container (ST 379-1), which stand before the elements of an edit unit.
-bool IsSystemItem(const UL& key) {
-  static constexpr ui8_t container[] = {0x0d, 0x01, 0x03, 0x01};
-  const ui8_t item = key.Value()[12];
-  return std::memcmp(key.Value() + 8, container, sizeof(container)) == 0 && (item == 0x04 || item == 0x14);
-}
-
 bool IsWanted(const ui8_t* key, EssenceType_t type, ElementKeys keys) {
-  if (keys == ElementKeys::Essence) return IsElementKeyOf(type, key);
+  if (keys == ElementKeys::Essence) return KindOf(type).IsElementKey(key);
   return DefaultSMPTEDict().Is(UL(std::span<const ui8_t, 16>(key, 16)), MDD_GenericStream_DataElement);
 }
 
@@ -50,7 +43,7 @@ Outcome ParsePlace(std::span<const ui8_t> bytes, ui64_t position, ui64_t limit, 
   if (!klv) return Outcome::Malformed;
   place = {position, klv->ValueOffset(), klv->ValueLength, klv->End(), std::nullopt};
   if (IsWanted(klv->Key.Value(), type, keys)) return Outcome::Found;
-  if (MXF::IsFillKey(klv->Key) || IsSystemItem(klv->Key)) return Outcome::PassedOver;
+  if (MXF::IsFillKey(klv->Key) || MXF::IsSystemItemKey(klv->Key)) return Outcome::PassedOver;
   if (!DefaultSMPTEDict().Is(klv->Key, MDD_CryptEssence)) return Outcome::Wrong;
   place.Triplet = TripletHead::Parse(bytes.subspan(klv->HeaderLength), klv->ValueLength);
   if (!place.Triplet) return Outcome::Malformed;
@@ -190,6 +183,7 @@ Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool 
     return m_UsesHMAC ? Fail(RESULT_HMACFAIL, "no integrity code in the element", place.Position) : RESULT_OK;
 
   Result_t result = integrity.Reset();
+  if (result.Failure()) return Fail(result, "no key in the integrity context for the element", place.Position);
   if (decrypted) {
     const auto body = std::span(frame.Data(), static_cast<size_t>(place.ValueLength - Overhead));
     if (result.Success()) result = integrity.Update(pieces.Start);
@@ -201,7 +195,8 @@ Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool 
   if (result.Success()) result = integrity.Update(tail_bytes.first(tail->CoveredSize));
   if (result.Success()) result = integrity.Finalize();
   if (result.Success()) result = integrity.TestHMACValue(*tail->MIC);
-  if (result.Failure()) return Fail(result, "wrong integrity code of the element", place.Position);
+  if (result == RESULT_HMACFAIL) return Fail(result, "wrong integrity code of the element", place.Position);
+  if (result.Failure()) return Fail(result, "cannot compute the integrity code of the element", place.Position);
   if (tail->TrackFileID.HasValue() && tail->TrackFileID != m_AssetID)
     return Fail(RESULT_HMACFAIL, "element of another track file", place.Position);
   if (sequence != 0 && tail->SequenceNumber && *tail->SequenceNumber != sequence)
@@ -240,6 +235,8 @@ Result_t ElementReader::Deliver(const ElementPlace& place, ui64_t sequence, cons
   if (decrypt) {
     result = TestKey(pieces.Start, *contexts.Decryption);
     if (result == RESULT_CHECKFAIL) result = Fail(result, "the key does not decrypt the element", place.Position);
+    if (result == Ferro::RESULT_INIT)
+      result = Fail(result, "no key in the context to decrypt the element", place.Position);
   }
   if (result.Success() && contexts.Integrity != nullptr && place.Triplet)
     result = Verify(place, sequence, decrypt, *contexts.Integrity, pieces, frame);

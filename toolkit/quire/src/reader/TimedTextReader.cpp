@@ -82,7 +82,7 @@ Result_t MXFReader::ReadTimedTextResource(std::string& text, AESDecContext* decr
   FrameBuffer frame;
   const Result_t result = ReadTimedTextResource(frame, decryption, integrity);
   if (result.Failure()) return result;
-  if (frame.SourceLength() != 0) return RESULT_CRYPT_CTX;
+  if (frame.SourceLength() != 0) return RESULT_DECRYPT_CTX;
   text.assign(reinterpret_cast<const char*>(frame.RoData()), frame.Size());
   return result;
 }

@@ -28,6 +28,12 @@ Result_t TrackFileReader::FillWriterInfo(WriterInfo& info) const {
   return Ferro::RESULT_OK;
 }
 
+Result_t TrackFileReader::FillEncryptionInfo(EncryptionInfo& info) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  info = m_Reader->Facts().Algorithms;
+  return Ferro::RESULT_OK;
+}
+
 MXF::OP1aHeader& TrackFileReader::OP1aHeader() {
   FERRO_ASSERT(m_Reader);
   return m_Reader->Header();

@@ -2,6 +2,8 @@
 #include "h__Reader.h"
 
 #include "base/FormatError.h"
+#include "essence/ClipWrapping.h"
+#include "essence/EssenceKind.h"
 
 #include <QUIRE/Crypto.h>
 
@@ -16,27 +18,6 @@ namespace QUIRE {
 using Ferro::RESULT_OK;
 
 namespace {
-
-const char* NameOf(EssenceType_t type) {
-  switch (type) {
-    case ESS_MPEG2_VES:
-      return "MPEG-2 video";
-    case ESS_JPEG_2000:
-      return "JPEG 2000 pictures";
-    case ESS_JPEG_2000_S:
-      return "stereoscopic JPEG 2000 pictures";
-    case ESS_PCM:
-      return "PCM sound";
-    case ESS_TIMED_TEXT:
-      return "timed text";
-    case ESS_DCDATA:
-      return "auxiliary data";
-    case ESS_ATMOS:
-      return "immersive audio";
-    default:
-      return "essence of an unknown kind";
-  }
-}
 
 WriterInfo MakeWriterInfo(const MXF::OP1aHeader& header, const TrackFacts& facts) {
   WriterInfo info;
@@ -66,11 +47,6 @@ ui64_t TotalLength(const std::vector<MXF::EssenceRun>& runs) {
 
 }  // namespace
 
-bool ReadsType(EssenceType_t kind, EssenceType_t type) {
-  if (kind == ESS_JPEG_2000 || kind == ESS_JPEG_2000_S) return type == ESS_JPEG_2000 || type == ESS_JPEG_2000_S;
-  return kind == type || (kind == ESS_DCDATA && type == ESS_ATMOS);
-}
-
 Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::unique_ptr<h__Reader>& reader) {
   std::unique_ptr<h__Reader> opened(new h__Reader);
   Result_t result = opened->m_File.OpenRead(filename);
@@ -80,14 +56,21 @@ Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::u
   if (result.Failure()) return result;
 
   TrackFacts& facts = opened->m_Facts;
-  if (const char* trouble = GatherTrackFacts(opened->Header(), facts)) {
-    Ferro::DefaultLogSink().Error("%s: cannot be read, %s\n", filename.c_str(), trouble);
+  if (const TrackFileFault fault = GatherTrackFacts(opened->Header(), facts); fault != TrackFileFault::None) {
+    Ferro::DefaultLogSink().Error("%s: cannot be read, %s\n", filename.c_str(), WordsOf(fault).Clause);
     return RESULT_FORMAT;
   }
-  if (!ReadsType(kind, facts.Type)) {
-    Ferro::DefaultLogSink().Error("%s: holds %s, not %s\n", filename.c_str(), NameOf(facts.Type), NameOf(kind));
+  if (!KindOf(kind).Reads(facts.Type)) {
+    Ferro::DefaultLogSink().Error("%s: holds %s, not %s\n", filename.c_str(), EssenceTypeName(facts.Type),
+                                  EssenceTypeName(kind));
     return RESULT_FORMAT;
   }
+  if (!facts.Algorithms.KnowsCipher)
+    Ferro::DefaultLogSink().Warn("%s: encrypted by an algorithm that is not known, %s\n", filename.c_str(),
+                                 facts.Algorithms.CipherAlgorithm.EncodeString().c_str());
+  if (!facts.Algorithms.KnowsMIC)
+    Ferro::DefaultLogSink().Warn("%s: authenticated by an algorithm that is not known, %s\n", filename.c_str(),
+                                 facts.Algorithms.MICAlgorithm.EncodeString().c_str());
   opened->m_Info = MakeWriterInfo(opened->Header(), facts);
   opened->m_Elements.emplace(opened->m_File, facts.Type, facts.AssetID, opened->m_Info.UsesHMAC);
   reader = std::move(opened);
@@ -125,11 +108,18 @@ Result_t h__Reader::LoadIndex() {
   Result_t result = ReadPartitions();
   if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, m_Facts.BodySID, m_Runs);
   if (result.Success()) {
-    const ui32_t elements = m_Facts.IsStereoscopic() ? 2 : 1;
+    const ui32_t elements = KindOf(m_Facts.Type).ElementsPerEditUnit;
     result = m_Structure.ReadOrRebuildIndex(m_File, m_Runs, m_Facts.BodySID, elements, m_Index);
   }
-  if (result.Success()) CountEditUnits();
-  return result;
+  if (result.Failure()) return result;
+  CountEditUnits();
+  if (m_EditUnits == 1 && m_Facts.Duration > 1 && IsOneClip(m_File, m_Structure, m_Runs, m_Facts)) {
+    Ferro::DefaultLogSink().Error("%s: cannot be read, %s\n", m_File.Filename().c_str(),
+                                  WordsOf(TrackFileFault::ClipWrapped).Clause);
+    return RESULT_FORMAT;
+  }
+  WarnOfMissingEditUnits();
+  return RESULT_OK;
 }
 
 // How many edit units the index leads to. Tables with two entries for each edit unit and with one more that marks the end
@@ -149,6 +139,10 @@ void h__Reader::CountEditUnits() {
     }
     DropCutEditUnits();
   }
+}
+
+void h__Reader::WarnOfMissingEditUnits() const {
+  const ui64_t declared = m_Facts.Duration;
   if (m_EditUnits < declared)
     Ferro::DefaultLogSink().Warn("%s: cut off or incomplete, has %llu of %llu edit units\n", m_File.Filename().c_str(),
                                  static_cast<unsigned long long>(m_EditUnits),
@@ -187,7 +181,7 @@ MXF::IndexEntry h__Reader::Entry(ui32_t frame_number) const {
 Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
   const Result_t result = ReadIndex();
   if (result.Failure()) return result;
-  if (frame_number >= m_EditUnits) return RESULT_RANGE;
+  if (frame_number >= m_EditUnits) return frame_number < m_Facts.Duration ? RESULT_CUT : RESULT_RANGE;
   const ui64_t first = ui64_t{frame_number} * m_EntriesPerEditUnit;
   MXF::IndexEntry entry;
   if (const Result_t found = m_Index.Lookup(first, entry); found.Failure()) return found;
@@ -206,9 +200,17 @@ Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
   return RESULT_OK;
 }
 
+Result_t h__Reader::CheckAlgorithms(const CryptoContexts& contexts) const {
+  const EncryptionInfo& algorithms = m_Facts.Algorithms;
+  const bool can_decrypt = contexts.Decryption == nullptr || algorithms.KnowsCipher;
+  const bool can_verify = contexts.Integrity == nullptr || algorithms.KnowsMIC;
+  return can_decrypt && can_verify ? RESULT_OK : RESULT_ALGORITHM;
+}
+
 Result_t h__Reader::ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame) {
   Range range;
   Result_t result = FindEditUnit(frame_number, range);
+  if (result.Success()) result = CheckAlgorithms(contexts);
   if (result.Success()) {
     if (m_Facts.IsStereoscopic()) {
       ElementPlace left;
@@ -228,6 +230,7 @@ Result_t h__Reader::ReadPair(ui32_t frame_number, const CryptoContexts& contexts
   Range range;
   Result_t result = FindEditUnit(frame_number, range);
   if (result == RESULT_RANGE) return result;
+  if (result.Success()) result = CheckAlgorithms(contexts);
   if (result.Success())
     result = m_Facts.IsStereoscopic() ? ReadEyes(range, contexts, frame)
                                       : ReadSingle(range, ui64_t{frame_number} + 1, contexts, frame);
@@ -309,7 +312,8 @@ Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuf
 Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   const LogSubject subject(m_File.Filename());
   std::vector<ElementPlace> pieces;
-  Result_t result = FindPieces(body_sid, pieces);
+  Result_t result = CheckAlgorithms(contexts);
+  if (result.Success()) result = FindPieces(body_sid, pieces);
   if (result.Failure()) return result;
   ui64_t total = 0;
   for (const ElementPlace& piece : pieces) total += piece.DeliveredLength(contexts.Decryption != nullptr);

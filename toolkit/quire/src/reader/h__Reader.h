@@ -51,6 +51,9 @@ class h__Reader {
   [[nodiscard]] Result_t LoadIndex();
   void CountEditUnits();
   void DropCutEditUnits();
+  void WarnOfMissingEditUnits() const;
+  /// RESULT_ALGORITHM when a context is of no use, because the file uses other algorithms than the known ones.
+  [[nodiscard]] Result_t CheckAlgorithms(const CryptoContexts& contexts) const;
   [[nodiscard]] Result_t FindEditUnit(ui32_t frame_number, Range& range);
   [[nodiscard]] ui64_t RunEnd(ui64_t position) const;
   [[nodiscard]] Result_t ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
@@ -73,8 +76,5 @@ class h__Reader {
   ui32_t m_EntriesPerEditUnit = 1;
   MXF::RIP m_BuiltRIP;  // stands in where the file has none
 };
-
-/// True when readers of `kind` read files of this type.
-[[nodiscard]] bool ReadsType(EssenceType_t kind, EssenceType_t type);
 
 }  // namespace QUIRE

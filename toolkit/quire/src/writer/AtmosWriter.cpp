@@ -29,7 +29,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   if (m_Writer) return Ferro::RESULT_STATE;
   auto writer = std::make_unique<h__Writer>();
   const Result_t result = writer->Open(
-      filename, AtmosKind, info, descriptor.EditRate,
+      filename, ESS_ATMOS, info, descriptor.EditRate,
       options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
   if (result.Success()) m_Writer = std::move(writer);
   return result;

@@ -11,7 +11,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
                               const WriterOptions& options) {
   if (m_Writer) return Ferro::RESULT_STATE;
   auto writer = std::make_unique<h__Writer>();
-  const Result_t result = writer->Open(filename, DCDataKind, info, descriptor.EditRate, options,
+  const Result_t result = writer->Open(filename, ESS_DCDATA, info, descriptor.EditRate, options,
                                        [descriptor](SetFactory& sets) -> MXF::FileDescriptor& {
                                          auto& set = sets.Add<MXF::DCDataDescriptor>();
                                          if (descriptor.DataEssenceCoding.HasValue()) {

@@ -44,7 +44,7 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const PictureDescriptor& p
   return set;
 }
 
-Result_t Open(std::unique_ptr<h__Writer>& writer, const std::string& filename, const EssenceKind& kind,
+Result_t Open(std::unique_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t kind,
               const WriterInfo& info, const PictureDescriptor& descriptor, const WriterOptions& options) {
   if (writer) return Ferro::RESULT_STATE;
   auto opened = std::make_unique<h__Writer>();
@@ -60,7 +60,7 @@ Result_t Open(std::unique_ptr<h__Writer>& writer, const std::string& filename, c
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const PictureDescriptor& descriptor,
                               const WriterOptions& options) {
   if (descriptor.Stereoscopic) return Ferro::RESULT_PARAM;
-  return Open(m_Writer, filename, JP2KKind, info, descriptor, options);
+  return Open(m_Writer, filename, ESS_JPEG_2000, info, descriptor, options);
 }
 
 Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
@@ -76,7 +76,7 @@ Result_t MXFSWriter::OpenWrite(const std::string& filename, const WriterInfo& in
     if (descriptor.EditRate.Numerator > INT32_MAX / 2) return Ferro::RESULT_PARAM;
     stereoscopic.SampleRate = Rational(2 * descriptor.EditRate.Numerator, descriptor.EditRate.Denominator);
   }
-  const Result_t result = Open(m_Writer, filename, StereoscopicJP2KKind, info, stereoscopic, options);
+  const Result_t result = Open(m_Writer, filename, ESS_JPEG_2000_S, info, stereoscopic, options);
   if (result.Success()) m_NextPhase = SP_LEFT;
   return result;
 }

@@ -58,7 +58,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   if (m_Writer) return Ferro::RESULT_STATE;
   auto writer = std::make_unique<h__Writer>();
   const Result_t result = writer->Open(
-      filename, MPEG2Kind, info, descriptor.EditRate,
+      filename, ESS_MPEG2_VES, info, descriptor.EditRate,
       options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
   if (result.Failure()) return result;
   m_Writer = std::move(writer);

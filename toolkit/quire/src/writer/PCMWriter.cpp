@@ -127,7 +127,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   auto writer = std::make_unique<h__Writer>();
   if (cadence->IsConstant()) writer->UseConstantSize();
   const Result_t result = writer->Open(
-      filename, PCMKind, info, descriptor.EditRate, options,
+      filename, ESS_PCM, info, descriptor.EditRate, options,
       [ descriptor, labels ](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor, labels); });
   if (result.Failure()) return result;
   m_Writer = std::move(writer);

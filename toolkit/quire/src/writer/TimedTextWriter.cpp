@@ -78,7 +78,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   }
   auto writer = std::make_unique<h__Writer>();
   const Result_t result = writer->Open(
-      filename, TimedTextKind, info, descriptor.EditRate,
+      filename, ESS_TIMED_TEXT, info, descriptor.EditRate,
       options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
   if (result.Failure()) return result;
   m_Writer = std::move(writer);

@@ -34,12 +34,13 @@ std::string ReasonOf(const Ferro::FileWriter& file, const Result_t& result) {
 
 }  // namespace
 
-Result_t h__Writer::Open(const std::string& filename, const EssenceKind& kind, const WriterInfo& info,
+Result_t h__Writer::Open(const std::string& filename, EssenceType_t type, const WriterInfo& info,
                          const Rational& edit_rate, const WriterOptions& options, DescriptorMaker descriptor) {
   if (const char* fault = FindFault(info, edit_rate)) {
     Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s.\n", filename.c_str(), fault);
     return Ferro::RESULT_PARAM;
   }
+  const EssenceKind& kind = KindOf(type);
   m_Filename = filename;
   m_Plan = {&kind, info, edit_rate, MXF::Timestamp(options.Date.value_or(Ferro::Timestamp())),
             options.Seed.HasValue() ? options.Seed : Ferro::UUID::Random()};

@@ -32,7 +32,7 @@ class h__Writer {
   };
 
   /// Checks the facts, creates the file and writes the header. Logs what is wrong.
-  [[nodiscard]] Result_t Open(const std::string& filename, const EssenceKind& kind, const WriterInfo& info,
+  [[nodiscard]] Result_t Open(const std::string& filename, EssenceType_t type, const WriterInfo& info,
                               const Rational& edit_rate, const WriterOptions& options, DescriptorMaker descriptor);
 
   /// Every edit unit will have the size of the first; the index then lists none of them. Before Open.

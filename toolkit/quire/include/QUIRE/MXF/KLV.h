@@ -59,6 +59,8 @@ struct KLVPacket {
 
 /// True for the key of a fill item, current or legacy (ST 377-1, 6.3.3).
 [[nodiscard]] QUIRE_API bool IsFillKey(const UL& key);
+/// True for the keys of system items, which broadcast files put before the elements of an edit unit (ST 379-1).
+[[nodiscard]] QUIRE_API bool IsSystemItemKey(const UL& key);
 /// Fewer bytes than this cannot be expressed as fill with a four-byte length.
 inline constexpr ui64_t SmallestFill = KLHeaderLength;
 /// Appends a fill item of `size` bytes altogether; at least SmallestFill.
