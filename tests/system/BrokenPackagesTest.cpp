@@ -48,8 +48,9 @@ const Case Cases[] = {
      "3\nmissing: SampleFeature, reel 2, picture: The file is missing.\n    file  SHOW/Feature/picture-2.mxf\n" +
          CopyAgain + "This show will not play: missing 1 picture.\n"},
     {"MissingPackingList", [](const BrokenShow& show) { show.Remove("Feature/PKL.xml"); },
-     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so that nothing "
-     "vouches for its files.\n    file  SHOW/Feature\n" +
+     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so its files "
+     "cannot "
+     "be verified.\n    file  SHOW/Feature\n" +
          CopyAgain + WillNot},
     {"MissingAssetMap", [](const BrokenShow& show) { show.Remove("Feature/ASSETMAP.xml"); },
      "0\nwarning: package: The asset map is missing or damaged; the files were found without it.\n    file  "
@@ -177,8 +178,9 @@ const Case Cases[] = {
      "2\nerror: SampleFeature, composition: The composition has no reels.\n    file  SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"PackingListIsNotXML", [](const BrokenShow& show) { show.Write("Feature/PKL.xml", Garbage); },
-     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so that nothing "
-     "vouches for its files.\n    file  SHOW/Feature\n" +
+     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so its files "
+     "cannot "
+     "be verified.\n    file  SHOW/Feature\n" +
          CopyAgain + WillNot},
     {"AssetMapIsNotXML", [](const BrokenShow& show) { show.Write("Feature/ASSETMAP.xml", Garbage); },
      "0\nwarning: package: The asset map is missing or damaged; the files were found without it.\n    file  "
@@ -194,7 +196,7 @@ const Case Cases[] = {
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowIsCutOff", [](const BrokenShow& show) { show.Cut("show.xml", 700); },
      "2\nerror: show playlist: The show playlist SHOW/show.xml cannot be read: The XML document could not be parsed.\n"
-     "    Make the show playlist anew.\n" +
+     "    Make the show playlist again.\n" +
          WillNot,
      "show.xml"},
     {"ShowOfAnUnknownNamespace",
@@ -218,7 +220,7 @@ const Case Cases[] = {
                     "</ShowPlaylist>");
      },
      "2\nerror: show playlist: The show playlist SHOW/show.xml contains itself.\n"
-     "    Make the show playlist anew.\n" +
+     "    Make the show playlist again.\n" +
          WillNot,
      "show.xml"},
     {"PathLeavesThePackage",
@@ -300,12 +302,13 @@ const Case Cases[] = {
        image.resize(line.size(), ' ');
        show.Replace("Feature/subtitle-1.mxf", line, image);
      },
-     "0\nwarning: SampleFeature, reel 1, subtitle: A font or image of the text is missing: text may look wrong or not "
-     "show. Found no 00000000-0000-4000-8000-000000000001.\n    file  SHOW/Feature/subtitle-1.mxf\n" +
+     "0\nwarning: SampleFeature, reel 1, subtitle: An image of the text is missing: it will not be shown. "
+     "Found no 00000000-0000-4000-8000-000000000001.\n    file  SHOW/Feature/subtitle-1.mxf\n" +
          WillPlay},
     {"SubtitleIsNotXML",
      [](const BrokenShow& show) { show.Replace("Feature/subtitle-1.mxf", "</SubtitleReel>", "</SubtitleRoll>"); },
-     "2\nerror: SampleFeature, reel 1, subtitle: The text in the track file is no well-formed XML document.\n    file  "
+     "2\nerror: SampleFeature, reel 1, subtitle: The text in the track file is not a well-formed XML document.\n    "
+     "file  "
      "SHOW/Feature/subtitle-1.mxf\n" +
          CopyAgain + WillNot},
     {"SoundOf44kHz",
@@ -337,9 +340,11 @@ const Case Cases[] = {
        show.Replace("Feature/sound-2.mxf", SamplingRateTag + bytes({0, 0, 0xbb, 0x80}),
                     SamplingRateTag + bytes({0, 1, 0x77, 0x00}));
      },
-     "0\nwarning: SampleFeature, reel 2, sound: The format changes from the reel before: some equipment stumbles. "
+     "0\nwarning: SampleFeature, reel 2, sound: The format changes from the reel before: some equipment cannot handle "
+     "that. "
      "Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.\n    file  SHOW/Feature/sound-2.mxf\n"
-     "warning: SampleFeature, reel 3, sound: The format changes from the reel before: some equipment stumbles. "
+     "warning: SampleFeature, reel 3, sound: The format changes from the reel before: some equipment cannot handle "
+     "that. "
      "Expected 6 channels at 96000 Hz, found 6 channels at 48000 Hz.\n    file  SHOW/Feature/sound-3.mxf\n" +
          WillPlay},
     {"OneReelWithoutSound",
@@ -388,6 +393,27 @@ TEST_P(BrokenPackage, GivesOneClearMessageAndTheExitCodeThatFits) {
 
 INSTANTIATE_TEST_SUITE_P(Check, BrokenPackage, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.Name; });
+
+// The engine's warning holds the digits of the other composition's rate.
+TEST(BrokenPackage, EngineWarningIsToldBesideTheChangeOfEditRate) {
+  const BrokenShow show;
+  show.Replace("Trailer/CPL.xml", "<MainPicture>",
+               "<s:MainStereoscopicPicture xmlns:s=\"http://www.smpte-ra.org/schemas/429-10/2008/"
+               "Main-Stereo-Picture-CPL\">");
+  show.Replace("Trailer/CPL.xml", "</MainPicture>", "</s:MainStereoscopicPicture>");
+  show.Replace("Trailer/CPL.xml", "<FrameRate>24 1", "<FrameRate>48 1");
+  for (const char* document : {"Trailer/CPL.xml", "Trailer/PKL.xml", "Trailer/ASSETMAP.xml"})
+    show.Replace(document, "58ce4e14-c900-51d0", "58ce4e14-c925-51d0");
+  show.ListSize("Trailer/CPL.xml");
+  const std::string other = show.Beside("other");
+  StrataProgram maker({"make-sample", other, "--length", "1", "--size", "96x64", "--rate", "25", "--seed", "2"});
+  ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
+  const std::string answer = show.Check({show.Path("Trailer/CPL.xml"), other + "/Trailer/CPL.xml"});
+  EXPECT_THAT(answer, testing::StartsWith("0\n"));
+  EXPECT_THAT(answer, testing::HasSubstr("The edit rate changes from the composition before"));
+  EXPECT_THAT(answer, testing::HasSubstr(
+                          "warning: Promoting SMPTE track file to stereoscopic image in reel 1 of 58ce4e14-c925-"));
+}
 
 TEST(BrokenPackage, PlayingATrackFileThatWasCutIsNoSuccess) {
   const BrokenShow show;

@@ -15,6 +15,8 @@ using testing::Not;
 
 namespace {
 
+using Json = nlohmann::json;
+
 class Check : public SampleFolder {};
 
 TEST_F(Check, SampleShowPlays) {
@@ -82,7 +84,7 @@ TEST(CompositionFindings, UnusualEditRateIsWarnedOf) {
     FindInComposition(composition, store, memory, findings);
     std::string found;
     for (const Finding& finding : findings)
-      if (finding.Message.starts_with("The edit rate is unusual")) {
+      if (finding.ID == FindingID::PictureRate) {
         EXPECT_EQ(finding.Level, Severity::Warning);
         found += finding.Found;
       }

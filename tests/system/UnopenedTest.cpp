@@ -76,7 +76,7 @@ TEST_F(Unopened, InfoOfAFileEndsWithOneFullStop) {
 TEST_F(Unopened, CheckAndPlayTellWhyACompositionIsMissing) {
   Close("Trailer");
   const std::string warning =
-      "warning: This cannot be opened, so that nobody knows what is in it: Permission denied.\n    file  " +
+      "warning: This folder cannot be opened, so its contents are not known: Permission denied.\n    file  " +
       m_Show.Path("Trailer") + "\n";
   const Answer check = Run({"check", m_Show.Path()});
   EXPECT_EQ(check.Code, 3);

@@ -98,7 +98,7 @@ TimelineModel crowded() {
   model.Lanes[1].Tracks[2].File = "/x/\xff<&>.mxf";
   model.Shows = {{{0, model.Duration, 0, model.Seconds}, {}, Hostile, "/x/show.xml", 0},
                  {{0, 1, 0, 1.0 / 24}, {}, Hostile, "/x/nested.xml", 1}};
-  Finding& finding = model.Findings.emplace_back();
+  Tool::Finding& finding = model.Findings.emplace_back(Tool::FindingID::FileDamaged);
   finding.Message = finding.Composition = Hostile;
   model.Code = ExitCode::NotPlayable;
   return model;

@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckCommand.h"
 
-#include "findings/ShowFindings.h"
+#include "CheckReport.h"
+#include "findings/FindingReport.h"
 #include "show/Inputs.h"
 #include "show/ShowOutline.h"
+#include "show/StoreProgress.h"
 #include "terminal/Command.h"
-#include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
-#include "terminal/ProgressBar.h"
-#include "terminal/Report.h"
-#include "terminal/TextForms.h"
 
 #include <Strata/IPlaylist.h>
 
-#include <algorithm>
-#include <map>
+#include <cstdio>
 #include <memory>
 
 namespace Tool {
@@ -30,32 +27,30 @@ struct CheckOptions {
 
 /// What the engine says of the show when it loads it.
 struct EngineAnswer {
-  Strata::Result_t Result = Ferro::RESULT_OK;
+  bool Loads = false;
   std::vector<Finding> Findings;
   Ferro::ui32_t DurationSeconds = 0;
 };
 
-// What the engine logs, and why it refuses the show.
-EngineAnswer LoadShow(const Inputs& inputs, QuietLog& log) {
+/// What the engine logs, and why it refuses the show.
+EngineAnswer LoadShow(const Inputs& inputs) {
+  QuietLog log;
   EngineAnswer answer;
-  static_cast<void>(log.Take());
-  {
-    Ferro::mem_ptr<Strata::IPlaylist> playlist;
-    answer.Result = Strata::NewPlaylist(playlist);
-    if (answer.Result.Success()) answer.Result = inputs.Load(*playlist);
+  Ferro::mem_ptr<Strata::IPlaylist> playlist;
+  Strata::Result_t result = Strata::NewPlaylist(playlist);
+  if (result.Success()) {
+    result = inputs.Load(*playlist);
     answer.DurationSeconds = playlist->GetDurationSeconds();
   }
-  std::string reason = answer.Result.Label();
+  answer.Loads = result.Success();
+  std::string reason = result.Label();
   for (const Ferro::LogEntry& entry : log.Take()) {
-    if (entry.Level == Ferro::LogLevel::Error && answer.Result.Failure()) {
+    if (entry.Level == Ferro::LogLevel::Error && !answer.Loads)
       reason = entry.Message;
-      continue;
-    }
-    Finding& finding = answer.Findings.emplace_back();
-    finding.Level = Severity::Warning;
-    finding.Message = entry.Message;
+    else
+      answer.Findings.emplace_back(FindingID::ShowRemark).Message = entry.Message;
   }
-  if (answer.Result.Failure()) answer.Findings.emplace_back().Message = "The engine refuses the show: " + reason;
+  if (!answer.Loads) answer.Findings.emplace_back(FindingID::ShowRefused).Message += " " + reason;
   return answer;
 }
 
@@ -70,110 +65,40 @@ Cairn::UUIDList AssetsOf(const ShowOutline& outline) {
   return ids;
 }
 
-/// False when the user stopped it.
-bool Verify(Inputs& inputs) {
-  ProgressBar bar("Verifying");
-  const auto progress = [&](const Cairn::VerifyProgress& now) {
-    bar.Update(now.BytesDone, now.BytesTotal);
-    return !Interrupt::Requested();
-  };
-  const Cairn::UUIDList ids = AssetsOf(ShowOutline(inputs));
-  return ids.empty() || !(inputs.Store().VerifyDigests(ids, 0, progress) == Ferro::RESULT_CANCELLED);
-}
-
-Json CompositionJson(const OutlineComposition& composition) {
-  return Json{{"id", composition.ID.EncodeString()},
-              {"title", composition.Title},
-              {"file", composition.Path},
-              {"edit_rate", composition.EditRate.EncodeString()},
-              {"start", composition.Start},
-              {"duration", composition.Duration},
-              {"reels", composition.Reels.size()},
-              {"stereoscopic", composition.Stereoscopic}};
-}
-
-// Where it is known already why the show does not play, the engine has nothing to add; nor about a file that is told of.
-void AddEngineFindings(const EngineAnswer& answer, std::vector<Finding>& findings) {
-  const bool explained = ExitCodeFor(findings) != ExitCode::Fine;
-  std::vector<Finding> added;
-  for (const Finding& finding : answer.Findings) {
-    const bool is_told = std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
-      return !other.Found.empty() && finding.Message.find(other.Found) != std::string::npos;
-    });
-    if (!explained && !is_told) added.push_back(finding);
-  }
-  findings.insert(findings.end(), added.begin(), added.end());
-}
-
-std::string VerdictText(const std::vector<Finding>& findings, const EngineAnswer& answer, ExitCode code) {
-  if (code == ExitCode::Fine) return "This show will play: " + DurationText(answer.DurationSeconds) + ".";
-  if (code == ExitCode::NotPlayable) return "This show will not play.";
-  std::map<std::string, unsigned> missing;
-  for (const Finding& finding : findings)
-    if (finding.Level == Severity::Missing) ++missing[finding.AssetType];
-  std::string text = "This show will not play: missing";
-  const char* separator = " ";
-  for (const auto& [kind, count] : missing) {
-    const bool is_plural = count > 1 && kind != AssetKindName(AssetKind::AuxData);
-    text += separator + std::to_string(count) + " " + kind + (is_plural ? "s" : "");
-    separator = ", ";
-  }
-  return text + ".";
-}
-
-Json MakeReport(const ShowOutline& outline, const std::vector<Finding>& findings, const EngineAnswer& answer,
-                ExitCode code) {
-  Json report = NewReport("check");
-  report["playable"] = code == ExitCode::Fine;
-  report["exit_code"] = static_cast<int>(code);
-  report["duration"] = outline.Duration();
-  report["duration_seconds"] = answer.DurationSeconds;
-  report["compositions"] = Json::array();
+CheckReport MakeReport(const Inputs& inputs) {
+  const ShowOutline outline(inputs);
+  CheckReport report;
+  report.Duration = outline.Duration();
   for (const OutlineComposition& composition : outline.Compositions())
-    report["compositions"].push_back(CompositionJson(composition));
-  report["findings"] = Json::array();
-  for (const Finding& finding : findings) report["findings"].push_back(FindingToJson(finding));
-  report["verdict"] = VerdictText(findings, answer, code);
+    report.Compositions.push_back({composition.ID, composition.Title, composition.Path, composition.EditRate,
+                                   composition.Start, composition.Duration, composition.Reels.size(),
+                                   composition.Stereoscopic});
+  report.Findings = CheckShow(outline);
+  if (Interrupt::Requested()) return report;
+  const EngineAnswer answer = LoadShow(inputs);
+  report.DurationSeconds = answer.DurationSeconds;
+  // Where it is known already why the show does not play, the engine has nothing to add.
+  if (ExitCodeFor(report.Findings) == ExitCode::Fine)
+    report.Findings.insert(report.Findings.end(), answer.Findings.begin(), answer.Findings.end());
+  report.Code = ExitCodeFor(report.Findings);
   return report;
 }
 
-std::string Render(const Json& report) {
-  std::string text;
-  for (const Json& composition : report["compositions"]) {
-    QUIRE::Rational rate;
-    static_cast<void>(rate.DecodeString(composition["edit_rate"].get<std::string>()));
-    const auto reels = composition["reels"].get<size_t>();
-    if (reels == 0) continue;  // it could not be read: a finding says why
-    text += TimeCodeText(composition["start"].get<unsigned>(), rate) + "  " + composition["title"].get<std::string>() +
-            "  (" + std::to_string(reels) + (reels == 1 ? " reel, " : " reels, ") + RateText(rate) + " fps" +
-            (composition["stereoscopic"].get<bool>() ? ", stereoscopic" : "") + ")\n";
-  }
-  for (const Json& finding : report["findings"]) text += FindingText(finding);
-  return text + report["verdict"].get<std::string>() + '\n';
-}
-
 ExitCode Check(const CheckOptions& options) {
-  QuietLog log;
+  const QuietLog log;  // what is wrong is told in other words
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
     return inputs.ProblemCode();
   }
-  if (options.Hash && !Verify(inputs)) {
-    std::fputs("strata: interrupted\n", stderr);
-    return ExitCode::Interrupted;
-  }
-  const ShowOutline outline(inputs);
-  std::vector<Finding> findings = FindingsOf(outline);
+  if (options.Hash) static_cast<void>(VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs))));
+  const CheckReport report = Interrupt::Requested() ? CheckReport() : MakeReport(inputs);
   if (Interrupt::Requested()) {
     std::fputs("strata: interrupted\n", stderr);
     return ExitCode::Interrupted;
   }
-  const EngineAnswer answer = LoadShow(inputs, log);
-  AddEngineFindings(answer, findings);
-  const ExitCode code = ExitCodeFor(findings);
-  PrintReport(MakeReport(outline, findings, answer, code), options.AsJson, Render);
-  return code;
+  std::fputs((options.AsJson ? CheckJson(report) : CheckText(report)).c_str(), stdout);
+  return report.Code;
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CompositionFindings.h"
 
+#include "AssetFindings.h"
 #include "TrackFileFacts.h"
-#include "show/MappedPath.h"
-#include "terminal/Interrupt.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
@@ -17,51 +16,96 @@ namespace {
 // Rates that D-Cinema equipment plays (ST 428-11, 428-21).
 constexpr std::array UsualRates = {24, 25, 30, 48, 50, 60, 96, 100, 120};
 
-constexpr char CopyAgain[] = "Copy the package again from its source.";
-constexpr char AskAgain[] = "The package was made wrong: ask for a corrected one.";
-constexpr char NameStore[] = "Copy the package that holds it, or name its folder with --store.";
-
 bool IsUsual(const QUIRE::Rational& rate) {
   return rate.Denominator == 1 && std::find(UsualRates.begin(), UsualRates.end(), rate.Numerator) != UsualRates.end();
 }
 
-const char* ContentName(Cairn::FileType_t type) {
+Subject SubjectOf(AssetKind kind) {
+  switch (kind) {
+    case AssetKind::Picture:
+      return Subject::Picture;
+    case AssetKind::Sound:
+      return Subject::Sound;
+    case AssetKind::OnScreenText:
+      return Subject::OnScreenText;
+    case AssetKind::OffScreenText:
+      return Subject::OffScreenText;
+    case AssetKind::AuxData:
+      return Subject::AuxData;
+  }
+  return Subject::Unsaid;
+}
+
+/// What a track file or subtitle can be used for.
+enum class Content { Unknown, Picture, Sound, Text, AuxData };
+
+Content ContentOf(Cairn::FileType_t type) {
   switch (type) {
     case Cairn::FT_QUIRE_MPEG2_VES:
     case Cairn::FT_QUIRE_JP2K_J2C:
     case Cairn::FT_QUIRE_JP2K_J2C_S:
-      return "picture";
+      return Content::Picture;
     case Cairn::FT_QUIRE_PCM:
-      return "sound";
+      return Content::Sound;
     case Cairn::FT_QUIRE_TIMED_TEXT:
     case Cairn::FT_TI_SUBTITLE:
-      return "text";
+      return Content::Text;
     case Cairn::FT_QUIRE_DCDATA:
     case Cairn::FT_QUIRE_ATMOS:
-      return "auxiliary data";
+      return Content::AuxData;
     default:
-      return "";
+      return Content::Unknown;
   }
 }
 
-std::string ContentName(AssetKind kind) {
-  const bool is_text = kind == AssetKind::OnScreenText || kind == AssetKind::OffScreenText;
-  return is_text ? "text" : AssetKindName(kind);
+bool IsText(AssetKind kind) {
+  return kind == AssetKind::OnScreenText || kind == AssetKind::OffScreenText;
 }
 
-bool IsText(const OutlineAsset& asset) {
-  return asset.Kind == AssetKind::OnScreenText || asset.Kind == AssetKind::OffScreenText;
+Content ContentOf(AssetKind kind) {
+  if (IsText(kind)) return Content::Text;
+  return kind == AssetKind::Picture ? Content::Picture : kind == AssetKind::Sound ? Content::Sound : Content::AuxData;
+}
+
+const char* ContentName(Content content) {
+  static constexpr std::array Names = {"unknown", "picture", "sound", "text", "auxiliary data"};
+  return Names[static_cast<size_t>(content)];
 }
 
 std::string EditUnits(Ferro::ui64_t count) {
   return std::to_string(count) + " edit units";
 }
 
-const char* AdviceFor(const Cairn::AssetRecord& record) {
-  const Ferro::ui32_t problems = record.Problems;
-  if (!record.OpenFailure.empty()) return AllowReading;
-  if ((problems & (Cairn::AP_BAD_PATH | Cairn::AP_SPLIT)) != 0) return AskAgain;
-  return (problems & Cairn::FatalAssetProblems) != 0 ? CopyAgain : "";
+/// What keeps a track file from being used.
+Finding FindingOf(const TrackFileFacts& facts) {
+  Finding damaged(FindingID::FileDamaged);
+  Finding text(FindingID::TextSchema);
+  switch (facts.Problem) {
+    case TrackFileProblem::None:
+    case TrackFileProblem::NotATrackFile:
+      damaged.Message = "The file is no track file: it is damaged, or something else has its name.";
+      return damaged;
+    case TrackFileProblem::CannotBeOpened:
+      damaged.Message = "The track file is damaged and cannot be opened: " + facts.Reason;
+      return damaged;
+    case TrackFileProblem::FrameUnreadable:
+      damaged.Message = "The track file is damaged or was cut short: edit unit " + std::to_string(facts.EditUnit) +
+                        " cannot be read. " + facts.Reason;
+      return damaged;
+    case TrackFileProblem::ResourceUnreadable:
+      damaged.Message = "A font or image of the text cannot be read: " + facts.Resource + ". " + facts.Reason;
+      return damaged;
+    case TrackFileProblem::TextUnreadable:
+      text.Message = "The text in the track file cannot be read: " + facts.Reason;
+      return text;
+    case TrackFileProblem::TextIsNotXML:
+      text.Message = "The text in the track file is not a well-formed XML document.";
+      return text;
+    case TrackFileProblem::SubtitleUnreadable:
+      text.Message = "The subtitle document cannot be read: " + facts.Reason;
+      return text;
+  }
+  return damaged;
 }
 
 class CompositionFindings {
@@ -70,12 +114,12 @@ class CompositionFindings {
                       std::vector<Finding>& findings)
       : m_Composition(composition), m_Store(store), m_Memory(memory), m_Findings(findings) {}
 
-  void Collect() {
+  void Collect(const std::function<bool()>& go_on) {
     if (!CheckDocument()) return;
     for (const OutlineReel& reel : m_Composition.Reels) {
-      if (Interrupt::Requested()) return;
+      if (go_on && !go_on()) return;
       ++m_Reel;
-      if (reel.First(AssetKind::Picture) == nullptr) Add(Severity::Error, "The reel has no picture.").Advice = AskAgain;
+      if (reel.First(AssetKind::Picture) == nullptr) Add(FindingID::ReelPictureMissing);
       for (const OutlineAsset& asset : reel.Assets) CheckAsset(asset);
     }
     m_Reel = 0;
@@ -83,127 +127,123 @@ class CompositionFindings {
   }
 
  private:
-  Finding& Add(Severity severity, const std::string& message) {
-    Finding& finding = m_Findings.emplace_back();
-    finding.Level = severity;
-    finding.Message = message;
+  Finding& Add(Finding finding) {
     finding.Composition = CompositionName(m_Composition);
     finding.Reel = m_Reel;
-    return finding;
+    return m_Findings.emplace_back(std::move(finding));
   }
+  Finding& Add(FindingID id) { return Add(Finding(id)); }
 
-  Finding& Add(Severity severity, const std::string& message, const OutlineAsset& asset) {
-    Finding& finding = Add(severity, message);
-    finding.AssetType = AssetKindName(asset.Kind);
-    finding.AssetID = asset.Asset.AssetID.EncodeString();
-    if (asset.Found) finding.File = asset.Found->Info.RealFilename;
-    if (severity == Severity::Error) finding.Advice = AskAgain;
-    return finding;
+  Finding& Add(Finding finding, const OutlineAsset& asset) {
+    finding.What = SubjectOf(asset.Kind);
+    finding.AssetID = asset.Asset.AssetID;
+    if (asset.Found && finding.File.empty()) finding.File = asset.Found->Info.RealFilename;
+    return Add(std::move(finding));
   }
+  Finding& Add(FindingID id, const OutlineAsset& asset) { return Add(Finding(id), asset); }
 
-  // One sentence for each problem that a store sees of a file, and what the sizes are.
-  void AddProblems(const Cairn::AssetRecord& record, const Finding& place) {
-    const bool is_missing = (record.Problems & Cairn::AP_MISSING_FILE) != 0;
-    const bool is_fatal = (record.Problems & Cairn::FatalAssetProblems) != 0;
-    for (const std::string& reason : record.Reasons()) {
-      Finding finding = place;
-      finding.Level = is_missing ? Severity::Missing : is_fatal ? Severity::Error : Severity::Warning;
-      finding.Message = reason;
-      finding.Advice = AdviceFor(record);
-      if (record.Info.RealFilename.empty()) finding.File = MappedPath(record);
-      if ((record.Problems & Cairn::AP_WRONG_SIZE) != 0 && record.HasListedSize) {
-        finding.Expected = std::to_string(record.ListedSize) + " bytes";
-        finding.Found = std::to_string(record.Info.FileSize) + " bytes";
-      }
-      m_Findings.push_back(finding);
-      if (is_fatal) return;  // the rest follows from it
-    }
+  void Add(FindingID id, const OutlineAsset& asset, const std::string& expected, const std::string& found) {
+    Finding& finding = Add(id, asset);
+    finding.Expected = expected;
+    finding.Found = found;
   }
 
   bool CheckDocument() {
-    Finding place;
-    place.Composition = CompositionName(m_Composition);
-    place.AssetType = "composition";
-    place.AssetID = m_Composition.ID.EncodeString();
-    place.File = m_Composition.Path;
     // Why a document cannot be understood is known better from reading it.
     constexpr Ferro::ui32_t told = Cairn::FatalAssetProblems & ~Ferro::ui32_t{Cairn::AP_UNREADABLE};
     const auto& found = m_Composition.Found;
     if (found && ((found->Problems & told) != 0 || !found->OpenFailure.empty())) {
-      AddProblems(*found, place);
+      AddDocument(FindingsOfAsset(*found, m_Memory.Paths).front());
       return false;
     }
-    if (m_Composition.Problem.empty()) return true;
-    place.Level = m_Composition.IsMissing ? Severity::Missing : Severity::Error;
-    place.Message = m_Composition.Problem;
-    place.Advice = m_Composition.IsMissing ? NameStore : CopyAgain;
-    m_Findings.push_back(place);
+    switch (m_Composition.Problem) {
+      case CompositionProblem::None:
+        return true;
+      case CompositionProblem::Missing:
+        AddDocument(Finding(FindingID::ShowCompositionMissing));
+        break;
+      case CompositionProblem::FileMissing:
+        AddDocument(Finding(FindingID::PklAssetMissing)).Advice = NameStore;
+        break;
+      case CompositionProblem::CannotBeRead:
+        AddDocument(Finding(FindingID::CplSchema)).Message = "The composition cannot be read: " + m_Composition.Reason;
+        break;
+      case CompositionProblem::HasNoReels:
+        AddDocument(Finding(FindingID::CplNoReel));
+        break;
+      case CompositionProblem::TooLong:
+        AddDocument(Finding(FindingID::CplSchema)).Message = "The composition is longer than can be counted.";
+        break;
+    }
     return false;
+  }
+
+  Finding& AddDocument(Finding finding) {
+    finding.What = Subject::Composition;
+    finding.AssetID = m_Composition.ID;
+    if (finding.File.empty()) finding.File = m_Composition.Path;
+    return Add(std::move(finding));
   }
 
   void CheckAsset(const OutlineAsset& asset) {
     if (!asset.Found) {
-      Add(Severity::Missing, "No store has this asset.", asset).Advice = NameStore;
+      Add(FindingID::CplAssetExternal, asset);
       return;
     }
-    Finding place;
-    place.Composition = CompositionName(m_Composition);
-    place.Reel = m_Reel;
-    place.AssetType = AssetKindName(asset.Kind);
-    place.AssetID = asset.Asset.AssetID.EncodeString();
-    place.File = asset.Found->Info.RealFilename;
     const bool is_usable = (asset.Found->Problems & Cairn::FatalAssetProblems) == 0;
     const size_t before = m_Findings.size();
     if (is_usable) CheckFile(asset);
     const auto is_error = [](const Finding& finding) { return finding.Level != Severity::Warning; };
     if (std::any_of(m_Findings.begin() + static_cast<std::ptrdiff_t>(before), m_Findings.end(), is_error)) return;
-    if (!TellOfWrongPath(asset)) AddProblems(*asset.Found, place);
+    if (CheckPath(asset)) AddProblems(asset);
   }
 
-  // Where the asset map leads nowhere but the file was found by what it says of itself, the path has to be told of.
-  bool TellOfWrongPath(const OutlineAsset& asset) {
+  // Of problems that keep the asset from being used, only the first: the rest follows from it.
+  void AddProblems(const OutlineAsset& asset) {
+    for (const Finding& finding : FindingsOfAsset(*asset.Found, m_Memory.Paths)) {
+      Add(finding, asset);
+      if (finding.Level != Severity::Warning) return;
+    }
+  }
+
+  // Where the asset map leads nowhere but the file was found by what it says of itself, the path has to be told.
+  bool CheckPath(const OutlineAsset& asset) {
     const Cairn::AssetRecord& record = *asset.Found;
-    if ((record.Problems & Cairn::AP_NOT_LISTED) == 0) return false;
+    if ((record.Problems & Cairn::AP_NOT_LISTED) == 0) return true;
     for (const Cairn::AssetRecord& other : m_Store.FindAsset(record.Info.ID)) {
       if (other.Package != record.Package || !other.Info.RealFilename.empty()) continue;
       const bool leaves = (other.Problems & Cairn::AP_BAD_PATH) != 0;
-      Finding& finding = Add(
-          Severity::Warning,
+      Finding& finding = Add(FindingID::AmPath, asset);
+      finding.Level = Severity::Warning;
+      finding.Message =
           std::string(leaves ? "The asset map's path leaves the package." : "The asset map's path leads to no file.") +
-              " The file was found without it.",
-          asset);
-      finding.Expected = MappedPath(other);
+          " The file was found without it.";
+      finding.Expected = m_Memory.Paths.Of(other);
       finding.Found = record.Info.RealFilename;
-      finding.Advice = AskAgain;
-      return true;
+      return false;
     }
-    return false;
+    return true;
   }
 
   void CheckFile(const OutlineAsset& asset) {
     const Cairn::AssetRecord& record = *asset.Found;
-    const std::string content = ContentName(record.Info.FileType);
-    if (!content.empty() && content != ContentName(asset.Kind)) {
-      Finding& finding = Add(Severity::Error, "The file holds another kind of essence.", asset);
-      finding.Expected = ContentName(asset.Kind);
-      finding.Found = content;
-      return;
-    }
+    const Content content = ContentOf(record.Info.FileType);
+    if (content != Content::Unknown && content != ContentOf(asset.Kind))
+      return Add(FindingID::ReelAssetKind, asset, ContentName(ContentOf(asset.Kind)), ContentName(content));
     const Ferro::ui64_t end = Ferro::ui64_t{asset.Asset.EntryPoint} + asset.Asset.Duration;
     const auto last = static_cast<Ferro::ui32_t>(std::clamp<Ferro::ui64_t>(end, 1, 0xFFFFFFFF) - 1);
     const TrackFileFacts facts = ReadTrackFileFacts(record.Info.RealFilename, record.Info.FileType, last);
-    if (!facts.Problem.empty()) {
-      Add(Severity::Error, facts.Problem, asset).Advice = CopyAgain;
+    if (facts.Problem != TrackFileProblem::None) {
+      Add(FindingOf(facts), asset);
       return;
     }
     if (!CheckDigest(asset) || !CheckRate(asset, facts) || !CheckKey(asset, facts)) return;
     CheckLength(asset, facts, end);
     if (asset.Kind == AssetKind::Sound && !CheckSound(asset, facts)) return;
     CheckSameAsBefore(asset, facts);
-    if (!facts.Remark.empty()) Add(Severity::Warning, "The track file is out of order: " + facts.Remark, asset);
-    if (!facts.MissingResource.empty())
-      Add(Severity::Warning, "A font or image of the text is missing: text may look wrong or not show.", asset).Found =
-          "no " + facts.MissingResource;
+    if (facts.IsIncomplete) Add(FindingID::FileIncomplete, asset);
+    if (!facts.MissingFont.empty()) Add(FindingID::TextFontMissing, asset).Found = "no " + facts.MissingFont;
+    if (!facts.MissingImage.empty()) Add(FindingID::TextImageMissing, asset).Found = "no " + facts.MissingImage;
   }
 
   bool CheckDigest(const OutlineAsset& asset) {
@@ -211,17 +251,12 @@ class CompositionFindings {
     const Cairn::SHA1& listed = asset.Found->Info.Digest;
     if (!stated.HasValue() || stated == listed) return true;
     if (listed.HasValue()) {
-      Finding& finding = Add(Severity::Error, "The composition states another digest than the packing list.", asset);
-      finding.Expected = stated.EncodeBase64();
-      finding.Found = listed.EncodeBase64();
+      Add(FindingID::ReelHash, asset, stated.EncodeBase64(), listed.EncodeBase64());
     } else if (m_Memory.UnlistedPackages.insert(asset.Found->Package).second) {
-      Finding& finding = m_Findings.emplace_back();
-      finding.Message =
-          "The packing list of this package is missing or damaged, so that nothing vouches for its files.";
-      finding.Composition = CompositionName(m_Composition);
-      finding.AssetType = "packing list";
+      Finding& finding = Add(FindingID::PklMissing);
+      finding.Reel = 0;
+      finding.What = Subject::PackingList;
       finding.File = asset.Found->Package;
-      finding.Advice = CopyAgain;
     }
     return false;
   }
@@ -233,84 +268,61 @@ class CompositionFindings {
     const bool stated_differs = !(asset.Asset.EditRate == rate);
     if (!stated_differs && (!facts.HasLength || facts.EditRate == rate)) return true;
     m_RateTold = true;
-    Finding& finding = Add(Severity::Error,
-                           stated_differs ? "The edit rate is not the composition's: they must not be mixed."
-                                          : "The file runs at another edit rate than the composition says.",
-                           asset);
-    finding.Expected = RateText(rate);
-    finding.Found = RateText(stated_differs ? asset.Asset.EditRate : facts.EditRate);
+    Add(stated_differs ? FindingID::ReelEditRate : FindingID::ReelRateFile, asset, RateText(rate),
+        RateText(stated_differs ? asset.Asset.EditRate : facts.EditRate));
     return false;
   }
 
   bool CheckKey(const OutlineAsset& asset, const TrackFileFacts& facts) {
     const Cairn::UUID& stated = asset.Asset.KeyID;
-    if (facts.Encrypted && !stated.HasValue()) {
-      Add(Severity::Error, "The file is encrypted, but the composition names no key: no key delivery fits.", asset);
-      return false;
+    if (!facts.Encrypted) {
+      if (stated.HasValue() && facts.HasLength) Add(FindingID::ReelKeyNeedless, asset);
+      return true;
     }
-    if (facts.Encrypted && stated != facts.KeyID) {
-      Finding& finding =
-          Add(Severity::Error, "The file is encrypted with another key than the composition names.", asset);
-      finding.Expected = stated.EncodeString();
-      finding.Found = facts.KeyID.EncodeString();
-      return false;
-    }
-    if (!facts.Encrypted && stated.HasValue() && facts.HasLength)
-      Add(Severity::Warning, "The composition names a key, but the file is not encrypted.", asset);
-    return true;
+    if (stated == facts.KeyID && stated.HasValue()) return true;
+    Finding& finding = Add(FindingID::ReelKeyMissing, asset);
+    if (!stated.HasValue()) return false;
+    finding.Message = "The file is encrypted with another key than the composition names.";
+    finding.Expected = stated.EncodeString();
+    finding.Found = facts.KeyID.EncodeString();
+    return false;
   }
 
   // Text that ends early shows nothing from there on; all else is needed to its end.
   void CheckLength(const OutlineAsset& asset, const TrackFileFacts& facts, Ferro::ui64_t end) {
     const Ferro::ui32_t stated = asset.Asset.IntrinsicDuration;
     if (facts.HasLength && end > facts.Duration) {
-      Finding& finding = Add(IsText(asset) ? Severity::Warning : Severity::Error,
-                             "The composition plays beyond the end of the file.", asset);
-      finding.Expected = EditUnits(end);
-      finding.Found = EditUnits(facts.Duration);
+      Add(FindingID::ReelEntryBeyond, asset, EditUnits(end), EditUnits(facts.Duration));
+      if (IsText(asset.Kind)) m_Findings.back().Level = Severity::Warning;
     } else if (end > stated) {
-      Finding& finding =
-          Add(Severity::Warning, "The composition plays more of the asset than it says there is.", asset);
-      finding.Expected = EditUnits(end);
-      finding.Found = EditUnits(stated);
+      Add(FindingID::ReelEntryBeyond, asset, EditUnits(end), EditUnits(stated));
+      m_Findings.back().Level = Severity::Warning;
+      m_Findings.back().Message = "The composition plays more of the asset than it says there is.";
     } else if (facts.HasLength && stated != facts.Duration) {
-      Finding& finding = Add(Severity::Warning, "The composition says that the file has another length.", asset);
-      finding.Expected = EditUnits(stated);
-      finding.Found = EditUnits(facts.Duration);
+      Add(FindingID::ReelIntrinsic, asset, EditUnits(stated), EditUnits(facts.Duration));
     }
   }
 
   bool CheckSound(const OutlineAsset& asset, const TrackFileFacts& facts) {
-    const auto refuse = [&](const char* message, const char* expected, const std::string& found) {
-      Finding& finding = Add(Severity::Error, message, asset);
-      finding.Expected = expected;
-      finding.Found = found;
-      return false;
-    };
+    const size_t before = m_Findings.size();
     if (!(facts.SamplingRate == QUIRE::SampleRate_48k) && !(facts.SamplingRate == QUIRE::SampleRate_96k))
-      return refuse("Cinemas cannot play sound with this sampling rate.", "48000 or 96000 Hz",
-                    RateText(facts.SamplingRate) + " Hz");
-    if (facts.SampleBits != 24)
-      return refuse("Cinemas cannot play sound with samples of this size.", "24 bits",
-                    std::to_string(facts.SampleBits) + " bits");
-    if (facts.Channels == 0) return refuse("The sound has no channels.", "at least 1", "0");
-    return true;
+      Add(FindingID::SoundRate, asset, "48000 or 96000 Hz", RateText(facts.SamplingRate) + " Hz");
+    else if (facts.SampleBits != 24)
+      Add(FindingID::SoundBits, asset, "24 bits", std::to_string(facts.SampleBits) + " bits");
+    else if (facts.Channels == 0)
+      Add(FindingID::SoundChannels, asset, "at least 1", "0");
+    return m_Findings.size() == before;
   }
 
   void CheckSameAsBefore(const OutlineAsset& asset, const TrackFileFacts& facts) {
-    std::string now;
-    if (asset.Kind == AssetKind::Picture)
-      now = std::to_string(facts.Width) + "x" + std::to_string(facts.Height) + " pixels";
-    if (asset.Kind == AssetKind::Sound)
-      now = std::to_string(facts.Channels) + " channels at " + RateText(facts.SamplingRate) + " Hz";
-    if (now.empty()) return;
+    const bool is_picture = asset.Kind == AssetKind::Picture;
+    if (!is_picture && asset.Kind != AssetKind::Sound) return;
+    const std::string now =
+        is_picture ? std::to_string(facts.Width) + "x" + std::to_string(facts.Height) + " pixels"
+                   : std::to_string(facts.Channels) + " channels at " + RateText(facts.SamplingRate) + " Hz";
     std::string& before = m_Before[asset.Kind];
-    if (!before.empty() && before != now) {
-      Finding& finding =
-          Add(Severity::Warning, "The format changes from the reel before: some equipment stumbles.", asset);
-      finding.Expected = before;
-      finding.Found = now;
-    }
+    if (!before.empty() && before != now)
+      Add(is_picture ? FindingID::PictureChanges : FindingID::SoundChanges, asset, before, now);
     before = now;
   }
 
@@ -318,17 +330,16 @@ class CompositionFindings {
     const auto lacks_sound = [](const OutlineReel& reel) { return reel.First(AssetKind::Sound) == nullptr; };
     const auto& reels = m_Composition.Reels;
     if (std::all_of(reels.begin(), reels.end(), lacks_sound))
-      Add(Severity::Warning, "The composition has no sound: some equipment stops there.");
+      Add(FindingID::CplSoundMissing);
     else if (std::any_of(reels.begin(), reels.end(), lacks_sound))
-      Add(Severity::Warning, "Some reels have no sound and will play silence.");
+      Add(FindingID::ReelSoundSome);
     if (m_Composition.EditRate.Numerator != 0 && !IsUsual(m_Composition.EditRate))
-      Add(Severity::Warning, "The edit rate is unusual: not all equipment plays it.").Found =
-          RateText(m_Composition.EditRate);
+      Add(FindingID::PictureRate).Found = RateText(m_Composition.EditRate);
     const bool encrypted = std::any_of(reels.begin(), reels.end(), [](const OutlineReel& reel) {
       return std::any_of(reel.Assets.begin(), reel.Assets.end(),
                          [](const OutlineAsset& asset) { return asset.Asset.KeyID.HasValue(); });
     });
-    if (encrypted) Add(Severity::Warning, "The composition is encrypted: it plays only with its keys.");
+    if (encrypted) Add(FindingID::KdmNone);
   }
 
   const OutlineComposition& m_Composition;
@@ -347,8 +358,8 @@ std::string CompositionName(const OutlineComposition& composition) {
 }
 
 void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
-                       std::vector<Finding>& findings) {
-  CompositionFindings(composition, store, memory, findings).Collect();
+                       std::vector<Finding>& findings, const std::function<bool()>& go_on) {
+  CompositionFindings(composition, store, memory, findings).Collect(go_on);
 }
 
 }  // namespace Tool

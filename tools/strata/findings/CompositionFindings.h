@@ -2,8 +2,10 @@
 #pragma once
 
 #include "Finding.h"
+#include "show/MappedPath.h"
 #include "show/ShowOutline.h"
 
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,11 +18,12 @@ namespace Tool {
 /// What findings have been about so far, so that one cause is told once.
 struct FindingMemory {
   std::set<std::string> UnlistedPackages;  ///< folders of packages whose packing list is missing
+  MappedPaths Paths;
 };
 
-/// Looks one composition through, its files included, and appends what is wrong or unusual. Of an asset only the first
-/// cause is told that keeps it from playing.
+/// Checks one composition, its files included, and appends what is wrong or unusual. Of an asset only the first cause is
+/// told that keeps it from playing. `go_on` is asked before each reel; false ends the work.
 void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
-                       std::vector<Finding>& findings);
+                       std::vector<Finding>& findings, const std::function<bool()>& go_on = {});
 
 }  // namespace Tool

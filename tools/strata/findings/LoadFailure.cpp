@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "LoadFailure.h"
 
-#include "ShowFindings.h"
+#include "FindingReport.h"
 #include "show/ShowOutline.h"
 #include "terminal/LogView.h"
 
@@ -11,11 +11,11 @@ namespace Tool {
 
 ExitCode ReportLoadFailure(const Inputs& inputs) {
   QuietLog log;
-  const std::vector<Finding> findings = FindingsOf(ShowOutline(inputs));
+  const std::vector<Finding> findings = CheckShow(ShowOutline(inputs));
   bool is_told = false;
   for (const Finding& finding : findings)
-    if (finding.Level != Severity::Warning || finding.Advice == AllowReading) {
-      std::fputs(FindingText(DisplayModel(FindingToJson(finding))).c_str(), stderr);
+    if (finding.Level != Severity::Warning || finding.ID == FindingID::FileUnreadable) {
+      std::fputs(FindingText(finding).c_str(), stderr);
       is_told |= finding.Level != Severity::Warning;
     }
   std::fprintf(stderr, "strata: this show cannot be played%s\n",

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ShowFindings.h"
 
+#include "AssetFindings.h"
 #include "CompositionFindings.h"
-#include "terminal/ProgressBar.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
+#include <set>
 
 namespace Tool {
 
@@ -23,52 +24,42 @@ std::set<std::string> PackagesOf(const ShowOutline& outline) {
   return packages;
 }
 
-bool IsAboutPackingLists(Cairn::PackageProblem_t problem) {
-  return problem == Cairn::PP_NO_PACKING_LIST || problem == Cairn::PP_PACKING_LIST_UNREADABLE;
-}
-
 void AddPackageFindings(const ShowOutline& outline, const FindingMemory& memory, std::vector<Finding>& findings) {
   const std::set<std::string> packages = PackagesOf(outline);
   for (const Cairn::PackageRecord& package : outline.Store().Packages()) {
     if (!packages.contains(package.Folder)) continue;
-    for (const Cairn::PackageFinding& problem : package.Findings) {
-      const bool is_told = memory.UnlistedPackages.contains(package.Folder) && IsAboutPackingLists(problem.Problem);
-      const bool has_no_map = problem.Problem == Cairn::PP_NO_ASSET_MAP;
-      if (is_told || (has_no_map && package.Has(Cairn::PP_ASSET_MAP_UNREADABLE))) continue;
-      Finding& finding = findings.emplace_back();
-      finding.Level = Severity::Warning;
-      finding.Message =
-          has_no_map ? "The asset map is missing or damaged; the files were found without it." : problem.Reason();
-      finding.AssetType = "package";
-      finding.File = package.Folder;
-      finding.Advice = "Other equipment may refuse the package: copy it again from its source.";
+    for (const Finding& finding : FindingsOfPackage(package)) {
+      const bool is_of_list = finding.ID == FindingID::PklMissing || finding.ID == FindingID::PklSchema;
+      if (is_of_list && memory.UnlistedPackages.contains(package.Folder)) continue;
+      findings.push_back(finding);
     }
   }
 }
 
 void AddShowFindings(const ShowOutline& outline, std::vector<Finding>& findings) {
-  for (const std::string& problem : outline.Problems()) {
-    Finding& finding = findings.emplace_back();
-    finding.Message = problem;
-    finding.AssetType = "show playlist";
-    finding.Advice = "Make the show playlist anew.";
+  for (const OutlineProblem& problem : outline.Problems()) {
+    Finding finding(FindingID::ShowUnreadable);
+    switch (problem.Kind) {
+      case OutlineProblemKind::CannotBeRead:
+        finding.Message = "The show playlist " + problem.Path + " cannot be read: " + problem.Reason;
+        break;
+      case OutlineProblemKind::ContainsItself:
+        finding = Finding(FindingID::ShowLoop);
+        finding.Message = "The show playlist " + problem.Path + " contains itself.";
+        break;
+      case OutlineProblemKind::TooLong:
+        finding = Finding(FindingID::ShowLength);
+        finding.Message = "The show is longer than can be counted, from " + problem.ID.EncodeString() + " on.";
+        break;
+    }
+    finding.What = Subject::ShowPlaylist;
+    findings.push_back(finding);
   }
   for (const std::string& uri : outline.MissingShows()) {
-    Finding& finding = findings.emplace_back();
-    finding.Level = Severity::Missing;
+    Finding& finding = findings.emplace_back(FindingID::ShowMissing);
     finding.Message = "No store has the show playlist " + uri + ", which the show contains.";
-    finding.AssetType = "show playlist";
-    finding.Advice = "Copy the show playlist beside the show, or name its folder with --store.";
+    finding.What = Subject::ShowPlaylist;
   }
-}
-
-Finding UnreadableFinding(const Cairn::UnreadableEntry& entry) {
-  Finding finding;
-  finding.Level = Severity::Warning;
-  finding.Message = "This cannot be opened, so that nobody knows what is in it: " + entry.Reason + '.';
-  finding.File = entry.Path;
-  finding.Advice = AllowReading;
-  return finding;
 }
 
 // First, since what is said to be missing below may lie in them.
@@ -76,37 +67,45 @@ void AddUnreadable(const Cairn::AssetStore& store, std::vector<Finding>& finding
   std::vector<Finding> added;
   for (const Cairn::UnreadableEntry& entry : store.Unreadable()) {
     const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
-    if (std::any_of(findings.begin(), findings.end(), tells)) continue;
-    added.push_back(UnreadableFinding(entry));
+    if (std::none_of(findings.begin(), findings.end(), tells)) added.push_back(FindingOfUnreadable(entry));
   }
   findings.insert(findings.begin(), added.begin(), added.end());
 }
 
-}  // namespace
-
-std::vector<Finding> FindingsOf(const ShowOutline& outline) {
-  std::vector<Finding> findings;
-  FindingMemory memory;
-  AddShowFindings(outline, findings);
-  const OutlineComposition* previous = nullptr;
-  ProgressBar bar("Checking", ProgressUnit::Compositions);
-  size_t done = 0;
-  for (const OutlineComposition& composition : outline.Compositions()) {
-    const size_t before = findings.size();
-    FindInComposition(composition, outline.Store(), memory, findings);
-    bar.Update(++done, outline.Compositions().size());
-    const bool plays = std::all_of(findings.begin() + static_cast<std::ptrdiff_t>(before), findings.end(),
-                                   [](const Finding& finding) { return finding.Level == Severity::Warning; });
-    if (!plays) continue;
+/// Checks one composition; `previous` is the last one that plays, and becomes this one where it does.
+void AddComposition(const ShowOutline& outline, size_t index, FindingMemory& memory,
+                    const OutlineComposition*& previous, const CheckProgress& progress,
+                    std::vector<Finding>& findings) {
+  const OutlineComposition& composition = outline.Compositions()[index];
+  std::vector<Finding> added;
+  FindInComposition(composition, outline.Store(), memory, added,
+                    [&] { return !progress || progress(index, outline.Compositions().size()); });
+  if (std::all_of(added.begin(), added.end(), [](const Finding& f) { return f.Level == Severity::Warning; })) {
     if (previous != nullptr && !(previous->EditRate == composition.EditRate)) {
-      Finding& finding = findings.emplace_back();
-      finding.Level = Severity::Warning;
-      finding.Message = "The edit rate changes from the composition before: some projectors blank the screen.";
+      Finding& finding = added.emplace_back(FindingID::ShowRateChanges);
       finding.Composition = CompositionName(composition);
       finding.Expected = RateText(previous->EditRate);
       finding.Found = RateText(composition.EditRate);
     }
     previous = &composition;
+  }
+  for (Finding& finding : added) {
+    finding.CompositionNumber = static_cast<Ferro::ui32_t>(index + 1);
+    findings.push_back(std::move(finding));
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress) {
+  std::vector<Finding> findings;
+  FindingMemory memory;
+  AddShowFindings(outline, findings);
+  const OutlineComposition* previous = nullptr;
+  const size_t total = outline.Compositions().size();
+  for (size_t index = 0; index < total; ++index) {
+    if (progress && !progress(index, total)) break;
+    AddComposition(outline, index, memory, previous, progress, findings);
   }
   AddPackageFindings(outline, memory, findings);
   AddUnreadable(outline.Store(), findings);

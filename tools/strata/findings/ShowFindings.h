@@ -4,12 +4,16 @@
 #include "Finding.h"
 #include "show/ShowOutline.h"
 
+#include <functional>
 #include <vector>
 
 namespace Tool {
 
-/// What the documents, the store and the files show to be wrong, in playing order. Opens every file; stops
-/// early, with less than all, when the user interrupts it.
-[[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline);
+/// Asked before each composition, with how many are done and how many there are; false ends the work.
+using CheckProgress = std::function<bool(size_t done, size_t total)>;
+
+/// What the documents, the store and the files show to be wrong, in playing order. Opens every file; less than all where
+/// `progress` ended it.
+[[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress = {});
 
 }  // namespace Tool

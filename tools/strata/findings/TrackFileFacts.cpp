@@ -16,6 +16,8 @@
 #include <QUIRE/TimedTextReader.h>
 
 #include <algorithm>
+#include <set>
+#include <vector>
 
 namespace Tool {
 
@@ -25,11 +27,16 @@ using QUIRE::Result_t;
 
 constexpr Ferro::ui32_t Capacity = 16 * 1024 * 1024;  // bytes; more than any frame of D-Cinema
 
+void Fail(TrackFileFacts& facts, TrackFileProblem problem, const Result_t& result) {
+  facts.Problem = problem;
+  facts.Reason = result.Label();
+}
+
 /// What is common to the readers of all kinds: false, with the problem told, when the file cannot be opened.
 template <class ReaderT>
 bool Open(ReaderT& reader, const std::string& filename, TrackFileFacts& facts) {
   if (const Result_t result = reader.OpenRead(filename); result.Failure()) {
-    facts.Problem = std::string("The track file is damaged and cannot be opened: ") + result.Label();
+    Fail(facts, TrackFileProblem::CannotBeOpened, result);
     return false;
   }
   QUIRE::WriterInfo info;
@@ -46,17 +53,18 @@ void TakeLength(const DescriptorT& descriptor, TrackFileFacts& facts) {
   facts.Duration = descriptor.ContainerDuration;
 }
 
-/// Tries the first edit unit and the last one that is played.
+/// Tries the first edit unit and the last one that is played, then the file's last.
 template <class BufferT, class ReaderT>
 void TryFrames(ReaderT& reader, Ferro::ui32_t last, TrackFileFacts& facts) {
   BufferT buffer;
   if (facts.Duration == 0 || buffer.Capacity(Capacity).Failure()) return;
   for (const Ferro::ui32_t number : {Ferro::ui32_t{0}, std::min(last, facts.Duration - 1)})
     if (const Result_t result = reader.ReadFrame(number, buffer); result.Failure()) {
-      facts.Problem = "The track file is damaged or was cut short: edit unit " + std::to_string(number) +
-                      " cannot be read. " + result.Label();
+      Fail(facts, TrackFileProblem::FrameUnreadable, result);
+      facts.EditUnit = number;
       return;
     }
+  facts.IsIncomplete = last < facts.Duration - 1 && reader.ReadFrame(facts.Duration - 1, buffer).Failure();
 }
 
 template <class DescriptorT>
@@ -118,37 +126,41 @@ void ReadTimedText(const std::string& filename, TrackFileFacts& facts) {
   for (const auto& resource : descriptor.ResourceList) {
     QUIRE::TimedText::FrameBuffer buffer;
     if (const Result_t result = reader.ReadAncillaryResource(resource.ResourceID, buffer); result.Failure()) {
-      facts.Problem =
-          "A font or image of the text cannot be read: " + resource.ResourceID.EncodeString() + ". " + result.Label();
+      Fail(facts, TrackFileProblem::ResourceUnreadable, result);
+      facts.Resource = resource.ResourceID.EncodeString();
       return;
     }
     resources.push_back(resource.ResourceID);
   }
   if (facts.Encrypted) return;
   std::string text;
-  if (const Result_t result = reader.ReadTimedTextResource(text); result.Failure()) {
-    facts.Problem = std::string("The text in the track file cannot be read: ") + result.Label();
-    return;
-  }
-  std::vector<Ferro::UUID> references;
-  if (ReadTextReferences(text, references).Failure()) {
-    facts.Problem = "The text in the track file is no well-formed XML document.";
-    return;
-  }
-  for (const Ferro::UUID& id : references)
-    if (std::find(resources.begin(), resources.end(), id) == resources.end()) facts.MissingResource = id.EncodeString();
+  if (const Result_t result = reader.ReadTimedTextResource(text); result.Failure())
+    return Fail(facts, TrackFileProblem::TextUnreadable, result);
+  TextReferences references;
+  if (const Result_t result = ReadTextReferences(text, references); result.Failure())
+    return Fail(facts, TrackFileProblem::TextIsNotXML, result);
+  const auto missing_of = [&](const std::vector<Ferro::UUID>& ids) {
+    const auto is_missing = [&](const Ferro::UUID& id) {
+      return std::find(resources.begin(), resources.end(), id) == resources.end();
+    };
+    const auto missing = std::find_if(ids.begin(), ids.end(), is_missing);
+    return missing == ids.end() ? std::string() : missing->EncodeString();
+  };
+  facts.MissingFont = missing_of(references.Fonts);
+  facts.MissingImage = missing_of(references.Images);
 }
 
 void ReadSubtitle(const std::string& filename, TrackFileFacts& facts) {
   Cairn::DCSubtitle subtitle;
-  if (const Result_t result = Cairn::InitObjectWithFile(subtitle, filename); result.Failure()) {
-    facts.Problem = std::string("The subtitle document cannot be read: ") + result.Label();
-    return;
-  }
+  if (const Result_t result = Cairn::InitObjectWithFile(subtitle, filename); result.Failure())
+    return Fail(facts, TrackFileProblem::SubtitleUnreadable, result);
+  std::set<std::string> fonts;
+  for (const Cairn::DCSubtitle::Font& font : subtitle.FontList) fonts.insert(font.URI);
   for (const std::string& name : subtitle.AncillaryNames()) {
     Ferro::FileReader file;
     const std::string path = Ferro::PathJoin(Ferro::PathDirname(filename), name);
-    if (!Ferro::PathStaysInside(name) || file.OpenRead(path).Failure()) facts.MissingResource = name;
+    if (Ferro::PathStaysInside(name) && file.OpenRead(path).Success()) continue;
+    (fonts.contains(name) ? facts.MissingFont : facts.MissingImage) = name;
   }
 }
 
@@ -156,7 +168,7 @@ void ReadSubtitle(const std::string& filename, TrackFileFacts& facts) {
 
 TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type, Ferro::ui32_t last) {
   TrackFileFacts facts;
-  QuietLog log;
+  const QuietLog log;  // what cannot be read is told in the facts
   switch (type) {
     case Cairn::FT_QUIRE_JP2K_J2C:
     case Cairn::FT_QUIRE_JP2K_J2C_S:
@@ -181,10 +193,8 @@ TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t
       ReadSubtitle(filename, facts);
       break;
     default:
-      facts.Problem = "The file is no track file: it is damaged, or something else has its name.";
+      facts.Problem = TrackFileProblem::NotATrackFile;
   }
-  const std::vector<Ferro::LogEntry> remarks = log.Take();
-  if (!remarks.empty()) facts.Remark = remarks.front().Message;
   return facts;
 }
 

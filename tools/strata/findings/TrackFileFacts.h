@@ -10,11 +10,26 @@
 
 namespace Tool {
 
+/// What keeps a track file or subtitle document from being used.
+enum class TrackFileProblem {
+  None,
+  NotATrackFile,
+  CannotBeOpened,
+  FrameUnreadable,     ///< of EditUnit
+  ResourceUnreadable,  ///< the font or image Resource
+  TextUnreadable,
+  TextIsNotXML,
+  SubtitleUnreadable,
+};
+
 /// What a track file or subtitle document says of itself, and what cannot be read of it. Numbers that its kind does not
 /// have are 0.
 struct TrackFileFacts {
-  std::string Problem;           ///< why it cannot be used, one sentence; empty when all is well
-  std::string Remark;            ///< what is out of order in it all the same; empty when nothing is
+  TrackFileProblem Problem = TrackFileProblem::None;
+  std::string Reason;            ///< of the problem: the result's label
+  Ferro::ui32_t EditUnit = 0;    ///< that cannot be read
+  std::string Resource;          ///< that cannot be read
+  bool IsIncomplete = false;     ///< frames at its end, which are not played, cannot be read
   bool HasLength = false;        ///< rate and duration are known; a subtitle document has none
   QUIRE::Rational EditRate;      ///< edit units per second
   Ferro::ui32_t Duration = 0;    ///< edit units
@@ -24,12 +39,13 @@ struct TrackFileFacts {
   QUIRE::Rational SamplingRate;  ///< sound samples per second
   Ferro::ui32_t SampleBits = 0;  ///< of one sound sample
   bool Encrypted = false;
-  Ferro::UUID KeyID;            ///< of the content key
-  std::string MissingResource;  ///< a font or image that the text refers to and that is not there
+  Ferro::UUID KeyID;         ///< of the content key
+  std::string MissingFont;   ///< one that the text refers to and that is not there
+  std::string MissingImage;  ///< the same
 };
 
-/// Opens a file and reads its first edit unit and edit unit `last`, where it has it; of text the document with its fonts
-/// and images. `type` is what the file was found to hold: anything but a kind of track file or subtitle is a problem.
+/// Opens a file and reads its first edit unit, edit unit `last`, where it has it, and its last one; of text the document
+/// with its fonts and images. `type` is what the file was found to hold.
 [[nodiscard]] TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type,
                                                 Ferro::ui32_t last);
 

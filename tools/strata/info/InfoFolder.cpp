@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoFolder.h"
 
-#include "show/FolderScan.h"
 #include "show/InfoKinds.h"
+#include "show/StoreProgress.h"
 #include "terminal/TextForms.h"
 
 #include <Cairn/AssetStore.h>
@@ -29,7 +29,7 @@ Json AssetJson(const Cairn::AssetRecord& record, Json& item) {
 void DescribeFolder(const std::string& path, Json& item) {
   Cairn::AssetStore store;
   auto result = store.Open();
-  if (result.Success()) result = LookThroughFolder(store, path);
+  if (result.Success()) result = ScanFolder(store, path);
   if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label());
 
   item["packages"] = Json::array();

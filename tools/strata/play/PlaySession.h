@@ -73,7 +73,7 @@ class PlaySession : private Strata::ITransportNotify {
   const ShowOutline m_Outline;
   const bool m_AtMaximum;
   const bool m_ShowsStatus;
-  std::optional<FrameErrorFilter> m_Log;  // outlives the playlist's threads
+  std::optional<OwnThreadLog> m_Log;  // outlives the playlist's threads
   Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
   std::optional<Transport> m_Transport;
   std::unique_ptr<ChannelReader> m_Reader;

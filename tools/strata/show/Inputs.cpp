@@ -2,10 +2,10 @@
 #include "Inputs.h"
 
 #include "DocumentTitle.h"
-#include "FolderScan.h"
 #include "IndexFile.h"
 #include "InfoKinds.h"
 #include "MappedPath.h"
+#include "StoreProgress.h"
 #include "terminal/Command.h"
 #include "terminal/DisplayText.h"
 #include "terminal/LogView.h"
@@ -25,11 +25,6 @@
 namespace Tool {
 
 namespace {
-
-std::optional<Cairn::UUID> IdentifierOf(const std::string& name) {
-  if (const auto id = Cairn::UUID::FromURN(name)) return id;
-  return Cairn::UUID::FromHex(name);
-}
 
 std::string FolderOf(const std::string& path) {
   const std::string folder = Ferro::PathDirname(path);
@@ -66,7 +61,7 @@ bool IsDamaged(const std::string& path) {
 
 /// The file that should be there, by the asset map, or else the identifier.
 std::string NameOfMissing(const Cairn::AssetRecord& record) {
-  const std::string path = MappedPath(record);
+  const std::string path = MappedPaths().Of(record);
   const std::string asset = "asset " + record.Info.ID.EncodeString();
   return path == record.Package ? asset : path + " (" + asset + ')';
 }
@@ -80,6 +75,11 @@ std::string ListOf(const std::vector<Candidate>& candidates) {
 }
 
 }  // namespace
+
+std::optional<Cairn::UUID> IdentifierOf(const std::string& name) {
+  if (const auto id = Cairn::UUID::FromURN(name)) return id;
+  return Cairn::UUID::FromHex(name);
+}
 
 void InputOptions::AddTo(Command& command, const std::string& names, const std::string& description) {
   command.Add(names, Names, description).Required();
@@ -106,7 +106,7 @@ bool Inputs::Fail(const std::string& problem, ExitCode code) {
 }
 
 bool Inputs::AddFolder(const char* what, const std::string& folder) {
-  const Strata::Result_t result = LookThroughFolder(m_Store, folder);
+  const Strata::Result_t result = ScanFolder(m_Store, folder);
   if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", ExitCode::Interrupted);
   return result.Success() || Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + result.Label());
 }

@@ -6,6 +6,7 @@
 #include <Cairn/AssetStore.h>
 #include <Strata/IPlaylist.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ struct InputOptions {
   /// Adds the options --store and --index, and the arguments, to a command.
   void AddTo(Command& command, const std::string& names, const std::string& description);
 };
+
+/// The identifier that a name on the command line is, with "urn:uuid:" or without; no value where it is none.
+[[nodiscard]] std::optional<Cairn::UUID> IdentifierOf(const std::string& name);
 
 /// One thing that could be meant.
 struct Candidate {

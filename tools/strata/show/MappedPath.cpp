@@ -5,19 +5,35 @@
 #include <Cairn/InitObjectWithFile.h>
 #include <Ferro/Path.h>
 
+#include <filesystem>
+
 namespace Tool {
 
-std::string MappedPath(const Cairn::AssetRecord& record) {
+namespace {
+
+std::map<Cairn::UUID, std::string> PathsOf(const std::string& folder) {
+  std::map<Cairn::UUID, std::string> paths;
   for (const char* name : {"ASSETMAP.xml", "ASSETMAP"}) {
+    const std::string file = Ferro::PathJoin(folder, name);
     Cairn::AssetMap map;
-    if (Cairn::InitObjectWithFile(map, Ferro::PathJoin(record.Package, name)).Failure()) continue;
+    std::error_code error;
+    if (!std::filesystem::exists(file, error) || Cairn::InitObjectWithFile(map, file).Failure()) continue;
     for (const auto& asset : map.AssetList) {
-      if (asset.ID != record.Info.ID || asset.ChunkList.empty()) continue;
+      if (asset.ChunkList.empty()) continue;
       const std::string& path = asset.ChunkList.front().Path;
-      return path.starts_with('/') ? path : Ferro::PathJoin(record.Package, path);
+      paths.try_emplace(asset.ID, path.starts_with('/') ? path : Ferro::PathJoin(folder, path));
     }
   }
-  return record.Package;
+  return paths;
+}
+
+}  // namespace
+
+std::string MappedPaths::Of(const Cairn::AssetRecord& record) {
+  const auto [package, is_new] = m_Packages.try_emplace(record.Package);
+  if (is_new) package->second = PathsOf(record.Package);
+  const auto path = package->second.find(record.Info.ID);
+  return path == package->second.end() ? record.Package : path->second;
 }
 
 }  // namespace Tool

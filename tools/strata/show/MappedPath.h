@@ -3,11 +3,19 @@
 
 #include <Cairn/AssetRecord.h>
 
+#include <map>
 #include <string>
 
 namespace Tool {
 
-/// Where the asset map says that an asset's file lies; the package's folder where it does not say.
-[[nodiscard]] std::string MappedPath(const Cairn::AssetRecord& record);
+/// Where asset maps say that files lie. Reads each package's map once.
+class MappedPaths {
+ public:
+  /// The path of an asset's file; the package's folder where the map does not say.
+  [[nodiscard]] std::string Of(const Cairn::AssetRecord& record);
+
+ private:
+  std::map<std::string, std::map<Cairn::UUID, std::string>> m_Packages;  // by folder
+};
 
 }  // namespace Tool

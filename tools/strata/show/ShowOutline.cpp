@@ -59,7 +59,7 @@ ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
 void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths) {
   Strata::ShowPlaylist spl;
   if (const Strata::Result_t result = Cairn::InitObjectWithFile(spl, show.Path); result.Failure()) {
-    m_Problems.push_back("The show playlist " + show.Path + " cannot be read: " + result.Label());
+    m_Problems.push_back({OutlineProblemKind::CannotBeRead, show.Path, result.Label(), {}});
     return;
   }
   const size_t index = m_Shows.size();
@@ -90,7 +90,7 @@ void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& pa
   }
   const std::string path = place->Info.RealFilename;
   if (std::find(paths.begin(), paths.end(), path) != paths.end() || ++m_ShowCount > MostShows) {
-    m_Problems.push_back("The show playlist " + path + " contains itself.");
+    m_Problems.push_back({OutlineProblemKind::ContainsItself, path, "", {}});
     return;
   }
   paths.push_back(path);
@@ -113,18 +113,18 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   }
   Cairn::CompositionPlaylist cpl;
   if (outline.Path.empty()) {
-    outline.IsMissing = true;
-    outline.Problem = outline.Found ? "The file is missing." : "No store has this composition.";
+    outline.Problem = outline.Found ? CompositionProblem::FileMissing : CompositionProblem::Missing;
   } else if (const Strata::Result_t result = Cairn::InitObjectWithFile(cpl, outline.Path); result.Failure()) {
-    outline.Problem = std::string("The composition cannot be read: ") + result.Label();
+    outline.Problem = CompositionProblem::CannotBeRead;
+    outline.Reason = result.Label();
   } else if (cpl.ReelList.empty()) {
-    outline.Problem = "The composition has no reels.";
+    outline.Problem = CompositionProblem::HasNoReels;
   }
   outline.Title = cpl.ContentTitle;
   outline.Kind = cpl.ContentKindText;
   outline.Format = cpl.DCPFormat;
   outline.Stereoscopic = cpl.StereoscopicImage;
-  if (outline.Problem.empty()) {
+  if (outline.Problem == CompositionProblem::None) {
     if (!cpl.ReelList.empty()) outline.EditRate = cpl.ReelList.front().MainPicture.EditRate;
     for (const Cairn::Reel& reel : cpl.ReelList) AddReel(reel, outline);
   } else if (item != nullptr) {
@@ -133,7 +133,7 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
     outline.Duration = item->Duration;
   }
   if (!Ferro::CheckedAdd(m_Duration, outline.Duration)) {
-    m_Problems.push_back("The show is longer than can be counted, from " + outline.ID.EncodeString() + " on.");
+    m_Problems.push_back({OutlineProblemKind::TooLong, "", "", outline.ID});
     return;
   }
   // A marker beyond the composition's end stands on its last edit unit, or on its start where it has none.
@@ -149,7 +149,7 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
 
 void ShowOutline::AddReel(const Cairn::Reel& reel, OutlineComposition& composition) const {
   if (!Ferro::CheckedAdd(composition.Duration, reel.MainPicture.Duration)) {
-    composition.Problem = "The composition is longer than can be counted.";
+    composition.Problem = CompositionProblem::TooLong;
     return;
   }
   OutlineReel out;

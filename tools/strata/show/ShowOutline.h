@@ -42,13 +42,23 @@ struct OutlineReel {
   [[nodiscard]] const OutlineAsset* First(AssetKind kind) const;
 };
 
+/// Why a composition has no reels, or not all.
+enum class CompositionProblem {
+  None,
+  Missing,      ///< no store has it
+  FileMissing,  ///< a package lists it, and its file is not there
+  CannotBeRead,
+  HasNoReels,
+  TooLong,  ///< its edit units cannot be counted
+};
+
 struct OutlineComposition {
   Cairn::UUID ID;
-  std::string Title;                        ///< the show's annotation of it where it cannot be read
-  std::string Kind;                         ///< of the content: "feature"; empty when not known
-  std::string Path;                         ///< of the document; empty when it could not be found
-  std::string Problem;                      ///< why there are no reels; empty when all is well
-  bool IsMissing = false;                   ///< no store has it
+  std::string Title;  ///< the show's annotation of it where it cannot be read
+  std::string Kind;   ///< of the content: "feature"; empty when not known
+  std::string Path;   ///< of the document; empty when it could not be found
+  CompositionProblem Problem = CompositionProblem::None;
+  std::string Reason;                       ///< why it cannot be read: the result's label
   std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it, or its file was named by the user
   Cairn::DCPFormat_t Format = Cairn::DFT_NONE;
   bool Stereoscopic = false;
@@ -70,6 +80,16 @@ struct OutlineShow {
   size_t CompositionCount = 0;
 };
 
+/// What can be wrong with the show playlists themselves.
+enum class OutlineProblemKind { CannotBeRead, ContainsItself, TooLong };
+
+struct OutlineProblem {
+  OutlineProblemKind Kind = OutlineProblemKind::CannotBeRead;
+  std::string Path;    ///< of the show playlist
+  std::string Reason;  ///< why it cannot be read: the result's label
+  Cairn::UUID ID;      ///< of the composition from which on the show cannot be counted
+};
+
 struct OutlineMarker {
   std::string Label;
   std::string Scope;
@@ -86,8 +106,7 @@ class ShowOutline {
   /// In the order in which they start; a show playlist stands before those that it contains.
   [[nodiscard]] const std::vector<OutlineShow>& Shows() const { return m_Shows; }
   [[nodiscard]] const std::vector<OutlineMarker>& Markers() const { return m_Markers; }
-  /// What is wrong with the show playlists themselves, a sentence each.
-  [[nodiscard]] const std::vector<std::string>& Problems() const { return m_Problems; }
+  [[nodiscard]] const std::vector<OutlineProblem>& Problems() const { return m_Problems; }
   /// The URIs of nested show playlists that no store has.
   [[nodiscard]] const std::vector<std::string>& MissingShows() const { return m_MissingShows; }
   /// Where the assets were looked for.
@@ -109,7 +128,7 @@ class ShowOutline {
   std::vector<OutlineComposition> m_Compositions;
   std::vector<OutlineShow> m_Shows;
   std::vector<OutlineMarker> m_Markers;
-  std::vector<std::string> m_Problems;
+  std::vector<OutlineProblem> m_Problems;
   std::vector<std::string> m_MissingShows;
   Ferro::ui32_t m_Duration = 0;
   unsigned m_ShowCount = 0;

@@ -11,10 +11,11 @@ namespace Tool {
 
 namespace {
 
-void Collect(const xercesc::DOMElement* element, std::vector<Ferro::UUID>& references) {
+void Collect(const xercesc::DOMElement* element, TextReferences& references) {
   const std::string name = Cairn::LocalName(element);
   if (name == "LoadFont" || name == "Image")
-    if (const auto id = Ferro::UUID::FromURN(Cairn::TrimmedText(element))) references.push_back(*id);
+    if (const auto id = Ferro::UUID::FromURN(Cairn::TrimmedText(element)))
+      (name == "Image" ? references.Images : references.Fonts).push_back(*id);
   // Documents from outside nest no deeper than the parser allows.
   for (const auto* child = Cairn::FirstChildElement(element); child != nullptr;
        child = Cairn::NextSiblingElement(child))
@@ -23,7 +24,7 @@ void Collect(const xercesc::DOMElement* element, std::vector<Ferro::UUID>& refer
 
 }  // namespace
 
-Ferro::Result_t ReadTextReferences(const std::string& xml, std::vector<Ferro::UUID>& references) {
+Ferro::Result_t ReadTextReferences(const std::string& xml, TextReferences& references) {
   Ferro::ILogSink& log = Ferro::DefaultLogSink();
   try {
     Cairn::init_xml_libs();

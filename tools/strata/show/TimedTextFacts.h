@@ -22,7 +22,7 @@ struct TimedTextFacts {
   [[nodiscard]] Ferro::ui32_t EndInEditUnits(const QUIRE::Rational& edit_rate) const;
 };
 
-/// False, with a line in the log where the text is no well-formed XML, for anything but such a document.
+/// False, with a line in the log where the text is not well-formed XML, for anything but such a document.
 [[nodiscard]] bool ReadTimedTextFacts(const std::string& xml, TimedTextFacts& facts);
 
 }  // namespace Tool

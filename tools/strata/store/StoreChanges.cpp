@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StoreChanges.h"
 
-#include "show/FolderScan.h"
+#include "show/Inputs.h"
+#include "show/StoreProgress.h"
 #include "terminal/Interrupt.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
 
 namespace Tool {
 
@@ -39,13 +39,12 @@ void TellAdded(const Cairn::AssetStore& store, const std::string& path) {
 }
 
 ExitCode AddFolder(StoreSession& session, const std::string& folder) {
-  const Cairn::Result_t result = LookThroughFolder(session.Store(), folder);
+  const Cairn::Result_t result = ScanFolder(session.Store(), folder);
   if (result == Ferro::RESULT_CANCELLED)
     return StoreTrouble(ExitCode::Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
   if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
-  return result.Success()
-             ? ExitCode::Fine
-             : StoreTrouble(ExitCode::NotPlayable, folder + ": it cannot be looked through: " + result.Label());
+  return result.Success() ? ExitCode::Fine
+                          : StoreTrouble(ExitCode::NotPlayable, folder + ": it cannot be scanned: " + result.Label());
 }
 
 ExitCode AddFile(StoreSession& session, const std::string& path) {
@@ -59,7 +58,7 @@ ExitCode AddFile(StoreSession& session, const std::string& path) {
                           : StoreTrouble(ExitCode::NotPlayable, path + ": it cannot be read: " + result.Label());
 }
 
-ExitCode Add(StoreSession& session, const std::string& name) {
+ExitCode AddName(StoreSession& session, const std::string& name) {
   std::error_code error;
   if (!fs::exists(name, error)) return StoreTrouble(ExitCode::Usage, name + ": there is no such file or folder.");
   const std::string path = StorePath(name);
@@ -76,14 +75,13 @@ ExitCode Add(StoreSession& session, const std::string& name) {
 
 /// The assets of an index that are the one named, or lie where it says.
 std::vector<Cairn::AssetRecord> AssetsNamed(const Cairn::AssetStore& store, const std::string& name) {
-  const auto urn = Cairn::UUID::FromURN(name);
-  if (const auto id = urn ? urn : Cairn::UUID::FromHex(name)) return store.FindAsset(*id);
+  if (const auto id = IdentifierOf(name)) return store.FindAsset(*id);
   std::vector<Cairn::AssetRecord> assets = store.Assets();
   std::erase_if(assets, [path = StorePath(name)](const auto& record) { return record.Info.RealFilename != path; });
   return assets;
 }
 
-ExitCode Forget(StoreSession& session, const std::string& name) {
+ExitCode ForgetName(StoreSession& session, const std::string& name) {
   Cairn::AssetStore& store = session.Store();
   Cairn::Result_t result = store.Forget(StorePath(name));
   const std::vector<Cairn::AssetRecord> assets = AssetsNamed(store, name);
@@ -117,11 +115,11 @@ ExitCode ForEachName(const StoreOptions& options, bool may_create,
 }  // namespace
 
 ExitCode StoreAdd(const StoreOptions& options) {
-  return ForEachName(options, true, Add);
+  return ForEachName(options, true, AddName);
 }
 
 ExitCode StoreForget(const StoreOptions& options) {
-  return ForEachName(options, false, Forget);
+  return ForEachName(options, false, ForgetName);
 }
 
 }  // namespace Tool

@@ -5,7 +5,6 @@
 #include "StoreList.h"
 #include "StoreVerify.h"
 #include "terminal/Command.h"
-#include "terminal/Interrupt.h"
 
 #include <memory>
 
@@ -14,22 +13,6 @@ namespace Tool {
 namespace {
 
 constexpr Ferro::ui32_t MaxBusyTimeout = 86'400;
-
-ExitCode StoreList(const StoreOptions& options) {
-  StoreSession session;
-  if (const ExitCode code = session.Open(options, false); code != ExitCode::Fine) return code;
-  StoreSelection selection;
-  if (std::string unknown; !selection.Select(options.Names, session.Store(), unknown))
-    return StoreTrouble(ExitCode::Usage, unknown + ": the index knows no such folder and no such asset.");
-  const ExitCode refreshed = options.Refresh ? session.Refresh() : ExitCode::Fine;
-  if (refreshed != ExitCode::Fine)
-    return refreshed == ExitCode::Interrupted ? StoreTrouble(ExitCode::Interrupted, "interrupted") : refreshed;
-  const Json report = StoreListReport(session, session.Store(), selection);
-  if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
-  for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
-  PrintReport(report, options.AsJson, StoreListText);
-  return ExitCode::Fine;
-}
 
 using Operation = ExitCode (*)(const StoreOptions&);
 
@@ -71,7 +54,7 @@ void AddStoreCommand(Command& program) {
       "  strata check show --index ~/.local/share/strata/store.sqlite");
 
   Command& add = AddOperation(command, "add", "Add folders, or look for changes in them", StoreAdd, options);
-  add.Add("names", options->Names, "Folders, looked through at any depth; or single files that say what they are")
+  add.Add("names", options->Names, "Folders, scanned at any depth; or single files that say what they are")
       .Called("FOLDER|FILE")
       .Required();
   add.SetFooter(
@@ -80,7 +63,7 @@ void AddStoreCommand(Command& program) {
       "  strata store add show\n"
       "  strata store add show/Trailer --index cinema.sqlite --wait 5");
 
-  Command& list = AddOperation(command, "list", "Show what is known of folders and assets", StoreList, options);
+  Command& list = AddOperation(command, "list", "Show what is known of folders and assets", ListStore, options);
   AddNames(list, *options, "Only these folders and assets (default: all)");
   list.Add("--refresh", options->Refresh, "Look for changes in all folders first");
   list.Add("--json", options->AsJson, "Print the list as JSON");
@@ -91,7 +74,7 @@ void AddStoreCommand(Command& program) {
       "  strata store list show/Feature --refresh --json");
 
   Command& verify =
-      AddOperation(command, "verify", "Are all files there, and as their packages list them?", StoreVerify, options);
+      AddOperation(command, "verify", "Are all files there, and as their packages list them?", VerifyStore, options);
   AddNames(verify, *options, "Only these folders and assets (default: all)");
   verify.Add("--hash", options->Hash, "Compare digests too: reads every file that is not verified yet");
   verify.Add("--threads", options->Threads, "Files read at once, 1 to 64 (default: as many as the processor has cores)")

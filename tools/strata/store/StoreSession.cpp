@@ -2,15 +2,15 @@
 #include "StoreSession.h"
 
 #include "show/IndexFile.h"
+#include "show/Inputs.h"
+#include "show/StoreProgress.h"
 #include "terminal/Interrupt.h"
-#include "terminal/ProgressBar.h"
 
 #include <Ferro/UUID.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
 
 namespace Tool {
 
@@ -32,27 +32,24 @@ bool IsInside(const std::string& path, const std::string& folder) {
   return path == folder || path.starts_with(folder == "/" ? folder : folder + '/');
 }
 
-bool StoreSelection::Select(const std::vector<std::string>& names, const Cairn::AssetStore& store,
-                            std::string& unknown) {
+ExitCode StoreSelection::Select(const std::vector<std::string>& names, const Cairn::AssetStore& store) {
   const std::vector<Cairn::AssetRecord> assets = store.Assets();
   const std::vector<std::string> folders = store.Folders();
   for (const std::string& name : names) {
-    unknown = name;
-    const auto urn = Cairn::UUID::FromURN(name);
-    if (const auto id = urn ? urn : Cairn::UUID::FromHex(name)) {
-      if (store.FindAsset(*id).empty()) return false;
-      m_IDs.insert(*id);
-      continue;
-    }
+    const auto id = IdentifierOf(name);
     const std::string path = StorePath(name);
-    const bool known = std::find(folders.begin(), folders.end(), path) != folders.end() ||
-                       std::any_of(assets.begin(), assets.end(), [&](const Cairn::AssetRecord& record) {
-                         return IsInside(record.Info.RealFilename, path) || IsInside(record.Package, path);
-                       });
-    if (!known) return false;
-    m_Folders.push_back(path);
+    const bool is_known = id ? !store.FindAsset(*id).empty()
+                             : std::find(folders.begin(), folders.end(), path) != folders.end() ||
+                                   std::any_of(assets.begin(), assets.end(), [&](const Cairn::AssetRecord& record) {
+                                     return IsInside(record.Info.RealFilename, path) || IsInside(record.Package, path);
+                                   });
+    if (!is_known) return StoreTrouble(ExitCode::Usage, name + ": the index knows no such folder and no such asset.");
+    if (id)
+      m_IDs.insert(*id);
+    else
+      m_Folders.push_back(path);
   }
-  return true;
+  return ExitCode::Fine;
 }
 
 bool StoreSelection::HasFolder(const std::string& folder) const {
@@ -86,12 +83,7 @@ ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
 }
 
 ExitCode StoreSession::Refresh() {
-  ProgressBar bar("Looking for changes", ProgressUnit::Files);
-  const auto progress = [&](const Cairn::ScanProgress& now) {
-    bar.Update(now.FilesDone, now.FilesTotal);
-    return !Interrupt::Requested();
-  };
-  if (m_Store.Refresh(progress) == Ferro::RESULT_CANCELLED || Interrupt::Requested()) return ExitCode::Interrupted;
+  if (RescanFolders(m_Store) == Ferro::RESULT_CANCELLED || Interrupt::Requested()) return ExitCode::Interrupted;
   return CheckIndex();
 }
 

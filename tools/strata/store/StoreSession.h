@@ -28,10 +28,8 @@ class StoreSelection {
  public:
   /// All there is.
   StoreSelection() = default;
-  /// @param unknown  receives the first name that means nothing in the index.
-  /// @return false for such a name.
-  [[nodiscard]] bool Select(const std::vector<std::string>& names, const Cairn::AssetStore& store,
-                            std::string& unknown);
+  /// @return Usage, told on standard error, for a name that means nothing in the index.
+  [[nodiscard]] ExitCode Select(const std::vector<std::string>& names, const Cairn::AssetStore& store);
 
   [[nodiscard]] bool All() const { return m_IDs.empty() && m_Folders.empty(); }
   [[nodiscard]] bool HasFolder(const std::string& folder) const;

@@ -6,6 +6,6 @@
 namespace Tool {
 
 /// `strata store verify`: are the files there, with the sizes listed, and with the digests listed?
-[[nodiscard]] ExitCode StoreVerify(const StoreOptions& options);
+[[nodiscard]] ExitCode VerifyStore(const StoreOptions& options);
 
 }  // namespace Tool

@@ -39,17 +39,18 @@ std::vector<Ferro::LogEntry> QuietLog::Take() {
   return entries;
 }
 
-FrameErrorFilter::FrameErrorFilter() : m_Before(Ferro::SetDefaultLogSink(this)) {
+OwnThreadLog::OwnThreadLog() : m_Before(Ferro::SetDefaultLogSink(this)) {
   const auto* view = dynamic_cast<const LogView*>(m_Before);
   m_ShowsAll = view != nullptr && view->ShowsAll();
 }
 
-FrameErrorFilter::~FrameErrorFilter() {
+OwnThreadLog::~OwnThreadLog() {
   Ferro::SetDefaultLogSink(m_Before);
 }
 
-void FrameErrorFilter::WriteEntry(const Ferro::LogEntry& entry) {
-  if (m_ShowsAll || !entry.Message.starts_with("IMG (frame ")) m_Before->WriteEntry(entry);
+void OwnThreadLog::WriteEntry(const Ferro::LogEntry& entry) {
+  const bool is_counted = entry.Level == Ferro::LogLevel::Error && std::this_thread::get_id() != m_Owner;
+  if (m_ShowsAll || !is_counted) m_Before->WriteEntry(entry);
 }
 
 }  // namespace Tool

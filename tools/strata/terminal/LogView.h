@@ -3,6 +3,7 @@
 
 #include <Ferro/LogSink.h>
 
+#include <thread>
 #include <vector>
 
 namespace Tool {
@@ -35,15 +36,16 @@ class QuietLog : public Ferro::ILogSink {
   bool m_ShowsAll = false;
 };
 
-/// While it lives, holds back the engine's line for each frame that cannot be read, for a command that counts them, unless
-/// the user asked for all messages. The engine's threads may write to it: it outlives them.
-class FrameErrorFilter : public Ferro::ILogSink {
+/// While it lives, holds back the errors of all threads but the one that made it, for a command that counts what its reader
+/// threads fail to read, unless the user asked for all messages. The engine's threads may write to it: it outlives them.
+class OwnThreadLog : public Ferro::ILogSink {
  public:
-  FrameErrorFilter();
-  ~FrameErrorFilter() override;
+  OwnThreadLog();
+  ~OwnThreadLog() override;
   void WriteEntry(const Ferro::LogEntry& entry) override;
 
  private:
+  const std::thread::id m_Owner = std::this_thread::get_id();
   Ferro::ILogSink* m_Before;
   bool m_ShowsAll;
 };

@@ -12,7 +12,6 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
-#include "terminal/Report.h"
 #include "terminal/Terminal.h"
 
 #include <unistd.h>
@@ -79,7 +78,7 @@ ExitCode Timeline(const TimelineOptions& options) {
     const TimelineTextForm form = {options.Columns != 0 ? options.Columns : ColumnsOfTerminal(), IsUTF8Locale()};
     std::fputs(TimelineText(model, form).c_str(), stdout);
   }
-  if (options.AsJson) PrintReport(TimelineJson(model), true, {});
+  if (options.AsJson) std::fputs(TimelineJson(model).c_str(), stdout);
   if (model.Code != ExitCode::Fine)
     std::fprintf(stderr, "strata: %s `strata check` tells more.\n", TimelineVerdict(model).c_str());
   return model.Code;

@@ -25,9 +25,9 @@ std::string Escaped(const std::string& text) {
 
 /// JSON in which nothing can end the element that it stands in (HTML, 4.12.1.3): each "<" in a text is written as its
 /// number.
-std::string Embedded(const Json& json) {
+std::string Embedded(const std::string& json) {
   std::string out;
-  for (const char letter : json.dump(-1, ' ', false, Json::error_handler_t::replace)) {
+  for (const char letter : json) {
     if (letter == '<')
       out += "\\u003c";
     else
@@ -47,7 +47,7 @@ std::string TimelineHtml(const TimelineModel& model) {
          Escaped(model.Title) + "</title>\n<style>\n" + TimelineStyle() + TimelinePageStyle() +
          "</style>\n</head>\n<body>\n<noscript>" + picture.substr(picture.find("<svg")) +
          "</noscript>\n<div id=\"page\"></div>\n<script type=\"application/json\" id=\"model\">" +
-         Embedded(TimelineJson(model)) + "</script>\n<script>\n" + TimelinePageScript() +
+         Embedded(TimelineJson(model, false)) + "</script>\n<script>\n" + TimelinePageScript() +
          "</script>\n</body>\n</html>\n";
 }
 

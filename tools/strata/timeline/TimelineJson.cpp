@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineJson.h"
 
+#include "findings/FindingJson.h"
+
 namespace Tool {
 
 namespace {
@@ -12,11 +14,6 @@ void AddSpan(Json& json, const TimelineSpan& span) {
   json["duration_seconds"] = span.Seconds;
 }
 
-/// Nothing where the text is empty.
-void AddText(Json& json, const char* key, const std::string& text) {
-  if (!text.empty()) json[key] = text;
-}
-
 Json ShowJson(const TimelineShow& show) {
   Json json{{"id", show.ID.EncodeString()}, {"title", show.Title}, {"file", show.File}, {"depth", show.Depth}};
   AddSpan(json, show);
@@ -25,8 +22,8 @@ Json ShowJson(const TimelineShow& show) {
 
 Json CompositionJson(const TimelineComposition& composition) {
   Json json{{"id", composition.ID.EncodeString()}, {"title", composition.Title}};
-  AddText(json, "kind", composition.Kind);
-  AddText(json, "file", composition.File);
+  AddUnlessEmpty(json, "kind", composition.Kind);
+  AddUnlessEmpty(json, "file", composition.File);
   json["edit_rate"] = composition.EditRate.EncodeString();
   json["stereoscopic"] = composition.Stereoscopic;
   json["encrypted"] = composition.Encrypted;
@@ -46,14 +43,14 @@ Json TrackJson(const TimelineTrack& track) {
   AddSpan(json, track);
   if (!track.Asset.AssetID.HasValue()) return json;
   json["asset_id"] = track.Asset.AssetID.EncodeString();
-  AddText(json, "file", track.File);
+  AddUnlessEmpty(json, "file", track.File);
   json["edit_rate"] = track.Asset.EditRate.EncodeString();
   json["entry_point"] = track.Asset.EntryPoint;
   json["asset_duration"] = track.Asset.Duration;
   json["intrinsic_duration"] = track.Asset.IntrinsicDuration;
   if (track.Encrypted()) json["key_id"] = track.Asset.KeyID.EncodeString();
-  AddText(json, "language", track.Language);
-  AddText(json, "coding", track.Coding);
+  AddUnlessEmpty(json, "language", track.Language);
+  AddUnlessEmpty(json, "coding", track.Coding);
   if (track.Stereoscopic) json["stereoscopic"] = true;
   if (!track.Problems.empty()) json["problems"] = track.Problems;
   return json;
@@ -61,7 +58,7 @@ Json TrackJson(const TimelineTrack& track) {
 
 Json MarkerJson(const TimelineMarker& marker) {
   Json json{{"label", marker.Label}};
-  AddText(json, "scope", marker.Scope);
+  AddUnlessEmpty(json, "scope", marker.Scope);
   json["origin"] = marker.OfComposition ? "composition" : "show";
   json["position"] = marker.Position;
   json["seconds"] = marker.Seconds;
@@ -70,14 +67,14 @@ Json MarkerJson(const TimelineMarker& marker) {
 
 }  // namespace
 
-Json TimelineJson(const TimelineModel& model) {
-  Json json = NewReport("timeline");
+std::string TimelineJson(const TimelineModel& model, bool is_indented) {
+  Json json = NewJsonReport("timeline");
   json["title"] = model.Title;
   json["exit_code"] = static_cast<int>(model.Code);
   json["verdict"] = TimelineVerdict(model);
   json["duration"] = model.Duration;
   json["duration_seconds"] = model.Seconds;
-  for (const char* list : {"shows", "compositions", "lanes", "markers", "findings"}) json[list] = Json::array();
+  for (const char* list : {"shows", "compositions", "lanes", "markers"}) json[list] = Json::array();
   for (const TimelineShow& show : model.Shows) json["shows"].push_back(ShowJson(show));
   for (const auto& composition : model.Compositions) json["compositions"].push_back(CompositionJson(composition));
   for (const TimelineLane& lane : model.Lanes) {
@@ -87,8 +84,8 @@ Json TimelineJson(const TimelineModel& model) {
     for (const TimelineTrack& track : lane.Tracks) added["tracks"].push_back(TrackJson(track));
   }
   for (const TimelineMarker& marker : model.Markers) json["markers"].push_back(MarkerJson(marker));
-  for (const Finding& finding : model.Findings) json["findings"].push_back(FindingToJson(finding));
-  return json;
+  json["findings"] = FindingsJson(model.Findings);
+  return JsonText(json, is_indented);
 }
 
 }  // namespace Tool

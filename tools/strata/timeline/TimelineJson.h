@@ -2,11 +2,12 @@
 #pragma once
 
 #include "TimelineModel.h"
-#include "terminal/Report.h"
+
+#include <string>
 
 namespace Tool {
 
-/// The model as a report of schema strata-timeline-1, documented in docs/schema.
-[[nodiscard]] Json TimelineJson(const TimelineModel& model);
+/// The model as a report of schema strata-timeline-1, documented in docs/schema: indented, or in one line.
+[[nodiscard]] std::string TimelineJson(const TimelineModel& model, bool is_indented = true);
 
 }  // namespace Tool

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineModel.h"
 
+#include "findings/FindingReport.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
@@ -48,13 +49,14 @@ class FindingsByPlace {
  public:
   explicit FindingsByPlace(const std::vector<Finding>& findings) {
     for (const Finding& finding : findings)
-      m_Places[{finding.Composition, finding.Reel, finding.AssetType, finding.AssetID}].push_back(&finding);
+      m_Places[{finding.CompositionNumber, finding.Reel, finding.AssetID}].push_back(&finding);
   }
 
-  /// Adds to the problems of something, and makes its state the worst of all.
-  void Tell(const std::string& composition, size_t reel, const std::string& type, const Cairn::UUID& id,
-            TimelineState& state, std::vector<std::string>& problems) const {
-    const auto found = m_Places.find({composition, static_cast<ui32_t>(reel), type, id.EncodeString()});
+  /// Adds to the problems of something, and makes its state the worst of all. `composition` is an index; reel 0 is the
+  /// composition itself.
+  void Tell(size_t composition, size_t reel, const Cairn::UUID& id, TimelineState& state,
+            std::vector<std::string>& problems) const {
+    const auto found = m_Places.find({composition + 1, reel, id});
     if (found == m_Places.end()) return;
     for (const Finding* finding : found->second) {
       const std::string text = SentenceOf(*finding);
@@ -64,7 +66,7 @@ class FindingsByPlace {
   }
 
  private:
-  using Place = std::tuple<std::string, ui32_t, std::string, std::string>;
+  using Place = std::tuple<size_t, size_t, Cairn::UUID>;
   std::map<Place, std::vector<const Finding*>> m_Places;
 };
 
@@ -118,7 +120,7 @@ class ModelMaker {
     to.Duration = from.Duration;
     to.StartSeconds = m_Seconds;
     to.Seconds = SecondsOf(from.Duration, from.EditRate);
-    m_Findings.Tell(to.Title, 0, "composition", from.ID, to.State, to.Problems);
+    m_Findings.Tell(m_Model.Compositions.size(), 0, from.ID, to.State, to.Problems);
     const bool has_sound = std::any_of(from.Reels.begin(), from.Reels.end(),
                                        [](const OutlineReel& reel) { return reel.First(AssetKind::Sound) != nullptr; });
     ui32_t offset = 0;
@@ -151,8 +153,7 @@ class ModelMaker {
       track.Seconds = SecondsOf(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
       if (!asset.Found) track.State = TimelineState::Missing;
-      m_Findings.Tell(to.Title, track.Reel, AssetKindName(asset.Kind), asset.Asset.AssetID, track.State,
-                      track.Problems);
+      m_Findings.Tell(track.Composition, track.Reel, asset.Asset.AssetID, track.State, track.Problems);
     }
     if (numbers[AssetKind::Sound] > 0) return;
     TimelineTrack& track = LaneFor(AssetKind::Sound, 1).Tracks.emplace_back();
@@ -216,11 +217,6 @@ class ModelMaker {
   double m_Seconds = 0;
 };
 
-/// "1 picture", "2 pictures".
-std::string Counted(unsigned count, const std::string& thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 || thing.ends_with("data") ? "" : "s");
-}
-
 std::string TitleOf(const TimelineModel& model) {
   const auto is_whole = [](const TimelineShow& show) { return show.Depth == 0; };
   if (std::count_if(model.Shows.begin(), model.Shows.end(), is_whole) == 1) return model.Shows.front().Title;
@@ -255,7 +251,7 @@ const char* TimelineStateName(TimelineState state) {
 
 TimelineModel MakeTimelineModel(const ShowOutline& outline) {
   TimelineModel model;
-  model.Findings = FindingsOf(outline);
+  model.Findings = CheckShow(outline);
   model.Code = ExitCodeFor(model.Findings);
   ModelMaker(outline, model).Make();
   model.Title = TitleOf(model);
@@ -269,24 +265,16 @@ std::vector<Finding> WorstFirst(std::vector<Finding> findings) {
 }
 
 std::string TimelineVerdict(const TimelineModel& model) {
-  std::map<std::string, unsigned> missing;
-  unsigned missing_count = 0;
-  unsigned error_count = 0;
-  for (const Finding& finding : model.Findings) {
-    if (finding.Level == Severity::Error) ++error_count;
-    if (finding.Level != Severity::Missing) continue;
-    ++missing[finding.AssetType];
-    ++missing_count;
-  }
-  std::string text = missing_count == 0 ? "All assets are there" : std::to_string(missing_count) + " missing: ";
-  const char* separator = "";
-  for (const auto& [kind, count] : missing) {
-    text += separator + Counted(count, kind);
-    separator = ", ";
-  }
-  if (error_count > 0)
-    text += (missing_count == 0 ? ", with " : "; ") + std::to_string(error_count) +
-            (error_count == 1 ? " error" : " errors");
+  const auto count = [&](Severity severity) {
+    return std::count_if(model.Findings.begin(), model.Findings.end(),
+                         [&](const Finding& finding) { return finding.Level == severity; });
+  };
+  const auto missing = count(Severity::Missing);
+  const auto errors = count(Severity::Error);
+  std::string text =
+      missing == 0 ? "All assets are there" : std::to_string(missing) + " missing: " + MissingText(model.Findings);
+  if (errors > 0)
+    text += (missing == 0 ? ", with " : "; ") + std::to_string(errors) + (errors == 1 ? " error" : " errors");
   return text + '.';
 }
 

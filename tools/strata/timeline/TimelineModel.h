@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "findings/ShowFindings.h"
+#include "findings/Finding.h"
 #include "show/ShowOutline.h"
 #include "terminal/ExitCode.h"
-#include "terminal/Report.h"
 
 #include <string>
 #include <vector>

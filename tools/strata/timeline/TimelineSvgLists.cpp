@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineSvgLists.h"
 
+#include "findings/FindingReport.h"
 #include "terminal/DisplayText.h"
 #include "terminal/TextForms.h"
 
@@ -78,10 +79,9 @@ class Lists {
     for (size_t index = 0; index < std::min(worst.size(), MostFindings); ++index) {
       Finding shown = worst[index];
       shown.Composition = FitColumns(shown.Composition, 60);
-      const std::string text = FindingText(FindingToJson(shown));
-      const bool alarm = worst[index].Level != Severity::Warning;
-      m_Out.Text(m_Place.X, m_Y + 12, FitPixels(text.substr(0, text.find('\n')), 11, m_Place.Width),
-                 alarm ? "small alarm" : "small");
+      const std::string text = std::string(SeverityName(shown.Level)) + ": " + FindingLine(shown);
+      const bool alarm = shown.Level != Severity::Warning;
+      m_Out.Text(m_Place.X, m_Y + 12, FitPixels(text, 11, m_Place.Width), alarm ? "small alarm" : "small");
       m_Y += Line;
     }
     More(m_Place.X, worst.size(), MostFindings);

@@ -2,6 +2,7 @@
 #include "TimelineText.h"
 
 #include "TimelineLayout.h"
+#include "findings/FindingReport.h"
 #include "terminal/DisplayText.h"
 #include "terminal/TextForms.h"
 
@@ -330,8 +331,7 @@ class TextTimeline {
   void ListFindings() {
     if (!m_Model.Findings.empty()) m_Text += '\n';
     for (const Finding& finding : WorstFirst(m_Model.Findings)) {
-      const std::string text = FindingText(DisplayModel(FindingToJson(finding)));
-      AddWrapped(text.substr(0, text.find('\n')));
+      AddWrapped(std::string(SeverityName(finding.Level)) + ": " + FindingLine(finding));
     }
   }
 

@@ -75,9 +75,11 @@ Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
     throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
   TimedTextDescriptor descriptor = Describe(job, filename, text);
 
-  std::vector<Ferro::UUID> references;
-  if (ReadTextReferences(text, references).Failure())
-    throw CommandError(ExitCode::NotPlayable, filename + ": this document is no well-formed XML");
+  TextReferences named;
+  if (ReadTextReferences(text, named).Failure())
+    throw CommandError(ExitCode::NotPlayable, filename + ": this document is not well-formed XML");
+  std::vector<Ferro::UUID> references = named.Fonts;
+  references.insert(references.end(), named.Images.begin(), named.Images.end());
   std::sort(references.begin(), references.end());
   references.erase(std::unique(references.begin(), references.end()), references.end());
 

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "CheckReport.h"
+#include "findings/FindingJson.h"
+
+namespace Tool {
+
+namespace {
+
+Json CompositionJson(const CheckedComposition& composition) {
+  return Json{{"id", composition.ID.EncodeString()},
+              {"title", composition.Title},
+              {"file", composition.File},
+              {"edit_rate", composition.EditRate.EncodeString()},
+              {"start", composition.Start},
+              {"duration", composition.Duration},
+              {"reels", composition.Reels},
+              {"stereoscopic", composition.Stereoscopic}};
+}
+
+}  // namespace
+
+std::string CheckJson(const CheckReport& report) {
+  Json json = NewJsonReport("check");
+  json["playable"] = report.Code == ExitCode::Fine;
+  json["exit_code"] = static_cast<int>(report.Code);
+  json["duration"] = report.Duration;
+  json["duration_seconds"] = report.DurationSeconds;
+  json["compositions"] = Json::array();
+  for (const CheckedComposition& composition : report.Compositions)
+    json["compositions"].push_back(CompositionJson(composition));
+  json["findings"] = FindingsJson(report.Findings);
+  json["verdict"] = CheckVerdict(report);
+  return JsonText(json);
+}
+
+}  // namespace Tool

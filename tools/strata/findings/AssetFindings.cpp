@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "AssetFindings.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Tool {
+
+namespace {
+
+struct ProblemFinding {
+  Cairn::AssetProblem_t Problem;
+  FindingID ID;
+};
+
+// Those that keep the asset from being used first.
+constexpr std::array AssetProblems = {
+    ProblemFinding{Cairn::AP_MISSING_FILE, FindingID::PklAssetMissing},
+    ProblemFinding{Cairn::AP_BAD_PATH, FindingID::AmPath},
+    ProblemFinding{Cairn::AP_SPLIT, FindingID::AmChunks},
+    ProblemFinding{Cairn::AP_UNREADABLE, FindingID::FileDamaged},
+    ProblemFinding{Cairn::AP_WRONG_SIZE, FindingID::PklAssetSize},
+    ProblemFinding{Cairn::AP_DIGEST_MISMATCH, FindingID::PklAssetHash},
+    ProblemFinding{Cairn::AP_WRONG_ID, FindingID::FileID},
+    ProblemFinding{Cairn::AP_NOT_PACKED, FindingID::PklAssetUnmapped},
+    ProblemFinding{Cairn::AP_NOT_LISTED, FindingID::PklUnlisted},
+    ProblemFinding{Cairn::AP_PATH_CASE, FindingID::AmPathCase},
+};
+
+FindingID IDOf(Cairn::PackageProblem_t problem) {
+  switch (problem) {
+    case Cairn::PP_NO_ASSET_MAP:
+      return FindingID::AmMissing;
+    case Cairn::PP_NO_PACKING_LIST:
+      return FindingID::PklMissing;
+    case Cairn::PP_ASSET_MAP_UNREADABLE:
+      return FindingID::AmSchema;
+    case Cairn::PP_PACKING_LIST_UNREADABLE:
+      return FindingID::PklSchema;
+    case Cairn::PP_SEVERAL_ASSET_MAPS:
+      return FindingID::AmSeveral;
+    case Cairn::PP_LISTS_DISAGREE:
+      return FindingID::PklDisagree;
+    case Cairn::PP_REPEATED_ASSET:
+      return FindingID::AmDuplicateID;
+  }
+  return FindingID::AmSchema;
+}
+
+const char* Unreadable(Cairn::UnreadableKind_t kind) {
+  switch (kind) {
+    case Cairn::UK_FILE:
+      return "This file cannot be opened, so its contents are not known";
+    case Cairn::UK_FOLDER:
+      return "This folder cannot be opened, so its contents are not known";
+    case Cairn::UK_LINK:
+      return "This symbolic link leads nowhere";
+    case Cairn::UK_ENTRY:
+      break;
+  }
+  return "The system does not say what this is";
+}
+
+Finding FindingOf(const Cairn::AssetRecord& record, const ProblemFinding& problem, MappedPaths& paths) {
+  const bool cannot_open = problem.Problem == Cairn::AP_UNREADABLE && !record.OpenFailure.empty();
+  Finding finding(cannot_open ? FindingID::FileUnreadable : problem.ID);
+  if (cannot_open)
+    finding.Message = "The file cannot be opened: " + record.OpenFailure + '.';
+  else if (problem.Problem == Cairn::AP_UNREADABLE)
+    finding.Message = "The file could not be read or understood.";
+  finding.AssetID = record.Info.ID;
+  finding.File = record.Info.RealFilename.empty() ? paths.Of(record) : record.Info.RealFilename;
+  if (problem.Problem == Cairn::AP_WRONG_SIZE && record.HasListedSize) {
+    finding.Expected = BytesCount(record.ListedSize);
+    finding.Found = BytesCount(record.Info.FileSize);
+  }
+  return finding;
+}
+
+}  // namespace
+
+std::vector<Finding> FindingsOfAsset(const Cairn::AssetRecord& record, MappedPaths& paths) {
+  std::vector<Finding> findings;
+  for (const ProblemFinding& problem : AssetProblems)
+    if ((record.Problems & problem.Problem) != 0) findings.push_back(FindingOf(record, problem, paths));
+  return findings;
+}
+
+std::vector<Finding> FindingsOfPackage(const Cairn::PackageRecord& package) {
+  std::vector<Finding> findings;
+  for (const Cairn::PackageFinding& problem : package.Findings) {
+    const bool has_no_map = problem.Problem == Cairn::PP_NO_ASSET_MAP;
+    if (has_no_map && package.Has(Cairn::PP_ASSET_MAP_UNREADABLE)) continue;
+    Finding& finding = findings.emplace_back(IDOf(problem.Problem));
+    finding.Level = Severity::Warning;
+    if (!has_no_map) finding.Message = problem.Reason();
+    finding.What = Subject::Package;
+    finding.File = package.Folder;
+    finding.Advice = KindOf(FindingID::AmMissing).Advice;
+  }
+  return findings;
+}
+
+Finding FindingOfUnreadable(const Cairn::UnreadableEntry& entry) {
+  Finding finding(FindingID::FileUnreadable);
+  finding.Level = Severity::Warning;
+  finding.Message = std::string(Unreadable(entry.Kind)) + ": " + entry.Reason + '.';
+  finding.File = entry.Path;
+  return finding;
+}
+
+std::string BytesCount(Ferro::ui64_t bytes) {
+  return std::to_string(bytes) + " bytes";
+}
+
+}  // namespace Tool

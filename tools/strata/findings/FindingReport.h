@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Finding.h"
+#include "show/ShowOutline.h"
+#include "terminal/ExitCode.h"
+
+#include <string>
+#include <vector>
+
+// How the commands show findings.
+
+namespace Tool {
+
+/// FindingsOf, while a progress bar tells how far it is; an interrupt ends it early.
+[[nodiscard]] std::vector<Finding> CheckShow(const ShowOutline& outline);
+
+/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
+[[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
+
+/// "warning", "missing", "error".
+[[nodiscard]] const char* SeverityName(Severity severity);
+/// "Composition, reel 2, sound: What is wrong. Expected this, found that.": safe to print, without line end.
+[[nodiscard]] std::string FindingLine(const Finding& finding);
+/// The severity and FindingLine, then lines for identifier, file and advice, where it has them.
+[[nodiscard]] std::string FindingText(const Finding& finding);
+/// "1 picture, 2 sounds": what is missing.
+[[nodiscard]] std::string MissingText(const std::vector<Finding>& findings);
+
+}  // namespace Tool

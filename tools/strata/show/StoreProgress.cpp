@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "StoreProgress.h"
+
+#include "terminal/Interrupt.h"
+#include "terminal/ProgressBar.h"
+
+#include <filesystem>
+
+namespace Tool {
+
+namespace {
+
+Cairn::AssetStore::OnScan ShowScan(ProgressBar& bar) {
+  return [&bar](const Cairn::ScanProgress& now) {
+    bar.Update(now.FilesDone, now.FilesTotal);
+    return !Interrupt::Requested();
+  };
+}
+
+}  // namespace
+
+Cairn::Result_t ScanFolder(Cairn::AssetStore& store, const std::string& folder) {
+  std::error_code error;
+  ProgressBar bar("Scanning " + std::filesystem::canonical(folder, error).filename().string(), ProgressUnit::Files);
+  return store.AddFolder(folder, ShowScan(bar));
+}
+
+Cairn::Result_t RescanFolders(Cairn::AssetStore& store) {
+  ProgressBar bar("Looking for changes", ProgressUnit::Files);
+  return store.Refresh(ShowScan(bar));
+}
+
+Cairn::Result_t VerifyDigests(Cairn::AssetStore& store, const Cairn::UUIDList& ids, Ferro::ui32_t threads) {
+  if (ids.empty()) return Ferro::RESULT_OK;
+  ProgressBar bar("Verifying");
+  return store.VerifyDigests(ids, threads, [&](const Cairn::VerifyProgress& now) {
+    bar.Update(now.BytesDone, now.BytesTotal);
+    return !Interrupt::Requested();
+  });
+}
+
+}  // namespace Tool
