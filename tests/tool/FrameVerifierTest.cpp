@@ -4,8 +4,8 @@
 #include "FakeTrack.h"
 #include "TemporaryFolder.h"
 #include "TrackFileMaker.h"
-#include "play/PlayCommand.h"
-#include "play/PlaySession.h"
+#include "play/PlayReport.h"
+#include "terminal/JsonReport.h"
 
 #include <gtest/gtest.h>
 
@@ -42,15 +42,18 @@ TEST_F(FrameVerifierTest, FrameOfTheFileIsTheSame) {
   FrameVerifier verifier(m_Store);
   for (Ferro::ui32_t number = 0; number < 5; ++number)
     EXPECT_TRUE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, number), number)));
-  EXPECT_EQ(verifier.Compared(), 5U);
-  EXPECT_EQ(verifier.Different(), 0U);
-  EXPECT_EQ(VerifiedJson(verifier), Json::parse(R"({"compared": 5, "different": 0})"));
+  EXPECT_EQ(verifier.Outcome().Compared, 5U);
+  EXPECT_EQ(verifier.Outcome().Different, 0U);
+  EXPECT_TRUE(verifier.Outcome().Differences.empty());
 }
 
 TEST_F(FrameVerifierTest, WrongFrameIsToldWithItsTrackAndEditUnits) {
   FrameVerifier verifier(m_Store);
   EXPECT_FALSE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, 2), 3)));
-  EXPECT_EQ(VerifiedJson(verifier), Json::parse(R"({"compared": 1, "different": 1, "differences": [{
+  PlayReport report;
+  report.Verified = verifier.Outcome();
+  const auto verified = Json::parse(PlayJson(report))["verified"];
+  EXPECT_EQ(verified, Json::parse(R"({"compared": 1, "different": 1, "differences": [{
     "channel": "picture", "edit_unit": 103, "file_edit_unit": 3,
     "asset_id": "a5a5a5a5-0000-4000-8000-000000000001"}]})"));
 }
@@ -63,40 +66,47 @@ TEST_F(FrameVerifierTest, OneWrongByteAndOneMissingByteAreDifferences) {
   frame.back() ^= 1;
   frame.pop_back();
   EXPECT_FALSE(verifier.Inspect(Frame(frame, 4)));
-  EXPECT_EQ(verifier.Different(), 2U);
+  EXPECT_EQ(verifier.Outcome().Different, 2U);
 }
 
 TEST_F(FrameVerifierTest, KeepsTheFirstHundredDifferences) {
   FrameVerifier verifier(m_Store);
   const Bytes frame(10);
   for (int i = 0; i < 150; ++i) EXPECT_FALSE(verifier.Inspect(Frame(frame, 0)));
-  EXPECT_EQ(verifier.Different(), 150U);
-  EXPECT_EQ(verifier.Differences().size(), 100U);
+  EXPECT_EQ(verifier.Outcome().Different, 150U);
+  EXPECT_EQ(verifier.Outcome().Differences.size(), 100U);
 }
 
 TEST_F(FrameVerifierTest, FrameWithoutFileIsNotCompared) {
   FrameVerifier verifier(m_Store);
   m_Track.Is.AssetID = *Ferro::UUID::FromHex("b5b5b5b5-0000-4000-8000-000000000001");
   EXPECT_TRUE(verifier.Inspect(Frame(Bytes(10), 0)));
-  EXPECT_EQ(verifier.Compared(), 0U);
+  EXPECT_EQ(verifier.Outcome().Compared, 0U);
 }
 
-TEST(PlayExitCode, FramesThatCouldNotBeReadAreNotPlayable) {
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}, {"repeated": 3}]})")),
-            ExitCode::NotPlayable);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "channels": [{"repeated": 0}]})")), ExitCode::Fine);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "channels": [{"repeated": 3}]})")),
-            ExitCode::Interrupted);
+PlayReport ReportWith(bool interrupted, Ferro::ui64_t repeated) {
+  PlayReport report;
+  report.Interrupted = interrupted;
+  report.Channels.resize(2);
+  report.Channels.back().Repeated = repeated;
+  return report;
 }
 
-TEST(PlayExitCode, DifferentFramesAreNotPlayable) {
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 1}})")),
-            ExitCode::NotPlayable);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false, "verified": {"compared": 9, "different": 0}})")),
-            ExitCode::Fine);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": false})")), ExitCode::Fine);
-  EXPECT_EQ(PlayExitCode(Json::parse(R"({"interrupted": true, "verified": {"compared": 9, "different": 1}})")),
-            ExitCode::Interrupted);
+TEST(PlayReport, FramesThatCouldNotBeReadAreNotPlayable) {
+  EXPECT_EQ(ReportWith(false, 3).Code(), ExitCode::NotPlayable);
+  EXPECT_EQ(ReportWith(false, 0).Code(), ExitCode::Fine);
+  EXPECT_EQ(ReportWith(true, 3).Code(), ExitCode::Interrupted);
+}
+
+TEST(PlayReport, DifferentFramesAreNotPlayable) {
+  PlayReport report = ReportWith(false, 0);
+  report.Verified = Verification{9, 1, {}};
+  EXPECT_EQ(report.Code(), ExitCode::NotPlayable);
+  report.Verified->Different = 0;
+  EXPECT_EQ(report.Code(), ExitCode::Fine);
+  report.Interrupted = true;
+  report.Verified->Different = 1;
+  EXPECT_EQ(report.Code(), ExitCode::Interrupted);
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 #include "FrameCommand.h"
 
 #include "FrameOutput.h"
+#include "FrameReport.h"
 #include "FrameSource.h"
 #include "WaveFile.h"
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ProgressBar.h"
-#include "terminal/Report.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
@@ -131,30 +131,6 @@ void WriteSound(FrameSource& source, const FrameChannel& channel, ui32_t positio
   wave.Finish();
 }
 
-Json MakeReport(const EditUnit& unit, const FrameChannel& channel, ui32_t position, const FrameSource& source,
-                const FrameOptions& options, const std::vector<std::string>& files) {
-  Json report = NewReport("frame");
-  report["channel"] = channel.Name();
-  report["position"] = position;
-  report["count"] = options.Count;
-  report["time_code"] = TimeCodeText(position, source.EditRate());
-  report["asset"] = unit.AssetID;
-  report["file_position"] = unit.FilePosition;
-  report["encrypted"] = unit.Encrypted;
-  report["files"] = files;
-  return report;
-}
-
-std::string Render(const Json& report) {
-  std::string text;
-  for (const Json& file : report["files"]) text += file.get<std::string>() + '\n';
-  text += report["channel"].get<std::string>() + " of edit unit " + std::to_string(report["position"].get<ui32_t>()) +
-          " (" + report["time_code"].get<std::string>() + ")";
-  const auto asset = report["asset"].get<std::string>();
-  if (asset.empty()) return text + ", which is silence that the show fills in\n";
-  return text + ", edit unit " + std::to_string(report["file_position"].get<ui32_t>()) + " of " + asset + '\n';
-}
-
 ExitCode Frame(FrameOptions& options) {
   const auto form = FrameFormOf(options.Output.Filename);
   if (!form)
@@ -177,7 +153,15 @@ ExitCode Frame(FrameOptions& options) {
   else
     files = WriteFrame(unit, options.Output);
   if (unit.Encrypted) std::fputs("strata: warning: the track file is encrypted; ciphertext was written\n", stderr);
-  PrintReport(MakeReport(unit, choice->Channel, position, *source, options, files), options.AsJson, Render);
+  const FrameReport report = {.Channel = choice->Channel.Name(),
+                              .Position = position,
+                              .Count = options.Count,
+                              .TimeCode = TimeCodeText(position, source->EditRate()),
+                              .AssetID = unit.AssetID,
+                              .FilePosition = unit.FilePosition,
+                              .Encrypted = unit.Encrypted,
+                              .Files = files};
+  std::fputs((options.AsJson ? FrameJson(report) : FrameText(report)).c_str(), stdout);
   return ExitCode::Fine;
 }
 

@@ -8,7 +8,7 @@
 #include "InfoTrackFile.h"
 #include "show/InfoKinds.h"
 #include "terminal/Command.h"
-#include "terminal/ExitCode.h"
+#include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
 #include "terminal/TextForms.h"
@@ -29,78 +29,65 @@ struct InfoOptions {
   bool AsJson = false;
 };
 
-void DescribeMXF(const std::string& path, Json& item) {
+void DescribeMXF(const std::string& path, InfoItem& item) {
   QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
   if (QUIRE::EssenceType(path, essence).Failure()) essence = QUIRE::ESS_MXF_OTHER;
   DescribeTrackFile(path, essence, item);
 }
 
-void DescribeFile(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, InfoItem& item) {
   Cairn::FileContent content;
   const auto result = Cairn::InspectFile(path, content);
-  item["kind"] = FileKindName(content.Type);
+  item.Kind = FileKindName(content.Type);
   std::error_code error;
   const auto size = std::filesystem::file_size(path, error);
-  if (!error) {
-    item["size"] = size;
-    item["size_text"] = BytesText(size);
-  }
-  if (result.Failure()) return AddProblem(item, std::string("The file cannot be read: ") + result.Label());
+  if (!error) item.Facts.Set("size", {size, BytesText(size)});
+  if (result.Failure()) return item.AddProblem(std::string("The file cannot be read: ") + result.Label());
   if (IsMXF(content.Type)) return DescribeMXF(path, item);
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
-      return AddProblem(
-          item, size == 0 ? "The file is empty." : "This is no file of digital cinema, or its beginning is damaged.");
+      return item.AddProblem(size == 0 ? "The file is empty."
+                                       : "This is no file of digital cinema, or its beginning is damaged.");
     case Cairn::FT_XML:
-      return AddProblem(item, "This XML document is none of digital cinema, or of a version that is unknown here.");
+      return item.AddProblem("This XML document is none of digital cinema, or of a version that is unknown here.");
     default:
-      AddFact(item, "id", content.ID);
+      item.Facts.Add("id", content.ID);
       DescribeDocument(path, content.Type, item);
       return DescribeRawEssence(path, content.Type, item);
   }
 }
 
-Json Describe(const std::string& path, ExitCode& code) {
-  Json item{{"path", path}, {"kind", "nothing"}};
+InfoItem Describe(const std::string& path, ExitCode& code) {
+  InfoItem item = {path, "nothing", {}, {}, {}};
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) {
-    AddProblem(item, "There is no such file or folder.");
+    item.AddProblem("There is no such file or folder.");
     code = ExitCode::Usage;
     return item;
   }
   if (std::filesystem::is_directory(status)) {
-    item["kind"] = "folder";
+    item.Kind = "folder";
     DescribeFolder(path, item);
   } else if (std::filesystem::is_regular_file(status)) {
     DescribeFile(path, item);
   } else {
-    item["kind"] = "device";
-    AddProblem(item, "This is neither a file nor a folder.");
+    item.Kind = "device";
+    item.AddProblem("This is neither a file nor a folder.");
   }
-  if (item.contains("problems") && code == ExitCode::Fine) code = ExitCode::NotPlayable;
+  if (!item.Problems.empty() && code == ExitCode::Fine) code = ExitCode::NotPlayable;
   return item;
-}
-
-std::string Render(const Json& report) {
-  std::string text;
-  for (const Json& item : report["items"]) text += (text.empty() ? "" : "\n") + InfoText(item);
-  return text;
 }
 
 ExitCode Info(const InfoOptions& options) {
   const QuietLog log;  // what is wrong is told in the items
   ExitCode code = ExitCode::Fine;
-  Json report = NewReport("info");
-  report["items"] = Json::array();
+  std::vector<InfoItem> items;
   for (const std::string& path : options.Paths) {
-    report["items"].push_back(Describe(path, code));
-    if (Interrupt::Requested()) {
-      std::fputs("strata: interrupted\n", stderr);
-      return ExitCode::Interrupted;
-    }
+    items.push_back(Describe(path, code));
+    if (Interrupt::Requested()) throw CommandStopped{""};
   }
-  PrintReport(report, options.AsJson, Render);
+  std::fputs((options.AsJson ? InfoJson(items) : InfoText(items)).c_str(), stdout);
   return code;
 }
 

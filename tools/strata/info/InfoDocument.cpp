@@ -12,6 +12,8 @@
 #include <Cairn/PackingList.h>
 #include <Strata/ShowPlaylist.h>
 
+#include <utility>
+
 namespace Tool {
 
 namespace {
@@ -20,156 +22,172 @@ const char* FormatName(Cairn::DCPFormat_t format) {
   return format == Cairn::DFT_Interop ? "Interop" : "SMPTE";
 }
 
-Json AssetJson(const char* kind, const Cairn::GenericAsset& asset) {
-  Json json{{"kind", kind}, {"id", asset.AssetID.EncodeString()}};
-  json["entry_point"] = asset.EntryPoint;
-  json["duration"] = asset.Duration;
-  json["intrinsic_duration"] = asset.IntrinsicDuration;
-  AddFact(json, "key_id", asset.KeyID);
-  return json;
+InfoFacts AssetFacts(const char* kind, const Cairn::GenericAsset& asset, const std::string& language = "") {
+  InfoFacts facts;
+  facts.Set("kind", kind);
+  facts.Set("id", asset.AssetID.EncodeString());
+  facts.Set("entry_point", asset.EntryPoint);
+  facts.Set("duration", asset.Duration);
+  facts.Set("intrinsic_duration", asset.IntrinsicDuration);
+  facts.Add("key_id", asset.KeyID);
+  facts.Add("language", language);
+  return facts;
 }
 
-Json TextJson(const char* kind, const Cairn::TimedTextAsset& asset) {
-  Json json = AssetJson(kind, asset);
-  AddFact(json, "language", asset.Language);
-  return json;
-}
-
-Json ReelJson(const Cairn::Reel& reel, bool stereoscopic) {
-  Json json{{"id", reel.ID.EncodeString()}, {"duration", reel.MainPicture.Duration}};
-  Json& assets = json["assets"] = Json::array();
-  if (reel.MainPicture.AssetID.HasValue())
-    assets.push_back(AssetJson(stereoscopic ? "stereoscopic picture" : "picture", reel.MainPicture));
-  if (reel.MainSound.AssetID.HasValue()) {
-    assets.push_back(AssetJson("sound", reel.MainSound));
-    AddFact(assets.back(), "language", reel.MainSound.Language);
+template <class MarkerList>
+InfoList MarkersOf(const MarkerList& markers) {
+  InfoList list;
+  for (const auto& marker : markers) {
+    InfoFacts facts;
+    facts.Set("label", marker.Label);
+    facts.Set("offset", marker.Offset);
+    list.emplace_back(std::move(facts));
   }
-  if (reel.MainSubtitle.AssetID.HasValue())
-    assets.push_back(TextJson(AssetKindName(AssetKind::OnScreenText), reel.MainSubtitle));
-  for (const auto& text : reel.OffScreenText) assets.push_back(TextJson(AssetKindName(AssetKind::OffScreenText), text));
-  for (const auto& data : reel.AuxData) assets.push_back(AssetJson(AssetKindName(AssetKind::AuxData), data));
-  Json& markers = json["markers"] = Json::array();
-  for (const Cairn::Marker& marker : reel.MainMarkers.MarkerList)
-    markers.push_back(Json{{"label", marker.Label}, {"offset", marker.Offset}});
-  return json;
+  return list;
 }
 
-void Describe(const Cairn::CompositionPlaylist& cpl, Json& item) {
-  AddFact(item, "id", cpl.ID);
-  item["flavour"] = FormatName(cpl.DCPFormat);
-  AddFact(item, "title", cpl.ContentTitle);
-  AddFact(item, "annotation", cpl.Annotation);
-  AddFact(item, "content_kind", cpl.ContentKindText);
-  AddFact(item, "issue_date", cpl.IssueDate);
-  AddFact(item, "issuer", cpl.Issuer);
-  AddFact(item, "creator", cpl.Creator);
-  item["signed"] = cpl.SignatureMode != Cairn::SM_NONE;
+InfoFacts ReelFacts(const Cairn::Reel& reel, bool stereoscopic) {
+  InfoFacts facts;
+  facts.Set("id", reel.ID.EncodeString());
+  facts.Set("duration", reel.MainPicture.Duration);
+  InfoList assets;
+  if (reel.MainPicture.AssetID.HasValue())
+    assets.emplace_back(AssetFacts(stereoscopic ? "stereoscopic picture" : "picture", reel.MainPicture));
+  if (reel.MainSound.AssetID.HasValue())
+    assets.emplace_back(AssetFacts("sound", reel.MainSound, reel.MainSound.Language));
+  const auto add_text = [&assets](AssetKind kind, const Cairn::TimedTextAsset& text) {
+    assets.emplace_back(AssetFacts(AssetKindName(kind), text, text.Language));
+  };
+  if (reel.MainSubtitle.AssetID.HasValue()) add_text(AssetKind::OnScreenText, reel.MainSubtitle);
+  for (const auto& text : reel.OffScreenText) add_text(AssetKind::OffScreenText, text);
+  for (const auto& data : reel.AuxData) assets.emplace_back(AssetFacts(AssetKindName(AssetKind::AuxData), data));
+  facts.Set("assets", std::move(assets));
+  facts.Set("markers", MarkersOf(reel.MainMarkers.MarkerList));
+  return facts;
+}
+
+void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
+  item.Facts.Add("id", cpl.ID);
+  item.Facts.Set("flavour", FormatName(cpl.DCPFormat));
+  item.Facts.Add("title", cpl.ContentTitle);
+  item.Facts.Add("annotation", cpl.Annotation);
+  item.Facts.Add("content_kind", cpl.ContentKindText);
+  item.Facts.Add("issue_date", cpl.IssueDate);
+  item.Facts.Add("issuer", cpl.Issuer);
+  item.Facts.Add("creator", cpl.Creator);
+  item.Facts.Set("signed", cpl.SignatureMode != Cairn::SM_NONE);
   Ferro::ui64_t duration = 0;
   for (const Cairn::Reel& reel : cpl.ReelList) duration += reel.MainPicture.Duration;
   const QUIRE::Rational rate = cpl.ReelList.empty() ? QUIRE::Rational() : cpl.ReelList.front().MainPicture.EditRate;
-  if (rate.Denominator != 0) item["edit_rate"] = rate.EncodeString();
-  AddDuration(item, duration, rate);
-  item["ratings"] = Json::array();
-  for (const Cairn::Rating& rating : cpl.RatingList) item["ratings"].push_back(rating.Agency + ' ' + rating.Label);
-  item["reels"] = Json::array();
-  for (const Cairn::Reel& reel : cpl.ReelList) item["reels"].push_back(ReelJson(reel, cpl.StereoscopicImage));
+  item.Facts.Add("edit_rate", rate);
+  item.AddDuration(duration, rate);
+  InfoList& ratings = item.Facts.List("ratings");
+  for (const Cairn::Rating& rating : cpl.RatingList) ratings.emplace_back(rating.Agency + ' ' + rating.Label);
+  InfoList& reels = item.Facts.List("reels");
+  for (const Cairn::Reel& reel : cpl.ReelList) reels.emplace_back(ReelFacts(reel, cpl.StereoscopicImage));
 }
 
-void Describe(const Cairn::PackingList& pkl, Json& item) {
-  AddFact(item, "id", pkl.ID);
-  item["flavour"] = FormatName(pkl.DCPFormat);
-  AddFact(item, "annotation", pkl.Annotation);
-  AddFact(item, "issue_date", pkl.IssueDate);
-  AddFact(item, "issuer", pkl.Issuer);
-  AddFact(item, "creator", pkl.Creator);
-  item["signed"] = pkl.SignatureMode != Cairn::SM_NONE;
+void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
+  item.Facts.Add("id", pkl.ID);
+  item.Facts.Set("flavour", FormatName(pkl.DCPFormat));
+  item.Facts.Add("annotation", pkl.Annotation);
+  item.Facts.Add("issue_date", pkl.IssueDate);
+  item.Facts.Add("issuer", pkl.Issuer);
+  item.Facts.Add("creator", pkl.Creator);
+  item.Facts.Set("signed", pkl.SignatureMode != Cairn::SM_NONE);
   Ferro::ui64_t size = 0;
   for (const auto& asset : pkl.AssetList) size += asset.Size;
-  item["total_size"] = size;
-  item["total_size_text"] = BytesText(size);
-  item["assets"] = Json::array();
+  item.Facts.Set("total_size", {size, BytesText(size)});
+  InfoList& assets = item.Facts.List("assets");
   for (const auto& asset : pkl.AssetList) {
-    Json json{{"id", asset.ID.EncodeString()}, {"size", asset.Size}, {"type", asset.Type}};
-    AddFact(json, "file", asset.OriginalFileName);
-    item["assets"].push_back(json);
+    InfoFacts facts;
+    facts.Set("id", asset.ID.EncodeString());
+    facts.Set("size", asset.Size);
+    facts.Set("type", asset.Type);
+    facts.Add("file", asset.OriginalFileName);
+    assets.emplace_back(std::move(facts));
   }
 }
 
-void Describe(const Cairn::AssetMap& map, Json& item) {
-  AddFact(item, "id", map.ID);
-  item["flavour"] = FormatName(map.DCPFormat);
-  AddFact(item, "annotation", map.Annotation);
-  AddFact(item, "issue_date", map.IssueDate);
-  AddFact(item, "issuer", map.Issuer);
-  AddFact(item, "creator", map.Creator);
-  item["volumes"] = map.VolumeCount;
-  item["assets"] = Json::array();
+void Describe(const Cairn::AssetMap& map, InfoItem& item) {
+  item.Facts.Add("id", map.ID);
+  item.Facts.Set("flavour", FormatName(map.DCPFormat));
+  item.Facts.Add("annotation", map.Annotation);
+  item.Facts.Add("issue_date", map.IssueDate);
+  item.Facts.Add("issuer", map.Issuer);
+  item.Facts.Add("creator", map.Creator);
+  item.Facts.Set("volumes", map.VolumeCount);
+  InfoList& assets = item.Facts.List("assets");
   for (const auto& asset : map.AssetList) {
-    Json json{{"id", asset.ID.EncodeString()}};
-    if (!asset.ChunkList.empty()) AddFact(json, "file", asset.ChunkList.front().Path);
-    if (asset.IsPackingList) json["type"] = "packing list";
-    item["assets"].push_back(json);
+    InfoFacts facts;
+    facts.Set("id", asset.ID.EncodeString());
+    if (!asset.ChunkList.empty()) facts.Add("file", asset.ChunkList.front().Path);
+    if (asset.IsPackingList) facts.Set("type", "packing list");
+    assets.emplace_back(std::move(facts));
   }
 }
 
-void Describe(const Cairn::VolumeIndex& volume, Json& item) {
-  item["flavour"] = FormatName(volume.DCPFormat);
-  item["volume"] = volume.Index;
+void Describe(const Cairn::VolumeIndex& volume, InfoItem& item) {
+  item.Facts.Set("flavour", FormatName(volume.DCPFormat));
+  item.Facts.Set("volume", volume.Index);
 }
 
-Json SequenceItemJson(const Strata::ShowPlaylist::ShowItem& item) {
+InfoFacts SequenceItemFacts(const Strata::ShowPlaylist::ShowItem& item) {
   using Strata::ShowPlaylist;
+  InfoFacts facts;
   if (const auto* composition = dynamic_cast<const ShowPlaylist::CompositionItem*>(&item)) {
-    Json json{{"kind", "composition"}, {"id", composition->ID.EncodeString()}};
-    AddFact(json, "title", composition->Annotation);
-    json["duration"] = composition->Duration;
-    json["markers"] = Json::array();
-    for (const auto& marker : composition->MarkerList)
-      json["markers"].push_back(Json{{"label", marker.Label}, {"offset", marker.Offset}});
-    return json;
+    facts.Set("kind", "composition");
+    facts.Set("id", composition->ID.EncodeString());
+    facts.Add("title", composition->Annotation);
+    facts.Set("duration", composition->Duration);
+    facts.Set("markers", MarkersOf(composition->MarkerList));
+  } else if (const auto* show = dynamic_cast<const ShowPlaylist::ShowPlaylistItem*>(&item)) {
+    facts.Set("kind", "show playlist");
+    facts.Set("id", Cairn::UUID::FromURN(show->URI).value_or(Cairn::UUID()).EncodeString());
+  } else if (const auto* marker = dynamic_cast<const ShowPlaylist::MarkerItem*>(&item)) {
+    facts.Set("kind", "marker");
+    facts.Set("label", marker->Label);
+  } else {
+    facts.Set("kind", "unknown");
   }
-  if (const auto* show = dynamic_cast<const ShowPlaylist::ShowPlaylistItem*>(&item))
-    return Json{{"kind", "show playlist"},
-                {"id", Cairn::UUID::FromURN(show->URI).value_or(Cairn::UUID()).EncodeString()}};
-  if (const auto* marker = dynamic_cast<const ShowPlaylist::MarkerItem*>(&item))
-    return Json{{"kind", "marker"}, {"label", marker->Label}};
-  return Json{{"kind", "unknown"}};
+  return facts;
 }
 
-void Describe(const Strata::ShowPlaylist& spl, Json& item) {
-  AddFact(item, "id", spl.ID);
-  AddFact(item, "title", spl.ShowTitle);
-  AddFact(item, "annotation", spl.Annotation);
-  if (spl.IssueDate.HasValue()) item["issue_date"] = spl.IssueDate.EncodeString();
-  AddFact(item, "issuer", spl.Issuer);
-  AddFact(item, "creator", spl.Creator);
-  item["signed"] = spl.SignatureMode != Cairn::SM_NONE;
-  item["duration_seconds"] = spl.GetDurationSeconds();
-  item["sequence"] = Json::array();
-  for (const auto& entry : spl.ShowSequence) item["sequence"].push_back(SequenceItemJson(*entry));
+void Describe(const Strata::ShowPlaylist& spl, InfoItem& item) {
+  item.Facts.Add("id", spl.ID);
+  item.Facts.Add("title", spl.ShowTitle);
+  item.Facts.Add("annotation", spl.Annotation);
+  if (spl.IssueDate.HasValue()) item.Facts.Set("issue_date", spl.IssueDate.EncodeString());
+  item.Facts.Add("issuer", spl.Issuer);
+  item.Facts.Add("creator", spl.Creator);
+  item.Facts.Set("signed", spl.SignatureMode != Cairn::SM_NONE);
+  item.Facts.Set("duration_seconds", spl.GetDurationSeconds());
+  InfoList& sequence = item.Facts.List("sequence");
+  for (const auto& entry : spl.ShowSequence) sequence.emplace_back(SequenceItemFacts(*entry));
 }
 
-void Describe(const Cairn::DCSubtitle& subtitle, Json& item) {
-  AddFact(item, "id", subtitle.SubtitleID);
-  item["flavour"] = "Interop";
-  AddFact(item, "title", subtitle.MovieTitle);
-  AddFact(item, "language", subtitle.Language);
-  item["reel_number"] = subtitle.ReelNumber;
-  item["spots"] = subtitle.SpotList.size();
-  item["files"] = subtitle.AncillaryNames();
+void Describe(const Cairn::DCSubtitle& subtitle, InfoItem& item) {
+  item.Facts.Add("id", subtitle.SubtitleID);
+  item.Facts.Set("flavour", "Interop");
+  item.Facts.Add("title", subtitle.MovieTitle);
+  item.Facts.Add("language", subtitle.Language);
+  item.Facts.Set("reel_number", subtitle.ReelNumber);
+  item.Facts.Set("spots", subtitle.SpotList.size());
+  InfoList& files = item.Facts.List("files");
+  for (const std::string& name : subtitle.AncillaryNames()) files.emplace_back(name);
 }
 
 template <class T>
-void DescribeFile(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, InfoItem& item) {
   T document;
   const auto result = Cairn::InitObjectWithFile(document, path);
-  if (result.Failure()) AddProblem(item, std::string("The document cannot be read in full: ") + result.Label() + '.');
+  if (result.Failure()) item.AddProblem(std::string("The document cannot be read in full: ") + result.Label() + '.');
   Describe(document, item);
 }
 
 }  // namespace
 
-void DescribeDocument(const std::string& path, Cairn::FileType_t type, Json& item) {
+void DescribeDocument(const std::string& path, Cairn::FileType_t type, InfoItem& item) {
   switch (type) {
     case Cairn::FT_CPL:
       return DescribeFile<Cairn::CompositionPlaylist>(path, item);

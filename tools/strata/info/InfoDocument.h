@@ -8,6 +8,6 @@
 namespace Tool {
 
 /// Tells of a document: a playlist, packing list, asset map, volume index, resource presentation list or timed text.
-void DescribeDocument(const std::string& path, Cairn::FileType_t type, Json& item);
+void DescribeDocument(const std::string& path, Cairn::FileType_t type, InfoItem& item);
 
 }  // namespace Tool

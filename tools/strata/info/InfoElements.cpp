@@ -6,6 +6,7 @@
 #include <Cairn/XMLNode.h>
 #include <Cairn/XercesCallWrapper.h>
 
+#include <map>
 #include <utility>
 
 namespace Tool {
@@ -20,18 +21,14 @@ class Elements {
   /// As the documents of the libraries have it, for InitObjectWithFile.
   [[nodiscard]] Cairn::Result_t DecodeXML(const std::string& xml);
 
-  Json Facts = Json::object();
+  InfoFacts Texts;
+  std::map<std::string, Ferro::ui64_t> Found;  ///< by the element's name
 };
 
 // The texts of the document element's children that are told, under the keys they are told by.
 constexpr std::pair<const char*, const char*> Texts[] = {
-    {"Id", "id"},
-    {"ContentTitleText", "title"},
-    {"AnnotationText", "annotation"},
-    {"IssueDate", "issue_date"},
-    {"Language", "language"},
-    {"EditRate", "edit_rate"},
-    {"PlayoutID", "playout_id"},
+    {"ContentTitleText", "title"}, {"AnnotationText", "annotation"}, {"IssueDate", "issue_date"},
+    {"Language", "language"},      {"EditRate", "edit_rate"},        {"PlayoutID", "playout_id"},
 };
 
 // What is counted.
@@ -43,10 +40,10 @@ class ElementReader : public Cairn::XercesCallWrapper<Elements> {
  public:
   Cairn::Result_t SetupCaller(Elements* elements, Cairn::DCPFormat_t, Ferro::ILogSink&) override {
     const xercesc::DOMElement* root = m_doc->getDocumentElement();
-    Json& facts = elements->Facts;
-    for (const auto& [name, key] : Texts) AddFact(facts, key, Cairn::TrimmedText(Cairn::FirstChildNamed(root, name)));
-    if (facts.contains("id")) facts["id"] = WithoutPrefix(facts["id"].get<std::string>());
-    Count(root, facts);
+    elements->Texts.Add("id", WithoutPrefix(Cairn::TrimmedText(Cairn::FirstChildNamed(root, "Id"))));
+    for (const auto& [name, key] : Texts)
+      elements->Texts.Add(key, Cairn::TrimmedText(Cairn::FirstChildNamed(root, name)));
+    Count(root, elements->Found);
     return Ferro::RESULT_OK;
   }
 
@@ -57,11 +54,10 @@ class ElementReader : public Cairn::XercesCallWrapper<Elements> {
   }
 
   // The parser bounds the depth.
-  static void Count(const xercesc::DOMElement* element, Json& facts) {
+  static void Count(const xercesc::DOMElement* element, std::map<std::string, Ferro::ui64_t>& found) {
     for (auto* child = Cairn::FirstChildElement(element); child != nullptr; child = Cairn::NextSiblingElement(child)) {
-      for (const auto& [name, key] : Counts)
-        if (LocalName(child) == name) facts[key] = facts.value(key, 0) + 1;
-      Count(child, facts);
+      ++found[LocalName(child)];
+      Count(child, found);
     }
   }
 };
@@ -72,11 +68,13 @@ Cairn::Result_t Elements::DecodeXML(const std::string& xml) {
 
 }  // namespace
 
-void DescribeByElements(const std::string& path, Json& item) {
+void DescribeByElements(const std::string& path, InfoItem& item) {
   Elements elements;
   if (const auto result = Cairn::InitObjectWithFile(elements, path); result.Failure())
-    AddProblem(item, std::string("The document cannot be read: ") + result.Label() + '.');
-  item.update(elements.Facts);
+    item.AddProblem(std::string("The document cannot be read: ") + result.Label() + '.');
+  for (const auto& [key, value] : elements.Texts.All) item.Facts.Set(key, value);
+  for (const auto& [name, key] : Counts)
+    if (const auto found = elements.Found.find(name); found != elements.Found.end()) item.Facts.Set(key, found->second);
 }
 
 }  // namespace Tool

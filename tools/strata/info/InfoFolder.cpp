@@ -13,48 +13,51 @@ namespace Tool {
 
 namespace {
 
-Json AssetJson(const Cairn::AssetRecord& record, Json& item) {
-  Json json{{"kind", FileKindName(record.Info.FileType)}, {"id", record.Info.ID.EncodeString()}};
-  AddFact(json, "file", record.Info.RealFilename);
-  json["size"] = record.Info.FileSize;
+InfoFacts AssetFacts(const Cairn::AssetRecord& record, InfoItem& item) {
+  InfoFacts facts;
+  facts.Set("kind", FileKindName(record.Info.FileType));
+  facts.Set("id", record.Info.ID.EncodeString());
+  facts.Add("file", record.Info.RealFilename);
+  facts.Set("size", record.Info.FileSize);
   for (const std::string& reason : record.Reasons()) {
     const std::string& name = record.Info.RealFilename;
-    AddProblem(item, (name.empty() ? "Asset " + record.Info.ID.EncodeString() : name) + ": " + reason);
+    item.AddProblem((name.empty() ? "Asset " + record.Info.ID.EncodeString() : name) + ": " + reason);
   }
-  return json;
+  return facts;
 }
 
 }  // namespace
 
-void DescribeFolder(const std::string& path, Json& item) {
+void DescribeFolder(const std::string& path, InfoItem& item) {
   Cairn::AssetStore store;
   auto result = store.Open();
   if (result.Success()) result = ScanFolder(store, path);
-  if (result.Failure()) return AddProblem(item, std::string("The folder cannot be read: ") + result.Label());
+  if (result.Failure()) return item.AddProblem(std::string("The folder cannot be read: ") + result.Label());
 
-  item["packages"] = Json::array();
+  InfoList& packages = item.Facts.List("packages");
   for (const Cairn::PackageRecord& package : store.Packages()) {
-    Json json{{"folder", package.Folder}};
-    AddFact(json, "asset_map", package.AssetMapID);
-    json["packing_lists"] = package.PackingLists.size();
-    item["packages"].push_back(json);
+    InfoFacts facts;
+    facts.Set("folder", package.Folder);
+    facts.Add("asset_map", package.AssetMapID);
+    facts.Set("packing_lists", package.PackingLists.size());
+    packages.emplace_back(std::move(facts));
     for (const Cairn::PackageFinding& finding : package.Findings)
-      AddProblem(item, package.Folder + ": " + finding.Reason());
+      item.AddProblem(package.Folder + ": " + finding.Reason());
   }
   Ferro::ui64_t size = 0;
   std::set<std::string> told;
-  Json assets = Json::array();
+  InfoList assets;
   for (const Cairn::AssetRecord& record : store.Assets()) {
     size += record.Info.FileSize;
     told.insert(record.Info.RealFilename);
-    assets.push_back(AssetJson(record, item));
+    assets.emplace_back(AssetFacts(record, item));
   }
   for (const Cairn::UnreadableEntry& entry : store.Unreadable())
-    if (!told.contains(entry.Path)) AddProblem(item, entry.Path + ": It cannot be opened: " + entry.Reason + '.');
-  item["total_size"] = size;
-  item["total_size_text"] = BytesText(size);
-  item["assets"] = assets;
-  if (assets.empty() && store.Unreadable().empty()) AddProblem(item, "Nothing in this folder is of digital cinema.");
+    if (!told.contains(entry.Path)) item.AddProblem(entry.Path + ": It cannot be opened: " + entry.Reason + '.');
+  const bool is_empty = assets.empty();
+  item.Facts.Set("total_size", {size, BytesText(size)});
+  item.Facts.Set("assets", std::move(assets));
+  if (is_empty && store.Unreadable().empty()) item.AddProblem("Nothing in this folder is of digital cinema.");
 }
 
 }  // namespace Tool

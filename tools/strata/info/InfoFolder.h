@@ -6,6 +6,6 @@
 namespace Tool {
 
 /// Tells of a folder: the packages in it and below, and every asset of theirs with what is wrong with it.
-void DescribeFolder(const std::string& path, Json& item);
+void DescribeFolder(const std::string& path, InfoItem& item);
 
 }  // namespace Tool

@@ -22,53 +22,59 @@ std::vector<Ferro::ui8_t> HeadOf(const std::string& path) {
   return head;
 }
 
-void DescribeCodestream(const std::string& path, Json& item) {
+void DescribeCodestream(const std::string& path, InfoItem& item) {
   QUIRE::JP2K::PictureDescriptor descriptor;
   if (QUIRE::JP2K::ParseCodestream(HeadOf(path), descriptor).Failure())
-    return AddProblem(item, "The main header of this codestream is damaged.");
-  item["picture"] = Json{{"width", descriptor.StoredWidth},
-                         {"height", descriptor.StoredHeight},
-                         {"components", descriptor.Csiz},
-                         {"bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1}};
+    return item.AddProblem("The main header of this codestream is damaged.");
+  InfoFacts& picture = item.Facts.Group("picture");
+  picture.Set("width", descriptor.StoredWidth);
+  picture.Set("height", descriptor.StoredHeight);
+  picture.Set("components", descriptor.Csiz);
+  picture.Set("bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1);
 }
 
-void DescribeStream(const std::string& path, Json& item) {
+void DescribeStream(const std::string& path, InfoItem& item) {
   QUIRE::MPEG2::VideoDescriptor descriptor;
   if (QUIRE::MPEG2::ParseSequence(HeadOf(path), descriptor).Failure())
-    return AddProblem(item, "The sequence header of this stream is damaged.");
-  item["picture"] = Json{{"width", descriptor.StoredWidth},
-                         {"height", descriptor.StoredHeight},
-                         {"sample_rate", descriptor.SampleRate.EncodeString()},
-                         {"bits_per_second", descriptor.BitRate}};
+    return item.AddProblem("The sequence header of this stream is damaged.");
+  InfoFacts& picture = item.Facts.Group("picture");
+  picture.Set("width", descriptor.StoredWidth);
+  picture.Set("height", descriptor.StoredHeight);
+  picture.Add("sample_rate", descriptor.SampleRate);
+  picture.Set("bits_per_second", descriptor.BitRate);
 }
 
-void DescribeSound(const std::string& path, Json& item) {
+void DescribeSound(const std::string& path, InfoItem& item) {
   QUIRE::PCM::WAVReader reader;
   QUIRE::PCM::AudioDescriptor descriptor;
   const QUIRE::Rational per_second(1, 1);
   const auto result = reader.OpenRead(path, per_second);
   if (result.Failure() || reader.FillAudioDescriptor(descriptor).Failure())
-    return AddProblem(item, std::string("This WAVE file cannot be wrapped: ") + result.Label() + '.');
-  item["sound"] = Json{{"channels", descriptor.ChannelCount},
-                       {"bits", descriptor.QuantizationBits},
-                       {"sampling_rate", descriptor.AudioSamplingRate.EncodeString()}};
-  item["duration_seconds"] = descriptor.ContainerDuration;
+    return item.AddProblem(std::string("This WAVE file cannot be wrapped: ") + result.Label() + '.');
+  InfoFacts& sound = item.Facts.Group("sound");
+  sound.Set("channels", descriptor.ChannelCount);
+  sound.Set("bits", descriptor.QuantizationBits);
+  sound.Add("sampling_rate", descriptor.AudioSamplingRate);
+  item.Facts.Set("duration_seconds", descriptor.ContainerDuration);
 }
 
 // The header chunk comes first (ISO/IEC 15948, 11.2.2): signature, length, "IHDR", width, height, bit depth.
-void DescribeImage(const std::string& path, Json& item) {
+void DescribeImage(const std::string& path, InfoItem& item) {
   const std::vector<Ferro::ui8_t> head = HeadOf(path);
-  if (head.size() < 25) return AddProblem(item, "This image is cut off.");
+  if (head.size() < 25) return item.AddProblem("This image is cut off.");
   const auto number = [&](size_t at) {
     return Ferro::ui32_t{head[at]} << 24 | Ferro::ui32_t{head[at + 1]} << 16 | Ferro::ui32_t{head[at + 2]} << 8 |
            head[at + 3];
   };
-  item["picture"] = Json{{"width", number(16)}, {"height", number(20)}, {"bits", head[24]}};
+  InfoFacts& picture = item.Facts.Group("picture");
+  picture.Set("width", number(16));
+  picture.Set("height", number(20));
+  picture.Set("bits", head[24]);
 }
 
 }  // namespace
 
-void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, Json& item) {
+void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, InfoItem& item) {
   if (type == Cairn::FT_J2C) DescribeCodestream(path, item);
   if (type == Cairn::FT_WAV) DescribeSound(path, item);
   if (type == Cairn::FT_MPEG2_VES) DescribeStream(path, item);

@@ -9,6 +9,6 @@ namespace Tool {
 
 /// Tells of essence and resources outside MXF: a JPEG 2000 codestream, a WAVE file, an MPEG-2 stream, a PNG image. Says
 /// nothing of other kinds.
-void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, Json& item);
+void DescribeRawEssence(const std::string& path, Cairn::FileType_t type, InfoItem& item);
 
 }  // namespace Tool

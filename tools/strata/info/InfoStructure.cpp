@@ -34,17 +34,19 @@ const char* PartitionName(PartitionKind kind) {
   return "unknown";
 }
 
-Json PartitionJson(const Partition& partition) {
-  Json json{{"kind", PartitionName(partition.Kind)}, {"offset", partition.FileOffset}};
-  if (partition.BodySID != 0) json["body_sid"] = partition.BodySID;
-  if (partition.IndexSID != 0) json["index_sid"] = partition.IndexSID;
-  return json;
+InfoFacts PartitionFacts(const Partition& partition) {
+  InfoFacts facts;
+  facts.Set("kind", PartitionName(partition.Kind));
+  facts.Set("offset", partition.FileOffset);
+  if (partition.BodySID != 0) facts.Set("body_sid", partition.BodySID);
+  if (partition.IndexSID != 0) facts.Set("index_sid", partition.IndexSID);
+  return facts;
 }
 
 /// Where the random index pack says that partitions lie, against where they are.
-void CheckRandomIndex(const FileStructure& structure, Json& item) {
+void CheckRandomIndex(const FileStructure& structure, InfoItem& item) {
   const auto& pairs = structure.RandomIndex.PairArray;
-  if (pairs.empty()) return AddProblem(item, "There is no random index pack: the file may be cut off.");
+  if (pairs.empty()) return item.AddProblem("There is no random index pack: the file may be cut off.");
   const auto is_there = [&](const QUIRE::MXF::RIP::Pair& pair) {
     return std::any_of(structure.Partitions.begin(), structure.Partitions.end(), [&](const Partition& partition) {
       return partition.FileOffset == pair.ByteOffset + structure.RunIn && partition.BodySID == pair.BodySID;
@@ -52,7 +54,7 @@ void CheckRandomIndex(const FileStructure& structure, Json& item) {
   };
   const auto wrong = std::count_if(pairs.begin(), pairs.end(), [&](const auto& pair) { return !is_there(pair); });
   if (wrong > 0 || pairs.size() != structure.Partitions.size())
-    AddProblem(item, "The random index pack does not name the partitions that are there.");
+    item.AddProblem("The random index pack does not name the partitions that are there.");
 }
 
 /// The stream of the essence: that of the first partition that has one and is no generic stream.
@@ -90,55 +92,59 @@ Ferro::ui64_t CountEditUnits(const Ferro::FileReader& file, const FileStructure&
   return result.Success() ? rebuilt.Duration() : 0;
 }
 
-void CheckIndex(const Ferro::FileReader& file, const FileStructure& structure, bool stereoscopic, Json& item) {
+void CheckIndex(const Ferro::FileReader& file, const FileStructure& structure, bool stereoscopic, InfoItem& item) {
   const QUIRE::ui32_t stream = EssenceStream(structure);
-  const auto duration = item.value("duration", Ferro::ui64_t{0});
+  const Ferro::ui64_t duration = item.Duration.value_or(0);
   std::vector<EssenceRun> runs;
   QUIRE::MXF::IndexTable index;
   if (stream == 0 || structure.ReadEssenceRuns(file, stream, runs).Failure() || runs.empty())
-    return AddProblem(item, "There is no essence in this file.");
+    return item.AddProblem("There is no essence in this file.");
   const auto result = structure.ReadIndex(file, stream, index);
-  Json& health = item["index"] = Json{{"health", "good"}};
   if (result.Failure() || index.IsEmpty()) {
-    health["health"] = "missing";
-    AddProblem(item, "There is no usable index: frames are found by reading through the whole file.");
+    item.Facts.Group("index").Set("health", "missing");
+    item.AddProblem("There is no usable index: frames are found by reading through the whole file.");
     const Ferro::ui64_t there = CountEditUnits(file, structure, runs, stream, stereoscopic);
     if (there < duration)
-      AddProblem(item, "The file holds " + std::to_string(there) + " of " + std::to_string(duration) + " edit units.");
+      item.AddProblem("The file holds " + std::to_string(there) + " of " + std::to_string(duration) + " edit units.");
     return;
   }
   const Ferro::ui64_t covered = index.Duration() == 0 ? duration : index.Duration();
-  health["covers"] = covered;
-  if (index.EditUnitByteCount() != 0) health["edit_unit_bytes"] = index.EditUnitByteCount();
-  const auto fail = [&](const std::string& sentence) {
-    health["health"] = "damaged";
-    AddProblem(item, sentence);
-  };
+  const size_t problems = item.Problems.size();
   if (covered < duration)
-    fail("The index covers " + std::to_string(covered) + " of " + std::to_string(duration) + " edit units.");
+    item.AddProblem("The index covers " + std::to_string(covered) + " of " + std::to_string(duration) + " edit units.");
   if (const auto lost = FirstLost(file, runs, index, std::min(covered, duration)))
-    fail("Edit unit " + std::to_string(*lost) + " is not where the index says, or the file ends before it does.");
+    item.AddProblem("Edit unit " + std::to_string(*lost) +
+                    " is not where the index says, or the file ends before it does.");
+  InfoFacts& facts = item.Facts.Group("index");
+  facts.Set("health", item.Problems.size() > problems ? "damaged" : "good");
+  facts.Set("covers", covered);
+  if (index.EditUnitByteCount() != 0) facts.Set("edit_unit_bytes", index.EditUnitByteCount());
 }
 
 }  // namespace
 
-void DescribeStructure(const std::string& path, QUIRE::EssenceType_t essence, Json& item) {
+bool DescribeStructure(const std::string& path, QUIRE::EssenceType_t essence, InfoItem& item) {
   Ferro::FileReader file;
   FileStructure structure;
-  if (file.OpenRead(path).Failure()) return;
-  if (structure.ReadHeader(file).Failure())
-    return AddProblem(item, "The header of this MXF file is damaged: copy the file again.");
-  Json& facts = item["structure"] = Json::object();
-  if (structure.ReadPartitions(file).Failure())
-    return AddProblem(item, "The partitions of this MXF file cannot be found: copy the file again.");
+  if (file.OpenRead(path).Failure()) return false;
+  if (structure.ReadHeader(file).Failure()) {
+    item.AddProblem("The header of this MXF file is damaged: copy the file again.");
+    return false;
+  }
+  InfoFacts& facts = item.Facts.Group("structure");
+  if (structure.ReadPartitions(file).Failure()) {
+    item.AddProblem("The partitions of this MXF file cannot be found: copy the file again.");
+    return true;
+  }
   if (!structure.Partitions.empty())
-    facts["operational_pattern"] = structure.Partitions.front().OperationalPattern.EncodeString();
-  facts["partitions"] = Json::array();
-  for (const Partition& partition : structure.Partitions) facts["partitions"].push_back(PartitionJson(partition));
+    facts.Set("operational_pattern", structure.Partitions.front().OperationalPattern.EncodeString());
+  InfoList& partitions = facts.List("partitions");
+  for (const Partition& partition : structure.Partitions) partitions.emplace_back(PartitionFacts(partition));
   CheckRandomIndex(structure, item);
   // Timed text lies in one piece and needs no index.
   if (essence != QUIRE::ESS_TIMED_TEXT && essence != QUIRE::ESS_MXF_OTHER)
     CheckIndex(file, structure, essence == QUIRE::ESS_JPEG_2000_S, item);
+  return true;
 }
 
 }  // namespace Tool

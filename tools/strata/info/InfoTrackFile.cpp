@@ -20,12 +20,8 @@ namespace Tool {
 
 namespace {
 
-void AddLabel(Json& item, const char* key, const QUIRE::UL& label) {
-  if (label.HasValue()) item[key] = label.EncodeString();
-}
-
-void AddRate(Json& item, const char* key, const QUIRE::Rational& rate) {
-  if (rate.Denominator != 0) item[key] = rate.EncodeString();
+void AddLabel(InfoFacts& facts, const char* key, const QUIRE::UL& label) {
+  if (label.HasValue()) facts.Set(key, label.EncodeString());
 }
 
 const char* LabelSetName(QUIRE::LabelSet_t labels) {
@@ -39,58 +35,60 @@ const char* LabelSetName(QUIRE::LabelSet_t labels) {
   }
 }
 
-void AddWriter(const QUIRE::TrackFileReader& reader, Json& item) {
+void AddWriter(const QUIRE::TrackFileReader& reader, InfoItem& item) {
   QUIRE::WriterInfo info;
   if (reader.FillWriterInfo(info).Failure()) return;
-  AddFact(item, "asset_id", info.AssetUUID);
-  item["label_set"] = LabelSetName(info.LabelSetType);
-  Json& maker = item["made_by"] = Json::object();
-  AddFact(maker, "company", info.CompanyName);
-  AddFact(maker, "product", info.ProductName);
-  AddFact(maker, "version", info.ProductVersion);
-  AddFact(maker, "product_id", info.ProductUUID);
-  item["encrypted"] = info.EncryptedEssence;
+  item.Facts.Add("asset_id", info.AssetUUID);
+  item.Facts.Set("label_set", LabelSetName(info.LabelSetType));
+  InfoFacts& maker = item.Facts.Group("made_by");
+  maker.Add("company", info.CompanyName);
+  maker.Add("product", info.ProductName);
+  maker.Add("version", info.ProductVersion);
+  maker.Add("product_id", info.ProductUUID);
+  item.Facts.Set("encrypted", info.EncryptedEssence);
   if (!info.EncryptedEssence) return;
-  Json& encryption = item["encryption"] = Json::object();
-  AddFact(encryption, "key_id", info.CryptographicKeyID);
-  AddFact(encryption, "context_id", info.ContextID);
-  encryption["cipher"] = "AES-128 CBC";
-  encryption["integrity_codes"] = info.UsesHMAC;
+  InfoFacts& encryption = item.Facts.Group("encryption");
+  encryption.Add("key_id", info.CryptographicKeyID);
+  encryption.Add("context_id", info.ContextID);
+  encryption.Set("cipher", "AES-128 CBC");
+  encryption.Set("integrity_codes", info.UsesHMAC);
 }
 
 template <class DescriptorT>
-void AddLength(const DescriptorT& descriptor, Json& item) {
-  AddRate(item, "edit_rate", descriptor.EditRate);
-  AddDuration(item, descriptor.ContainerDuration, descriptor.EditRate);
+void AddLength(const DescriptorT& descriptor, InfoItem& item) {
+  item.Facts.Add("edit_rate", descriptor.EditRate);
+  item.AddDuration(descriptor.ContainerDuration, descriptor.EditRate);
 }
 
 template <class DescriptorT>
-Json PictureSize(const DescriptorT& descriptor) {
-  Json picture{{"width", descriptor.StoredWidth}, {"height", descriptor.StoredHeight}};
-  AddRate(picture, "aspect_ratio", descriptor.AspectRatio);
+InfoFacts& AddPicture(const DescriptorT& descriptor, InfoItem& item) {
+  InfoFacts& picture = item.Facts.Group("picture");
+  picture.Set("width", descriptor.StoredWidth);
+  picture.Set("height", descriptor.StoredHeight);
+  picture.Add("aspect_ratio", descriptor.AspectRatio);
   AddLabel(picture, "coding", descriptor.PictureEssenceCoding);
   return picture;
 }
 
-void Describe(QUIRE::JP2K::MXFSReader& reader, Json& item) {
+void Describe(QUIRE::JP2K::MXFSReader& reader, InfoItem& item) {
   QUIRE::JP2K::PictureDescriptor descriptor;
   if (reader.FillPictureDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  Json& picture = item["picture"] = PictureSize(descriptor);
-  picture["stereoscopic"] = descriptor.Stereoscopic;
-  AddRate(picture, "sample_rate", descriptor.SampleRate);
-  picture["components"] = descriptor.Csiz;
+  InfoFacts& picture = AddPicture(descriptor, item);
+  picture.Set("stereoscopic", descriptor.Stereoscopic);
+  picture.Add("sample_rate", descriptor.SampleRate);
+  picture.Set("components", descriptor.Csiz);
   if (!descriptor.PictureComponentSizing.empty())
-    picture["bits"] = (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1;
+    picture.Set("bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1);
 }
 
-void Describe(QUIRE::MPEG2::MXFReader& reader, Json& item) {
+void Describe(QUIRE::MPEG2::MXFReader& reader, InfoItem& item) {
   QUIRE::MPEG2::VideoDescriptor descriptor;
   if (reader.FillVideoDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  Json& picture = item["picture"] = PictureSize(descriptor);
-  AddRate(picture, "sample_rate", descriptor.SampleRate);
-  picture["bits_per_second"] = descriptor.BitRate;
+  InfoFacts& picture = AddPicture(descriptor, item);
+  picture.Add("sample_rate", descriptor.SampleRate);
+  picture.Set("bits_per_second", descriptor.BitRate);
 }
 
 // As the engine names it; a label that it cannot read leaves the text empty.
@@ -102,71 +100,76 @@ std::string SoundConfiguration(QUIRE::PCM::MXFReader& reader) {
   }
 }
 
-void Describe(QUIRE::PCM::MXFReader& reader, Json& item) {
+void Describe(QUIRE::PCM::MXFReader& reader, InfoItem& item) {
   QUIRE::PCM::AudioDescriptor descriptor;
   if (reader.FillAudioDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  Json& sound = item["sound"] = Json{{"channels", descriptor.ChannelCount}, {"bits", descriptor.QuantizationBits}};
-  AddRate(sound, "sampling_rate", descriptor.AudioSamplingRate);
-  AddFact(sound, "configuration", SoundConfiguration(reader));
+  InfoFacts& sound = item.Facts.Group("sound");
+  sound.Set("channels", descriptor.ChannelCount);
+  sound.Set("bits", descriptor.QuantizationBits);
+  sound.Add("sampling_rate", descriptor.AudioSamplingRate);
+  sound.Add("configuration", SoundConfiguration(reader));
 }
 
-void Describe(QUIRE::TimedText::MXFReader& reader, Json& item) {
+void Describe(QUIRE::TimedText::MXFReader& reader, InfoItem& item) {
   QUIRE::TimedText::TimedTextDescriptor descriptor;
   if (reader.FillTimedTextDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  Json& text = item["text"] = Json::object();
-  AddFact(text, "document_id", descriptor.AssetID);
-  AddFact(text, "namespace", descriptor.NamespaceName);
-  AddFact(text, "encoding", descriptor.EncodingName);
-  AddFact(text, "languages", descriptor.RFC5646LanguageTagList);
-  AddFact(text, "display_type", descriptor.DisplayType);
-  text["resources"] = Json::array();
+  InfoFacts& text = item.Facts.Group("text");
+  text.Add("document_id", descriptor.AssetID);
+  text.Add("namespace", descriptor.NamespaceName);
+  text.Add("encoding", descriptor.EncodingName);
+  text.Add("languages", descriptor.RFC5646LanguageTagList);
+  text.Add("display_type", descriptor.DisplayType);
+  InfoList& resources = text.List("resources");
   for (const auto& resource : descriptor.ResourceList) {
     const char* kind = resource.Type == QUIRE::TimedText::MT_PNG        ? "image"
                        : resource.Type == QUIRE::TimedText::MT_OPENTYPE ? "font"
                                                                         : "other";
-    text["resources"].push_back(Json{{"id", resource.ResourceID.EncodeString()}, {"kind", kind}});
+    InfoFacts facts;
+    facts.Set("id", resource.ResourceID.EncodeString());
+    facts.Set("kind", kind);
+    resources.emplace_back(std::move(facts));
   }
 }
 
-Json DataFacts(const QUIRE::DCData::DCDataDescriptor& descriptor) {
-  Json data = Json::object();
+InfoFacts& AddData(const QUIRE::DCData::DCDataDescriptor& descriptor, InfoItem& item) {
+  InfoFacts& data = item.Facts.Group("data");
   AddLabel(data, "coding", descriptor.DataEssenceCoding);
   return data;
 }
 
-void Describe(QUIRE::DCData::MXFReader& reader, Json& item) {
+void Describe(QUIRE::DCData::MXFReader& reader, InfoItem& item) {
   QUIRE::DCData::DCDataDescriptor descriptor;
   if (reader.FillDCDataDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  item["data"] = DataFacts(descriptor);
+  AddData(descriptor, item);
 }
 
-void Describe(QUIRE::ATMOS::MXFReader& reader, Json& item) {
+void Describe(QUIRE::ATMOS::MXFReader& reader, InfoItem& item) {
   QUIRE::ATMOS::AtmosDescriptor descriptor;
   if (reader.FillAtmosDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  Json& data = item["data"] = DataFacts(descriptor);
-  AddFact(data, "immersive_audio_id", descriptor.AtmosID);
-  data["version"] = descriptor.AtmosVersion;
-  data["first_frame"] = descriptor.FirstFrame;
-  data["most_channels"] = descriptor.MaxChannelCount;
-  data["most_objects"] = descriptor.MaxObjectCount;
+  InfoFacts& data = AddData(descriptor, item);
+  data.Add("immersive_audio_id", descriptor.AtmosID);
+  data.Set("version", descriptor.AtmosVersion);
+  data.Set("first_frame", descriptor.FirstFrame);
+  data.Set("most_channels", descriptor.MaxChannelCount);
+  data.Set("most_objects", descriptor.MaxObjectCount);
 }
 
 template <class ReaderT>
-void DescribeFile(const std::string& path, Json& item) {
+void DescribeFile(const std::string& path, InfoItem& item) {
   ReaderT reader;
   if (const auto result = reader.OpenRead(path); result.Failure())
-    return AddProblem(item, std::string("The track file cannot be opened: ") + result.Label() + '.');
+    return item.AddProblem(std::string("The track file cannot be opened: ") + result.Label() + '.');
   Describe(reader, item);
   AddWriter(reader, item);
 }
 
 }  // namespace
 
-void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, Json& item) {
+void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, InfoItem& item) {
   switch (essence) {
     case QUIRE::ESS_JPEG_2000:
     case QUIRE::ESS_JPEG_2000_S:
@@ -191,9 +194,9 @@ void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, Js
     case QUIRE::ESS_UNKNOWN:
       break;
   }
-  DescribeStructure(path, essence, item);
-  if (essence == QUIRE::ESS_MXF_OTHER && item.contains("structure"))
-    AddProblem(item, "This is MXF, but no track file of a digital cinema package.");
+  const bool is_mxf = DescribeStructure(path, essence, item);
+  if (essence == QUIRE::ESS_MXF_OTHER && is_mxf)
+    item.AddProblem("This is MXF, but no track file of a digital cinema package.");
 }
 
 }  // namespace Tool

@@ -98,11 +98,11 @@ FrameVerifier::~FrameVerifier() = default;
 bool FrameVerifier::Inspect(const DeliveredFrame& frame) {
   Source* source = SourceFor(frame.Track);
   if (source == nullptr) return true;
-  ++m_Compared;
+  ++m_Outcome.Compared;
   if (source->Holds(frame)) return true;
-  ++m_Different;
-  if (m_Differences.size() < MostDifferences)
-    m_Differences.push_back({frame.Channel, frame.ShowPosition, frame.FilePosition, frame.Track.AssetID()});
+  ++m_Outcome.Different;
+  if (m_Outcome.Differences.size() < MostDifferences)
+    m_Outcome.Differences.push_back({frame.Channel, frame.ShowPosition, frame.FilePosition, frame.Track.AssetID()});
   return false;
 }
 

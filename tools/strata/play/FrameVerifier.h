@@ -20,6 +20,13 @@ struct FrameDifference {
   Cairn::UUID AssetID;
 };
 
+/// What came of comparing frames with their files.
+struct Verification {
+  Ferro::ui64_t Compared = 0;                ///< frames
+  Ferro::ui64_t Different = 0;               ///< of these
+  std::vector<FrameDifference> Differences;  ///< the first hundred
+};
+
 /// Compares delivered frames with what a second reader takes from the same file.
 class FrameVerifier {
  public:
@@ -30,10 +37,7 @@ class FrameVerifier {
   /// Returns false when it is not.
   bool Inspect(const DeliveredFrame& frame);
 
-  [[nodiscard]] Ferro::ui64_t Compared() const { return m_Compared; }
-  [[nodiscard]] Ferro::ui64_t Different() const { return m_Different; }
-  /// The first hundred that differed.
-  [[nodiscard]] const std::vector<FrameDifference>& Differences() const { return m_Differences; }
+  [[nodiscard]] const Verification& Outcome() const { return m_Outcome; }
 
  private:
   class Source;
@@ -51,9 +55,7 @@ class FrameVerifier {
 
   const Cairn::AssetStore& m_Store;
   std::map<Cairn::UUID, std::unique_ptr<Source>> m_Sources;  // null: no file, nothing to compare with
-  Ferro::ui64_t m_Compared = 0;
-  Ferro::ui64_t m_Different = 0;
-  std::vector<FrameDifference> m_Differences;
+  Verification m_Outcome;
 };
 
 }  // namespace Tool

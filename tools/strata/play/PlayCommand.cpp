@@ -4,9 +4,9 @@
 #include "PlaySession.h"
 #include "findings/LoadFailure.h"
 #include "terminal/Command.h"
+#include "terminal/CommandError.h"
 #include "terminal/ExitCode.h"
 #include "terminal/LogView.h"
-#include "terminal/TextForms.h"
 
 #include <charconv>
 #include <cstdio>
@@ -15,40 +15,6 @@
 namespace Tool {
 
 namespace {
-
-/// Frames that could not be read, so that what came before stayed in their place.
-Ferro::ui64_t FramesLacking(const Json& summary) {
-  Ferro::ui64_t count = 0;
-  for (const Json& channel : summary.value("channels", Json::array()))
-    count += channel["repeated"].get<Ferro::ui64_t>();
-  return count;
-}
-
-std::string Render(const Json& summary) {
-  std::string text = "Played " + std::to_string(summary["edit_units"].get<Ferro::ui64_t>()) + " edit units in " +
-                     DurationText(summary["seconds"].get<double>()) + ", " +
-                     BytesText(summary["bytes_per_second"].get<Ferro::ui64_t>()) + "/s\n";
-  for (const Json& channel : summary["channels"]) {
-    const Json& latency = channel["latency_ms"];
-    char line[256];
-    std::snprintf(line, sizeof line,
-                  "  %-18s %8llu delivered  %llu late  %llu repeated  wait p50 %.2f p99 %.2f max %.2f ms\n",
-                  channel["name"].get<std::string>().c_str(), channel["delivered"].get<unsigned long long>(),
-                  channel["late"].get<unsigned long long>(), channel["repeated"].get<unsigned long long>(),
-                  latency["p50"].get<double>(), latency["p99"].get<double>(), latency["max"].get<double>());
-    text += line;
-  }
-  if (const auto lacking = FramesLacking(summary); lacking > 0)
-    text += std::to_string(lacking) + " frames could not be read: `strata check` says which file is damaged.\n";
-  if (summary.contains("verified")) {
-    const auto compared = summary["verified"]["compared"].get<Ferro::ui64_t>();
-    const auto different = summary["verified"]["different"].get<Ferro::ui64_t>();
-    text += "Verified " + std::to_string(compared) + " frames: " +
-            (different == 0 ? "all are as in their files" : std::to_string(different) + " differ from their files") +
-            ".\n";
-  }
-  return text;
-}
 
 /// Reads "max" or a number into the speed. Returns what is wrong with it; empty: nothing.
 std::string ReadSpeed(const std::string& text, std::optional<double>& speed) {
@@ -68,25 +34,16 @@ bool Load(PlaySession& session) {
 
 ExitCode Play(const PlayOptions& options) {
   Inputs inputs;
-  if (!inputs.Open(options.Inputs)) {
-    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
-    return inputs.ProblemCode();
-  }
+  if (!inputs.Open(options.Inputs)) throw CommandError(inputs.ProblemCode(), inputs.Problem());
   PlaySession session(options, inputs);
   if (!Load(session)) return ReportLoadFailure(inputs);
   const bool finished = session.Play();
-  const Json summary = session.Summary(!finished);
-  PrintReport(summary, options.AsJson, Render);
-  return PlayExitCode(summary);
+  const PlayReport report = session.Report(!finished);
+  std::fputs((options.AsJson ? PlayJson(report) : PlayText(report)).c_str(), stdout);
+  return report.Code();
 }
 
 }  // namespace
-
-ExitCode PlayExitCode(const Json& summary) {
-  if (summary["interrupted"].get<bool>()) return ExitCode::Interrupted;
-  const bool differs = summary.contains("verified") && summary["verified"]["different"].get<Ferro::ui64_t>() > 0;
-  return differs || FramesLacking(summary) > 0 ? ExitCode::NotPlayable : ExitCode::Fine;
-}
 
 void AddPlayCommand(Command& program) {
   const auto options = std::make_shared<PlayOptions>();

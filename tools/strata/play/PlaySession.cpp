@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <utility>
 
@@ -97,7 +96,7 @@ void PlaySession::PlayEditUnit() {
 }
 
 void PlaySession::Verify(const DeliveredFrame& frame) {
-  if (m_Verifier->Inspect(frame) || m_Verifier->Different() > m_Verifier->Differences().size()) return;
+  if (m_Verifier->Inspect(frame) || m_Verifier->Outcome().Different > m_Verifier->Outcome().Differences.size()) return;
   Say("edit unit " + std::to_string(frame.ShowPosition) + ", " + frame.Channel + ": the frame is not edit unit " +
       std::to_string(frame.FilePosition) + " of its file");
 }
@@ -126,8 +125,7 @@ void PlaySession::PlaylistStatusNotify(const Strata::CompositionInfo& compositio
 void PlaySession::PlaylistEventNotify(const Ferro::ArchivableList<Strata::PlaylistEvent>& events) {
   for (const Strata::PlaylistEvent& event : events) {
     Say("event " + event.Label + (event.LabelScope.empty() ? "" : " (" + event.LabelScope + ")"));
-    if (m_Events.size() < MostEvents)
-      m_Events.push_back(Json{{"label", event.Label}, {"scope", event.LabelScope}, {"position", event.ShowPosition}});
+    if (m_Events.size() < MostEvents) m_Events.push_back({event.Label, event.LabelScope, event.ShowPosition});
   }
 }
 
@@ -239,42 +237,17 @@ void PlaySession::KeepPosition() {
   if (!m_KeepsPosition) Warn(m_PositionFile.Problem());
 }
 
-Json VerifiedJson(const FrameVerifier& verifier) {
-  Json json{{"compared", verifier.Compared()}, {"different", verifier.Different()}};
-  for (const FrameDifference& difference : verifier.Differences())
-    json["differences"].push_back(Json{{"channel", difference.Channel},
-                                       {"edit_unit", difference.ShowPosition},
-                                       {"file_edit_unit", difference.FilePosition},
-                                       {"asset_id", difference.AssetID.EncodeString()}});
-  return json;
-}
-
-Json PlaySession::Summary(bool interrupted) const {
-  const double seconds = std::chrono::duration<double>(m_Elapsed).count();
-  Json summary = NewReport("play");
-  summary["interrupted"] = interrupted;
-  summary["position"] = m_Playlist->GetPosition();
-  summary["duration"] = m_Playlist->GetDuration();
-  summary["edit_units"] = m_EditUnits;
-  summary["seconds"] = seconds;
-  summary["channels"] = Json::array();
-  Ferro::ui64_t bytes = 0;
-  for (const ChannelStatistics& channel : m_Reader->Statistics()) {
-    bytes += channel.Bytes;
-    summary["channels"].push_back(Json{{"name", channel.Name},
-                                       {"delivered", channel.Delivered},
-                                       {"late", channel.Late},
-                                       {"repeated", channel.Repeated},
-                                       {"bytes", channel.Bytes},
-                                       {"latency_ms",
-                                        {{"p50", channel.Latency.Percentile(0.5)},
-                                         {"p99", channel.Latency.Percentile(0.99)},
-                                         {"max", channel.Latency.Longest()}}}});
-  }
-  summary["bytes_per_second"] = seconds > 0 ? static_cast<Ferro::ui64_t>(double(bytes) / seconds) : 0;
-  if (m_Verifier) summary["verified"] = VerifiedJson(*m_Verifier);
-  summary["events"] = m_Events;
-  return summary;
+PlayReport PlaySession::Report(bool interrupted) const {
+  PlayReport report;
+  report.Interrupted = interrupted;
+  report.Position = m_Playlist->GetPosition();
+  report.Duration = m_Playlist->GetDuration();
+  report.EditUnits = m_EditUnits;
+  report.Seconds = std::chrono::duration<double>(m_Elapsed).count();
+  report.Channels = m_Reader->Statistics();
+  if (m_Verifier) report.Verified = m_Verifier->Outcome();
+  report.Events = m_Events;
+  return report;
 }
 
 }  // namespace Tool

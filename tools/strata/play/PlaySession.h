@@ -3,11 +3,11 @@
 
 #include "ChannelReader.h"
 #include "FrameVerifier.h"
+#include "PlayReport.h"
 #include "PositionFile.h"
 #include "Transport.h"
 #include "show/ShowOutline.h"
 #include "terminal/LogView.h"
-#include "terminal/Report.h"
 #include "terminal/Terminal.h"
 
 #include <Strata/ITransportNotify.h>
@@ -28,9 +28,6 @@ struct PlayOptions {
   bool AsJson = false;
 };
 
-/// What a summary says of verification: how many frames were compared, how many differ, and the first that do.
-[[nodiscard]] Json VerifiedJson(const FrameVerifier& verifier);
-
 /// "late 5 (picture 3, sound 2)": the frames that came too late; "late 0".
 [[nodiscard]] std::string LateText(const std::vector<ChannelStatistics>& channels);
 
@@ -44,7 +41,8 @@ class PlaySession : private Strata::ITransportNotify {
   [[nodiscard]] bool Load();
   /// Plays until the end, the user's wish or a signal. False after a signal.
   [[nodiscard]] bool Play();
-  [[nodiscard]] Json Summary(bool interrupted) const;
+  /// What came of it.
+  [[nodiscard]] PlayReport Report(bool interrupted) const;
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -87,7 +85,7 @@ class PlaySession : private Strata::ITransportNotify {
   bool m_KeepsPosition;
   Clock::time_point m_PositionKept;
   Clock::duration m_Elapsed{};
-  Json m_Events = Json::array();
+  std::vector<PlayedEvent> m_Events;
 };
 
 }  // namespace Tool

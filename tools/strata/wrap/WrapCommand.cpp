@@ -2,12 +2,11 @@
 #include "WrapCommand.h"
 
 #include "WrapEssence.h"
+#include "WrapReport.h"
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ProgressBar.h"
-#include "terminal/Report.h"
-#include "terminal/TextForms.h"
 
 #include <Ferro/Path.h>
 #include <Ferro/SHA1Digest.h>
@@ -15,7 +14,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
-#include <map>
 #include <memory>
 
 namespace Tool {
@@ -39,49 +37,46 @@ Ferro::SHA1 DigestOf(const std::string& filename, Ferro::ui64_t size) {
   return digest;
 }
 
-Json MakeReport(const WrapJob& job, const std::string& kind, const Wrapped& wrapped) {
+WrapReport MakeReport(const WrapJob& job, EssenceKind kind, const Wrapped& wrapped) {
   const std::string& filename = job.Options().Out;
   const Ferro::ui64_t size = std::filesystem::file_size(filename);
-  Json report = NewReport("wrap");
-  report["file"] = filename;
-  report["kind"] = kind;
-  report["id"] = job.Info().AssetUUID.EncodeString();
-  report["edit_rate"] = wrapped.EditRate.EncodeString();
-  report["duration"] = wrapped.Duration;
-  report["duration_seconds"] = wrapped.Duration / wrapped.EditRate.Quotient();
-  report["size_bytes"] = size;
-  report["digest"] = DigestOf(filename, size).EncodeBase64();
-  report["labels"] = job.Options().Interop ? "Interop" : "SMPTE";
-  report["encrypted"] = job.Info().EncryptedEssence;
-  report["key_id"] = job.Info().EncryptedEssence ? job.Info().CryptographicKeyID.EncodeString() : "";
-  return report;
+  return {.File = filename,
+          .Kind = kind,
+          .ID = job.Info().AssetUUID,
+          .EditRate = wrapped.EditRate,
+          .Duration = wrapped.Duration,
+          .Size = size,
+          .Digest = DigestOf(filename, size),
+          .Interop = job.Options().Interop,
+          .Encrypted = job.Info().EncryptedEssence,
+          .KeyID = job.Info().CryptographicKeyID};
 }
 
-std::string Render(const Json& report) {
-  const auto text = [&](const char* key) { return report[key].get<std::string>(); };
-  QUIRE::Rational rate;
-  static_cast<void>(rate.DecodeString(text("edit_rate")));
-  const auto duration = report["duration"].get<Ferro::ui32_t>();
-  std::string result = text("file") + ": " + text("kind") + ", " + text("labels") + " labels" +
-                       (report["encrypted"].get<bool>() ? ", encrypted with key " + text("key_id") : "") + '\n';
-  result += "  id        " + text("id") + '\n';
-  result += "  duration  " + std::to_string(duration) + " edit units at " + RateText(rate) + " per second, " +
-            TimeCodeText(duration, rate) + '\n';
-  result += "  size      " + std::to_string(report["size_bytes"].get<Ferro::ui64_t>()) + " bytes\n";
-  return result + "  digest    " + text("digest") + '\n';
+Wrapped WrapKind(WrapJob& job, const WrapSources& sources) {
+  switch (sources.Kind) {
+    case EssenceKind::Picture:
+      return WrapPicture(job, sources);
+    case EssenceKind::Video:
+      return WrapVideo(job, sources);
+    case EssenceKind::Sound:
+      return WrapSound(job, sources);
+    case EssenceKind::Text:
+      return WrapText(job, sources);
+    case EssenceKind::Data:
+    case EssenceKind::Immersive:
+      break;
+  }
+  return WrapData(job, sources);
 }
 
 /// A file interrupted while its digest is computed is complete, but nobody learns its identifier: it goes too.
 ExitCode Wrap(const CommandOptions& options) {
-  using Wrapper = Wrapped (*)(WrapJob&, const WrapSources&);
-  static const std::map<std::string, Wrapper> Wrappers = {{"picture", WrapPicture}, {"video", WrapVideo},
-                                                          {"sound", WrapSound},     {"text", WrapText},
-                                                          {"data", WrapData},       {"immersive", WrapData}};
   WrapJob job(options.Wrap);
   const WrapSources sources = FindWrapSources(options.Wrap);
-  const Wrapped wrapped = Wrappers.at(sources.Kind)(job, sources);
+  const Wrapped wrapped = WrapKind(job, sources);
   try {
-    PrintReport(MakeReport(job, sources.Kind, wrapped), options.AsJson, Render);
+    const WrapReport report = MakeReport(job, sources.Kind, wrapped);
+    std::fputs((options.AsJson ? WrapReportJson(report) : WrapReportText(report)).c_str(), stdout);
   } catch (const CommandStopped&) {
     std::error_code ignored;
     std::filesystem::remove(options.Wrap.Out, ignored);
@@ -97,15 +92,11 @@ void AddOptions(Command& command, WrapOptions& options) {
   command.Add("--out", options.Out, "The track file to write").Required().Called("FILE");
   command.Add("--left", options.Left, "Codestreams of the left eye, with --right").Called("FOLDER");
   command.Add("--right", options.Right, "Codestreams of the right eye, with --left").Called("FOLDER");
-  command.AddChoice<std::string>("--kind", options.Kind,
-                                 {{"auto", "auto"},
-                                  {"picture", "picture"},
-                                  {"video", "video"},
-                                  {"sound", "sound"},
-                                  {"text", "text"},
-                                  {"data", "data"},
-                                  {"immersive", "immersive"}},
-                                 "What the sources are; auto: what they look like");
+  std::vector<std::pair<const char*, std::optional<EssenceKind>>> kinds = {{"auto", std::nullopt}};
+  for (const EssenceKind kind : {EssenceKind::Picture, EssenceKind::Video, EssenceKind::Sound, EssenceKind::Text,
+                                 EssenceKind::Data, EssenceKind::Immersive})
+    kinds.emplace_back(EssenceKindName(kind), kind);
+  command.AddChoice("--kind", options.Kind, kinds, "What the sources are; auto: what they look like");
   command
       .Add("--rate", options.Rate,
            "Edit units per second, as 24 or 30000/1001 (default: what the source says, else 24)")

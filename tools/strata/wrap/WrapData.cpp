@@ -34,7 +34,7 @@ Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
 }  // namespace
 
 Wrapped WrapData(WrapJob& job, const WrapSources& sources) {
-  if (sources.Kind == "immersive") {
+  if (sources.Kind == EssenceKind::Immersive) {
     QUIRE::ATMOS::AtmosDescriptor descriptor;
     descriptor.AtmosID = Ferro::UUID::Random();
     descriptor.AtmosVersion = 1;

@@ -59,6 +59,24 @@ void MakeRoom(QUIRE::FrameBuffer& frame, size_t size) {
 
 }  // namespace
 
+const char* EssenceKindName(EssenceKind kind) {
+  switch (kind) {
+    case EssenceKind::Picture:
+      return "picture";
+    case EssenceKind::Video:
+      return "video";
+    case EssenceKind::Sound:
+      return "sound";
+    case EssenceKind::Text:
+      return "text";
+    case EssenceKind::Data:
+      return "data";
+    case EssenceKind::Immersive:
+      return "immersive";
+  }
+  return "";
+}
+
 WrapJob::WrapJob(const WrapOptions& options) : m_Options(options), m_Bar("Wrapping") {
   std::error_code error;
   const std::string folder = Ferro::PathDirname(options.Out);
@@ -96,7 +114,7 @@ QUIRE::Rational WrapJob::EditRate(const QUIRE::Rational& source) const {
 
 void WrapJob::Check(const Ferro::Result_t& result) {
   const auto messages = m_Log.Take();
-  const bool is_told = !messages.empty() && messages.back().Message.starts_with(m_Options.Out + ": cannot ");
+  const bool is_told = !messages.empty() && messages.back().Level == Ferro::LogLevel::Error;
   if (is_told && result.Failure() && !(result == Ferro::RESULT_NOTAFILE))
     throw CommandError(ExitCode::NotPlayable, messages.back().Message);
   CheckWritten(m_Options.Out, result, "");

@@ -17,17 +17,23 @@
 
 namespace Tool {
 
+/// What goes into a track file.
+enum class EssenceKind { Picture, Video, Sound, Text, Data, Immersive };
+
+/// "picture", "video", "sound", "text", "data", "immersive".
+[[nodiscard]] const char* EssenceKindName(EssenceKind kind);
+
 /// What the user asked for.
 struct WrapOptions {
   std::vector<std::string> Sources;  ///< files, or one folder
   std::string Left;                  ///< folder of the left eyes' codestreams
   std::string Right;                 ///< folder of the right eyes'
   std::string Out;
-  std::string Kind = "auto";  ///< "picture", "video", "sound", "text", "data", "immersive"
-  std::string Rate;           ///< "24", "30000/1001"; empty: what the source says, else 24
-  std::string ID;             ///< of the track file; empty: a random one
-  std::string Key;            ///< 32 hexadecimal digits; empty: not encrypted
-  std::string KeyFile;        ///< a file with these digits
+  std::optional<EssenceKind> Kind;  ///< no value: what the sources look like
+  std::string Rate;                 ///< "24", "30000/1001"; empty: what the source says, else 24
+  std::string ID;                   ///< of the track file; empty: a random one
+  std::string Key;                  ///< 32 hexadecimal digits; empty: not encrypted
+  std::string KeyFile;              ///< a file with these digits
   std::string KeyID;
   std::string Channels;        ///< sound: "51(L,R,C,LFE,Ls,Rs)"; empty: 5.1 for six channels, else no loudspeakers
   std::string Language;        ///< RFC 5646; empty: what the source says

@@ -35,35 +35,37 @@ std::string_view TakeNumber(std::string_view& name) {
 
 struct Extension {
   std::string_view Text;
-  std::string_view Kind;
+  EssenceKind Kind;
 };
 
-constexpr std::array Extensions = {
-    Extension{"j2c", "picture"}, Extension{"j2k", "picture"}, Extension{"jpc", "picture"}, Extension{"wav", "sound"},
-    Extension{"xml", "text"},    Extension{"m2v", "video"},   Extension{"mpv", "video"},   Extension{"bin", "data"},
-    Extension{"dat", "data"},    Extension{"iab", "data"},    Extension{"atmos", "data"}};
+constexpr std::array Extensions = {Extension{"j2c", EssenceKind::Picture}, Extension{"j2k", EssenceKind::Picture},
+                                   Extension{"jpc", EssenceKind::Picture}, Extension{"wav", EssenceKind::Sound},
+                                   Extension{"xml", EssenceKind::Text},    Extension{"m2v", EssenceKind::Video},
+                                   Extension{"mpv", EssenceKind::Video},   Extension{"bin", EssenceKind::Data},
+                                   Extension{"dat", EssenceKind::Data},    Extension{"iab", EssenceKind::Data},
+                                   Extension{"atmos", EssenceKind::Data}};
 
-std::string KindByName(const std::string& filename) {
+std::optional<EssenceKind> KindByName(const std::string& filename) {
   std::string text = Ferro::PathExtension(filename);
   for (char& letter : text) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
   for (const Extension& extension : Extensions)
-    if (extension.Text == text) return std::string(extension.Kind);
-  return "";
+    if (extension.Text == text) return extension.Kind;
+  return std::nullopt;
 }
 
-std::string KindByContent(const std::string& filename) {
+EssenceKind KindByContent(const std::string& filename) {
   Cairn::FileContent content;
   if (const Ferro::Result_t result = Cairn::InspectFile(filename, content); result.Failure())
     throw CommandError(ExitCode::Usage, filename + ": " + result.Label());
   switch (content.Type) {
     case Cairn::FT_J2C:
-      return "picture";
+      return EssenceKind::Picture;
     case Cairn::FT_MPEG2_VES:
-      return "video";
+      return EssenceKind::Video;
     case Cairn::FT_WAV:
-      return "sound";
+      return EssenceKind::Sound;
     case Cairn::FT_DCST:
-      return "text";
+      return EssenceKind::Text;
     case Cairn::FT_TI_SUBTITLE:
       throw CommandError(ExitCode::Usage,
                          filename + ": Interop packages keep subtitles as they are, not in a track file");
@@ -73,40 +75,39 @@ std::string KindByContent(const std::string& filename) {
 }
 
 /// The files of one kind in a folder; data and immersive audio have the same names.
-std::vector<std::string> FilesIn(const std::string& folder, std::string& kind) {
+std::vector<std::string> FilesIn(const std::string& folder, std::optional<EssenceKind> asked, EssenceKind& kind) {
+  const std::optional<EssenceKind> meant = asked == EssenceKind::Immersive ? EssenceKind::Data : asked;
   std::vector<std::string> files;
-  std::set<std::string> kinds;
+  std::set<EssenceKind> kinds;
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const std::string name = entry->path().string();
-    const std::string found = KindByName(name);
-    const bool is_meant = kind == "auto" || found == (kind == "immersive" ? "data" : kind);
+    const std::optional<EssenceKind> found = KindByName(name);
     std::error_code ignored;
-    if (found.empty() || !is_meant || !entry->is_regular_file(ignored)) continue;
-    kinds.insert(found);
+    if (!found || (meant && meant != found) || !entry->is_regular_file(ignored)) continue;
+    kinds.insert(*found);
     files.push_back(name);
   }
   if (error) throw CommandError(ExitCode::Usage, folder + ": this folder cannot be read: " + error.message());
   if (files.empty()) throw CommandError(ExitCode::Usage, folder + ": there is nothing to wrap in this folder");
   if (kinds.size() > 1)
-    throw CommandError(ExitCode::Usage, folder + ": there are " + *kinds.begin() + " and " + *kinds.rbegin() +
+    throw CommandError(ExitCode::Usage, folder + ": there are " + EssenceKindName(*kinds.begin()) + " and " +
+                                            EssenceKindName(*kinds.rbegin()) +
                                             " in this folder; --kind says which is meant");
-  if (kind == "auto") kind = *kinds.begin();
+  kind = asked.value_or(*kinds.begin());
   std::sort(files.begin(), files.end(), NameComesBefore);
   return files;
 }
 
 WrapSources Find(const WrapOptions& options) {
   WrapSources sources;
-  sources.Kind = options.Kind;
   if (options.Left.empty() != options.Right.empty())
     throw CommandError(ExitCode::Usage, "--left and --right go together");
   if (!options.Left.empty()) {
     if (!options.Sources.empty())
       throw CommandError(ExitCode::Usage, "sources are named either alone or by --left and --right");
-    sources.Kind = "picture";
-    sources.Files = FilesIn(options.Left, sources.Kind);
-    sources.Right = FilesIn(options.Right, sources.Kind);
+    sources.Files = FilesIn(options.Left, EssenceKind::Picture, sources.Kind);
+    sources.Right = FilesIn(options.Right, EssenceKind::Picture, sources.Kind);
     if (sources.Files.size() != sources.Right.size())
       throw CommandError(ExitCode::Usage, "there are " + std::to_string(sources.Files.size()) + " left and " +
                                               std::to_string(sources.Right.size()) + " right eyes");
@@ -114,11 +115,11 @@ WrapSources Find(const WrapOptions& options) {
   }
   if (options.Sources.empty()) throw CommandError(ExitCode::Usage, "nothing was named that could be wrapped");
   if (options.Sources.size() == 1 && fs::is_directory(options.Sources.front())) {
-    sources.Files = FilesIn(options.Sources.front(), sources.Kind);
+    sources.Files = FilesIn(options.Sources.front(), options.Kind, sources.Kind);
     return sources;
   }
   sources.Files = options.Sources;
-  if (sources.Kind == "auto") sources.Kind = KindByContent(sources.Files.front());
+  sources.Kind = options.Kind ? *options.Kind : KindByContent(sources.Files.front());
   return sources;
 }
 

@@ -10,7 +10,7 @@ namespace Tool {
 
 /// The files that go into one track file, and what they are.
 struct WrapSources {
-  std::string Kind;                ///< as WrapOptions has it, but never "auto"
+  EssenceKind Kind = EssenceKind::Picture;
   std::vector<std::string> Files;  ///< in order; the left eyes
   std::vector<std::string> Right;  ///< the right eyes; empty unless stereoscopic
   Ferro::ui64_t TotalSize = 0;     ///< bytes of all of them
