@@ -125,8 +125,9 @@ TEST(HeaderReading, BatchesBeyondTheirItemAreFormatErrors) {
   EXPECT_EQ(header.InitFromBuffer(batch({0, 0, 0, 0}, {0xff, 0xff, 0xff, 0xff}), 0), Ferro::RESULT_OK);
 }
 
-TEST(HeaderReading, MoreItemsThanTheLimitAreRefused) {
-  Bytes value(4 * (OP1aHeader::MaxItems + 1));
+// Items without a value, which take far more in memory than in the file.
+TEST(HeaderReading, ItemsBeyondTheMemoryForSetsAreRefused) {
+  Bytes value(OP1aHeader::MaxSetMemory / 16);
   for (size_t i = 0; i < value.size(); i += 4) value[i] = 0x90;
   Bytes metadata;
   AppendKL(metadata, DefaultSMPTEDict().ul(MDD_Filler), value.size());
@@ -134,17 +135,30 @@ TEST(HeaderReading, MoreItemsThanTheLimitAreRefused) {
   const testsupport::LogCapture log;
   OP1aHeader header;
   EXPECT_EQ(header.InitFromBuffer(metadata, 0), RESULT_FORMAT);
-  EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("too many items in the header metadata")));
+  EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("header metadata that take more memory than any track file needs")));
 }
 
-TEST(HeaderReading, MoreSetsThanTheLimitAreRefused) {
-  const Bytes one = SetBytes(MDD_Filler, {});
+TEST(HeaderReading, SetsBeyondTheMemoryForThemAreRefused) {
+  for (const MDD_t set : {MDD_Filler, MDD_RGBAEssenceDescriptor, MDD_KLVFill, MDD_Preface_Version}) {
+    const Bytes one = SetBytes(set, {});
+    Bytes metadata;
+    const size_t count = OP1aHeader::MaxSetMemory / 128;
+    for (size_t i = 0; i <= count; ++i) metadata.insert(metadata.end(), one.begin(), one.end());
+    const testsupport::LogCapture log;
+    OP1aHeader header;
+    EXPECT_EQ(header.InitFromBuffer(metadata, 0), set == MDD_KLVFill ? Ferro::RESULT_OK : RESULT_FORMAT) << set;
+    EXPECT_EQ(log.Lines().size(), set == MDD_KLVFill ? 0u : 1u) << set;
+  }
+}
+
+// A text with a font or image for each of 8000 lines is large, but not made up.
+TEST(HeaderReading, ThousandsOfResourcesHaveRoom) {
+  const Bytes one = SetBytes(MDD_TimedTextResourceSubDescriptor, {s_ID, Item(0x4000, Bytes(16, 1))});
   Bytes metadata;
-  for (size_t i = 0; i <= OP1aHeader::MaxSets; ++i) metadata.insert(metadata.end(), one.begin(), one.end());
-  const testsupport::LogCapture log;
+  for (size_t i = 0; i < 8000; ++i) metadata.insert(metadata.end(), one.begin(), one.end());
   OP1aHeader header;
-  EXPECT_EQ(header.InitFromBuffer(metadata, 0), RESULT_FORMAT);
-  EXPECT_THAT(log.Lines(), ElementsAre("MXF: too many header metadata sets at offset 1310720.\n"));
+  EXPECT_EQ(header.InitFromBuffer(metadata, 0), Ferro::RESULT_OK);
+  EXPECT_EQ(header.Objects().size(), 8000u);
 }
 
 TEST(HeaderReading, LengthsOfAllSizesAreAccepted) {

@@ -3,6 +3,7 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <new>
@@ -13,6 +14,7 @@ namespace {
 
 thread_local size_t Allocations = 0;
 thread_local size_t HeldBytes = 0;  // allocated and not freed, as the allocator rounds them
+thread_local size_t PeakBytes = 0;  // the most that were held
 
 }  // namespace
 
@@ -20,6 +22,7 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   void* memory = std::malloc(size == 0 ? 1 : size);
   ++Allocations;
   HeldBytes += malloc_usable_size(memory);
+  PeakBytes = std::max(PeakBytes, HeldBytes);
   return memory;
 }
 void* operator new(std::size_t size) {
@@ -154,6 +157,107 @@ TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd16BytesPerIndexedEditUnit) {
   }
   EXPECT_LE(held[0], 180u * 1024 + 1000 * 16);
   EXPECT_LE(held[1] - held[0], (counts[1] - counts[0]) * 16 + 64);
+}
+
+struct Effort {
+  size_t FileSize = 0;
+  size_t Peak = 0;         // bytes held at once
+  size_t Allocations = 0;  // how often memory was asked for
+};
+
+// Opens the file, reads of it what a player reads, and asks what it is.
+Effort EffortFor(MxfBuilder& builder) {
+  const Bytes bytes = builder.Build();
+  const TemporaryFile file(bytes);
+  LogCapture log;
+  const size_t held = PeakBytes = HeldBytes;
+  const size_t allocations = Allocations;
+  {
+    JP2K::MXFReader pictures;
+    TimedText::MXFReader texts;
+    JP2K::FrameBuffer frame;
+    TimedText::FrameBuffer resource;
+    TrackFileIdentity identity;
+    if (builder.Kind == MxfBuilder::TimedText) {
+      if (texts.OpenRead(file.Name()).Success()) (void)texts.ReadTimedTextResource(resource);
+    } else if (pictures.OpenRead(file.Name()).Success()) {
+      (void)pictures.ReadFrame(0, frame);
+    }
+    (void)pictures.Close();
+    (void)texts.Close();
+    EXPECT_EQ(IdentifyTrackFile(file.Name(), identity), RESULT_OK);
+  }
+  return {bytes.size(), PeakBytes - held, Allocations - allocations};
+}
+
+constexpr size_t SixteenMiB = size_t{16} << 20;
+
+Bytes SetOf(const char* key, const Bytes& items) {
+  return Hex(key) + Hex("83") + BE(items.size(), 3) + items;
+}
+Bytes InstanceItem(ui64_t number) {
+  return Hex("3c0a0010") + Bytes(8, 7) + BE64(number);
+}
+
+constexpr const char* RGBADescriptorKey = "060e2b34.02530101.0d010101.01012900";
+constexpr const char* ContainerDataKey = "060e2b34.02530101.0d010101.01012300";
+constexpr const char* UnknownKey = "060e2b34.02530101.0d010101.0101ff00";
+
+TEST(ReaderCost, MadeUpSetsTakeAtMost16MiBAboveTheFile) {
+  for (const char* key : {RGBADescriptorKey, ContainerDataKey, UnknownKey}) {
+    for (const size_t count : {5800U, 53000U}) {
+      for (const bool first : {false, true}) {
+        MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+        Bytes& sets = first ? builder.BeforeSets : builder.ExtraSets;
+        for (size_t i = 0; i < count; ++i) sets += SetOf(key, InstanceItem(i));
+        const Effort effort = EffortFor(builder);
+        EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB) << key << ' ' << count << ' ' << first;
+      }
+    }
+  }
+}
+
+TEST(ReaderCost, MadeUpItemsTakeAtMost16MiBAboveTheFile) {
+  Bytes empty;
+  for (size_t i = 0; i < 500000; ++i) empty += Hex("90000000");
+  Bytes full;
+  for (size_t i = 0; i < 250; ++i) full += Hex("9000fff0") + Bytes(0xfff0, 1);
+  for (const Bytes& items : {empty, full}) {
+    MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+    builder.ExtraSets = Hex(RGBADescriptorKey) + Hex("84") + BE32(items.size()) + items;
+    const Effort effort = EffortFor(builder);
+    EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB);
+  }
+}
+
+TEST(ReaderCost, WorkGrowsWithTheNumberOfSets) {
+  size_t allocations[2] = {};
+  for (const size_t i : {0U, 1U}) {
+    MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+    for (size_t n = 0; n < size_t{1000} << i; ++n) builder.ExtraSets += SetOf(RGBADescriptorKey, InstanceItem(n));
+    allocations[i] = EffortFor(builder).Allocations;
+  }
+  EXPECT_LE(allocations[1], 2 * allocations[0] + 100);
+  EXPECT_LE(allocations[0], 1000u * 2 * 6 + 1000);  // twice: reader and identity
+}
+
+TEST(ReaderCost, PartitionsTakeAtMost16MiBAboveTheFile) {
+  for (const bool has_index : {true, false}) {
+    for (const size_t count : {20000U, 60000U}) {
+      MxfBuilder builder = MakeBuilder(MxfBuilder::TimedText, 1);
+      builder.HasRIP = has_index;
+      for (size_t i = 0; i < count; ++i) {
+        Resource resource;
+        resource.ID = Bytes(8, 9) + BE64(i);
+        resource.Data = Bytes(4, 5);
+        resource.SID = static_cast<ui32_t>(10 + i);
+        resource.Listed = false;
+        builder.Resources.push_back(resource);
+      }
+      const Effort effort = EffortFor(builder);
+      EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB) << count << ' ' << has_index;
+    }
+  }
 }
 
 }  // namespace

@@ -64,9 +64,9 @@ std::unique_ptr<InterchangeObject> FullSet(const SetDefinition& definition) {
 std::unique_ptr<InterchangeObject> Reread(const Bytes& klv, const Primer& primer) {
   const auto packet = ParseKLV(klv, 0, klv.size());
   EXPECT_TRUE(packet.has_value());
-  size_t items_left = 1000;
+  SetBudget budget(OP1aHeader::MaxSetMemory);
   std::unique_ptr<InterchangeObject> object;
-  EXPECT_EQ(ReadSet(packet->Key, std::span(klv).subspan(packet->HeaderLength), 20, primer, items_left, object),
+  EXPECT_EQ(ReadSet(packet->Key, std::span(klv).subspan(packet->HeaderLength), 20, primer, budget, object),
             Ferro::RESULT_OK);
   return object;
 }
@@ -121,9 +121,9 @@ TEST_P(EverySet, CutAtEveryByteIsReadUpToAWholeItemOrRefused) {
   size_t accepted = 0;
   for (size_t length = 0; length < value.size(); ++length) {
     const testsupport::LogCapture log;
-    size_t items_left = 1000;
+    SetBudget budget(OP1aHeader::MaxSetMemory);
     std::unique_ptr<InterchangeObject> cut;
-    const Result_t result = ReadSet(packet->Key, value.first(length), 20, primer, items_left, cut);
+    const Result_t result = ReadSet(packet->Key, value.first(length), 20, primer, budget, cut);
     if (result.Success()) ++accepted;
     EXPECT_TRUE(result == Ferro::RESULT_OK || result == RESULT_FORMAT);
     EXPECT_EQ(log.Lines().size(), result.Success() ? 0u : 1u);

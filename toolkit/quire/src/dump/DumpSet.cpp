@@ -75,12 +75,13 @@ void DescribeSet(const InterchangeObject& set, const Primer* primer, DumpNode& g
   for (const StoredItem& item : set.Items) {
     if (item.Known == nullptr)
       group.AddText(UnknownItemName(item.Tag, primer), Bytes(item.Found));
-    else if (item.Present)
+    else
       DescribeProperty(set, *item.Known, group);
   }
   for (const Property& property : set.Definition().Properties) {
     const auto same = [&property](const StoredItem& item) { return item.Known == &property; };
-    if (std::none_of(set.Items.begin(), set.Items.end(), same)) DescribeProperty(set, property, group);
+    const bool left_out = set.WasRead && !property.IsOptional();
+    if (!left_out && std::none_of(set.Items.begin(), set.Items.end(), same)) DescribeProperty(set, property, group);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <Ferro/CheckedMath.h>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace QUIRE::MXF {
@@ -83,17 +84,28 @@ Result_t FileStructure::ReadPartitions(const Ferro::FileReader& file) {
     if (result.Failure()) return result;
   }
   m_HasAllPartitions = true;
+  m_ByBodySID.resize(Partitions.size());
+  std::iota(m_ByBodySID.begin(), m_ByBodySID.end(), 0);
+  std::stable_sort(m_ByBodySID.begin(), m_ByBodySID.end(),
+                   [this](ui32_t a, ui32_t b) { return Partitions[a].BodySID < Partitions[b].BodySID; });
   return Ferro::RESULT_OK;
+}
+
+// Counts the labels of a partition that was found; false when there are more than any file needs.
+bool FileStructure::TakeLabels(const Partition& partition, size_t& labels) {
+  labels += partition.EssenceContainers.size();
+  return labels <= MaxContainerLabels;
 }
 
 bool FileStructure::ReadByRandomIndex(const Ferro::FileReader& file) {
   const std::vector<RIP::Pair>& pairs = RandomIndex.PairArray;
   std::vector<Partition> found(Partitions.begin(), Partitions.begin() + 1);
+  size_t labels = 0;
   bool proper = !pairs.empty() && pairs.size() <= MaxPartitions && pairs[0].ByteOffset == 0;
   for (size_t i = 1; proper && i < pairs.size(); ++i) {
     const auto offset = Ferro::CheckedAdd<ui64_t>(RunIn, pairs[i].ByteOffset);
     const auto partition = offset ? ReadPack(file, *offset) : std::nullopt;
-    proper = partition && pairs[i].ByteOffset > pairs[i - 1].ByteOffset;
+    proper = partition && pairs[i].ByteOffset > pairs[i - 1].ByteOffset && TakeLabels(*partition, labels);
     if (proper) found.push_back(*partition);
   }
   if (proper)
@@ -106,28 +118,33 @@ bool FileStructure::ReadByRandomIndex(const Ferro::FileReader& file) {
 bool FileStructure::ReadByFooter(const Ferro::FileReader& file) {
   ui64_t place = Partitions[0].FooterPartition;
   std::vector<Partition> found;
+  size_t labels = 0;
   while (place != 0) {
     const auto offset = Ferro::CheckedAdd<ui64_t>(RunIn, place);
     auto partition = offset ? ReadPack(file, *offset) : std::nullopt;
     if (!partition || partition->ThisPartition != place || partition->PreviousPartition >= place) return false;
-    if (found.size() == MaxPartitions) return false;
+    if (found.size() == MaxPartitions || !TakeLabels(*partition, labels)) return false;
     place = partition->PreviousPartition;
     found.push_back(std::move(*partition));
   }
   if (found.empty() || found.front().Kind != PartitionKind::Footer) return false;
-  Partitions.insert(Partitions.end(), std::make_move_iterator(found.rbegin()), std::make_move_iterator(found.rend()));
+  found.push_back(std::move(Partitions.front()));
+  std::reverse(found.begin(), found.end());
+  Partitions = std::move(found);
   return true;
 }
 
 Result_t FileStructure::Walk(const Ferro::FileReader& file) {
   KLVScanner scanner(file);
+  size_t labels = 0;
   ui64_t at = ContentOf(scanner, Partitions[0], file.Size()).EssenceOffset;
   while (const auto packet = scanner.At(at, file.Size())) {
     at = packet->End();
     if (!IsPartitionKey(packet->Key)) continue;
     auto partition = ReadPack(file, packet->Offset);
     if (!partition) break;
-    if (Partitions.size() == MaxPartitions) return FormatError(packet->Offset, "too many partitions");
+    if (Partitions.size() == MaxPartitions || !TakeLabels(*partition, labels))
+      return FormatError(packet->Offset, "too many partitions");
     at = ContentOf(scanner, *partition, file.Size()).EssenceOffset;
     Partitions.push_back(std::move(*partition));
   }
@@ -144,8 +161,12 @@ Result_t FileStructure::ReadEssenceRuns(const Ferro::FileReader& file, ui32_t bo
   runs.clear();
   KLVScanner scanner(file);
   ui64_t stream_end = 0;
-  for (size_t i = 0; i < Partitions.size(); ++i) {
-    if (Partitions[i].BodySID != body_sid || body_sid == 0) continue;
+  if (body_sid == 0) return Ferro::RESULT_OK;
+  const auto sid_of = [this](ui32_t partition) { return Partitions[partition].BodySID; };
+  const auto first = std::lower_bound(m_ByBodySID.begin(), m_ByBodySID.end(), body_sid,
+                                      [&](ui32_t partition, ui32_t sid) { return sid_of(partition) < sid; });
+  for (auto next_place = first; next_place != m_ByBodySID.end() && sid_of(*next_place) == body_sid; ++next_place) {
+    const size_t i = *next_place;
     const ui64_t end = EndOf(file, i);
     const ui64_t start = ContentOf(scanner, Partitions[i], end).EssenceOffset;
     if (scanner.LastRead().Failure()) return scanner.LastRead();

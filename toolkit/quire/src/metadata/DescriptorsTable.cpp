@@ -157,29 +157,27 @@ constexpr auto TimedTextDescriptorProperties = Join(
 
 }  // namespace
 
-constinit const SetDefinition MultipleDescriptorSet{MDD_MultipleDescriptor, MultipleDescriptorProperties,
-                                                    CreateSet<MultipleDescriptor>};
-constinit const SetDefinition GenericPictureEssenceDescriptorSet{MDD_GenericPictureEssenceDescriptor,
-                                                                 GenericPictureEssenceDescriptorProperties,
-                                                                 CreateSet<GenericPictureEssenceDescriptor>};
-constinit const SetDefinition RGBAEssenceDescriptorSet{MDD_RGBAEssenceDescriptor, RGBAEssenceDescriptorProperties,
-                                                       CreateSet<RGBAEssenceDescriptor>};
-constinit const SetDefinition CDCIEssenceDescriptorSet{MDD_CDCIEssenceDescriptor, CDCIEssenceDescriptorProperties,
-                                                       CreateSet<CDCIEssenceDescriptor>};
-constinit const SetDefinition MPEG2VideoDescriptorSet{MDD_MPEG2VideoDescriptor, MPEG2VideoDescriptorProperties,
-                                                      CreateSet<MPEG2VideoDescriptor>};
-constinit const SetDefinition GenericSoundEssenceDescriptorSet{MDD_GenericSoundEssenceDescriptor,
-                                                               GenericSoundEssenceDescriptorProperties,
-                                                               CreateSet<GenericSoundEssenceDescriptor>};
-constinit const SetDefinition WaveAudioDescriptorSet{MDD_WaveAudioDescriptor, WaveAudioDescriptorProperties,
-                                                     CreateSet<WaveAudioDescriptor>};
-constinit const SetDefinition GenericDataEssenceDescriptorSet{
-    MDD_GenericDataEssenceDescriptor, GenericDataEssenceDescriptorProperties, CreateSet<GenericDataEssenceDescriptor>};
-constinit const SetDefinition TimedTextDescriptorSet{MDD_TimedTextDescriptor, TimedTextDescriptorProperties,
-                                                     CreateSet<TimedTextDescriptor>};
-constinit const SetDefinition DCDataDescriptorSet{MDD_DCDataDescriptor, GenericDataEssenceDescriptorProperties,
-                                                  CreateSet<DCDataDescriptor>};
-constinit const SetDefinition IADataEssenceDescriptorSet{
-    MDD_IADataEssenceDescriptor, GenericDataEssenceDescriptorProperties, CreateSet<IADataEssenceDescriptor>};
+constinit const SetDefinition MultipleDescriptorSet =
+    DefineSet<MultipleDescriptor>(MDD_MultipleDescriptor, MultipleDescriptorProperties);
+constinit const SetDefinition GenericPictureEssenceDescriptorSet = DefineSet<GenericPictureEssenceDescriptor>(
+    MDD_GenericPictureEssenceDescriptor, GenericPictureEssenceDescriptorProperties);
+constinit const SetDefinition RGBAEssenceDescriptorSet =
+    DefineSet<RGBAEssenceDescriptor>(MDD_RGBAEssenceDescriptor, RGBAEssenceDescriptorProperties);
+constinit const SetDefinition CDCIEssenceDescriptorSet =
+    DefineSet<CDCIEssenceDescriptor>(MDD_CDCIEssenceDescriptor, CDCIEssenceDescriptorProperties);
+constinit const SetDefinition MPEG2VideoDescriptorSet =
+    DefineSet<MPEG2VideoDescriptor>(MDD_MPEG2VideoDescriptor, MPEG2VideoDescriptorProperties);
+constinit const SetDefinition GenericSoundEssenceDescriptorSet = DefineSet<GenericSoundEssenceDescriptor>(
+    MDD_GenericSoundEssenceDescriptor, GenericSoundEssenceDescriptorProperties);
+constinit const SetDefinition WaveAudioDescriptorSet =
+    DefineSet<WaveAudioDescriptor>(MDD_WaveAudioDescriptor, WaveAudioDescriptorProperties);
+constinit const SetDefinition GenericDataEssenceDescriptorSet =
+    DefineSet<GenericDataEssenceDescriptor>(MDD_GenericDataEssenceDescriptor, GenericDataEssenceDescriptorProperties);
+constinit const SetDefinition TimedTextDescriptorSet =
+    DefineSet<TimedTextDescriptor>(MDD_TimedTextDescriptor, TimedTextDescriptorProperties);
+constinit const SetDefinition DCDataDescriptorSet =
+    DefineSet<DCDataDescriptor>(MDD_DCDataDescriptor, GenericDataEssenceDescriptorProperties);
+constinit const SetDefinition IADataEssenceDescriptorSet =
+    DefineSet<IADataEssenceDescriptor>(MDD_IADataEssenceDescriptor, GenericDataEssenceDescriptorProperties);
 
 }  // namespace QUIRE::MXF

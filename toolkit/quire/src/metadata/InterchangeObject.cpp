@@ -7,7 +7,7 @@
 namespace QUIRE::MXF {
 namespace {
 
-constinit const SetDefinition OpaqueDefinition{MDD_InterchangeObject, {}, CreateSet<OpaqueSet>};
+constinit const SetDefinition OpaqueDefinition = DefineSet<OpaqueSet>(MDD_InterchangeObject, {});
 
 }  // namespace
 

@@ -57,7 +57,7 @@ Result_t OP1aHeader::InitFromBuffer(std::span<const ui8_t> metadata, ui64_t offs
   m_ByID.clear();
   m_Objects.clear();
   Primer = MXF::Primer();
-  size_t items_left = MaxItems;
+  SetBudget budget(MaxSetMemory);
   for (ui64_t at = 0; at < metadata.size();) {
     const std::span<const ui8_t> rest = metadata.subspan(at);
     const auto packet = ParseKLV(rest, at, metadata.size());
@@ -75,9 +75,8 @@ Result_t OP1aHeader::InitFromBuffer(std::span<const ui8_t> metadata, ui64_t offs
       if (result.Failure()) return result;
       continue;
     }
-    if (m_Objects.size() == MaxSets) return FormatError(offset + packet->Offset, "too many header metadata sets");
     std::unique_ptr<InterchangeObject> object;
-    const Result_t result = ReadSet(packet->Key, value, value_offset, Primer, items_left, object);
+    const Result_t result = ReadSet(packet->Key, value, value_offset, Primer, budget, object);
     if (result.Failure()) return result;
     m_ByID.emplace(object->InstanceUID, object.get());
     m_Objects.push_back(std::move(object));

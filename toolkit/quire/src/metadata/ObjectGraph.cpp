@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/MXF/OP1aHeader.h>
 
-#include <algorithm>
+#include <map>
+#include <set>
 
 // Finding the file package and its descriptor. References are followed one step at a time and never in circles.
 
@@ -11,15 +12,17 @@ namespace {
 // Of the descriptors of a multiple descriptor, the one linked to a track whose number says that it carries essence.
 FileDescriptor* LinkedDescriptor(const OP1aHeader& header, const SourcePackage& package,
                                  const MultipleDescriptor& all) {
+  std::set<ui32_t> essence_tracks;
+  for (const UUID& reference : package.Tracks) {
+    const auto* track = header.Resolve<GenericTrack>(reference);
+    if (track != nullptr && track->TrackNumber != 0) essence_tracks.insert(track->TrackID);
+  }
   FileDescriptor* first = nullptr;
   for (const UUID& reference : all.FileDescriptors) {
     auto* descriptor = header.Resolve<FileDescriptor>(reference);
     if (descriptor == nullptr || descriptor == &all) continue;
     if (first == nullptr) first = descriptor;
-    for (const UUID& track_reference : package.Tracks) {
-      const auto* track = header.Resolve<GenericTrack>(track_reference);
-      if (track != nullptr && track->TrackNumber != 0 && descriptor->LinkedTrackID == track->TrackID) return descriptor;
-    }
+    if (descriptor->LinkedTrackID && essence_tracks.contains(*descriptor->LinkedTrackID)) return descriptor;
   }
   return first;
 }
@@ -39,15 +42,16 @@ T* Only(std::span<const std::unique_ptr<InterchangeObject>> objects) {
 }  // namespace
 
 SourcePackage* OP1aHeader::FilePackage() const {
+  // Only the material number identifies: the leading bytes differ between writers.
+  std::map<UUID, SourcePackage*> packages;
+  for (const auto& object : m_Objects)
+    if (auto* package = dynamic_cast<SourcePackage*>(object.get()))
+      packages.emplace(MaterialNumber(package->PackageUID), package);
   for (const auto& object : m_Objects) {
     const auto* data = dynamic_cast<const EssenceContainerData*>(object.get());
     if (data == nullptr) continue;
-    for (const auto& candidate : m_Objects) {
-      auto* package = dynamic_cast<SourcePackage*>(candidate.get());
-      // Only the material number identifies: the leading bytes differ between writers.
-      if (package != nullptr && MaterialNumber(package->PackageUID) == MaterialNumber(data->LinkedPackageUID))
-        return package;
-    }
+    const auto found = packages.find(MaterialNumber(data->LinkedPackageUID));
+    if (found != packages.end()) return found->second;
   }
   return Only<SourcePackage>(m_Objects);
 }

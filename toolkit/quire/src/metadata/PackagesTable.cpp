@@ -102,21 +102,21 @@ constexpr auto CryptographicContextProperties =
 
 }  // namespace
 
-constinit const SetDefinition MaterialPackageSet{MDD_MaterialPackage, GenericPackageProperties,
-                                                 CreateSet<MaterialPackage>};
-constinit const SetDefinition SourcePackageSet{MDD_SourcePackage, SourcePackageProperties, CreateSet<SourcePackage>};
-constinit const SetDefinition TrackSet{MDD_Track, TrackProperties, CreateSet<Track>};
-constinit const SetDefinition StaticTrackSet{MDD_StaticTrack, GenericTrackProperties, CreateSet<StaticTrack>};
-constinit const SetDefinition EventTrackSet{MDD_EventTrack, EventTrackProperties, CreateSet<EventTrack>};
-constinit const SetDefinition SequenceSet{MDD_Sequence, SequenceProperties, CreateSet<Sequence>};
-constinit const SetDefinition SourceClipSet{MDD_SourceClip, SourceClipProperties, CreateSet<SourceClip>};
-constinit const SetDefinition TimecodeComponentSet{MDD_TimecodeComponent, TimecodeComponentProperties,
-                                                   CreateSet<TimecodeComponent>};
-constinit const SetDefinition FillerSet{MDD_Filler, StructuralComponentProperties, CreateSet<Filler>};
-constinit const SetDefinition DMSegmentSet{MDD_DMSegment, DMSegmentProperties, CreateSet<DMSegment>};
-constinit const SetDefinition CryptographicFrameworkSet{MDD_CryptographicFramework, CryptographicFrameworkProperties,
-                                                        CreateSet<CryptographicFramework>};
-constinit const SetDefinition CryptographicContextSet{MDD_CryptographicContext, CryptographicContextProperties,
-                                                      CreateSet<CryptographicContext>};
+constinit const SetDefinition MaterialPackageSet =
+    DefineSet<MaterialPackage>(MDD_MaterialPackage, GenericPackageProperties);
+constinit const SetDefinition SourcePackageSet = DefineSet<SourcePackage>(MDD_SourcePackage, SourcePackageProperties);
+constinit const SetDefinition TrackSet = DefineSet<Track>(MDD_Track, TrackProperties);
+constinit const SetDefinition StaticTrackSet = DefineSet<StaticTrack>(MDD_StaticTrack, GenericTrackProperties);
+constinit const SetDefinition EventTrackSet = DefineSet<EventTrack>(MDD_EventTrack, EventTrackProperties);
+constinit const SetDefinition SequenceSet = DefineSet<Sequence>(MDD_Sequence, SequenceProperties);
+constinit const SetDefinition SourceClipSet = DefineSet<SourceClip>(MDD_SourceClip, SourceClipProperties);
+constinit const SetDefinition TimecodeComponentSet =
+    DefineSet<TimecodeComponent>(MDD_TimecodeComponent, TimecodeComponentProperties);
+constinit const SetDefinition FillerSet = DefineSet<Filler>(MDD_Filler, StructuralComponentProperties);
+constinit const SetDefinition DMSegmentSet = DefineSet<DMSegment>(MDD_DMSegment, DMSegmentProperties);
+constinit const SetDefinition CryptographicFrameworkSet =
+    DefineSet<CryptographicFramework>(MDD_CryptographicFramework, CryptographicFrameworkProperties);
+constinit const SetDefinition CryptographicContextSet =
+    DefineSet<CryptographicContext>(MDD_CryptographicContext, CryptographicContextProperties);
 
 }  // namespace QUIRE::MXF

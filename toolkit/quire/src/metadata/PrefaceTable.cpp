@@ -61,12 +61,12 @@ constexpr auto EssenceContainerDataProperties =
 
 }  // namespace
 
-constinit const SetDefinition PrefaceSet{MDD_Preface, PrefaceProperties, CreateSet<Preface>};
-constinit const SetDefinition IdentificationSet{MDD_Identification, IdentificationProperties,
-                                                CreateSet<Identification>};
-constinit const SetDefinition ContentStorageSet{MDD_ContentStorage, ContentStorageProperties,
-                                                CreateSet<ContentStorage>};
-constinit const SetDefinition EssenceContainerDataSet{MDD_EssenceContainerData, EssenceContainerDataProperties,
-                                                      CreateSet<EssenceContainerData>};
+constinit const SetDefinition PrefaceSet = DefineSet<Preface>(MDD_Preface, PrefaceProperties);
+constinit const SetDefinition IdentificationSet =
+    DefineSet<Identification>(MDD_Identification, IdentificationProperties);
+constinit const SetDefinition ContentStorageSet =
+    DefineSet<ContentStorage>(MDD_ContentStorage, ContentStorageProperties);
+constinit const SetDefinition EssenceContainerDataSet =
+    DefineSet<EssenceContainerData>(MDD_EssenceContainerData, EssenceContainerDataProperties);
 
 }  // namespace QUIRE::MXF

@@ -38,35 +38,22 @@ StoredItem& ItemFor(std::vector<StoredItem>& items, const Property* known, ui16_
   return items.back();
 }
 
-// Takes one item into the object, and keeps its bytes where we would write it otherwise.
-bool TakeItem(InterchangeObject& object, const SetItem& item, const Property* known) {
+// Takes one item into the object, and keeps its bytes where we would write it otherwise. Null when it is malformed.
+const StoredItem* TakeItem(InterchangeObject& object, const SetItem& item, const Property* known) {
   StoredItem& stored = ItemFor(object.Items, known, item.Tag);
   stored.Known = known;
   if (known == nullptr) {
     stored.Found.assign(item.Value.begin(), item.Value.end());
-    return true;
+    return &stored;
   }
-  if (!item.Value.empty() && !known->Read(object, item.Value)) return false;
+  if (!item.Value.empty() && !known->Read(object, item.Value)) return nullptr;
   const bool has_value = known->Write(object, stored.Canonical);
   stored.Verbatim = !has_value || !std::ranges::equal(item.Value, stored.Canonical);
   if (stored.Verbatim)
     stored.Found.assign(item.Value.begin(), item.Value.end());
   else
     stored.Canonical = {};
-  return true;
-}
-
-// Notes the required properties that the file left out, so that they are written only once they have a value.
-void NoteMissing(InterchangeObject& object) {
-  for (const Property& property : object.Definition().Properties) {
-    if (property.IsOptional()) continue;
-    const auto same = [&property](const StoredItem& item) { return item.Known == &property; };
-    if (std::any_of(object.Items.begin(), object.Items.end(), same)) continue;
-    StoredItem& missing = object.Items.emplace_back();
-    missing.Known = &property;
-    missing.Present = false;
-    property.Write(object, missing.Canonical);
-  }
+  return &stored;
 }
 
 // Keeps the KLV as it is; where it is a local set with an instance identifier, references find it.
@@ -113,9 +100,16 @@ Result_t AppendStoredItem(const InterchangeObject& object, const StoredItem& ite
   if (item.Known == nullptr) return AppendFoundItem(set, item, item.Found, primer, out);
   std::vector<ui8_t> value;
   const bool has_value = item.Known->Write(object, value);
-  if (!item.Present) return value == item.Canonical ? Ferro::RESULT_OK : AppendNewItem(*item.Known, value, primer, out);
   if (item.Verbatim && value == item.Canonical) return AppendFoundItem(set, item, item.Found, primer, out);
   return has_value ? AppendFoundItem(set, item, value, primer, out) : Ferro::RESULT_OK;
+}
+
+// True where the file left a required property out and nobody gave it a value since.
+bool IsLeftOut(const InterchangeObject& object, const Property& property, const std::vector<ui8_t>& value) {
+  if (!object.WasRead || property.IsOptional()) return false;
+  std::vector<ui8_t> initial;
+  (void)property.Write(*object.Definition().Create(), initial);
+  return value == initial;
 }
 
 Result_t AppendItems(const InterchangeObject& object, Primer& primer, std::vector<ui8_t>& out) {
@@ -127,11 +121,16 @@ Result_t AppendItems(const InterchangeObject& object, Primer& primer, std::vecto
     const auto same = [&property](const StoredItem& item) { return item.Known == &property; };
     if (std::any_of(object.Items.begin(), object.Items.end(), same)) continue;
     std::vector<ui8_t> value;
-    if (!property.Write(object, value)) continue;
+    if (!property.Write(object, value) || IsLeftOut(object, property, value)) continue;
     const Result_t result = AppendNewItem(property, value, primer, out);
     if (result.Failure()) return result;
   }
   return Ferro::RESULT_OK;
+}
+
+// What an item takes: its fields at most three times its bytes (text in UTF-8, identifiers as objects), and its codings.
+size_t MemoryOf(const SetItem& item, const StoredItem& stored) {
+  return 3 * item.Value.size() + stored.Found.capacity() + stored.Canonical.capacity();
 }
 
 }  // namespace
@@ -147,9 +146,11 @@ Result_t NextItem(std::span<const ui8_t>& rest, ui64_t& offset, SetItem& item) {
   return Ferro::RESULT_OK;
 }
 
-Result_t ReadSet(const UL& key, std::span<const ui8_t> value, ui64_t offset, const Primer& primer, size_t& items_left,
+Result_t ReadSet(const UL& key, std::span<const ui8_t> value, ui64_t offset, const Primer& primer, SetBudget& budget,
                  std::unique_ptr<InterchangeObject>& object) {
   const SetDefinition* definition = FindSetDefinition(key);
+  const size_t size = definition != nullptr ? definition->ObjectSize : sizeof(OpaqueSet) + value.size();
+  if (!budget.Take(size + SetBudget::Surroundings)) return FormatError(offset, "%s", SetBudget::Exceeded);
   if (definition == nullptr) {
     auto opaque = std::make_unique<OpaqueSet>();
     ReadOpaque(key, value, *opaque);
@@ -157,16 +158,19 @@ Result_t ReadSet(const UL& key, std::span<const ui8_t> value, ui64_t offset, con
     return Ferro::RESULT_OK;
   }
   object = definition->Create();
+  object->WasRead = true;
   while (!value.empty()) {
     SetItem item;
     const Result_t result = NextItem(value, offset, item);
     if (result.Failure()) return result;
-    if (items_left-- == 0) return FormatError(item.Offset, "too many items in the header metadata");
-    if (!TakeItem(*object, item, FindProperty(*definition, item.Tag, primer)))
+    const size_t capacity = object->Items.capacity();
+    const StoredItem* stored = TakeItem(*object, item, FindProperty(*definition, item.Tag, primer));
+    if (stored == nullptr)
       return FormatError(item.Offset, "item %04x of %s with a malformed value of %zu bytes", item.Tag, object->Name(),
                          item.Value.size());
+    const size_t grown = (object->Items.capacity() - capacity) * sizeof(StoredItem);
+    if (!budget.Take(grown + MemoryOf(item, *stored))) return FormatError(item.Offset, "%s", SetBudget::Exceeded);
   }
-  NoteMissing(*object);
   return Ferro::RESULT_OK;
 }
 

@@ -23,10 +23,28 @@ struct SetItem {
 /// @return RESULT_OK; RESULT_FORMAT with one log line when the item reaches past the end of its set.
 [[nodiscard]] Result_t NextItem(std::span<const ui8_t>& rest, ui64_t& offset, SetItem& item);
 
-/// Makes the object for a set from its key and value, which lies at `offset`. At most `items_left` items are taken, and
-/// counted off. @return RESULT_OK; RESULT_FORMAT with one log line.
+/// What the sets of a header may still take in memory. Made-up metadata could otherwise take eighty times their own size.
+class SetBudget {
+ public:
+  explicit SetBudget(size_t bytes) : m_Left(bytes) {}
+  /// False when there is not as much left.
+  [[nodiscard]] bool Take(size_t bytes) {
+    const bool enough = bytes <= m_Left;
+    m_Left -= enough ? bytes : m_Left;
+    return enough;
+  }
+  static constexpr const char* Exceeded = "header metadata that take more memory than any track file needs";
+  /// Of a set: its place in the list and in the map of identifiers, and the allocator's own.
+  static constexpr size_t Surroundings = 160;
+
+ private:
+  size_t m_Left;
+};
+
+/// Makes the object for a set from its key and value, which lies at `offset`; takes its memory from the budget.
+/// @return RESULT_OK; RESULT_FORMAT with one log line.
 [[nodiscard]] Result_t ReadSet(const UL& key, std::span<const ui8_t> value, ui64_t offset, const Primer& primer,
-                               size_t& items_left, std::unique_ptr<InterchangeObject>& object);
+                               SetBudget& budget, std::unique_ptr<InterchangeObject>& object);
 
 /// Appends the set as a KLV, its tags listed in `primer`. @return RESULT_OK; RESULT_TOOLARGE when an item exceeds 65535
 /// bytes or no tag is free, `out` then being unspecified.

@@ -45,6 +45,7 @@ struct SetDefinition {
   MDD_t Entry;
   std::span<const Property> Properties;
   std::unique_ptr<InterchangeObject> (*Create)();
+  size_t ObjectSize;  ///< bytes of an object without what its fields hold elsewhere
 };
 
 /// The definition of the set with this key, whatever its registry version; null for sets that we have no class for.
@@ -152,6 +153,11 @@ consteval auto Join(const PropertyTable<N>&... tables) {
 template <class Set>
 std::unique_ptr<InterchangeObject> CreateSet() {
   return std::make_unique<Set>();
+}
+
+template <class Set>
+consteval SetDefinition DefineSet(MDD_t entry, std::span<const Property> properties) {
+  return {entry, properties, CreateSet<Set>, sizeof(Set)};
 }
 
 /// What every set begins with (ST 377-1, A.1).

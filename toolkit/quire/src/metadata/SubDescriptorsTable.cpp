@@ -100,23 +100,20 @@ constexpr auto IADataEssenceSubDescriptorProperties = Join(
 
 }  // namespace
 
-constinit const SetDefinition JPEG2000PictureSubDescriptorSet{
-    MDD_JPEG2000PictureSubDescriptor, JPEG2000PictureSubDescriptorProperties, CreateSet<JPEG2000PictureSubDescriptor>};
-constinit const SetDefinition StereoscopicPictureSubDescriptorSet{
-    MDD_StereoscopicPictureSubDescriptor, InterchangeObjectProperties, CreateSet<StereoscopicPictureSubDescriptor>};
-constinit const SetDefinition AudioChannelLabelSubDescriptorSet{MDD_AudioChannelLabelSubDescriptor,
-                                                                AudioChannelLabelSubDescriptorProperties,
-                                                                CreateSet<AudioChannelLabelSubDescriptor>};
-constinit const SetDefinition SoundfieldGroupLabelSubDescriptorSet{MDD_SoundfieldGroupLabelSubDescriptor,
-                                                                   SoundfieldGroupLabelSubDescriptorProperties,
-                                                                   CreateSet<SoundfieldGroupLabelSubDescriptor>};
-constinit const SetDefinition GroupOfSoundfieldGroupsLabelSubDescriptorSet{
-    MDD_GroupOfSoundfieldGroupsLabelSubDescriptor, MCALabelSubDescriptorProperties,
-    CreateSet<GroupOfSoundfieldGroupsLabelSubDescriptor>};
-constinit const SetDefinition TimedTextResourceSubDescriptorSet{MDD_TimedTextResourceSubDescriptor,
-                                                                TimedTextResourceSubDescriptorProperties,
-                                                                CreateSet<TimedTextResourceSubDescriptor>};
-constinit const SetDefinition IADataEssenceSubDescriptorSet{
-    MDD_IADataEssenceSubDescriptor, IADataEssenceSubDescriptorProperties, CreateSet<IADataEssenceSubDescriptor>};
+constinit const SetDefinition JPEG2000PictureSubDescriptorSet =
+    DefineSet<JPEG2000PictureSubDescriptor>(MDD_JPEG2000PictureSubDescriptor, JPEG2000PictureSubDescriptorProperties);
+constinit const SetDefinition StereoscopicPictureSubDescriptorSet =
+    DefineSet<StereoscopicPictureSubDescriptor>(MDD_StereoscopicPictureSubDescriptor, InterchangeObjectProperties);
+constinit const SetDefinition AudioChannelLabelSubDescriptorSet = DefineSet<AudioChannelLabelSubDescriptor>(
+    MDD_AudioChannelLabelSubDescriptor, AudioChannelLabelSubDescriptorProperties);
+constinit const SetDefinition SoundfieldGroupLabelSubDescriptorSet = DefineSet<SoundfieldGroupLabelSubDescriptor>(
+    MDD_SoundfieldGroupLabelSubDescriptor, SoundfieldGroupLabelSubDescriptorProperties);
+constinit const SetDefinition GroupOfSoundfieldGroupsLabelSubDescriptorSet =
+    DefineSet<GroupOfSoundfieldGroupsLabelSubDescriptor>(MDD_GroupOfSoundfieldGroupsLabelSubDescriptor,
+                                                         MCALabelSubDescriptorProperties);
+constinit const SetDefinition TimedTextResourceSubDescriptorSet = DefineSet<TimedTextResourceSubDescriptor>(
+    MDD_TimedTextResourceSubDescriptor, TimedTextResourceSubDescriptorProperties);
+constinit const SetDefinition IADataEssenceSubDescriptorSet =
+    DefineSet<IADataEssenceSubDescriptor>(MDD_IADataEssenceSubDescriptor, IADataEssenceSubDescriptorProperties);
 
 }  // namespace QUIRE::MXF

@@ -285,8 +285,9 @@ Result_t h__Reader::FindPieces(ui32_t body_sid, std::vector<ElementPlace>& piece
   const ElementKeys keys = body_sid == m_Facts.BodySID ? ElementKeys::Essence : ElementKeys::GenericStream;
   for (const MXF::EssenceRun& run : runs) {
     const auto& partitions = m_Structure.Partitions;
-    const auto after = std::find_if(partitions.begin(), partitions.end(),
-                                    [&](const MXF::Partition& other) { return other.FileOffset > run.FileOffset; });
+    const auto after =
+        std::upper_bound(partitions.begin(), partitions.end(), run.FileOffset,
+                         [](ui64_t offset, const MXF::Partition& other) { return offset < other.FileOffset; });
     const bool goes_on = after != partitions.begin() && std::prev(after)->BodyOffset != 0;
     if (result.Failure() || (!pieces.empty() && !goes_on)) break;
     result = m_Elements->Locate(run.FileOffset, run.FileOffset + run.Length, keys, pieces.emplace_back());

@@ -27,7 +27,9 @@ struct EssenceRun {
 class QUIRE_API FileStructure {
  public:
   /// More partitions than this are refused.
-  static constexpr size_t MaxPartitions = 65536;
+  static constexpr size_t MaxPartitions = 32768;
+  /// And more essence container labels in all of them.
+  static constexpr size_t MaxContainerLabels = 131072;
 
   OP1aHeader Header;
   /// Bytes before the header partition pack; stored offsets count from there.
@@ -61,12 +63,14 @@ class QUIRE_API FileStructure {
  private:
   [[nodiscard]] bool ReadByRandomIndex(const Ferro::FileReader& file);
   [[nodiscard]] bool ReadByFooter(const Ferro::FileReader& file);
+  [[nodiscard]] static bool TakeLabels(const Partition& partition, size_t& labels);
   [[nodiscard]] Result_t Walk(const Ferro::FileReader& file);
   [[nodiscard]] Result_t PreferBetterMetadata(const Ferro::FileReader& file);
   /// The end of a partition: the next one, the random index pack, or the end of the file.
   [[nodiscard]] ui64_t EndOf(const Ferro::FileReader& file, size_t partition) const;
 
   bool m_HasAllPartitions = false;
+  std::vector<ui32_t> m_ByBodySID;  // places in Partitions, by stream, then in file order; once all are there
 };
 
 /// Where a stream offset lies in the file; no value outside the runs. Constant time for a stream of one run.

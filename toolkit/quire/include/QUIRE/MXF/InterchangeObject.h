@@ -20,7 +20,6 @@ struct SetDefinition;
 struct StoredItem {
   ui16_t Tag = 0;
   const Property* Known = nullptr;  ///< null: a property that we have no field for; Found is its value
-  bool Present = true;              ///< false: a required property that the file left out
   bool Verbatim = false;            ///< Found is written as long as the field still has the coding Canonical
   std::vector<ui8_t> Found;
   std::vector<ui8_t> Canonical;
@@ -48,6 +47,9 @@ class QUIRE_API InterchangeObject {
 
   /// The items as they were read, in stored order; empty for an object that was not read. For the library's own use.
   std::vector<StoredItem> Items;
+  /// True for an object that was read: a required property without an item was left out by the file, and is written only
+  /// once it has another value than in a new object. For the library's own use.
+  bool WasRead = false;
 
  protected:
   InterchangeObject() = default;

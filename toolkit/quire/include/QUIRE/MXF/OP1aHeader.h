@@ -24,10 +24,10 @@ enum class IndexTags { None, ConstantSize, VariableSize };
 /// that it hands out stay valid until it is destroyed or read anew. No lock: one thread at a time, or several that only look.
 class QUIRE_API OP1aHeader {
  public:
-  /// Header metadata beyond this many bytes, sets or items are refused.
+  /// Longer header metadata are refused.
   static constexpr ui64_t MaxMetadataBytes = 16 * 1024 * 1024;
-  static constexpr size_t MaxSets = 65536;
-  static constexpr size_t MaxItems = 262144;
+  /// Header metadata whose sets would take more bytes of memory are refused: room for some ten thousand.
+  static constexpr size_t MaxSetMemory = 8 * 1024 * 1024;
 
   OP1aHeader();
   ~OP1aHeader();
