@@ -44,7 +44,7 @@ order='
 toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
 toolkit/cairn:
-toolkit/sigil: base certificate key signature
+toolkit/sigil: base certificate key signature message
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
 tests: support ferro,quire,cairn,sigil,engine,tool system

@@ -46,6 +46,19 @@ enum class FindingID : ui8_t {
   SignMethod,   ///< allowed algorithms; a warning where they are the other flavour's
   SignKeyInfo,  ///< each certificate once, leaf first, none beside the chain: a warning
   SignSigner,   ///< Signer names the leaf: a warning
+  // Key delivery messages (ST 430-1).
+  KdmSignature,      ///< signed, and the signature is valid
+  KdmChain,          ///< its signer's chain holds
+  KdmWindowSigner,   ///< the window lies within the signer's validity: a warning
+  KdmEarly,          ///< the window has begun
+  KdmLate,           ///< the window is not over
+  KdmComposition,    ///< for that composition
+  KdmAuthenticator,  ///< the composition is signed by whom the message says
+  KdmKeyMissing,     ///< has every key that the composition needs
+  KdmRecipient,      ///< for that recipient
+  KdmRecipientName,  ///< names the recipient as its certificate does: a warning
+  KdmDevice,         ///< lists the devices that are to play it: a warning
+  KdmKeyType,        ///< key types are known: a note
 };
 
 struct Finding {

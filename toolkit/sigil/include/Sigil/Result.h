@@ -15,5 +15,9 @@ inline constexpr Result_t RESULT_SG_SIGN{-303, "SG_SIGN", "The document could no
 inline constexpr Result_t RESULT_SG_PASSPHRASE{-304, "SG_PASSPHRASE",
                                                "The private key's passphrase is missing or wrong."};
 inline constexpr Result_t RESULT_SG_DOCUMENT{-305, "SG_DOCUMENT", "The document is not of a kind that is signed."};
+inline constexpr Result_t RESULT_SG_MESSAGE{-306, "SG_MESSAGE", "The document is not a well-formed key message."};
+inline constexpr Result_t RESULT_SG_UNVERIFIED{-307, "SG_UNVERIFIED", "The key message's signature is not valid."};
+inline constexpr Result_t RESULT_SG_CONTENT{
+    -308, "SG_CONTENT", "The key message is not for this private key, or its content is not sound."};
 
 }  // namespace Sigil

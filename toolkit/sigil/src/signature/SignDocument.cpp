@@ -38,21 +38,16 @@ Result_t Sign(std::string& xml, const SignerIdentity& signer, Ferro::ILogSink& l
   ChainContext context;
   context.At = *date;
   context.Format = document.Format();
-  const ChainReport chain = CheckChain(signer.Chain, context);
-  if (!chain.Holds()) {
-    SignatureReport report;
-    report.Findings = chain.Findings;
-    return Refuse(log, RESULT_SG_SIGNER, report.Reason());
-  }
-  if (!signer.Key.Matches(chain.Chain.front()))
-    return Refuse(log, RESULT_SG_SIGNER, "the private key is not that of the chain's leaf");
+  CertificateList chain;
+  if (std::string problem = OrderSigner(signer, context, chain); !problem.empty())
+    return Refuse(log, RESULT_SG_SIGNER, problem);
 
   const size_t end = EndTag(xml, document);
   if (end == std::string::npos) return Refuse(log, RESULT_SG_SIGN, "its document element has no end tag");
   const bool is_interop = document.Format() == Cairn::DFT_Interop;
   std::string text = xml;
-  text.insert(end, SignerElement(document, chain.Chain.front()) + '\n' +
-                       SignatureElement(chain.Chain, {""}, is_interop, true) + '\n');
+  text.insert(end,
+              SignerElement(document, chain.front()) + '\n' + SignatureElement(chain, {""}, is_interop, true) + '\n');
   if (!FillSignature(text, signer.Key, is_interop, log))
     return Refuse(log, RESULT_SG_SIGN, "there is no place for a signature");
   SignatureReport report;

@@ -76,6 +76,16 @@ std::vector<DOMElement*> DigestValues(const SignedDocument& document) {
 
 }  // namespace
 
+string OrderSigner(const SignerIdentity& signer, const ChainContext& context, CertificateList& chain) {
+  SignatureReport report;
+  report.Chain = CheckChain(signer.Chain, context);
+  report.Findings = report.Chain.Findings;
+  if (!report.Chain.Holds()) return report.Reason();
+  if (!signer.Key.Matches(report.Chain.Chain.front())) return "the private key is not that of the chain's leaf";
+  chain = std::move(report.Chain.Chain);
+  return {};
+}
+
 string EscapeXML(const string& text) {
   string escaped;
   for (const char c : text) {

@@ -10,6 +10,11 @@
 
 namespace Sigil {
 
+/// Puts the signer's certificates in order, leaf first.
+/// @return empty, or why they are not to sign: the chain does not hold, or is not the key's.
+[[nodiscard]] std::string OrderSigner(const SignerIdentity& signer, const ChainContext& context,
+                                      CertificateList& chain);
+
 /// X509IssuerName and X509SerialNumber of a certificate, as elements with the prefix "ds".
 [[nodiscard]] std::string IssuerSerialElements(const Certificate& certificate);
 /// A text with what XML demands in place of "&", "<" and ">".
