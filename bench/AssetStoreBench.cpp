@@ -3,6 +3,8 @@
 // A store of 10,000 assets in 1,000 packages: opening it cold and warm, and looking assets up. The peer of both openings
 // is what the file system takes for the same: to find and stat each file, and to find, open and read it.
 
+#include "TemporaryFolder.h"
+
 #include <Cairn/AssetMap.h>
 #include <Cairn/AssetStore.h>
 #include <Cairn/PackingList.h>
@@ -11,7 +13,6 @@
 
 #include <benchmark/benchmark.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -29,50 +30,50 @@ using Cairn::ui32_t;
 constexpr ui32_t PackageCount = 1000;
 constexpr ui32_t AssetsPerPackage = 10;  // with the packing list
 
-Cairn::UUID numbered_id(ui32_t number) {
+Cairn::UUID NumberedID(ui32_t number) {
   char text[40];
   std::snprintf(text, sizeof(text), "00000000-0000-4000-8000-%012x", number);
   return *Cairn::UUID::FromHex(text);
 }
 
-void require(bool good, const char* what) {
+void Require(bool good, const char* what) {
   if (!good) throw std::runtime_error(what);
 }
 
-void put_text(const fs::path& file, const std::string& text) {
+void PutText(const fs::path& file, const std::string& text) {
   std::ofstream out(file, std::ios::binary);
   out << text;
   out.close();
-  require(out.good(), "cannot write the packages");
+  Require(out.good(), "cannot write the packages");
 }
 
 /// One composition; the others are images, as files that are known by their first bytes.
-void make_package(const fs::path& folder, ui32_t number) {
+void MakePackage(const fs::path& folder, ui32_t number) {
   fs::create_directories(folder);
   Cairn::PackingList list;
   Cairn::AssetMap map;
-  list.ID = numbered_id(number);
-  map.ID = numbered_id(number + AssetsPerPackage);
+  list.ID = NumberedID(number);
+  map.ID = NumberedID(number + AssetsPerPackage);
   for (std::string* text : {&map.Creator, &map.Issuer, &list.Creator, &list.Issuer}) *text = "Quayside";
   map.IssueDate = list.IssueDate = "2026-02-03T04:05:06Z";
   for (ui32_t i = 1; i < AssetsPerPackage; ++i) {
-    const Cairn::UUID id = numbered_id(number + i);
+    const Cairn::UUID id = NumberedID(number + i);
     const std::string name = std::to_string(i) + (i == 1 ? ".xml" : ".png");
     const std::string text =
         i > 1 ? "\x89PNG\r\n\x1a\n" + id.EncodeString()
               : "<CompositionPlaylist xmlns=\"http://www.smpte-ra.org/schemas/429-7/2006/CPL\"><Id>" + id.EncodeURN() +
                     "</Id></CompositionPlaylist>";
-    put_text(folder / name, text);
+    PutText(folder / name, text);
     list.AssetList.push_back({id, "", Ferro::DigestText(text), text.size(), "application/octet-stream", name});
     map.AssetList.push_back({id, "", false, {{name, 1, 0, false, 0}}});
   }
   map.AssetList.push_back({list.ID, "", true, {{"pkl.xml", 1, 0, false, 0}}});
   std::string xml;
-  require(list.EncodeXML(xml, Cairn::DFT_DCI_SMPTE).Success(), "cannot make a packing list");
-  put_text(folder / "pkl.xml", xml);
+  Require(list.EncodeXML(xml, Cairn::DFT_DCI_SMPTE).Success(), "cannot make a packing list");
+  PutText(folder / "pkl.xml", xml);
   xml.clear();
-  require(map.EncodeXML(xml, Cairn::DFT_DCI_SMPTE).Success(), "cannot make an asset map");
-  put_text(folder / "ASSETMAP.xml", xml);
+  Require(map.EncodeXML(xml, Cairn::DFT_DCI_SMPTE).Success(), "cannot make an asset map");
+  PutText(folder / "ASSETMAP.xml", xml);
 }
 
 /// The packages and an index of them, made once.
@@ -82,27 +83,20 @@ class Packages {
     static const Packages packages;
     return packages;
   }
-  [[nodiscard]] std::string Folder() const { return (m_Base / "packages").string(); }
-  [[nodiscard]] std::string Index() const { return (m_Base / "index.db").string(); }
+  [[nodiscard]] std::string Folder() const { return m_Base.Path("packages"); }
+  [[nodiscard]] std::string Index() const { return m_Base.Path("index.db"); }
 
  private:
   Packages() {
-    std::string name = (fs::temp_directory_path() / "strata-bench-XXXXXX").string();
-    require(mkdtemp(name.data()) != nullptr, "cannot make a folder");
-    m_Base = name;
     for (ui32_t i = 0; i < PackageCount; ++i)
-      make_package(m_Base / "packages" / std::to_string(i), i * (AssetsPerPackage + 1));
+      MakePackage(fs::path(Folder()) / std::to_string(i), i * (AssetsPerPackage + 1));
     Cairn::AssetStore store;
-    require(store.Open(Index()).Success() && store.AddFolder(Folder()).Success(), "cannot index the packages");
+    Require(store.Open(Index()).Success() && store.AddFolder(Folder()).Success(), "cannot index the packages");
   }
-  ~Packages() {
-    std::error_code ignored;
-    fs::remove_all(m_Base, ignored);
-  }
-  fs::path m_Base;
+  const testsupport::TemporaryFolder m_Base;
 };
 
-void check_count(benchmark::State& state, const Cairn::AssetStore& store) {
+void CheckCount(benchmark::State& state, const Cairn::AssetStore& store) {
   Cairn::UUIDList ids;
   if (store.GetAssetIDList(ids).Failure() || ids.size() != PackageCount * AssetsPerPackage)
     state.SkipWithError("the store is not complete");
@@ -115,8 +109,8 @@ void OpenCold(benchmark::State& state) {
     if (!index.empty())
       for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(index + suffix);
     Cairn::AssetStore store;
-    require(store.Open(index).Success() && store.AddFolder(folder).Success(), "cannot index the packages");
-    check_count(state, store);
+    Require(store.Open(index).Success() && store.AddFolder(folder).Success(), "cannot index the packages");
+    CheckCount(state, store);
   }
 }
 BENCHMARK(OpenCold)->ArgName("in_file")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
@@ -125,8 +119,8 @@ void OpenWarm(benchmark::State& state) {
   const Packages& packages = Packages::Get();
   for (auto _ : state) {
     Cairn::AssetStore store;
-    require(store.Open(packages.Index()).Success() && store.Refresh().Success(), "cannot open the index");
-    check_count(state, store);
+    Require(store.Open(packages.Index()).Success() && store.Refresh().Success(), "cannot open the index");
+    CheckCount(state, store);
   }
 }
 BENCHMARK(OpenWarm)->Unit(benchmark::kMillisecond);
@@ -138,7 +132,7 @@ void StatEachFile(benchmark::State& state) {
     std::uintmax_t bytes = 0;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
       struct stat status = {};
-      require(stat(entry.path().c_str(), &status) == 0, "a file is gone");
+      Require(stat(entry.path().c_str(), &status) == 0, "a file is gone");
       bytes += static_cast<std::uintmax_t>(status.st_size);
     }
     benchmark::DoNotOptimize(bytes);
@@ -161,9 +155,9 @@ BENCHMARK(ReadEachFile)->Unit(benchmark::kMillisecond);
 
 void LookUp(benchmark::State& state) {
   Cairn::AssetStore store;
-  require(store.Open(Packages::Get().Index()).Success(), "cannot open the index");
+  Require(store.Open(Packages::Get().Index()).Success(), "cannot open the index");
   Cairn::UUIDList known;
-  require(store.GetAssetIDList(known).Success(), "cannot ask the index");
+  Require(store.GetAssetIDList(known).Success(), "cannot ask the index");
   Cairn::UUIDList ids(known.begin(), std::next(known.begin(), state.range(0)));
   for (auto _ : state) {
     Cairn::AssetInfoList found;
@@ -176,7 +170,7 @@ BENCHMARK(LookUp)->Arg(1)->Arg(5000)->Unit(benchmark::kMicrosecond);
 
 void ListAll(benchmark::State& state) {
   Cairn::AssetStore store;
-  require(store.Open(Packages::Get().Index()).Success(), "cannot open the index");
+  Require(store.Open(Packages::Get().Index()).Success(), "cannot open the index");
   for (auto _ : state) benchmark::DoNotOptimize(store.Assets());
 }
 BENCHMARK(ListAll)->Unit(benchmark::kMillisecond);

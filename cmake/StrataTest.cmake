@@ -24,6 +24,20 @@ function(strata_add_test_pch)
     <list> <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <vector>)
 endfunction()
 
+# strata_add_test_library(<name> SOURCES <file>... [LIBS <lib>...] [HEADERS <module>...])
+# What several programs share, compiled once, and only where one of them is built. Modules under HEADERS give their
+# headers alone: the program chooses between their shared and their static form, and names them behind this library.
+function(strata_add_test_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBS;HEADERS" ${ARGN})
+  add_library(${name} STATIC EXCLUDE_FROM_ALL ${arg_SOURCES})
+  strata_test_options(${name})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${arg_LIBS})
+  foreach(module IN LISTS arg_HEADERS)
+    target_include_directories(${name} PRIVATE $<TARGET_PROPERTY:${module},INTERFACE_INCLUDE_DIRECTORIES>)
+  endforeach()
+endfunction()
+
 # strata_add_test(<name> SOURCES <file>... [LIBS <lib>...] [LABELS <label>...])
 # A GoogleTest program whose tests appear one by one in CTest as <prefix><name>.<Suite>.<Test>. The label "threads"
 # marks what also runs under the thread sanitizer. With STRATA_TEST_LABEL set, a program without that label is neither
@@ -49,7 +63,7 @@ endfunction()
 # strata_add_fuzz(<Name> SOURCES <file>... [LIBS <lib>...] [CORPUS <file>...])
 # A libFuzzer program and, in CTest, a short run of it as fuzz.<Name>, which starts from the seeds and from what earlier
 # runs of this build folder found. CORPUS is the source of a program that the build calls with one argument, the folder
-# into which it writes the seeds; it is linked with the same libraries.
+# into which it writes the seeds. Of several targets that name the same one, it has the libraries of the first.
 function(strata_add_fuzz name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBS;CORPUS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
@@ -60,16 +74,20 @@ function(strata_add_fuzz name)
   set(seeds ${CMAKE_CURRENT_BINARY_DIR}/seeds/${name})
   file(MAKE_DIRECTORY ${seeds})
   if(arg_CORPUS)
-    add_executable(${name}Corpus ${arg_CORPUS})
-    strata_compile_options(${name}Corpus)
-    target_link_libraries(${name}Corpus PRIVATE ${arg_LIBS})
+    list(GET arg_CORPUS 0 corpus)
+    cmake_path(GET corpus STEM corpus)
+    if(NOT TARGET ${corpus})
+      add_executable(${corpus} ${arg_CORPUS})
+      strata_compile_options(${corpus})
+      target_link_libraries(${corpus} PRIVATE ${arg_LIBS})
+    endif()
     add_custom_command(
       OUTPUT ${seeds}.stamp
       COMMAND ${CMAKE_COMMAND} -E rm -rf ${seeds}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${seeds}
-      COMMAND ${name}Corpus ${seeds}
+      COMMAND ${corpus} ${seeds}
       COMMAND ${CMAKE_COMMAND} -E touch ${seeds}.stamp
-      DEPENDS ${name}Corpus
+      DEPENDS ${corpus}
       COMMENT "Making the seeds of ${name}" VERBATIM)
     add_custom_target(${name}Seeds ALL DEPENDS ${seeds}.stamp)
   endif()
