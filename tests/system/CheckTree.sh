@@ -16,13 +16,13 @@ includes() { code | xargs sed -nE '/^ *# *include/{s/^ *# *include *[<"]([^>"]*)
 
 # The first line of a source file names its licence; a script's first line is taken by its interpreter.
 spdx() {
-  local file
-  for file in $(code); do
-    [[ $(head -n 1 "$file") == '// SPDX-License-Identifier: BSD-3-Clause' ]] || echo "$file: no licence in its first line"
-  done
-  for file in $(scripts); do
-    head -n 2 "$file" | grep -qx '# SPDX-License-Identifier: BSD-3-Clause' || echo "$file: no licence at its top"
-  done
+  local licence='SPDX-License-Identifier: BSD-3-Clause'
+  code | xargs awk -v line="// $licence" '
+    FNR == 1 && $0 == line { found[FILENAME] }
+    END { for (i = 1; i < ARGC; ++i) if (!(ARGV[i] in found)) print ARGV[i] ": no licence in its first line" }'
+  scripts | xargs awk -v line="# $licence" '
+    FNR <= 2 && $0 == line { found[FILENAME] }
+    END { for (i = 1; i < ARGC; ++i) if (!(ARGV[i] in found)) print ARGV[i] ": no licence at its top" }'
 }
 
 # A table of facts that stands alone in its file may be longer.
