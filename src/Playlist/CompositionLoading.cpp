@@ -6,7 +6,7 @@
 #include <Cairn/Result.h>
 #include <Ferro/Assert.h>
 #include <Ferro/CheckedMath.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <QUIRE/Result.h>
 
 #include <memory>

@@ -10,7 +10,7 @@
 
 #include <Cairn/Result.h>
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <QUIRE/Result.h>
 
 #include <memory>

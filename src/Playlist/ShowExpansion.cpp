@@ -5,7 +5,7 @@
 
 #include <Cairn/InitObjectWithFile.h>
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <QUIRE/Result.h>
 
 #include <algorithm>

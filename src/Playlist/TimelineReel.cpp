@@ -2,7 +2,7 @@
 #include "Playlist/TimelineReel.h"
 
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 namespace Strata {
 

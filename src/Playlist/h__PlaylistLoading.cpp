@@ -4,7 +4,7 @@
 #include "Playlist/h__Playlist.h"
 
 #include <Cairn/InitObjectWithFile.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/SHA1Digest.h>
 #include <QUIRE/Result.h>
 

@@ -5,7 +5,7 @@
 #include "Playlist/h__Playlist.h"
 
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 

@@ -8,7 +8,7 @@ namespace Strata {
 h__RPLParser::~h__RPLParser() = default;
 
 Result_t h__RPLParser::SetupCaller(ResourcePresentationList* list, Cairn::DCPFormat_t, Ferro::ILogSink& log) {
-  if (m_parser == nullptr || m_doc == nullptr || m_iter == nullptr || list == nullptr) {
+  if (m_parser.empty() || m_doc == nullptr || m_iter == nullptr || list == nullptr) {
     log.Error("RESULT_STATE RETURNED at %s (%d)\n", __FILE__, __LINE__);
     return Ferro::RESULT_STATE;
   }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Strata/ShowPlaylist.h>
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <cmath>
 #include <limits>

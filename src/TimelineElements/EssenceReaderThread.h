@@ -84,7 +84,7 @@
 
 #include <Ferro/Assert.h>
 #include <Ferro/Event.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/Mutex.h>
 #include <Ferro/Thread.h>
 #include <Ferro/mem_ptr.h>

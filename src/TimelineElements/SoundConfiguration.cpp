@@ -3,7 +3,7 @@
 #include <Strata/Types.h>
 
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/MXF/Descriptors.h>
 #include <QUIRE/MXF/OP1aHeader.h>

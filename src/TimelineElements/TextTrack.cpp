@@ -4,7 +4,7 @@
 #include <Cairn/DCSubtitle.h>
 #include <Cairn/MIMEType.h>
 #include <Ferro/Assert.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/Path.h>
 #include <QUIRE/MXF/RIP.h>
 #include <QUIRE/Result.h>

@@ -5,7 +5,7 @@
 #include "TimelineElements/TextlessTrack.h"
 #include "TimelineElements/WholeSampleRate.h"
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/mem_ptr.h>
 #include <QUIRE/FrameBuffer.h>
 #include <QUIRE/WriterInfo.h>

@@ -129,7 +129,7 @@ TEST_F(AssetStoreScanTest, ForgettingBeforeOpenIsRefused) {
 }
 
 TEST_F(AssetStoreScanTest, LockedIndexIsRefusedAfterTheBusyTimeout) {
-  ASSERT_EQ(Store.Open(At("index.db"), std::chrono::milliseconds(0)), RESULT_OK);
+  ASSERT_EQ(Store.Open(At("index.db"), 0), RESULT_OK);
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(At("index.db").c_str(), &other), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);

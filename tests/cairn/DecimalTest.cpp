@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "Decimal.h"
+#include "base/Decimal.h"
 
 #include <gtest/gtest.h>
 

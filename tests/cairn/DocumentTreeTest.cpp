@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "DocumentTree.h"
+#include "xml/DocumentTree.h"
 
 #include <Cairn/DocumentParser.h>
+#include <Ferro/LogSink.h>
 
 #include <gtest/gtest.h>
 

@@ -39,7 +39,7 @@ class Recorder : public Cairn::XercesCallWrapper<Seen> {
   void SetupParser(Ferro::ILogSink& log) override {
     m_Calls.emplace_back("SetupParser");
     XercesCallWrapper::SetupParser(log);
-    if (m_DropsParser) m_parser.reset();
+    if (m_DropsParser) m_parser.set(nullptr);
   }
 
   Result_t SetupCaller(Seen* seen, Cairn::DCPFormat_t format, Ferro::ILogSink&) override {

@@ -4,6 +4,8 @@
 #include <Cairn/XMLAttrPtr.h>
 #include <Cairn/XercesCallWrapper.h>
 
+#include <Ferro/LogSink.h>
+
 #include <gtest/gtest.h>
 
 namespace {

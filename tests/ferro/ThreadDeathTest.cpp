@@ -53,7 +53,7 @@ TEST(ThreadDeathTest, RunningThreadMustNotBeDestroyed) {
 }
 
 TEST(ThreadDeathTest, ThreadMustNotStopItself) {
-  EXPECT_DEATH(StopFromWithin(), "Assertion 'm_Thread.get_id\\(\\) != std::this_thread::get_id\\(\\)' failed");
+  EXPECT_DEATH(StopFromWithin(), "Assertion 'm_State->Running.get_id\\(\\) != std::this_thread::get_id\\(\\)' failed");
 }
 
 TEST(EventDeathTest, CeilingOfZeroIsAProgrammingError) {

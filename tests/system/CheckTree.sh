@@ -43,7 +43,7 @@ format() {
 order='
 toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
-toolkit/cairn:
+toolkit/cairn: base xml document store
 toolkit/sigil: base certificate key signature message
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Ferro/Assert.h>
 #include <Ferro/Event.h>
+#include <Ferro/Mutex.h>
 
 #include <linux/futex.h>
 #include <sys/syscall.h>
@@ -100,6 +101,14 @@ bool Event::Pend(std::chrono::milliseconds limit) {
   // The longest negative limit overflows in nanoseconds.
   const auto deadline = std::chrono::steady_clock::now() + std::max(limit, std::chrono::milliseconds(0));
   return PendUntil(&deadline);
+}
+
+void Mutex::Lock() {
+  FERRO_ASSERT(pthread_mutex_lock(&m_Mutex) == 0);
+}
+
+void Mutex::Unlock() {
+  FERRO_ASSERT(pthread_mutex_unlock(&m_Mutex) == 0);
 }
 
 }  // namespace Ferro

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Ferro/Random.h>
 #include <Ferro/UUID.h>
+#include <Ferro/UniqueList.h>
 
 #include <algorithm>
+#include <set>
 
 namespace Ferro {
 
@@ -48,6 +50,16 @@ std::string UUID::EncodeString() const {
 
 std::string UUID::EncodeURN() const {
   return std::string(s_URNPrefix) + EncodeString();
+}
+
+template class Identifier<16>;
+template class Identifier<20>;
+template class Identifier<32>;
+
+void create_unique_list(const std::list<UUID>& in, std::list<UUID>& out) {
+  std::set<UUID> seen;
+  for (const UUID& id : in)
+    if (seen.insert(id).second) out.push_back(id);
 }
 
 }  // namespace Ferro

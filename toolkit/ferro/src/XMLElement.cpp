@@ -65,8 +65,6 @@ void AppendLineStart(std::string& out, unsigned depth) {
 
 }  // namespace
 
-XMLElement::XMLElement() = default;
-
 XMLElement::XMLElement(std::string name) : m_Name(std::move(name)) {
   FERRO_ASSERT(IsQualifiedName(m_Name));
 }
@@ -92,8 +90,7 @@ void XMLElement::AppendBody(std::string_view text) {
 }
 
 XMLElement& XMLElement::AddChild(std::string_view name) {
-  m_Children.push_back(std::make_unique<XMLElement>(std::string(name)));
-  return *m_Children.back();
+  return m_Children.emplace_back(std::string(name));
 }
 
 XMLElement& XMLElement::AddChildWithContent(std::string_view name, std::string_view text) {
@@ -103,9 +100,9 @@ XMLElement& XMLElement::AddChildWithContent(std::string_view name, std::string_v
 }
 
 void XMLElement::AddComment(std::string_view text) {
-  m_Children.emplace_back(new XMLElement);
-  m_Children.back()->m_IsComment = true;
-  m_Children.back()->m_Body = text;
+  XMLElement& comment = m_Children.emplace_back("comment");
+  comment.m_IsComment = true;
+  comment.m_Body = text;
 }
 
 Result_t XMLElement::Render(std::string& out) const {
@@ -134,9 +131,9 @@ bool XMLElement::RenderElement(std::string& out, unsigned depth, bool indent) co
 
   // Beside text, and in all that stands within, white space would be content.
   indent = indent && m_Body.empty();
-  for (const auto& child : m_Children) {
+  for (const XMLElement& child : m_Children) {
     if (indent) AppendLineStart(out, depth + 1);
-    if (!child->RenderElement(out, depth + 1, indent)) return false;
+    if (!child.RenderElement(out, depth + 1, indent)) return false;
   }
   if (indent) AppendLineStart(out, depth);
   out.append("</").append(m_Name).append(1, '>');

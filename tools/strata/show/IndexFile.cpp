@@ -49,9 +49,9 @@ std::string DefaultIndexFile() {
 }
 
 bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
-                   std::chrono::milliseconds busy_timeout) {
+                   Ferro::ui32_t busy_timeout_ms) {
   const QuietLog log;
-  const Cairn::Result_t result = store.Open(index, busy_timeout);
+  const Cairn::Result_t result = store.Open(index, busy_timeout_ms);
   if (result.Success()) return true;
   problem = IndexFailure(store, index);
   if (problem.empty()) problem = ProblemText(index, result.Label(), Cairn::SF_NONE);

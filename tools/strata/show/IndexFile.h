@@ -3,7 +3,6 @@
 
 #include <Cairn/AssetStore.h>
 
-#include <chrono>
 #include <string>
 
 namespace Tool {
@@ -13,10 +12,10 @@ namespace Tool {
 [[nodiscard]] std::string DefaultIndexFile();
 
 /// Opens a store over an index; without a name it lies in memory.
-/// @param busy_timeout  how long to wait for another program that works with it.
+/// @param busy_timeout_ms  how long to wait for another program that works with it.
 /// @return false, with a text for the user in `problem`, when it cannot be used.
 [[nodiscard]] bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::string& problem,
-                                 std::chrono::milliseconds busy_timeout = std::chrono::seconds(30));
+                                 Ferro::ui32_t busy_timeout_ms = 30'000);
 
 /// The failure of a store's index, in words for the user; empty where there is none.
 [[nodiscard]] std::string IndexFailure(const Cairn::AssetStore& store, const std::string& index);

@@ -5,7 +5,9 @@
 #include <Cairn/DocumentParser.h>
 #include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
+
+#include <xercesc/dom/DOMDocument.hpp>
 
 namespace Tool {
 
@@ -31,7 +33,7 @@ Ferro::Result_t ReadTextReferences(const std::string& xml, TextReferences& refer
     Cairn::DocumentParser parser;
     Cairn::DOMTreeErrorReporter reporter;
     const Ferro::Result_t result = parser.ParseText(xml, reporter, log);
-    if (result.Success()) Collect(parser.getDocument()->getDocumentElement(), references);
+    if (result.Success()) Collect(parser.Document()->getDocumentElement(), references);
     return result;
   } catch (...) {
     return Cairn::LogXMLException(log);

@@ -77,7 +77,7 @@ ExitCode StoreSession::Open(const StoreOptions& options, bool may_create) {
     return StoreTrouble(ExitCode::Usage, m_IndexFile + ": there is no asset index yet: `strata store add` makes it.");
   if (options.Index.empty()) fs::create_directories(fs::path(m_IndexFile).parent_path(), error);
   std::string problem;
-  return OpenIndexFile(m_IndexFile, m_Store, problem, std::chrono::seconds(options.BusyTimeout))
+  return OpenIndexFile(m_IndexFile, m_Store, problem, 1000 * options.BusyTimeout)
              ? ExitCode::Fine
              : StoreTrouble(ExitCode::NotPlayable, problem);
 }

@@ -6,9 +6,9 @@
 #include <Cairn/IAssetLookup.h>
 #include <Cairn/StoreFailure.h>
 
-#include <chrono>
+#include <Ferro/mem_ptr.h>
+
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -52,11 +52,10 @@ class CAIRN_API AssetStore : public IAssetLookup {
   using OnScan = std::function<bool(const ScanProgress&)>;
 
   /// Opens the index; one that is open already is closed first. Without a name the index lies in memory.
-  /// @param busy_timeout  how long each operation waits for another process that keeps the index locked.
+  /// @param busy_timeout_ms  how long each operation waits for another process that keeps the index locked.
   /// @return RESULT_OK; RESULT_CN_STORE, logged, for a file that is no index of this version or cannot be opened:
   ///         LastFailure tells which.
-  [[nodiscard]] Result_t Open(const std::string& index_file = "",
-                              std::chrono::milliseconds busy_timeout = std::chrono::seconds(30));
+  [[nodiscard]] Result_t Open(const std::string& index_file = "", ui32_t busy_timeout_ms = 30'000);
 
   /// The latest failure of the index, of Open or of any operation since: why one answered RESULT_CN_STORE, or nothing
   /// though there was something. Operations that succeed leave it, Open and ClearFailure put it back to SF_NONE. Any
@@ -111,7 +110,7 @@ class CAIRN_API AssetStore : public IAssetLookup {
 
  private:
   class Impl;
-  std::unique_ptr<Impl> m_Impl;
+  Ferro::mem_ptr<Impl> m_Impl;
 };
 
 }  // namespace Cairn

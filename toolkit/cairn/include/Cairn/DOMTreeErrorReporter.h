@@ -4,9 +4,11 @@
 #include <Cairn/Export.h>
 #include <Cairn/Types.h>
 
-#include <Ferro/LogSink.h>
-
 #include <xercesc/sax/ErrorHandler.hpp>
+
+namespace Ferro {
+class ILogSink;
+}
 
 namespace Cairn {
 

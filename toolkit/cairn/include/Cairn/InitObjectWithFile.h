@@ -4,7 +4,7 @@
 #include <Cairn/Result.h>
 
 #include <Ferro/FileText.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <string>
 

@@ -2,11 +2,20 @@
 #pragma once
 
 #include <Cairn/Export.h>
+#include <Cairn/Result.h>
+
+namespace Ferro {
+class ILogSink;
+}
 
 namespace Cairn {
 
 /// Initialises Xerces-C and XML-Security-C once for the process; they are never terminated. Any thread may call it, any
 /// number of times; it returns when they are ready.
 CAIRN_API void init_xml_libs();
+
+/// Logs the exception being handled, which a library below threw. To be called in a catch block.
+/// @return RESULT_XML_PARSE.
+[[nodiscard]] CAIRN_API Result_t LogXMLException(Ferro::ILogSink& log);
 
 }  // namespace Cairn

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <Ferro/Export.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/LogEntry.h>
 #include <Ferro/Mutex.h>
 
@@ -10,30 +10,6 @@
 #include <vector>
 
 namespace Ferro {
-
-/// Where messages go. The printf-style operations build the whole message, then hand it over in one piece; any thread
-/// may call them. Messages end in "\n" by convention.
-class FERRO_API ILogSink {
- public:
-  virtual ~ILogSink();
-  virtual void WriteEntry(const LogEntry& entry) = 0;
-
-  void Debug(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  void Info(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  void Warn(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  void Error(const char* format, ...) __attribute__((format(printf, 2, 3)));
-
- protected:
-  ILogSink() = default;
-  ILogSink(const ILogSink&) = default;
-  ILogSink& operator=(const ILogSink&) = default;
-};
-
-/// The sink used where none is passed. Standard error until SetDefaultLogSink is called.
-[[nodiscard]] FERRO_API ILogSink& DefaultLogSink();
-/// Makes `sink` the default, or the first one again when null. The sink must outlive its use. Returns the one before
-/// (null for the first). Any thread may call it.
-FERRO_API ILogSink* SetDefaultLogSink(ILogSink* sink);
 
 /// Writes each message as one line to standard error.
 class FERRO_API StdErrLogSink : public ILogSink {

@@ -4,11 +4,9 @@
 #include <Ferro/Export.h>
 #include <Ferro/Result.h>
 #include <Ferro/Types.h>
+#include <Ferro/mem_ptr.h>
 
-#include <condition_variable>
-#include <mutex>
 #include <string>
-#include <thread>
 
 namespace Ferro {
 
@@ -42,19 +40,15 @@ class FERRO_API Thread {
   [[nodiscard]] const std::string& Name() const { return m_Name; }
 
  protected:
-  Thread() = default;
+  Thread();
 
  private:
   void Run();
 
-  // Owner's thread only.
-  std::string m_Name;
-  std::thread m_Thread;
+  struct State;
 
-  mutable std::mutex m_Mutex;
-  std::condition_variable m_Ended;
-  bool m_Running = false;         // guarded by m_Mutex
-  Result_t m_Result = RESULT_OK;  // guarded by m_Mutex
+  std::string m_Name;  // owner's thread only
+  const mem_ptr<State> m_State;
 };
 
 }  // namespace Ferro

@@ -4,7 +4,7 @@
 #include <Ferro/Export.h>
 #include <Ferro/Result.h>
 
-#include <memory>
+#include <list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,14 +41,13 @@ class FERRO_API XMLElement {
   [[nodiscard]] Result_t Render(std::string& out) const;
 
  private:
-  XMLElement();
   bool RenderElement(std::string& out, unsigned depth, bool indent) const;
 
   std::string m_Name;
   std::string m_Body;
-  bool m_IsComment = false;  // then only m_Body is used
+  bool m_IsComment = false;  // then m_Body alone is written
   std::vector<std::pair<std::string, std::string>> m_Attributes;
-  std::vector<std::unique_ptr<XMLElement>> m_Children;
+  std::list<XMLElement> m_Children;
 };
 
 }  // namespace Ferro

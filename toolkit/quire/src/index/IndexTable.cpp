@@ -4,7 +4,7 @@
 #include "base/FormatError.h"
 
 #include <Ferro/CheckedMath.h>
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <utility>

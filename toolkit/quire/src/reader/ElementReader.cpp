@@ -6,7 +6,7 @@
 #include <QUIRE/Crypto.h>
 #include <QUIRE/Dictionary.h>
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 
 #include <QUIRE/Crypto.h>
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <array>

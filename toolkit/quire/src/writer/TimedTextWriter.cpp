@@ -3,7 +3,7 @@
 
 #include "h__Writer.h"
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <set>

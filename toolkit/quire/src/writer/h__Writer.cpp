@@ -3,7 +3,7 @@
 
 #include <QUIRE/MXF/KLV.h>
 
-#include <Ferro/LogSink.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <string>

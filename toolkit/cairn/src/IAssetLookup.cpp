@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: BSD-3-Clause
-#include <Cairn/IAssetLookup.h>
-
-namespace Cairn {
-
-IAssetLookup::~IAssetLookup() = default;
-
-}  // namespace Cairn

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Cairn/InspectFile.h>
+
+#include "xml/DocumentTree.h"
+
+#include <Cairn/DocumentParser.h>
+
+#include <Ferro/FileReader.h>
+#include <Ferro/FileText.h>
+#include <Ferro/LogSink.h>
+#include <Ferro/XMLDocType.h>
+#include <QUIRE/AtmosReader.h>
+#include <QUIRE/DCDataReader.h>
+#include <QUIRE/EssenceType.h>
+#include <QUIRE/JP2KReader.h>
+#include <QUIRE/MPEG2Reader.h>
+#include <QUIRE/PCMReader.h>
+#include <QUIRE/TimedTextReader.h>
+
+#include <array>
+#include <string_view>
+
+namespace Cairn {
+
+namespace {
+
+constexpr size_t HeadSize = 4096;
+constexpr fsize_t LargestDocument = DocumentParser::MaxDocumentSize;
+
+class SilentSink : public Ferro::ILogSink {
+ public:
+  void WriteEntry(const Ferro::LogEntry&) override {}
+};
+
+struct Signature {
+  std::string_view Bytes;
+  FileType_t Type;
+};
+
+using namespace std::string_view_literals;
+
+// The first bytes by which files of one kind are known.
+constexpr std::array Signatures = {
+    Signature{"\x89PNG\r\n\x1a\n"sv, FT_TI_PNG},
+    Signature{"\x00\x01\x00\x00"sv, FT_TI_TRUETYPE},
+    Signature{"true"sv, FT_TI_TRUETYPE},
+    Signature{"OTTO"sv, FT_OPENTYPE},
+    Signature{"\xff\x4f\xff\x51"sv, FT_J2C},
+    Signature{"\x00\x00\x01\xb3"sv, FT_MPEG2_VES},
+    Signature{"RIFF"sv, FT_WAV},
+    Signature{"RF64"sv, FT_WAV},
+};
+
+FileType_t type_from_signature(std::string_view head) {
+  for (const Signature& signature : Signatures)
+    if (head.starts_with(signature.Bytes)) {
+      if (signature.Type == FT_WAV && (head.size() < 12 || head.substr(8, 4) != "WAVE")) return FT_UNKNOWN;
+      return signature.Type;
+    }
+  return FT_UNKNOWN;
+}
+
+bool may_be_xml(std::string_view head) {
+  if (head.starts_with("\xef\xbb\xbf") || head.starts_with("\xff\xfe") || head.starts_with("\xfe\xff")) return true;
+  const size_t first = head.find_first_not_of(" \t\r\n");
+  return first != std::string_view::npos && head[first] == '<';
+}
+
+struct Root {
+  std::string_view Element;
+  FileType_t Type;
+};
+
+constexpr std::array Roots = {
+    Root{"CompositionPlaylist", FT_CPL},    Root{"PackingList", FT_PKL},
+    Root{"AssetMap", FT_ASSETMAP},          Root{"VolumeIndex", FT_VOLINDEX},
+    Root{"DCSubtitle", FT_TI_SUBTITLE},     Root{"SubtitleReel", FT_DCST},
+    Root{"ShowPlaylist", FT_SHOW},          Root{"ResourcePresentationList", FT_RPL},
+    Root{"DCinemaSecurityMessage", FT_KDM},
+};
+
+/// The identifier that stands as a child of the document element.
+UUID identifier_in(const Element* root) {
+  const Element* element = FirstChildNamed(root, "Id");
+  if (element == nullptr) element = FirstChildNamed(root, "SubtitleID");
+  const std::string text = TrimmedText(element);
+  if (const auto plain = UUID::FromHex(text)) return *plain;  // as Interop subtitles have it
+  return UUID::FromURN(text).value_or(UUID());
+}
+
+FileType_t type_of_document(const std::string& xml) {
+  Ferro::XMLDocType doctype;
+  if (!Ferro::GetXMLDocType(xml, doctype)) return FT_UNKNOWN;
+  SilentSink silent;
+  DCPFormat_t format = DFT_NONE;
+  if (ClassifyXMLDocument(xml, format, silent).Failure()) return FT_XML;
+  for (const Root& root : Roots)
+    if (doctype.ElementName == root.Element) return root.Type;
+  return FT_XML;
+}
+
+Result_t inspect_document(const std::string& filename, FileContent& content) {
+  std::string xml;
+  const Result_t result = Ferro::ReadFileIntoString(filename, xml, LargestDocument);
+  if (result == Ferro::RESULT_TOOLARGE) return Ferro::RESULT_OK;  // no document of ours is as large
+  if (result.Failure()) return result;
+  content.Type = type_of_document(xml);
+  if (content.Type == FT_UNKNOWN || content.Type == FT_XML || content.Type == FT_VOLINDEX) return Ferro::RESULT_OK;
+  SilentSink silent;
+  static_cast<void>(ReadDocument(xml, silent, [&content](const Element* root, DCPFormat_t, Ferro::ILogSink&) {
+    content.ID = identifier_in(root);
+    return Result_t(Ferro::RESULT_OK);
+  }));
+  return Ferro::RESULT_OK;
+}
+
+template <class Reader>
+UUID asset_of(const std::string& filename) {
+  Reader reader;
+  QUIRE::WriterInfo info;
+  if (reader.OpenRead(filename).Success()) static_cast<void>(reader.FillWriterInfo(info));
+  return info.AssetUUID;
+}
+
+UUID asset_of_track_file(const std::string& filename, QUIRE::EssenceType_t essence) {
+  switch (essence) {
+    case QUIRE::ESS_MPEG2_VES:
+      return asset_of<QUIRE::MPEG2::MXFReader>(filename);
+    case QUIRE::ESS_JPEG_2000:
+      return asset_of<QUIRE::JP2K::MXFReader>(filename);
+    case QUIRE::ESS_JPEG_2000_S:
+      return asset_of<QUIRE::JP2K::MXFSReader>(filename);
+    case QUIRE::ESS_PCM:
+      return asset_of<QUIRE::PCM::MXFReader>(filename);
+    case QUIRE::ESS_TIMED_TEXT:
+      return asset_of<QUIRE::TimedText::MXFReader>(filename);
+    case QUIRE::ESS_DCDATA:
+      return asset_of<QUIRE::DCData::MXFReader>(filename);
+    case QUIRE::ESS_ATMOS:
+      return asset_of<QUIRE::ATMOS::MXFReader>(filename);
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+Result_t InspectFile(const std::string& filename, FileContent& content) {
+  content = FileContent();
+  Ferro::FileReader file;
+  if (const Result_t result = file.OpenRead(filename); result.Failure()) return result;
+  std::array<ui8_t, HeadSize> bytes{};
+  size_t count = 0;
+  if (const Result_t result = file.ReadUpTo(0, bytes, count); result.Failure()) return result;
+  const std::string_view head(reinterpret_cast<const char*>(bytes.data()), count);
+
+  content.Type = type_from_signature(head);
+  if (content.Type != FT_UNKNOWN) return Ferro::RESULT_OK;
+  if (may_be_xml(head)) return inspect_document(filename, content);
+
+  QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
+  const Result_t result = QUIRE::EssenceType(filename, essence);
+  content.Type = static_cast<FileType_t>(essence);
+  content.ID = asset_of_track_file(filename, essence);
+  return result;
+}
+
+}  // namespace Cairn

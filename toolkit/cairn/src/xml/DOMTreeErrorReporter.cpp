@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <Cairn/DOMTreeErrorReporter.h>
+
+#include <Cairn/XMLNode.h>
+
+#include "DocumentRefused.h"
+
+#include <Ferro/ILogSink.h>
+
+#include <xercesc/sax/SAXParseException.hpp>
+
+namespace Cairn {
+namespace {
+
+unsigned LineNumber(const xercesc::SAXParseException& exception) {
+  return static_cast<unsigned>(exception.getLineNumber());
+}
+
+}  // namespace
+
+DOMTreeErrorReporter::~DOMTreeErrorReporter() = default;
+
+void DOMTreeErrorReporter::warning(const xercesc::SAXParseException& exception) {
+  Log().Warn("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
+}
+
+void DOMTreeErrorReporter::error(const xercesc::SAXParseException& exception) {
+  ++m_ErrorCount;
+  Log().Error("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
+  if (m_ErrorCount >= MaxErrorCount) throw TooManyErrors{};
+}
+
+void DOMTreeErrorReporter::fatalError(const xercesc::SAXParseException& exception) {
+  error(exception);
+}
+
+void DOMTreeErrorReporter::resetErrors() {
+  m_ErrorCount = 0;
+}
+
+Ferro::ILogSink& DOMTreeErrorReporter::Log() const {
+  return m_LogSink != nullptr ? *m_LogSink : Ferro::DefaultLogSink();
+}
+
+}  // namespace Cairn
