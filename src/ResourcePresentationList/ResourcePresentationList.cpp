@@ -45,7 +45,7 @@ void AddReel(Ferro::XMLElement& parent, const RPL::ReelResources& reel) {
 
 void ResourcePresentationList::GenRandomIDValue() {
   std::array<ui8_t, 16> bytes{};
-  Ferro::FillRandom(bytes);
+  if (Ferro::FillRandom(bytes).Failure()) return;
   Ferro::MemIOReader reader(bytes);
   static_cast<void>(reader.ReadUi32BE(&PlayoutID));  // four of sixteen are always there
 }

@@ -50,6 +50,13 @@ TEST_F(AssetMapTest, AnotherDocumentIsNotAnAssetMap) {
   EXPECT_EQ(m_Map.DecodeXML("<VolumeIndex xmlns=\"" + std::string(Smpte) + "\"/>"), Cairn::RESULT_NOT_ASSETMAP);
 }
 
+TEST_F(AssetMapTest, AMapWithoutAssetListIsMalformed) {
+  EXPECT_EQ(m_Map.DecodeXML("<AssetMap xmlns=\"" + std::string(Smpte) +
+                            "\"><Id>urn:uuid:00000000-0000-4000-8000-000000000001</Id></AssetMap>"),
+            Cairn::RESULT_CN_VALUE);
+  EXPECT_THAT(m_Log.Errors(), ElementsAre("AssetMap: AssetList is missing\n"));
+}
+
 TEST_F(AssetMapTest, APackingListIsMarkedByAnEmptyElementTrueOrOne) {
   EXPECT_TRUE(IsPackingList("<PackingList/>"));
   EXPECT_TRUE(IsPackingList("<PackingList> true </PackingList>"));

@@ -303,6 +303,7 @@ TEST_F(CompositionPlaylistTest, OffScreenTextIsTakenInEveryNamespaceInDocumentOr
       {"http://www.smpte-ra.org/schemas/429-12/2008/TT", "ClosedCaption", Cairn::TT_CAPTION},
       {"http://www.smpte-ra.org/schemas/429-12/2008/TT", "ClosedSubtitle", Cairn::TT_SUBTITLE},
       {"http://www.digicine.com/PROTO-ASDCP-CC-CPL-20070926#", "MainClosedCaption", Cairn::TT_CAPTION},
+      {"http://www.smpte-ra.org/schemas/429-12/2008/TT", "MainClosedCaption", Cairn::TT_CAPTION},
       {"http://www.digicine.com/PROTO-ASDCP-CC-CPL-20070926#", "ClosedCaption", Cairn::TT_CAPTION},
       {Smpte, "ClosedCaption", Cairn::TT_CAPTION}};
   std::string assets;
@@ -310,7 +311,7 @@ TEST_F(CompositionPlaylistTest, OffScreenTextIsTakenInEveryNamespaceInDocumentOr
     assets +=
         "<t:" + std::string(form.Name) + " xmlns:t=\"" + form.NamespaceName + "\">" + Fields + "</t:" + form.Name + ">";
   EXPECT_EQ(Read(assets), Ferro::RESULT_OK);
-  ASSERT_THAT(Reel().OffScreenText, SizeIs(5));
+  ASSERT_THAT(Reel().OffScreenText, SizeIs(6));
   auto text = Reel().OffScreenText.begin();
   for (const CaptionForm& form : Forms) EXPECT_EQ((text++)->Purpose, form.Purpose) << form.Name;
 }

@@ -3,6 +3,7 @@
 
 #include "../support/LogCapture.h"
 
+#include <Cairn/AssetMap.h>
 #include <Cairn/XMLLibraries.h>
 
 #include <gmock/gmock.h>
@@ -49,6 +50,25 @@ TEST_F(DOMTreeErrorReporter, ResetSetsTheCountToZero) {
   m_Reporter.error(At(1, u"x"));
   m_Reporter.resetErrors();
   EXPECT_EQ(m_Reporter.m_ErrorCount, 0u);
+}
+
+TEST_F(DOMTreeErrorReporter, AHundredLinesAreLoggedAndAllErrorsCounted) {
+  for (XMLFileLoc line = 1; line <= 60; ++line) m_Reporter.warning(At(line, u"odd"));
+  for (XMLFileLoc line = 1; line <= 250; ++line) m_Reporter.error(At(line, u"broken"));
+  EXPECT_EQ(m_Log.Warnings().size(), 60u);
+  EXPECT_EQ(m_Log.Errors().size(), 40u);
+  EXPECT_EQ(m_Log.Errors().back(), "line 40: broken\n");
+  EXPECT_EQ(m_Reporter.m_ErrorCount, 250u);
+}
+
+TEST_F(DOMTreeErrorReporter, TheCountLineCountsTheErrorsThatHaveNoLine) {
+  std::string text = "<AssetMap xmlns=\"http://www.smpte-ra.org/schemas/429-9/2007/AM\">";
+  for (int i = 0; i < 300; ++i) text += "&nothing;\n";
+  Cairn::AssetMap map;
+  EXPECT_EQ(map.DecodeXML(text + "</AssetMap>"), Cairn::RESULT_XML_PARSE);
+  ASSERT_EQ(m_Log.Errors().size(), 101u);
+  EXPECT_EQ(m_Log.Errors()[99].substr(0, 9), "line 100:");
+  EXPECT_EQ(m_Log.Errors()[100], "XML parser error count: 300\n");
 }
 
 TEST_F(DOMTreeErrorReporter, ASinkOfItsOwnTakesTheLines) {

@@ -65,9 +65,33 @@ TEST(HostileDocument, DocumentsAtTheLimitsAreRead) {
   }
 }
 
-TEST(HostileDocument, EqualSignsInTextAreNoAttributes) {
+TEST(HostileDocument, EqualSignsOutsideOfStartTagsAreNoAttributes) {
+  std::string pairs;
+  for (int i = 0; i < 200; ++i) pairs += " a='1' b = \"2\"";
+  for (const std::string& content :
+       {std::string(10'000, '='), pairs, "<!-- " + pairs + " > <a" + pairs + " -->", "<![CDATA[<a" + pairs + "]]>",
+        "<?pi " + pairs + "?>", "<a b='" + std::string(1000, '=') + "'/>", "&lt;&#60;&#x3c;" + pairs}) {
+    Cairn::VolumeIndex volume;
+    EXPECT_EQ(Read(VolumeIndexText("<Index>1</Index>" + content, "<?xml version='1.0'?><!--" + pairs + "-->"), volume),
+              Ferro::RESULT_OK)
+        << content.substr(0, 40);
+  }
+}
+
+TEST(HostileDocument, LongTextWithoutBlanksIsNoName) {
   Cairn::VolumeIndex volume;
-  EXPECT_EQ(Read(VolumeIndexText("<Index>1</Index>" + std::string(10'000, '=')), volume), Ferro::RESULT_OK);
+  EXPECT_EQ(Read(VolumeIndexText("<Index>1</Index>" + std::string(200'000, 'a')), volume), Ferro::RESULT_OK);
+}
+
+TEST(HostileDocument, CharactersBeyondTheBasicPlaneAreRead) {
+  using namespace std::string_literals;
+  Cairn::VolumeIndex volume;
+  EXPECT_EQ(Read(VolumeIndexText("<Index>1</Index>\xF0\x9F\x8E\xAC"), volume), Ferro::RESULT_OK);
+  const std::string wide = CairnTest::Widen(VolumeIndexText("<Index>1</Index>"), 2, true);
+  EXPECT_EQ(Read("\xFE\xFF" + wide + CairnTest::Widen("<!--", 2, true) + "\xD8\x3C\xDF\xAC" +
+                     CairnTest::Widen("-->", 2, true),
+                 volume),
+            Ferro::RESULT_OK);
 }
 
 TEST(HostileDocument, ADocumentTypeInsideTheDocumentIsMalformed) {

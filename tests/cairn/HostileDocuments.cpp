@@ -85,6 +85,7 @@ std::vector<HostileDocument> DocumentsBeyondLimits() {
   const std::string open = Repeat("<a>", 1'000'000);
   const std::string close = Repeat("</a>", 1'000'000);
   const std::string depth = "it nests more than 256 elements inside each other";
+  const std::string name = "a name is longer than 1024 bytes";
   const std::string attributes = "an element has more than 64 attributes";
   return {
       Refused("AMillionLevels", open + close, depth),
@@ -103,6 +104,19 @@ std::vector<HostileDocument> DocumentsBeyondLimits() {
       Refused("AHundredThousandNames", Numbered("<a", "/>", 100'000), "it has more than 4096 different names"),
       Refused("AHundredThousandAttributeNames", Numbered("<a b", "=''/>", 100'000),
               "it has more than 4096 different names"),
+      Refused("AttributesBehindAnError", "<a>&</a><a" + Numbered(" a", "=''", 1'000'000) + "/>", attributes),
+      Refused("AttributesInWhatLooksLikeText", "<a b='1' = \">\" " + Numbered(" a", "=''", 1'000'000) + "/>",
+              attributes),
+      Refused("AttributesInWhatLooksLikeAComment", "<?1 > <!-- " + Numbered(" a", "=''", 65) + "?> -->", attributes),
+      Refused("AttributesBehindTheDocument", "</VolumeIndex> a " + Numbered(" a", "=''", 65), attributes),
+      Refused("AnElementsNameOfThirtyMegabytes", "<" + std::string(30'000'000, 'a') + "/>", name),
+      Refused("AnElementsNameOneTooLong", "<" + std::string(1025, 'a') + "/>", name),
+      Refused("AnAttributesNameOneTooLong", "<a " + std::string(1025, 'a') + "=''/>", name),
+      Refused("AnEndTagsNameTooLong", "<a></" + std::string(1025, 'a') + ">", name),
+      Refused("AnEntitysNameTooLong", "&" + std::string(1025, 'a') + ";", name),
+      Refused("AnInstructionsNameTooLong", "<?" + std::string(1025, 'a') + " ?>", name),
+      Refused("ALongNameBehindAnError", "<1/><" + std::string(30'000'000, 'a') + "/>", name),
+      Refused("ALongNameThatIsNotASCII", "<\xC3\xA4" + std::string(30'000'000, 'a') + "/>", name),
       Refused("NamespacesInScope", Repeat("<a" + Numbered(" xmlns:p", "='u'", 60) + ">", 250) + Repeat("</a>", 250),
               "it has more than 256 namespace declarations in scope"),
       {"SixtyFourMebibytesAndAByte",
@@ -134,6 +148,13 @@ std::vector<HostileDocument> DocumentsOfOddEncodings() {
       OddEncoding("HighBytesInASCII", high, "the encoding \"US-ASCII\" is declared, but the text is not ASCII"),
       OddEncoding("UTF16WithHalfAUnit", "\xFE\xFF" + Widen(plain, 2, true) + "x",
                   "UTF-16 text with an odd number of bytes"),
+      OddEncoding("SurrogateInUTF8", VolumeIndexText("<Index>1</Index>\xED\xA0\x80"), "it has an unpaired surrogate"),
+      OddEncoding("HighSurrogateAlone", "\xFE\xFF" + Widen(plain, 2, true) + "\xD8\x3D\0 "s,
+                  "it has an unpaired surrogate"),
+      OddEncoding("HighSurrogateAtTheEnd", "\xFE\xFF" + Widen(plain, 2, true) + "\xD8\x3D",
+                  "it has an unpaired surrogate"),
+      OddEncoding("LowSurrogateAlone", "\xFE\xFF" + Widen(plain, 2, true) + "\xDC\x00"s,
+                  "it has an unpaired surrogate"),
       {"UTF16WithoutMark", Widen(plain, 2, false), {NoElementLine}},
       {"UTF32WithoutMark", Widen(plain, 4, true), {NoElementLine}},
       {"UTF32BigEndian", "\0\0\xFE\xFF"s + Widen(plain, 4, true), {NoElementLine}},

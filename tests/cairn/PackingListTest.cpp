@@ -44,6 +44,13 @@ TEST_F(PackingListTest, AnotherDocumentIsNotAPackingList) {
   EXPECT_THAT(m_Log.Errors(), IsEmpty());
 }
 
+TEST_F(PackingListTest, AListWithoutAssetListIsMalformed) {
+  EXPECT_EQ(m_PKL.DecodeXML("<PackingList xmlns=\"http://www.smpte-ra.org/schemas/429-8/2007/PKL\">"
+                            "<Id>urn:uuid:00000000-0000-4000-8000-000000000001</Id></PackingList>"),
+            Cairn::RESULT_CN_VALUE);
+  EXPECT_THAT(m_Log.Errors(), ElementsAre("PackingList: AssetList is missing\n"));
+}
+
 TEST_F(PackingListTest, TheOlderNamespaceIsRead) {
   EXPECT_EQ(Read(Asset("<Size>1</Size>"), "", "http://www.smpte-ra.org/schemas/429-8/2006/PKL"), Ferro::RESULT_OK);
   EXPECT_EQ(m_PKL.DCPFormat, Cairn::DFT_DCI_SMPTE);

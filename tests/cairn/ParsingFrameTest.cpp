@@ -171,12 +171,20 @@ TEST_F(ParsingFrame, AnUnboundPrefixIsAnError) {
   EXPECT_EQ(Messages().back(), "XML parser error count: 1\n");
 }
 
-TEST_F(ParsingFrame, ADocumentOfManyErrorsIsGivenUpAfterAHundred) {
+TEST_F(ParsingFrame, ADocumentOfManyErrorsHasAHundredLinesAndAllErrorsCounted) {
   std::string xml = "<a xmlns=\"http://www.smpte-ra.org/x\">";
   for (int i = 0; i < 1000; ++i) xml += "&undefined;\n";
   EXPECT_EQ(Parse(xml + "</a>"), Cairn::RESULT_XML_PARSE);
   EXPECT_EQ(Messages().size(), 101u);
-  EXPECT_EQ(Messages().back(), "XML parser error count: 100\n");
+  EXPECT_EQ(Messages().back(), "XML parser error count: 1000\n");
+}
+
+TEST_F(ParsingFrame, ADocumentOfAMillionErrorsIsGivenUp) {
+  std::string xml = "<a xmlns=\"http://www.smpte-ra.org/x\">";
+  for (int i = 0; i < 1'000'000; ++i) xml += "&u;";
+  EXPECT_EQ(Parse(xml + "</a>"), Cairn::RESULT_XML_PARSE);
+  EXPECT_EQ(Messages().size(), 101u);
+  EXPECT_EQ(Messages().back(), "XML parser error count: 100000\n");
 }
 
 TEST_F(ParsingFrame, TheOperationsAreCalledInTheirOrder) {

@@ -226,14 +226,42 @@ TEST_F(FileWriterTest, SeveralWritersOfOneNameDoNotCollide) {
   EXPECT_EQ(BytesOf(m_Name), "second");
 }
 
-TEST_F(FileWriterTest, SymbolicLinkIsReplacedNotFollowed) {
+TEST_F(FileWriterTest, SymbolicLinksStayAndTheirFileIsReplaced) {
+  namespace fs = std::filesystem;
   MakeFile(m_Folder.Path("target"), "target");
-  std::filesystem::create_symlink(m_Folder.Path("target"), m_Name);
+  fs::create_symlink("target", m_Folder.Path("link"));  // relative to its folder
+  fs::create_symlink(m_Folder.Path("link"), m_Name);
   ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
   EXPECT_EQ(m_Writer.Write("new"), RESULT_OK);
   EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
-  EXPECT_EQ(BytesOf(m_Folder.Path("target")), "target");
-  EXPECT_EQ(BytesOf(m_Name), "new");
+  EXPECT_EQ(BytesOf(m_Folder.Path("target")), "new");
+  EXPECT_TRUE(fs::is_symlink(m_Name));
+  EXPECT_TRUE(fs::is_symlink(m_Folder.Path("link")));
+}
+
+TEST_F(FileWriterTest, FileBehindALinkThatLeadsNowhereIsMade) {
+  std::filesystem::create_symlink("target", m_Name);
+  ASSERT_EQ(m_Writer.OpenWrite(m_Name), RESULT_OK);
+  EXPECT_EQ(m_Writer.Commit(), RESULT_OK);
+  EXPECT_TRUE(std::filesystem::is_regular_file(m_Folder.Path("target")));
+}
+
+TEST_F(FileWriterTest, LinksInACircleAreRefused) {
+  std::filesystem::create_symlink(m_Name, m_Name);
+  EXPECT_EQ(m_Writer.OpenWrite(m_Name), RESULT_FILEOPEN);
+  EXPECT_EQ(m_Writer.FailureReason(), "Too many levels of symbolic links");
+}
+
+TEST_F(FileWriterTest, PermissionsOfTheFileBeforeStay) {
+  namespace fs = std::filesystem;
+  for (const fs::perms permissions : {fs::perms(0600), fs::perms(0644), fs::perms(0666), fs::perms(0755)}) {
+    MakeFile(m_Name, "old");
+    fs::permissions(m_Name, permissions);
+    FileWriter writer;
+    ASSERT_EQ(writer.OpenWrite(m_Name), RESULT_OK);
+    EXPECT_EQ(writer.Commit(), RESULT_OK);
+    EXPECT_EQ(fs::status(m_Name).permissions(), permissions);
+  }
 }
 
 TEST_F(FileWriterTest, LongestNameIsWritten) {

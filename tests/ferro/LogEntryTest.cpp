@@ -43,6 +43,12 @@ TEST(LogEntry, LineStaysOneLineWhateverTheMessageQuotes) {
   EXPECT_EQ(EntryOf(LogLevel::Error, std::string("\x1b[2J\0\x7f", 6)).EncodeLine(),
             "2026-03-01T12:00:00+00:00 [1234] ERROR: \\x1b[2J\\x00\\x7f");
   EXPECT_EQ(EntryOf(LogLevel::Error, "\xc3\xa4").EncodeLine(), "2026-03-01T12:00:00+00:00 [1234] ERROR: \xc3\xa4");
+  EXPECT_EQ(EntryOf(LogLevel::Error,
+                    "\xC2\x9B"
+                    "2J\xC2\xA0\xC2")
+                .EncodeLine(),
+            "2026-03-01T12:00:00+00:00 [1234] ERROR: \\xc2\\x9b"
+            "2J\xC2\xA0\xC2");
 }
 
 TEST(LogEntry, StreamGetsTheLineAndALineEnd) {

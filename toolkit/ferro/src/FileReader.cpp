@@ -41,6 +41,7 @@ Result_t FileReader::OpenRead(const std::string& filename) {
   Close();
   if (const Result_t result = CheckFilename(filename); result.Failure()) return result;
 
+  std::string name = filename;  // copied before there is a descriptor to lose
   // Without O_NONBLOCK, opening a pipe would wait for its writer.
   const int descriptor = open(filename.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (descriptor < 0) return ResultOfOpenError(errno);
@@ -50,7 +51,7 @@ Result_t FileReader::OpenRead(const std::string& filename) {
     close(descriptor);
     return known ? RESULT_NOTAFILE : RESULT_FILEOPEN;
   }
-  m_Filename = filename;
+  m_Filename = std::move(name);
   m_Descriptor = descriptor;
   m_Size = static_cast<fsize_t>(status.st_size);
   return RESULT_OK;

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <limits>
 #include <system_error>
@@ -24,16 +25,41 @@ constexpr auto s_MaxPosition = static_cast<fsize_t>(std::numeric_limits<off_t>::
 
 // Hidden, in the same folder so that renaming stays within one file system, and random so that several writers of one
 // name do not meet. The original name is cut to leave room within the usual 255 bytes.
+// Empty where the system has no random bytes.
 std::string TemporaryNameFor(const std::string& filename) {
   std::array<ui8_t, 8> random{};
-  FillRandom(random);
+  if (FillRandom(random).Failure()) return {};
   const std::string name = "." + PathBasename(filename).substr(0, 200) + "." + bin2hex(random) + ".tmp";
   return PathJoin(PathDirname(filename), name);
 }
 
-bool SomethingElseStandsAt(const std::string& filename) {
+/// What stands under a name.
+struct Present {
+  bool IsOther = false;       // a folder, device or pipe
+  bool IsFile = false;        // a regular file
+  mode_t Permissions = 0666;  // those of the file; of a new one, before the process's mask
+};
+
+Present WhatStandsAt(const std::string& filename) {
   struct stat status {};
-  return stat(filename.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+  if (stat(filename.c_str(), &status) != 0) return {};
+  if (!S_ISREG(status.st_mode)) return {true, false, 0666};
+  return {false, true, status.st_mode & 0777};
+}
+
+// Follows symbolic links, so that the file behind them is replaced and not the link. It need not be there yet.
+// Leaves ELOOP in errno where it is false.
+bool FollowLinks(std::string& filename) {
+  constexpr int MaxLinks = 40;
+  char target[PATH_MAX];
+  for (int links = 0; links < MaxLinks; ++links) {
+    const ssize_t length = readlink(filename.c_str(), target, sizeof target);
+    if (length < 0) return true;
+    const std::string text(target, static_cast<size_t>(length));
+    filename = text.starts_with('/') ? text : PathJoin(PathDirname(filename), text);
+  }
+  errno = ELOOP;
+  return false;
 }
 
 // Makes a rename durable. Some file systems cannot synchronise folders; the file is complete nevertheless.
@@ -87,15 +113,23 @@ Result_t FileWriter::OpenWrite(const std::string& filename) {
   if (IsOpen()) return RESULT_STATE;
   m_Error = 0;
   if (const Result_t result = CheckFilename(filename); result.Failure()) return result;
-  if (PathBasename(filename).empty() || SomethingElseStandsAt(filename)) return RESULT_NOTAFILE;
+  std::string target = filename;  // all strings are made before there is a descriptor to lose
+  if (!FollowLinks(target)) {
+    m_Error = errno;
+    return ResultOfOpenError(m_Error);
+  }
+  const Present present = WhatStandsAt(target);
+  if (PathBasename(target).empty() || present.IsOther) return RESULT_NOTAFILE;
 
-  std::string temporary_name = TemporaryNameFor(filename);
-  const int descriptor = open(temporary_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  std::string temporary_name = TemporaryNameFor(target);
+  if (temporary_name.empty()) return RESULT_FILEOPEN;
+  const int descriptor = open(temporary_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, present.Permissions);
   if (descriptor < 0) {
     m_Error = errno;
     return ResultOfOpenError(m_Error);
   }
-  m_Filename = filename;
+  if (present.IsFile) static_cast<void>(fchmod(descriptor, present.Permissions));  // some file systems have none
+  m_Filename = std::move(target);
   m_TemporaryName = std::move(temporary_name);
   m_Descriptor = descriptor;
   m_Position = 0;

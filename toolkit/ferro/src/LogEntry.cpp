@@ -26,14 +26,23 @@ const char* NameOf(LogLevel level) {
   return "UNKNOWN";
 }
 
+// U+0080 to U+009F in UTF-8, which some terminals obey as they do escape sequences.
+bool IsC1Control(std::string_view text) {
+  return text.size() > 1 && text[0] == '\xC2' && static_cast<ui8_t>(text[1]) >= 0x80 &&
+         static_cast<ui8_t>(text[1]) < 0xA0;
+}
+
 // Messages quote texts from outside: what would break the line or steer a terminal is shown, not obeyed.
 void AppendVisibly(std::string& line, std::string_view message) {
-  for (const char c : message) {
+  for (size_t i = 0; i < message.size(); ++i) {
+    const char c = message[i];
     const auto byte = static_cast<ui8_t>(c);
     if (c == '\n')
       line += "\\n";
     else if (c == '\r')
       line += "\\r";
+    else if (IsC1Control(message.substr(i)))
+      line += "\\x" + bin2hex(std::array{byte}) + "\\x" + bin2hex(std::array{static_cast<ui8_t>(message[++i])});
     else if ((byte < 0x20 && c != '\t') || byte == 0x7f)
       line += "\\x" + bin2hex(std::array{byte});
     else

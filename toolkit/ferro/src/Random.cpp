@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <Ferro/Assert.h>
 #include <Ferro/Random.h>
 
 #include <cerrno>
@@ -8,12 +7,15 @@
 
 namespace Ferro {
 
-void FillRandom(std::span<ui8_t> out) {
+Result_t FillRandom(std::span<ui8_t> out) {
   while (!out.empty()) {
     const ssize_t count = getrandom(out.data(), out.size(), 0);
-    FERRO_ASSERT(count > 0 || errno == EINTR);
-    if (count > 0) out = out.subspan(static_cast<size_t>(count));
+    if (count > 0)
+      out = out.subspan(static_cast<size_t>(count));
+    else if (count == 0 || errno != EINTR)
+      return RESULT_FAIL;
   }
+  return RESULT_OK;
 }
 
 }  // namespace Ferro

@@ -6,6 +6,7 @@
 #include <openssl/evp.h>
 
 #include <array>
+#include <memory>
 #include <vector>
 
 namespace Ferro {
@@ -20,20 +21,26 @@ struct ContextDeleter {
 }  // namespace
 
 struct SHA1Digest::State {
-  State() : Context(EVP_MD_CTX_new()) { Restart(); }
+  State() { Restart(); }
 
-  void Restart() { FERRO_ASSERT(Context && EVP_DigestInit_ex(Context.get(), EVP_sha1(), nullptr) == 1); }
+  // A context that could not be made is tried again: it fails for want of memory alone.
+  void Restart() {
+    if (Context == nullptr) Context.reset(EVP_MD_CTX_new());
+    IsWhole = Context != nullptr && EVP_DigestInit_ex(Context.get(), EVP_sha1(), nullptr) == 1;
+  }
 
   std::unique_ptr<EVP_MD_CTX, ContextDeleter> Context;
+  bool IsWhole = false;  // all bytes so far were taken
 };
 
-SHA1Digest::SHA1Digest() : m_State(std::make_unique<State>()) {}
+SHA1Digest::SHA1Digest() : m_State(new State) {}
 SHA1Digest::~SHA1Digest() = default;
 SHA1Digest::SHA1Digest(SHA1Digest&&) noexcept = default;
 SHA1Digest& SHA1Digest::operator=(SHA1Digest&&) noexcept = default;
 
 void SHA1Digest::Update(std::span<const ui8_t> bytes) {
-  FERRO_ASSERT(EVP_DigestUpdate(m_State->Context.get(), bytes.data(), bytes.size()) == 1);
+  State& state = *m_State;
+  state.IsWhole = state.IsWhole && EVP_DigestUpdate(state.Context.get(), bytes.data(), bytes.size()) == 1;
 }
 
 void SHA1Digest::Update(std::string_view text) {
@@ -43,9 +50,10 @@ void SHA1Digest::Update(std::string_view text) {
 SHA1 SHA1Digest::Finish() {
   std::array<ui8_t, SHA1::Size> bytes{};
   unsigned length = 0;
-  FERRO_ASSERT(EVP_DigestFinal_ex(m_State->Context.get(), bytes.data(), &length) == 1 && length == bytes.size());
+  const bool is_whole = m_State->IsWhole && EVP_DigestFinal_ex(m_State->Context.get(), bytes.data(), &length) == 1;
+  FERRO_ASSERT(!is_whole || length == bytes.size());
   m_State->Restart();
-  return SHA1(bytes);
+  return is_whole ? SHA1(bytes) : SHA1();
 }
 
 SHA1 DigestText(std::string_view text) {
@@ -70,7 +78,9 @@ Result_t DigestFile(const std::string& filename, SHA1& out, const std::function<
     done += count;
     if (progress && !progress(done)) return RESULT_CANCELLED;
   }
-  out = digest.Finish();
+  const SHA1 found = digest.Finish();
+  if (!found.HasValue()) return RESULT_ALLOC;
+  out = found;
   return RESULT_OK;
 }
 

@@ -27,7 +27,7 @@ bool HasUUIDShape(std::string_view text) {
 
 UUID UUID::Random() {
   std::array<ui8_t, Size> bytes{};
-  FillRandom(bytes);
+  if (FillRandom(bytes).Failure()) return {};
   bytes[6] = static_cast<ui8_t>((bytes[6] & 0x0f) | 0x40);  // version 4
   bytes[8] = static_cast<ui8_t>((bytes[8] & 0x3f) | 0x80);  // the variant of RFC 4122
   return UUID(bytes);

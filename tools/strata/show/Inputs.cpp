@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Inputs.h"
 
-#include "AddFolder.h"
 #include "DocumentTitle.h"
 #include "IndexFile.h"
 #include "InfoKinds.h"

@@ -14,11 +14,12 @@ namespace Cairn {
 
 /// Logs a parser's diagnostics, "line %u: %s\n" each, and counts the errors. One thread at a time.
 ///
-/// The parser goes on after an error; a document that reaches MaxErrorCount of them is given up, so that no document
-/// can flood the log.
+/// The parser goes on after an error. Of one document MaxLineCount diagnostics are logged, so that none can flood the log;
+/// the errors are all counted, and a document that reaches MaxErrorCount of them is given up.
 class CAIRN_API DOMTreeErrorReporter : public xercesc::ErrorHandler {
  public:
-  static constexpr ui32_t MaxErrorCount = 100;
+  static constexpr ui32_t MaxLineCount = 100;
+  static constexpr ui32_t MaxErrorCount = 100'000;
 
   DOMTreeErrorReporter() = default;
   DOMTreeErrorReporter(const DOMTreeErrorReporter&) = delete;
@@ -35,6 +36,10 @@ class CAIRN_API DOMTreeErrorReporter : public xercesc::ErrorHandler {
 
  private:
   [[nodiscard]] Ferro::ILogSink& Log() const;
+  /// True when one more diagnostic may be logged.
+  bool TakeLine();
+
+  ui32_t m_LineCount = 0;
 };
 
 }  // namespace Cairn

@@ -34,6 +34,7 @@ class CAIRN_API DocumentParser {
   static constexpr unsigned MaxDepth = 256;                    // elements inside each other
   static constexpr unsigned MaxElementCount = 500'000;
   static constexpr unsigned MaxNameCount = 4096;  // different names of elements and attributes
+  static constexpr size_t MaxNameLength = 1024;   // bytes of one name
   static constexpr unsigned MaxTotalAttributeCount = 1'000'000;
   static constexpr unsigned MaxAttributeCount = 64;     // of one element
   static constexpr size_t MaxAttributeLength = 65'536;  // UTF-16 units of one value

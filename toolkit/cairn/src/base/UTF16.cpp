@@ -35,6 +35,14 @@ void AppendUTF8(std::string& out, char32_t code_point) {
   }
 }
 
+bool IsPaired(std::u16string_view text) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (IsLowSurrogate(text[i])) return false;
+    if (IsHighSurrogate(text[i]) && (++i == text.size() || !IsLowSurrogate(text[i]))) return false;
+  }
+  return true;
+}
+
 std::string UTF16ToUTF8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());

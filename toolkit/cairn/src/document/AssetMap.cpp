@@ -97,6 +97,7 @@ Result_t ReadAssetMap(const Element* root, DCPFormat_t format, Ferro::ILogSink& 
   for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child))
     if (IsOwnElement(child)) ReadOwnChild(fields, child, LocalName(child), map);
   if (!map.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
+  if (FirstChildNamed(root, "AssetList") == nullptr) fields.Missing("AssetList");
   return fields.Result();
 }
 

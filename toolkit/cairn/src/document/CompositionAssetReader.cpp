@@ -36,6 +36,7 @@ constexpr AssetElement s_AssetElements[] = {
     {nullptr, "ClosedSubtitle", AssetKind::OffScreenText},
     {NS_SMPTE_TT, "ClosedSubtitle", AssetKind::OffScreenText},
     {nullptr, "MainClosedCaption", AssetKind::OffScreenText},
+    {NS_SMPTE_TT, "MainClosedCaption", AssetKind::OffScreenText},
     {NS_Interop_CC, "MainClosedCaption", AssetKind::OffScreenText},
     {nullptr, "AuxData", AssetKind::AuxData},
     {NS_SMPTE_AuxData, "AuxData", AssetKind::AuxData},

@@ -75,6 +75,7 @@ Result_t ReadPackingList(const Element* root, DCPFormat_t format, Ferro::ILogSin
     }
   }
   if (!pkl.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
+  if (FirstChildNamed(root, "AssetList") == nullptr) fields.Missing("AssetList");
   return fields.Result();
 }
 

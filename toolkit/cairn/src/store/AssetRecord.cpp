@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace Cairn {
 
@@ -46,10 +47,17 @@ const char* SentenceFor(PackageProblem_t problem) {
   return "The asset map names an asset more than once.";
 }
 
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-  return text;
+// A "?" for each control character, those from U+0080 on included.
+std::string Printable(std::string_view text) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+    const bool is_c1 = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+    out += byte < 0x20 || byte == 0x7F || is_c1 ? '?' : text[i];
+    if (is_c1) ++i;
+  }
+  return out;
 }
 
 }  // namespace

@@ -21,12 +21,12 @@ unsigned LineNumber(const xercesc::SAXParseException& exception) {
 DOMTreeErrorReporter::~DOMTreeErrorReporter() = default;
 
 void DOMTreeErrorReporter::warning(const xercesc::SAXParseException& exception) {
-  Log().Warn("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
+  if (TakeLine()) Log().Warn("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
 }
 
 void DOMTreeErrorReporter::error(const xercesc::SAXParseException& exception) {
   ++m_ErrorCount;
-  Log().Error("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
+  if (TakeLine()) Log().Error("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
   if (m_ErrorCount >= MaxErrorCount) throw TooManyErrors{};
 }
 
@@ -36,6 +36,13 @@ void DOMTreeErrorReporter::fatalError(const xercesc::SAXParseException& exceptio
 
 void DOMTreeErrorReporter::resetErrors() {
   m_ErrorCount = 0;
+  m_LineCount = 0;
+}
+
+bool DOMTreeErrorReporter::TakeLine() {
+  if (m_LineCount == MaxLineCount) return false;
+  ++m_LineCount;
+  return true;
 }
 
 Ferro::ILogSink& DOMTreeErrorReporter::Log() const {

@@ -41,6 +41,7 @@ std::string DecodeUTF16(std::string_view bytes, bool is_big_endian, std::string&
     const auto low = static_cast<unsigned char>(bytes[is_big_endian ? i + 1 : i]);
     units += static_cast<char16_t>(high << 8 | low);
   }
+  if (!IsPaired(units)) return UnpairedSurrogate;
   buffer = UTF16ToUTF8(units);
   const std::string declared = DeclaredEncoding(buffer);
   const bool agrees =

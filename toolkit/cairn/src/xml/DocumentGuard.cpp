@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "DocumentGuard.h"
 
+#include "DocumentEncoding.h"
+#include "MarkupScan.h"
 #include "base/Blanks.h"
 
 #include <Cairn/DocumentParser.h>
-
-#include <algorithm>
 
 namespace Cairn {
 namespace {
@@ -31,19 +31,11 @@ bool HasDocumentType(std::string_view text) {
   return false;
 }
 
-/// The most "=" before a quote between two "<": no fewer than the attributes of any element, however malformed the text.
-size_t MostAttributes(std::string_view text) {
-  size_t most = 0;
-  size_t count = 0;
-  for (size_t at = 0; (at = text.find_first_of("<=", at)) != std::string_view::npos; ++at) {
-    if (text[at] == '<') {
-      count = 0;
-      continue;
-    }
-    const size_t next = text.find_first_not_of(BlankChars, at + 1);
-    if (next != std::string_view::npos && (text[next] == '"' || text[next] == '\'')) most = std::max(most, ++count);
-  }
-  return most;
+/// True where UTF-8 holds a surrogate, which UTF-16 has in pairs and UTF-8 never.
+bool HasSurrogate(std::string_view text) {
+  for (size_t at = 0; (at = text.find('\xED', at)) != std::string_view::npos; ++at)
+    if (at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0xA0) return true;
+  return false;
 }
 
 }  // namespace
@@ -52,7 +44,11 @@ std::string CheckDocumentText(std::string_view text) {
   // The parser takes it for the end of the text in some places.
   if (text.find('\0') != std::string_view::npos) return "it has a NUL character";
   if (HasDocumentType(text)) return "it has a document type declaration";
-  if (MostAttributes(text) > DocumentParser::MaxAttributeCount)
+  if (HasSurrogate(text)) return UnpairedSurrogate;
+  const MarkupExtremes extremes = ScanMarkup(text);
+  if (extremes.LongestName > DocumentParser::MaxNameLength)
+    return "a name is longer than " + std::to_string(DocumentParser::MaxNameLength) + " bytes";
+  if (extremes.MostAttributes > DocumentParser::MaxAttributeCount)
     return "an element has more than " + std::to_string(DocumentParser::MaxAttributeCount) + " attributes";
   return {};
 }

@@ -20,7 +20,8 @@ class FERRO_API FileWriter {
   FileWriter(FileWriter&& other) noexcept;
   FileWriter& operator=(FileWriter&& other) noexcept;
 
-  /// Begins a file. A regular file of that name stays until Commit; a symbolic link is replaced, not followed.
+  /// Begins a file. A regular file of that name stays until Commit, and the new one takes its permissions over; symbolic
+  /// links are followed, and stay.
   /// @return RESULT_OK; RESULT_NULL_STR; RESULT_STATE when a file is open already; RESULT_NOT_FOUND when the folder is
   /// missing; RESULT_NOTAFILE when a folder, device or pipe stands under the name; RESULT_NO_PERM; RESULT_FILEOPEN.
   [[nodiscard]] Result_t OpenWrite(const std::string& filename);

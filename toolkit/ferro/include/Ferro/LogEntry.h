@@ -29,7 +29,8 @@ class FERRO_API LogEntry : public IArchive {
   std::string Message;
 
   /// "2026-03-01T12:00:00+00:00 [1234] ERROR: message", without the message's own line end. The levels are DEBUG, INFO,
-  /// WARNING and ERROR. Line ends and control characters within the message show as "\n", "\r" and "\x1b".
+  /// WARNING and ERROR. Line ends and control characters within the message show as "\n", "\r", "\x1b" and, from U+0080 on,
+  /// "\xc2\x9b".
   [[nodiscard]] std::string EncodeLine() const;
 
   [[nodiscard]] bool HasValue() const override;

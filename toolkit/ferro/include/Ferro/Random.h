@@ -2,14 +2,15 @@
 #pragma once
 
 #include <Ferro/Export.h>
+#include <Ferro/Result.h>
 #include <Ferro/Types.h>
 
 #include <span>
 
 namespace Ferro {
 
-/// Fills `out` with random bytes from the operating system's generator. Any thread may call it; a generator that fails
-/// ends the process, since no caller can go on without identifiers.
-FERRO_API void FillRandom(std::span<ui8_t> out);
+/// Fills `out` with random bytes from the operating system's generator. Any thread may call it.
+/// @return RESULT_OK; RESULT_FAIL where the system has no generator, `out` then holding nothing of use.
+[[nodiscard]] FERRO_API Result_t FillRandom(std::span<ui8_t> out);
 
 }  // namespace Ferro

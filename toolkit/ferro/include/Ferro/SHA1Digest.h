@@ -5,9 +5,9 @@
 #include <Ferro/Result.h>
 #include <Ferro/Types.h>
 #include <Ferro/UUID.h>
+#include <Ferro/mem_ptr.h>
 
 #include <functional>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,18 +24,18 @@ class FERRO_API SHA1Digest {
 
   void Update(std::span<const ui8_t> bytes);
   void Update(std::string_view text);
-  /// The digest of all bytes so far; the object then starts anew.
+  /// The digest of all bytes so far, without value where memory ran out meanwhile; the object then starts anew.
   [[nodiscard]] SHA1 Finish();
 
  private:
   struct State;
-  std::unique_ptr<State> m_State;
+  mem_ptr<State> m_State;
 };
 
-/// The digest of a text.
+/// The digest of a text; without value where memory ran out.
 [[nodiscard]] FERRO_API SHA1 DigestText(std::string_view text);
 /// The digest of a file's bytes. `progress`, when given, is called after each piece with the bytes done so far; false
-/// from it ends the operation with RESULT_CANCELLED. Otherwise as FileReader.
+/// from it ends the operation with RESULT_CANCELLED. RESULT_ALLOC where memory ran out; otherwise as FileReader.
 [[nodiscard]] FERRO_API Result_t DigestFile(const std::string& filename, SHA1& out,
                                             const std::function<bool(fsize_t)>& progress = {});
 

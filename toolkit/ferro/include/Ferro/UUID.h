@@ -16,7 +16,7 @@ class FERRO_API UUID : public Identifier<16> {
  public:
   using Identifier<16>::Identifier;
 
-  /// A random (version 4) identifier from the operating system's generator.
+  /// A random (version 4) identifier from the operating system's generator; without value where that fails.
   [[nodiscard]] static UUID Random();
   /// Reads the hyphenated or plain hexadecimal form, either case; no value when it is malformed.
   [[nodiscard]] static std::optional<UUID> FromHex(std::string_view text);

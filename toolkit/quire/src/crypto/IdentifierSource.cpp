@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 namespace QUIRE {
 
@@ -18,6 +19,7 @@ CipherBlock IdentifierSource::NextBlock() {
   digest.Update(m_Purpose);
   digest.Update(count);
   const Ferro::SHA1 value = digest.Finish();
+  if (!value.HasValue()) throw std::bad_alloc();  // not the same identifier over and over
   CipherBlock block{};
   std::copy_n(value.Value(), block.size(), block.begin());
   return block;
