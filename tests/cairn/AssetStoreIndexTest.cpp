@@ -218,6 +218,36 @@ TEST_F(AssetStoreIndexTest, TornIndexIsRefusedWithOneLineAndNoCrash) {
   }
 }
 
+TEST_F(AssetStoreIndexTest, FileLargerThanAnyIndexIsRefused) {
+  ASSERT_EQ(Store.Open(), RESULT_OK);
+  fs::resize_file(Index(), 1'600'000'000);
+  EXPECT_EQ(Store.Open(Index()), RESULT_CN_STORE);
+  EXPECT_EQ(Store.LastFailure().Kind, SF_TOO_LARGE);
+  EXPECT_EQ(Log.Text(), "Asset index " + Index() + ": it is larger than 256 MiB\n");
+}
+
+TEST_F(AssetStoreIndexTest, TextOfManyMegabytesIsRefused) {
+  MakePackage("p", 0x100);
+  ASSERT_EQ(Store.AddFolder(Assets()), RESULT_OK);
+  ASSERT_EQ(Store.Open(), RESULT_OK);
+  ASSERT_EQ(ask_sqlite(Index(), "UPDATE packages SET packing_lists = hex(zeroblob(10000000))"), "");
+  ASSERT_EQ(Store.Open(Index()), RESULT_OK);
+  EXPECT_THAT(Store.Packages(), IsEmpty());
+  EXPECT_EQ(Store.LastFailure().Kind, SF_TOO_LARGE);
+}
+
+TEST_F(AssetStoreIndexTest, ViewThatNeverEndsIsRefused) {
+  ASSERT_EQ(Store.Open(), RESULT_OK);
+  ASSERT_EQ(ask_sqlite(Index(),
+                       "DROP TABLE assets; CREATE VIEW assets AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+                       "SELECT i + 1 FROM n) SELECT i AS id, '' AS path, '' AS root, '' AS folder, 1 AS "
+                       "listed_size, NULL AS listed_digest, 0 AS problems FROM n"),
+            "");
+  ASSERT_EQ(Store.Open(Index()), RESULT_OK);
+  EXPECT_THAT(Store.Assets(), IsEmpty());
+  EXPECT_NE(Store.LastFailure().Kind, SF_NONE);
+}
+
 TEST_F(AssetStoreIndexTest, OpenAgainLetsGoOfTheIndexBefore) {
   PutText(Assets("cpl.xml"), CompositionText(SampleID(1)));
   ASSERT_EQ(Store.AddFolder(Assets()), RESULT_OK);

@@ -238,13 +238,37 @@ const Fault Faults[] = {
      [](PackageMaker& p, const StoreFixture&) {
        p.Map.AssetList.front().ChunkList.push_back({"b.bin", 1, 152, false, 0});
      },
-     AP_SPLIT, "The asset is split into several files, which is not supported."},
+     AP_CHUNKED, "The asset is chunked: several files hold it, which is not supported."},
     {"SecondVolume",
-     [](PackageMaker& p, const StoreFixture&) { p.Map.AssetList.front().ChunkList.front().VolumeIndex = 2; }, AP_SPLIT,
-     "The asset is split into several files, which is not supported."},
+     [](PackageMaker& p, const StoreFixture&) { p.Map.AssetList.front().ChunkList.front().VolumeIndex = 2; },
+     AP_OTHER_VOLUME, "The asset map puts the file on another volume than the first, which is not supported."},
     {"LaterChunkAlone",
-     [](PackageMaker& p, const StoreFixture&) { p.Map.AssetList.front().ChunkList.front().Offset = 1; }, AP_SPLIT,
-     "The asset is split into several files, which is not supported."},
+     [](PackageMaker& p, const StoreFixture&) { p.Map.AssetList.front().ChunkList.front().Offset = 1; }, AP_PARTIAL,
+     "The asset map says that the file holds the end of the asset alone."},
+    {"LinkOutOfTheFolder",
+     [](PackageMaker& p, const StoreFixture&) {
+       fs::remove(p.Folder / "cpl_272.xml");
+       fs::create_symlink("/etc/hostname", p.Folder / "cpl_272.xml");
+     },
+     AP_LINK, "The file is a symbolic link that leads out of the folder, or nowhere."},
+    {"LinkToNothing",
+     [](PackageMaker& p, const StoreFixture&) {
+       fs::remove(p.Folder / "cpl_272.xml");
+       fs::create_symlink("nothing", p.Folder / "cpl_272.xml");
+     },
+     AP_LINK, "The file is a symbolic link that leads out of the folder, or nowhere."},
+    {"Pipe",
+     [](PackageMaker& p, const StoreFixture&) {
+       fs::remove(p.Folder / "cpl_272.xml");
+       ASSERT_EQ(mkfifo((p.Folder / "cpl_272.xml").c_str(), 0600), 0);
+     },
+     AP_NOT_A_FILE, "It is no regular file but a folder, a pipe, a socket or a device."},
+    {"Folder",
+     [](PackageMaker& p, const StoreFixture&) {
+       fs::remove(p.Folder / "cpl_272.xml");
+       fs::create_directory(p.Folder / "cpl_272.xml");
+     },
+     AP_NOT_A_FILE, "It is no regular file but a folder, a pipe, a socket or a device."},
     {"LetterCase", [](PackageMaker& p, const StoreFixture&) { set_path(p, "CPL_272.XML"); }, AP_PATH_CASE,
      "The file's name differs from the asset map's path in upper and lower case."},
     {"BrokenDocument",
@@ -319,6 +343,25 @@ TEST_F(AssetStoreTest, LetterCaseThatFitsTwoFilesFitsNone) {
   package.Write();
   ASSERT_EQ(Add(), RESULT_OK);
   EXPECT_EQ(Only(SampleID(0x110)).Problems, ui32_t{AP_MISSING_FILE});
+}
+
+TEST_F(AssetStoreTest, FileIsFoundByItsPathWithAllThatPackagesSayOfIt) {
+  PackageMaker package = Package("p", 0x100);
+  package.AddComposition(0x110);
+  package.Write();
+  PutText(At("p/other.xml"), CompositionText(SampleID(0x119)));
+  fs::create_symlink("p", At("q"));
+  ASSERT_EQ(Add(), RESULT_OK);
+  const std::vector<AssetRecord> listed = Store.FindFile(At("q/../p/cpl_272.xml").string());
+  ASSERT_EQ(listed.size(), 1U);
+  EXPECT_EQ(listed[0].Info.ID, SampleID(0x110));
+  EXPECT_EQ(listed[0].FileID, SampleID(0x110));
+  EXPECT_TRUE(listed[0].HasListedSize);
+  EXPECT_TRUE(listed[0].Info.Digest.HasValue());
+  const std::vector<AssetRecord> unlisted = Store.FindFile(At("p/other.xml").string());
+  ASSERT_EQ(unlisted.size(), 1U);
+  EXPECT_EQ(unlisted[0].Problems, ui32_t{AP_NOT_LISTED});
+  EXPECT_THAT(Store.FindFile(At("nothing").string()), IsEmpty());
 }
 
 TEST_F(AssetStoreTest, SameAssetTwiceAtOnePlaceDoesNoHarm) {

@@ -3,6 +3,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include <atomic>
 
@@ -19,6 +24,23 @@ constexpr size_t FileSize = 100'000;
 constexpr ui32_t FileCount = 20;
 
 /// A package of 20 files of 100,000 bytes each, all sound.
+ino_t s_BadFile = 0;  // that has a sector which cannot be read
+
+}  // namespace
+}  // namespace CairnTest
+
+// Stands before the system's for the libraries too.
+extern "C" __attribute__((visibility("default"))) ssize_t pread(int file, void* buffer, size_t size, off_t position) {
+  struct stat status = {};
+  if (CairnTest::s_BadFile == 0 || fstat(file, &status) != 0 || status.st_ino != CairnTest::s_BadFile)
+    return syscall(SYS_pread64, file, buffer, size, position);
+  errno = EIO;
+  return -1;
+}
+
+namespace CairnTest {
+namespace {
+
 class AssetStoreVerificationTest : public testing::Test, public StoreFixture {
  protected:
   void SetUp() override {
@@ -93,6 +115,35 @@ TEST_F(AssetStoreVerificationTest, VerifiedFilesAreNotReadAgainEvenByTheNextStar
   EXPECT_EQ(CountVerified(), FileCount);
 }
 
+TEST_F(AssetStoreVerificationTest, FileWithABadSectorIsToldAndKeptFromTheEngine) {
+  struct stat status = {};
+  ASSERT_EQ(stat((At("p") / Name(4)).c_str(), &status), 0);
+  s_BadFile = status.st_ino;
+  EXPECT_EQ(Store.VerifyDigests({}), RESULT_FALSE);
+  EXPECT_EQ(CountVerified(), FileCount - 1);
+  EXPECT_EQ(Only(SampleID(0x114)).Problems, ui32_t{AP_READ_FAILED});
+  EXPECT_THAT(Only(SampleID(0x114)).Reasons(),
+              testing::ElementsAre("The file could not be read to its end: File read error."));
+  EXPECT_THAT(Log.Errors(), testing::ElementsAre((At("p") / Name(4)).string() + ": File read error.\n"));
+  AssetInfo info;
+  EXPECT_EQ(Store.GetInfoForAssetID(SampleID(0x114), info, true), Ferro::RESULT_NOT_FOUND);
+
+  s_BadFile = 0;
+  EXPECT_EQ(Store.VerifyDigests({}), RESULT_OK);
+  EXPECT_EQ(Only(SampleID(0x114)).Problems, 0U);
+}
+
+TEST_F(AssetStoreVerificationTest, ReadFailureIsForgottenWithTheFileThatHadIt) {
+  struct stat status = {};
+  ASSERT_EQ(stat((At("p") / Name(4)).c_str(), &status), 0);
+  s_BadFile = status.st_ino;
+  EXPECT_EQ(Store.VerifyDigests({SampleID(0x114)}), RESULT_FALSE);
+  s_BadFile = 0;
+  AlterFile(At("p") / Name(4), std::string(FileSize, 'e'));
+  EXPECT_EQ(Store.Refresh(), RESULT_OK);
+  EXPECT_EQ(Only(SampleID(0x114)).Problems, 0U);
+}
+
 TEST_F(AssetStoreVerificationTest, AlteredFileIsFoundAndKeptFromTheEngine) {
   AlterFile(At("p") / Name(4), std::string(FileSize, '!'));
   EXPECT_EQ(Store.VerifyDigests({}), RESULT_FALSE);
@@ -152,15 +203,12 @@ TEST_F(AssetStoreVerificationTest, FileThatSeveralPackagesListIsReadOnce) {
 }
 
 TEST_F(AssetStoreVerificationTest, CancelledVerificationKeepsWhatItFoundAndGoesOnThere) {
-  const auto cancel = [](const VerifyProgress& progress) { return progress.FilesDone < 3; };
-  // Reports come every 100 ms only: the first comes at once, with no file done, so that the pieces must take time.
   ui32_t calls = 0;
-  const auto slow_cancel = [&](const VerifyProgress& progress) {
+  const auto cancel = [&](const VerifyProgress& progress) {
     ++calls;
-    std::this_thread::sleep_for(std::chrono::milliseconds(110));
-    return cancel(progress);
+    return progress.FilesDone < 3;
   };
-  EXPECT_EQ(Store.VerifyDigests({}, 1, slow_cancel), RESULT_CANCELLED);
+  EXPECT_EQ(Store.VerifyDigests({}, 1, cancel, 0), RESULT_CANCELLED);
   EXPECT_GT(calls, 1U);
   const size_t kept = CountVerified();
   EXPECT_GE(kept, 3U);

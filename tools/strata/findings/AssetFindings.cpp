@@ -17,7 +17,12 @@ struct ProblemFinding {
 constexpr std::array AssetProblems = {
     ProblemFinding{Cairn::AP_MISSING_FILE, FindingID::PklAssetMissing},
     ProblemFinding{Cairn::AP_BAD_PATH, FindingID::AmPath},
-    ProblemFinding{Cairn::AP_SPLIT, FindingID::AmChunks},
+    ProblemFinding{Cairn::AP_CHUNKED, FindingID::AmChunks},
+    ProblemFinding{Cairn::AP_OTHER_VOLUME, FindingID::AmChunks},
+    ProblemFinding{Cairn::AP_PARTIAL, FindingID::AmChunks},
+    ProblemFinding{Cairn::AP_LINK, FindingID::FileUnreadable},
+    ProblemFinding{Cairn::AP_NOT_A_FILE, FindingID::FileUnreadable},
+    ProblemFinding{Cairn::AP_READ_FAILED, FindingID::FileUnreadable},
     ProblemFinding{Cairn::AP_UNREADABLE, FindingID::FileDamaged},
     ProblemFinding{Cairn::AP_WRONG_SIZE, FindingID::PklAssetSize},
     ProblemFinding{Cairn::AP_DIGEST_MISMATCH, FindingID::PklAssetHash},
@@ -26,6 +31,10 @@ constexpr std::array AssetProblems = {
     ProblemFinding{Cairn::AP_NOT_LISTED, FindingID::PklUnlisted},
     ProblemFinding{Cairn::AP_PATH_CASE, FindingID::AmPathCase},
 };
+
+/// Problems of which the store has more to say than the finding's own sentence.
+constexpr Ferro::ui32_t ToldInDetail = Cairn::AP_UNREADABLE | Cairn::AP_OTHER_VOLUME | Cairn::AP_PARTIAL |
+                                       Cairn::AP_LINK | Cairn::AP_NOT_A_FILE | Cairn::AP_READ_FAILED;
 
 FindingID IDOf(Cairn::PackageProblem_t problem) {
   switch (problem) {
@@ -64,10 +73,14 @@ const char* Unreadable(Cairn::UnreadableKind_t kind) {
 Finding FindingOf(const Cairn::AssetRecord& record, const ProblemFinding& problem, MappedPaths& paths) {
   const bool cannot_open = problem.Problem == Cairn::AP_UNREADABLE && !record.OpenFailure.empty();
   Finding finding(cannot_open ? FindingID::FileUnreadable : problem.ID);
-  if (cannot_open)
-    finding.Message = "The file cannot be opened: " + record.OpenFailure + '.';
-  else if (problem.Problem == Cairn::AP_UNREADABLE)
-    finding.Message = "The file could not be read or understood.";
+  if ((problem.Problem & ToldInDetail) != 0) {
+    Cairn::AssetRecord alone;
+    alone.Problems = problem.Problem;
+    alone.OpenFailure = record.OpenFailure;
+    alone.ReadFailure = record.ReadFailure;
+    finding.Message = alone.Reasons().front();
+  }
+  if (finding.ID == FindingID::FileUnreadable && !cannot_open) finding.Advice = CopyAgain;
   finding.AssetID = record.Info.ID;
   finding.File = record.Info.RealFilename.empty() ? paths.Of(record) : record.Info.RealFilename;
   if (problem.Problem == Cairn::AP_WRONG_SIZE && record.HasListedSize) {

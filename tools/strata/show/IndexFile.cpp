@@ -19,6 +19,7 @@ const char* AdviceFor(Cairn::StoreFailure_t failure) {
       return " This is another file, or a damaged index: name another file with --index.";
     case Cairn::SF_OTHER_VERSION:
       return " Another version of this program made it: name another file with --index.";
+    case Cairn::SF_TOO_LARGE:
     case Cairn::SF_CORRUPT:
       return " It is damaged: delete it, and add the folders again; the assets themselves are not touched.";
     case Cairn::SF_READ_ONLY:

@@ -19,14 +19,20 @@ enum AssetProblem_t : ui32_t {
   AP_NOT_LISTED = 16,      ///< in the package, but in none of its packing lists
   AP_WRONG_ID = 32,        ///< the file says it is another asset; not fatal, since packages repaired by hand have that
   AP_BAD_PATH = 64,        ///< the asset map's path leaves the package or is no relative path
-  AP_SPLIT = 128,          ///< the asset is split into several files, which is not supported
+  AP_CHUNKED = 128,        ///< the asset is chunked: several files hold it, which is not supported
   AP_UNREADABLE = 256,     ///< the file could not be read, or the document not understood
   AP_PATH_CASE = 512,      ///< found only by disregarding the letter case of its path
+  AP_OTHER_VOLUME = 1024,  ///< the asset map puts the file on another volume than the first, which is not supported
+  AP_PARTIAL = 2048,       ///< the asset map gives the file an offset within the asset: what comes before is nowhere
+  AP_READ_FAILED = 4096,   ///< the file could not be read to its end; known after verification only
+  AP_LINK = 8192,          ///< the path is a symbolic link that leads out of the folder, or nowhere
+  AP_NOT_A_FILE = 16384,   ///< a folder, pipe, socket or device stands at the path
 };
 
 /// Those problems with which an asset cannot be used.
-inline constexpr ui32_t FatalAssetProblems =
-    AP_MISSING_FILE | AP_WRONG_SIZE | AP_DIGEST_MISMATCH | AP_BAD_PATH | AP_SPLIT | AP_UNREADABLE;
+inline constexpr ui32_t FatalAssetProblems = AP_MISSING_FILE | AP_WRONG_SIZE | AP_DIGEST_MISMATCH | AP_BAD_PATH |
+                                             AP_CHUNKED | AP_UNREADABLE | AP_OTHER_VOLUME | AP_PARTIAL |
+                                             AP_READ_FAILED | AP_LINK | AP_NOT_A_FILE;
 
 /// One asset of a store: what it is, where it came from and what is wrong with it. A plain value.
 struct AssetRecord {
@@ -35,8 +41,10 @@ struct AssetRecord {
   bool HasListedSize = false;
   fsize_t ListedSize = 0;       ///< bytes, as the packing list says
   bool DigestVerified = false;  ///< the present file's digest was computed and is the listed one
+  UUID FileID;                  ///< what the file says that it is; no value where it says nothing, or cannot be read
   ui32_t Problems = 0;          ///< AssetProblem_t bits
   std::string OpenFailure;  ///< why the file cannot be opened: "Permission denied"; empty when it can, or is not known
+  std::string ReadFailure;  ///< why the file could not be read to its end; known to the object that verified it
 
   /// One sentence per problem, for a user: "The file is missing." Empty when nothing is wrong.
   [[nodiscard]] CAIRN_API std::vector<std::string> Reasons() const;

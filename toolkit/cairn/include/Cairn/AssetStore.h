@@ -74,12 +74,14 @@ class CAIRN_API AssetStore : public IAssetLookup {
   [[nodiscard]] Result_t Forget(const std::string& folder);
   [[nodiscard]] std::vector<std::string> Folders() const;
 
-  // The five below answer nothing before Open and where the index fails, which is logged: LastFailure tells it apart.
+  // The six below answer nothing before Open and where the index fails, which is logged: LastFailure tells it apart.
 
   /// Every asset, in order of package and path; one that lies in several places has a record for each.
   [[nodiscard]] std::vector<AssetRecord> Assets() const;
   /// Every place of one asset, the one that lookups answer first.
   [[nodiscard]] std::vector<AssetRecord> FindAsset(const UUID& id) const;
+  /// What the packages say of one file: a record for each asset that it is, none for a file that is no asset.
+  [[nodiscard]] std::vector<AssetRecord> FindFile(const std::string& filename) const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
   /// What this object's latest scan of each folder could not read, in order of path: files, folders, and symbolic links
   /// that lead nowhere. Not kept in the index. A file system's own lost+found is none of it.
@@ -89,12 +91,16 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// the index at once, so that a verification that was cancelled goes on where it was.
   /// @param ids       which assets; all when empty. Files verified before and not changed since are not read again.
   /// @param threads   how many files are read at once, 64 at most; 0 chooses by the processor.
-  /// @param progress  called every 100 ms or so and at the end, from the threads that read, by one of them at a time;
-  ///                  false from it cancels. It must not throw, nor call operations of this store that are not const.
+  /// A file that cannot be read has AP_READ_FAILED in its records from then on, until it changes or is read.
+  /// @param progress  called every `interval_ms` or so and at the end, from the threads that read, by one of them at a
+  ///                  time; false from it cancels. It must not throw, nor call operations of this store that are not
+  ///                  const.
+  /// @param interval_ms  0: after each piece that was read.
   /// @return RESULT_OK when every listed digest is the file's; RESULT_FALSE when some is not, some file is missing or
   ///         some asset not known; RESULT_CANCELLED; RESULT_CN_STORE.
   [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0,
-                                       const std::function<bool(const VerifyProgress&)>& progress = {});
+                                       const std::function<bool(const VerifyProgress&)>& progress = {},
+                                       ui32_t interval_ms = 100);
 
   [[nodiscard]] Result_t GetAssetIDList(UUIDList& out) const override;
   /// Adds one file as a loose asset, wherever it lies; `digest` may be without value.

@@ -26,8 +26,8 @@ class DOMTreeErrorReporter;
 
 /// A parser for documents from outside, with a DOM tree. Refuses document type declarations and has no code for them in
 /// use, so nothing expands and nothing is loaded; opens no file and no connection; bounds size, depth and counts.
-/// Comments and processing instructions are left out of the tree and CDATA sections become text, so that an element's
-/// text is one node. init_xml_libs comes first; one thread at a time.
+/// CDATA sections become text, and comments and processing instructions are left out of the tree unless they are asked
+/// for, so that an element's text is one node. init_xml_libs comes first; one thread at a time.
 class CAIRN_API DocumentParser {
  public:
   static constexpr size_t MaxDocumentSize = 64 * 1024 * 1024;  // bytes
@@ -40,8 +40,13 @@ class CAIRN_API DocumentParser {
   static constexpr size_t MaxAttributeLength = 65'536;  // UTF-16 units of one value
   static constexpr unsigned MaxNamespaceCount = 256;    // declarations in scope
 
+  enum Content_t {
+    ElementsAndText,
+    Everything,  ///< comments and processing instructions too, as canonical XML has them
+  };
+
   /// May throw what Xerces-C throws.
-  DocumentParser();
+  explicit DocumentParser(Content_t content = ElementsAndText);
   ~DocumentParser();
   DocumentParser(const DocumentParser&) = delete;
   DocumentParser& operator=(const DocumentParser&) = delete;

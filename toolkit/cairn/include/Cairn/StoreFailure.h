@@ -19,7 +19,8 @@ enum StoreFailure_t : ui32_t {
   SF_READ_ONLY = 7,       ///< the file or its folder may not be written
   SF_CANNOT_OPEN = 8,     ///< the file can be neither opened nor created: its folder is missing, or may not be entered
   SF_IO = 9,              ///< the system failed to read or write the file
-  SF_OTHER = 10,          ///< anything else, such as memory running out
+  SF_TOO_LARGE = 10,      ///< the file, or something in it, is larger than any index
+  SF_OTHER = 11,          ///< anything else, such as memory running out
 };
 
 /// A failure of an asset store's index. A plain value.

@@ -22,7 +22,12 @@ constexpr std::array Sentences = {
     Words{AP_NOT_LISTED, "It lies in the package, but no packing list names it."},
     Words{AP_WRONG_ID, "The file says that it is another asset."},
     Words{AP_BAD_PATH, "The asset map's path leaves the package."},
-    Words{AP_SPLIT, "The asset is split into several files, which is not supported."},
+    Words{AP_CHUNKED, "The asset is chunked: several files hold it, which is not supported."},
+    Words{AP_OTHER_VOLUME, "The asset map puts the file on another volume than the first, which is not supported."},
+    Words{AP_PARTIAL, "The asset map says that the file holds the end of the asset alone."},
+    Words{AP_LINK, "The file is a symbolic link that leads out of the folder, or nowhere."},
+    Words{AP_NOT_A_FILE, "It is no regular file but a folder, a pipe, a socket or a device."},
+    Words{AP_READ_FAILED, "The file could not be read to its end."},
     Words{AP_UNREADABLE, "The file could not be read or understood."},
     Words{AP_PATH_CASE, "The file's name differs from the asset map's path in upper and lower case."},
 };
@@ -79,6 +84,8 @@ std::vector<std::string> AssetRecord::Reasons() const {
     if ((Problems & words.Problem) == 0) continue;
     if (words.Problem == AP_UNREADABLE && !OpenFailure.empty())
       reasons.push_back("The file cannot be opened: " + OpenFailure + '.');
+    else if (words.Problem == AP_READ_FAILED && !ReadFailure.empty())
+      reasons.push_back("The file could not be read to its end: " + ReadFailure + '.');
     else
       reasons.emplace_back(words.Text);
   }

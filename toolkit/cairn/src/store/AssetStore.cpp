@@ -69,6 +69,8 @@ class Contents {
 
       const std::lock_guard lock(m_Mutex);
       m_Unreadable[folder] = std::move(unreadable);
+      for (const auto& [path, file] : update->Changed) m_ReadFailures.erase(path);
+      for (const std::string& path : update->Removed) m_ReadFailures.erase(path);
       if (known.Present && update->Empty()) return Ferro::RESULT_OK;
       Transaction transaction(m_Index.Connection(), Transaction::Writing);
       if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
@@ -83,10 +85,21 @@ class Contents {
   std::vector<AssetRecord> AskRecords(Question question) const {
     return Ask([&](const StoreIndex& index) {
       std::vector<AssetRecord> records = question(index);
-      for (AssetRecord& record : records)
-        if ((record.Problems & AP_UNREADABLE) != 0) record.OpenFailure = OpenFailureKnown(record.Info.RealFilename);
+      Complete(records);
       return records;
     });
+  }
+
+  /// Adds to records what is known besides the index. To be called within Ask.
+  void Complete(std::vector<AssetRecord>& records) const {
+    for (AssetRecord& record : records) {
+      const std::string& path = record.Info.RealFilename;
+      if ((record.Problems & AP_UNREADABLE) != 0) record.OpenFailure = OpenFailureKnown(path);
+      const auto failure = m_ReadFailures.find(path);
+      if (failure == m_ReadFailures.end()) continue;
+      record.Problems |= AP_READ_FAILED;
+      record.ReadFailure = failure->second;
+    }
   }
 
   std::vector<UnreadableEntry> Unreadable() const {
@@ -142,8 +155,15 @@ class Contents {
     return Ferro::RESULT_OK;
   }
 
+  /// Takes down what came of reading a file.
   void KeepDigest(const DigestJob& job) {
-    Change([&] { m_Index.PutDigest(job.Path, job.Stamp, job.Computed); });
+    if (job.Failure.empty())
+      return Change([&] {
+        m_Index.PutDigest(job.Path, job.Stamp, job.Computed);
+        m_ReadFailures.erase(job.Path);
+      });
+    const std::lock_guard lock(m_Mutex);
+    m_ReadFailures.insert_or_assign(job.Path, job.Failure);
   }
 
  private:
@@ -173,6 +193,7 @@ class Contents {
   mutable std::mutex m_Mutex;
   StoreIndex m_Index;                                     // guarded by m_Mutex
   std::map<std::string, UnreadableEntries> m_Unreadable;  // by folder; guarded by m_Mutex
+  std::map<std::string, std::string> m_ReadFailures;      // why files could not be read, by path; guarded by m_Mutex
 };
 
 }  // namespace
@@ -286,8 +307,17 @@ std::vector<AssetRecord> AssetStore::Assets() const {
 }
 
 std::vector<AssetRecord> AssetStore::FindAsset(const UUID& id) const {
-  return m_Impl->Ask<std::vector<AssetRecord>>(
+  std::vector<AssetRecord> places = m_Impl->Ask<std::vector<AssetRecord>>(
       [&] { return m_Impl->Open->AskRecords([&](const StoreIndex& index) { return AssetFinder(index).Find(id); }); });
+  SortBestFirst(places);
+  return places;
+}
+
+std::vector<AssetRecord> AssetStore::FindFile(const std::string& filename) const {
+  std::string path;
+  if (CanonicalPath(filename, path).Failure()) path = filename;  // a file that is gone has its records too
+  return m_Impl->Ask<std::vector<AssetRecord>>(
+      [&] { return m_Impl->Open->AskRecords([&](const StoreIndex& index) { return index.FindFile(path); }); });
 }
 
 std::vector<PackageRecord> AssetStore::Packages() const {
@@ -308,7 +338,7 @@ void AssetStore::ClearFailure() {
 }
 
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,
-                                   const std::function<bool(const VerifyProgress&)>& progress) {
+                                   const std::function<bool(const VerifyProgress&)>& progress, ui32_t interval_ms) {
   if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   if (const Result_t result = Refresh(); result.Failure()) return result;
   const VerificationPlan plan(ids);
@@ -321,7 +351,7 @@ Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,
     });
     return kept.Success();
   };
-  const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), keep, progress);
+  const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), interval_ms, keep, progress);
   if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
   return plan.AreVerified(Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
 }
@@ -357,7 +387,9 @@ Result_t AssetStore::GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& o
       Result_t result = Ferro::RESULT_OK;
       AssetFinder finder(index);
       for (const UUID& id : ids) {
-        const std::vector<AssetRecord> places = finder.Find(id);
+        std::vector<AssetRecord> places = finder.Find(id);
+        m_Impl->Open->Complete(places);
+        SortBestFirst(places);
         if (places.empty() || (places.front().Problems & barred) != 0)
           result = Ferro::RESULT_FALSE;
         else

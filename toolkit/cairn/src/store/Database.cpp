@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Database.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <climits>
 
@@ -25,6 +27,8 @@ StoreFailure_t KindOf(int code) {
       return SF_READ_ONLY;
     case SQLITE_CANTOPEN:
       return SF_CANNOT_OPEN;
+    case SQLITE_TOOBIG:
+      return SF_TOO_LARGE;
     case SQLITE_IOERR:
       return SF_IO;
     default:
@@ -35,12 +39,30 @@ StoreFailure_t KindOf(int code) {
 }  // namespace
 
 Database::Database(const std::string& filename, ui32_t busy_timeout_ms) : m_File(filename) {
+  CheckFileSize();
   sqlite3* handle = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
   const int code = sqlite3_open_v2(filename.empty() ? ":memory:" : filename.c_str(), &handle, flags, nullptr);
   m_Handle.reset(handle);
   if (code != SQLITE_OK) throw Failure(code, sqlite3_errstr(code));
   sqlite3_busy_timeout(handle, static_cast<int>(std::min<ui32_t>(busy_timeout_ms, INT_MAX)));
+  Harden();
+}
+
+void Database::CheckFileSize() const {
+  for (const char* suffix : {"", "-wal"}) {
+    struct stat status = {};
+    if (!m_File.empty() && stat((m_File + suffix).c_str(), &status) == 0 && status.st_size > MaxFileSize)
+      throw Failure(SF_TOO_LARGE, "it is larger than 256 MiB");
+  }
+}
+
+void Database::Harden() const {
+  sqlite3_limit(Handle(), SQLITE_LIMIT_LENGTH, MaxValueSize);
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
 
 DatabaseError Database::Failure(StoreFailure_t kind, const char* reason) const {

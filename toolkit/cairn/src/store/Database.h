@@ -20,7 +20,12 @@ struct DatabaseError {
 /// One connection to an SQLite database. One thread at a time.
 class Database {
  public:
+  static constexpr i64_t MaxFileSize = 256 * 1024 * 1024;  // bytes; half a million assets
+  static constexpr int MaxValueSize = 16 * 1024 * 1024;    // bytes of a text, blob or statement
+
   /// Opens or creates a database; `filename` empty: in memory.
+  /// A file that somebody else made can hold anything: views and triggers are refused, and so is what is larger than
+  /// MaxFileSize, or than MaxValueSize in one place.
   /// @param busy_timeout_ms  how long a statement waits for another process that keeps the database locked.
   Database(const std::string& filename, ui32_t busy_timeout_ms);
 
@@ -39,6 +44,9 @@ class Database {
   struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
+  void CheckFileSize() const;
+  void Harden() const;
+
   std::string m_File;  // empty: in memory
   std::unique_ptr<sqlite3, Closer> m_Handle;
 };

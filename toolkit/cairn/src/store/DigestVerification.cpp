@@ -18,13 +18,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto ReportInterval = std::chrono::milliseconds(100);
-
 /// Adds up what the threads have done and reports it.
 class ProgressReport {
  public:
-  ProgressReport(const std::vector<DigestJob>& jobs, const std::function<bool(const VerifyProgress&)>& callback)
-      : m_Callback(callback) {
+  ProgressReport(const std::vector<DigestJob>& jobs, ui32_t interval_ms,
+                 const std::function<bool(const VerifyProgress&)>& callback)
+      : m_Callback(callback), m_Interval(interval_ms) {
     m_Progress.FilesTotal = static_cast<ui32_t>(jobs.size());
     for (const DigestJob& job : jobs) m_Progress.BytesTotal += job.Size;
   }
@@ -36,7 +35,7 @@ class ProgressReport {
     m_Progress.FilesDone += files;
     const Clock::time_point now = Clock::now();
     const bool is_last = m_Progress.FilesDone == m_Progress.FilesTotal;
-    if (m_Cancelled || !m_Callback || (now - m_Reported < ReportInterval && !is_last)) return !m_Cancelled;
+    if (m_Cancelled || !m_Callback || (now - m_Reported < m_Interval && !is_last)) return !m_Cancelled;
     m_Reported = now;
     const double seconds = std::chrono::duration<double>(now - m_Started).count();
     m_Progress.BytesPerSecond = seconds > 0 ? double(m_Progress.BytesDone) / seconds : 0;
@@ -56,6 +55,7 @@ class ProgressReport {
 
  private:
   const std::function<bool(const VerifyProgress&)>& m_Callback;
+  const std::chrono::milliseconds m_Interval;
   const Clock::time_point m_Started = Clock::now();
 
   std::mutex m_Mutex;
@@ -64,7 +64,15 @@ class ProgressReport {
   bool m_Cancelled = false;
 };
 
-void compute(DigestJob& job, ProgressReport& report, const std::function<bool(const DigestJob&)>& finished) {
+// The system's reason where there is one.
+std::string FailureText(const std::string& path, Result_t result) {
+  std::string text = OpenFailureOf(path);
+  if (text.empty()) text = result.Label();
+  if (text.ends_with('.')) text.pop_back();
+  return text;
+}
+
+void Compute(DigestJob& job, ProgressReport& report, const std::function<bool(const DigestJob&)>& finished) {
   fsize_t reported = 0;
   const auto piece = [&](fsize_t done) {
     const fsize_t bytes = done - reported;
@@ -74,10 +82,11 @@ void compute(DigestJob& job, ProgressReport& report, const std::function<bool(co
   Result_t result = Ferro::RESULT_NOT_FOUND;
   if (StampFile(job.Path, job.Stamp)) result = Ferro::DigestFile(job.Path, job.Computed, piece);
   if (result == Ferro::RESULT_CANCELLED) return;
-  if (result.Success())
-    report.Finish(job, finished);
-  else
+  if (result.Failure()) {
+    job.Failure = FailureText(job.Path, result);
     Ferro::DefaultLogSink().Error("%s: %s\n", job.Path.c_str(), result.Label());
+  }
+  report.Finish(job, finished);
   report.Add(0, 1);
 }
 
@@ -89,7 +98,7 @@ std::vector<DigestJob> VerificationPlan::Jobs(const std::vector<AssetRecord>& as
     const bool is_there = !asset.Info.RealFilename.empty() && (asset.Problems & AP_MISSING_FILE) == 0;
     const bool is_known = asset.DigestVerified || (asset.Problems & AP_DIGEST_MISMATCH) != 0;
     if (Concerns(asset) && is_there && !is_known)
-      jobs.try_emplace(asset.Info.RealFilename, DigestJob{asset.Info.RealFilename, asset.Info.FileSize, {}, {}});
+      jobs.try_emplace(asset.Info.RealFilename, DigestJob{asset.Info.RealFilename, asset.Info.FileSize, {}, {}, {}});
   }
   std::vector<DigestJob> list;
   for (auto& [path, job] : jobs) list.push_back(std::move(job));
@@ -109,14 +118,14 @@ bool VerificationPlan::Concerns(const AssetRecord& asset) const {
   return asset.Info.Digest.HasValue() && (m_Wanted.empty() || m_Wanted.contains(asset.Info.ID));
 }
 
-Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads,
+Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t interval_ms,
                         const std::function<bool(const DigestJob&)>& finished,
                         const std::function<bool(const VerifyProgress&)>& progress) {
-  ProgressReport report(jobs, progress);
+  ProgressReport report(jobs, interval_ms, progress);
   std::atomic<size_t> next = 0;
   const auto work = [&] {
     for (size_t index = next++; index < jobs.size() && !report.Cancelled(); index = next++)
-      compute(jobs[index], report, finished);
+      Compute(jobs[index], report, finished);
   };
   {
     std::vector<std::jthread> workers;

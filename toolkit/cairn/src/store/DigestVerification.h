@@ -15,9 +15,10 @@ namespace Cairn {
 /// One file whose digest is wanted, and what came of it.
 struct DigestJob {
   std::string Path;
-  fsize_t Size = 0;  ///< expected, for the progress
-  FileStamp Stamp;   ///< receives the file's, taken before it was read
-  SHA1 Computed;     ///< receives the digest; no value when the file could not be read
+  fsize_t Size = 0;     ///< expected, for the progress
+  FileStamp Stamp;      ///< receives the file's, taken before it was read
+  SHA1 Computed;        ///< receives the digest; no value when the file could not be read
+  std::string Failure;  ///< receives why it could not be read, without a full stop
 };
 
 /// Which assets a verification is about.
@@ -39,11 +40,12 @@ class VerificationPlan {
 
 /// Computes the digests of files, several at once. The callbacks are called by one thread at a time; they must not throw.
 /// @param threads   at least 1.
-/// @param finished  called with each digest that was computed; false from it ends the work.
+/// @param interval_ms  between two reports of the progress; 0: after each piece.
+/// @param finished  called with each file when it was read, or could not be; false from it ends the work.
 /// @param progress  called every now and then and at the end; false from it ends the work as soon as each thread has
 ///                  finished its piece. May be empty.
 /// @return RESULT_OK, or RESULT_CANCELLED. Files that could not be read are logged.
-[[nodiscard]] Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads,
+[[nodiscard]] Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t interval_ms,
                                       const std::function<bool(const DigestJob&)>& finished,
                                       const std::function<bool(const VerifyProgress&)>& progress);
 

@@ -51,7 +51,7 @@ constexpr std::array Signatures = {
     Signature{"RF64"sv, FT_WAV},
 };
 
-FileType_t type_from_signature(std::string_view head) {
+FileType_t TypeFromSignature(std::string_view head) {
   for (const Signature& signature : Signatures)
     if (head.starts_with(signature.Bytes)) {
       if (signature.Type == FT_WAV && (head.size() < 12 || head.substr(8, 4) != "WAVE")) return FT_UNKNOWN;
@@ -60,7 +60,7 @@ FileType_t type_from_signature(std::string_view head) {
   return FT_UNKNOWN;
 }
 
-bool may_be_xml(std::string_view head) {
+bool MayBeXML(std::string_view head) {
   if (head.starts_with("\xef\xbb\xbf") || head.starts_with("\xff\xfe") || head.starts_with("\xfe\xff")) return true;
   const size_t first = head.find_first_not_of(" \t\r\n");
   return first != std::string_view::npos && head[first] == '<';
@@ -80,7 +80,7 @@ constexpr std::array Roots = {
 };
 
 /// The identifier that stands as a child of the document element.
-UUID identifier_in(const Element* root) {
+UUID IdentifierIn(const Element* root) {
   const Element* element = FirstChildNamed(root, "Id");
   if (element == nullptr) element = FirstChildNamed(root, "SubtitleID");
   const std::string text = TrimmedText(element);
@@ -88,7 +88,7 @@ UUID identifier_in(const Element* root) {
   return UUID::FromURN(text).value_or(UUID());
 }
 
-FileType_t type_of_document(const std::string& xml) {
+FileType_t TypeOfDocument(const std::string& xml) {
   Ferro::XMLDocType doctype;
   if (!Ferro::GetXMLDocType(xml, doctype)) return FT_UNKNOWN;
   SilentSink silent;
@@ -99,45 +99,45 @@ FileType_t type_of_document(const std::string& xml) {
   return FT_XML;
 }
 
-Result_t inspect_document(const std::string& filename, FileContent& content) {
+Result_t InspectDocument(const std::string& filename, FileContent& content) {
   std::string xml;
   const Result_t result = Ferro::ReadFileIntoString(filename, xml, LargestDocument);
   if (result == Ferro::RESULT_TOOLARGE) return Ferro::RESULT_OK;  // no document of ours is as large
   if (result.Failure()) return result;
-  content.Type = type_of_document(xml);
+  content.Type = TypeOfDocument(xml);
   if (content.Type == FT_UNKNOWN || content.Type == FT_XML || content.Type == FT_VOLINDEX) return Ferro::RESULT_OK;
   SilentSink silent;
   static_cast<void>(ReadDocument(xml, silent, [&content](const Element* root, DCPFormat_t, Ferro::ILogSink&) {
-    content.ID = identifier_in(root);
+    content.ID = IdentifierIn(root);
     return Result_t(Ferro::RESULT_OK);
   }));
   return Ferro::RESULT_OK;
 }
 
 template <class Reader>
-UUID asset_of(const std::string& filename) {
+UUID AssetOf(const std::string& filename) {
   Reader reader;
   QUIRE::WriterInfo info;
   if (reader.OpenRead(filename).Success()) static_cast<void>(reader.FillWriterInfo(info));
   return info.AssetUUID;
 }
 
-UUID asset_of_track_file(const std::string& filename, QUIRE::EssenceType_t essence) {
+UUID AssetOfTrackFile(const std::string& filename, QUIRE::EssenceType_t essence) {
   switch (essence) {
     case QUIRE::ESS_MPEG2_VES:
-      return asset_of<QUIRE::MPEG2::MXFReader>(filename);
+      return AssetOf<QUIRE::MPEG2::MXFReader>(filename);
     case QUIRE::ESS_JPEG_2000:
-      return asset_of<QUIRE::JP2K::MXFReader>(filename);
+      return AssetOf<QUIRE::JP2K::MXFReader>(filename);
     case QUIRE::ESS_JPEG_2000_S:
-      return asset_of<QUIRE::JP2K::MXFSReader>(filename);
+      return AssetOf<QUIRE::JP2K::MXFSReader>(filename);
     case QUIRE::ESS_PCM:
-      return asset_of<QUIRE::PCM::MXFReader>(filename);
+      return AssetOf<QUIRE::PCM::MXFReader>(filename);
     case QUIRE::ESS_TIMED_TEXT:
-      return asset_of<QUIRE::TimedText::MXFReader>(filename);
+      return AssetOf<QUIRE::TimedText::MXFReader>(filename);
     case QUIRE::ESS_DCDATA:
-      return asset_of<QUIRE::DCData::MXFReader>(filename);
+      return AssetOf<QUIRE::DCData::MXFReader>(filename);
     case QUIRE::ESS_ATMOS:
-      return asset_of<QUIRE::ATMOS::MXFReader>(filename);
+      return AssetOf<QUIRE::ATMOS::MXFReader>(filename);
     default:
       return {};
   }
@@ -154,14 +154,14 @@ Result_t InspectFile(const std::string& filename, FileContent& content) {
   if (const Result_t result = file.ReadUpTo(0, bytes, count); result.Failure()) return result;
   const std::string_view head(reinterpret_cast<const char*>(bytes.data()), count);
 
-  content.Type = type_from_signature(head);
+  content.Type = TypeFromSignature(head);
   if (content.Type != FT_UNKNOWN) return Ferro::RESULT_OK;
-  if (may_be_xml(head)) return inspect_document(filename, content);
+  if (MayBeXML(head)) return InspectDocument(filename, content);
 
   QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
   const Result_t result = QUIRE::EssenceType(filename, essence);
   content.Type = static_cast<FileType_t>(essence);
-  content.ID = asset_of_track_file(filename, essence);
+  content.ID = AssetOfTrackFile(filename, essence);
   return result;
 }
 

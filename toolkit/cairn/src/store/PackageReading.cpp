@@ -9,6 +9,7 @@
 #include <Ferro/Path.h>
 
 #include <strings.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <climits>
@@ -20,17 +21,20 @@ namespace Cairn {
 
 namespace {
 
-bool is_asset_map(const std::string& path, const ScannedFile& file) {
+bool IsAssetMap(const std::string& path, const ScannedFile& file) {
   const std::string name = Ferro::PathBasename(path);
   return file.Content.Type == FT_ASSETMAP &&
          (strcasecmp(name.c_str(), "ASSETMAP") == 0 || strcasecmp(name.c_str(), "ASSETMAP.xml") == 0);
 }
 
-std::string lower_case(std::string text) {
+std::string LowerCase(std::string text) {
   for (char& c : text)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   return text;
 }
+
+/// An asset of which no file that is here is the whole.
+constexpr ui32_t NotWhole = AP_CHUNKED | AP_OTHER_VOLUME | AP_PARTIAL;
 
 /// Leads the paths of asset maps to files of a package.
 class PathResolver {
@@ -39,11 +43,14 @@ class PathResolver {
 
   /// The file that an asset map names; empty, with the problem's bit, when there is none.
   std::string Resolve(const AssetMap::Asset& asset, ui32_t& problems) {
-    if (asset.ChunkList.size() != 1 || asset.ChunkList.front().Offset != 0 || asset.ChunkList.front().VolumeIndex > 1) {
-      problems |= asset.ChunkList.empty() ? AP_MISSING_FILE : AP_SPLIT;
+    if (asset.ChunkList.size() != 1) {
+      problems |= asset.ChunkList.empty() ? AP_MISSING_FILE : AP_CHUNKED;
       return {};
     }
-    return ResolvePath(asset.ChunkList.front().Path, problems);
+    const AssetMap::Chunk& chunk = asset.ChunkList.front();
+    if (chunk.VolumeIndex > 1) problems |= AP_OTHER_VOLUME;
+    if (chunk.Offset != 0) problems |= AP_PARTIAL;
+    return (problems & NotWhole) == 0 ? ResolvePath(chunk.Path, problems) : std::string();
   }
 
   std::string ResolvePath(const std::string& text, ui32_t& problems) {
@@ -54,7 +61,7 @@ class PathResolver {
     }
     std::string path = Find(candidates, problems);
     if (path.empty()) {
-      problems |= AP_MISSING_FILE;
+      problems |= AbsenceOf(candidates);
     } else if (!LiesInside(path)) {
       problems |= AP_BAD_PATH;
       path.clear();
@@ -74,16 +81,27 @@ class PathResolver {
     return {};
   }
 
+  // What stands at a path that names no file of the package.
+  ui32_t AbsenceOf(const std::vector<std::string>& candidates) const {
+    struct stat status = {};
+    for (const std::string& candidate : candidates) {
+      if (lstat((m_Root + '/' + candidate).c_str(), &status) != 0) continue;
+      if (S_ISLNK(status.st_mode)) return AP_LINK;
+      if (!S_ISREG(status.st_mode)) return AP_NOT_A_FILE;
+    }
+    return AP_MISSING_FILE;
+  }
+
   // Only a name that fits one file alone will do.
   std::string FindDisregardingCase(const std::string& candidate) {
     if (m_LowerCase.empty())
       for (auto file = m_Files.lower_bound(m_Root + '/');
            file != m_Files.end() && file->first.starts_with(m_Root + '/'); ++file) {
         const auto [known, is_new] =
-            m_LowerCase.try_emplace(lower_case(file->first.substr(m_Root.size() + 1)), file->first);
+            m_LowerCase.try_emplace(LowerCase(file->first.substr(m_Root.size() + 1)), file->first);
         if (!is_new) known->second.clear();
       }
-    const auto found = m_LowerCase.find(lower_case(candidate));
+    const auto found = m_LowerCase.find(LowerCase(candidate));
     return found == m_LowerCase.end() ? std::string() : found->second;
   }
 
@@ -129,7 +147,7 @@ class PackageReader {
     size_t best = 0;
     bool found = false;
     for (const auto& [path, file] : m_Own) {
-      if (!is_asset_map(path, file) || Ferro::PathDirname(path) != m_Root) continue;
+      if (!IsAssetMap(path, file) || Ferro::PathDirname(path) != m_Root) continue;
       AssetMap map;
       if (InitObjectWithFile(map, path).Failure()) {
         AddFinding(PP_ASSET_MAP_UNREADABLE, path);
@@ -202,15 +220,15 @@ class PackageReader {
     if (paths.size() == 2) AddFinding(PP_REPEATED_ASSET, {}, asset.ID);
     AssetRecord record = RecordOf(asset.ID, path);
     record.Problems |= problems;
-    if ((problems & AP_SPLIT) != 0) TakePieces(asset);
+    if ((problems & NotWhole) != 0) TakeChunks(asset);
     const bool cut =
         !path.empty() && asset.ChunkList.front().HasLength && asset.ChunkList.front().Length != record.Info.FileSize;
     if (cut) record.Problems |= AP_WRONG_SIZE;
     m_Reading.Assets.push_back(std::move(record));
   }
 
-  // The first piece of a split asset says that it is the asset, but is not the whole of it.
-  void TakePieces(const AssetMap::Asset& asset) {
+  // A file that holds a chunk may say that it is the asset, but is not the whole of it.
+  void TakeChunks(const AssetMap::Asset& asset) {
     ui32_t problems = 0;
     for (const AssetMap::Chunk& chunk : asset.ChunkList) m_Taken.insert(m_Resolver.ResolvePath(chunk.Path, problems));
   }
@@ -258,7 +276,7 @@ class PackageReader {
 
 // Calls `visit` with each folder around a path that is a root, from the innermost on, until it answers false.
 template <class Visitor>
-void visit_roots(std::string_view path, const std::vector<std::string>& sorted_roots, Visitor visit) {
+void VisitRoots(std::string_view path, const std::vector<std::string>& sorted_roots, Visitor visit) {
   for (std::string folder = Ferro::PathDirname(path); folder.size() > 1; folder = Ferro::PathDirname(folder))
     if (std::binary_search(sorted_roots.begin(), sorted_roots.end(), folder) && !visit(folder)) return;
 }
@@ -268,7 +286,7 @@ void visit_roots(std::string_view path, const std::vector<std::string>& sorted_r
 std::vector<std::string> PackageRoots(const ScannedFiles& files) {
   std::set<std::string> roots;
   for (const auto& [path, file] : files)
-    if (is_asset_map(path, file)) roots.insert(Ferro::PathDirname(path));
+    if (IsAssetMap(path, file)) roots.insert(Ferro::PathDirname(path));
   const std::vector<std::string> mapped(roots.begin(), roots.end());
   for (const auto& [path, file] : files)
     if (file.Content.Type == FT_PKL && !std::binary_search(mapped.begin(), mapped.end(), RootOf(path, mapped)))
@@ -278,7 +296,7 @@ std::vector<std::string> PackageRoots(const ScannedFiles& files) {
 
 std::string RootOf(std::string_view path, const std::vector<std::string>& sorted_roots) {
   std::string innermost;
-  visit_roots(path, sorted_roots, [&](const std::string& root) {
+  VisitRoots(path, sorted_roots, [&](const std::string& root) {
     innermost = root;
     return false;
   });
@@ -287,7 +305,7 @@ std::string RootOf(std::string_view path, const std::vector<std::string>& sorted
 
 std::vector<std::string> PackagesAround(std::string_view path, const std::vector<std::string>& sorted_roots) {
   std::vector<std::string> packages;
-  visit_roots(path, sorted_roots, [&](const std::string& root) {
+  VisitRoots(path, sorted_roots, [&](const std::string& root) {
     packages.push_back(root);
     return true;
   });

@@ -43,12 +43,12 @@ constexpr std::string_view AssetRows =
     "f.path IS NOT NULL AND d.present, f.size, f.readable, f.type, f.id, f.digest FROM assets a "
     "JOIN folders d ON d.path = a.folder LEFT JOIN files f ON f.folder = a.folder AND f.path = a.path ";
 
-std::string asset_query(std::string_view rest) {
+std::string AssetQuery(std::string_view rest) {
   return std::string(AssetRows).append(rest);
 }
 
 // Kinds of files that name themselves: without a name they are broken.
-bool has_own_id(FileType_t type) {
+bool HasOwnID(FileType_t type) {
   switch (type) {
     case FT_CPL:
     case FT_PKL:
@@ -69,18 +69,18 @@ bool has_own_id(FileType_t type) {
   }
 }
 
-ui32_t file_problems(Statement& row, AssetRecord& record) {
+ui32_t FileProblems(Statement& row, AssetRecord& record) {
   const bool present = row.Number() != 0;
   record.Info.FileSize = static_cast<fsize_t>(row.Number());
   const bool readable = row.Number() != 0;
   record.Info.FileType = static_cast<FileType_t>(row.Number());
-  const UUID own = row.Identifier<UUID>();
+  const UUID own = record.FileID = row.Identifier<UUID>();
   const SHA1 digest = row.Identifier<SHA1>();
   if (!present && !record.Info.RealFilename.empty()) return AP_MISSING_FILE;
   if (!present) return 0;
 
   ui32_t problems = 0;
-  if (!readable || (has_own_id(record.Info.FileType) && !own.HasValue())) problems |= AP_UNREADABLE;
+  if (!readable || (HasOwnID(record.Info.FileType) && !own.HasValue())) problems |= AP_UNREADABLE;
   // The Id of a timed-text document is not its asset's (ST 428-7).
   if (own.HasValue() && own != record.Info.ID && record.Info.FileType != FT_DCST) problems |= AP_WRONG_ID;
   if (digest.HasValue() && record.Info.Digest.HasValue()) {
@@ -90,7 +90,7 @@ ui32_t file_problems(Statement& row, AssetRecord& record) {
   return problems;
 }
 
-AssetRecord read_asset(Statement& row) {
+AssetRecord ReadAsset(Statement& row) {
   AssetRecord record;
   record.Info.ID = row.Identifier<UUID>();
   record.Info.RealFilename = row.Text();
@@ -99,17 +99,17 @@ AssetRecord read_asset(Statement& row) {
   record.ListedSize = static_cast<fsize_t>(row.Number());
   record.Info.Digest = row.Identifier<SHA1>();
   record.Problems = static_cast<ui32_t>(row.Number());
-  record.Problems |= file_problems(row, record);
+  record.Problems |= FileProblems(row, record);
   return record;
 }
 
-std::string join_lines(const std::vector<std::string>& lines) {
+std::string JoinLines(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + '\n';
   return text;
 }
 
-std::vector<std::string> split_lines(const std::string& text) {
+std::vector<std::string> SplitLines(const std::string& text) {
   std::vector<std::string> lines;
   for (size_t start = 0; start < text.size();) {
     const size_t end = std::min(text.find('\n', start), text.size());
@@ -156,7 +156,7 @@ class Writing {
     m_PutPackage.Bind(folder)
         .Bind(reading.Package.Folder)
         .Bind(reading.Package.AssetMapID)
-        .Bind(join_lines(lists))
+        .Bind(JoinLines(lists))
         .Run();
     for (const PackageFinding& finding : reading.Package.Findings)
       m_PutFinding.Bind(folder)
@@ -326,8 +326,16 @@ void StoreIndex::PutDigest(const std::string& path, const FileStamp& stamp, cons
 
 std::vector<AssetRecord> StoreIndex::Assets() const {
   std::vector<AssetRecord> records;
-  Statement rows(m_Database, asset_query("ORDER BY a.root, a.path, a.id").c_str());
-  while (rows.Step()) records.push_back(read_asset(rows));
+  Statement rows(m_Database, AssetQuery("ORDER BY a.root, a.path, a.id").c_str());
+  while (rows.Step()) records.push_back(ReadAsset(rows));
+  return records;
+}
+
+std::vector<AssetRecord> StoreIndex::FindFile(const std::string& path) const {
+  std::vector<AssetRecord> records;
+  Statement rows(m_Database, AssetQuery("WHERE a.path = ? ORDER BY a.root, a.id").c_str());
+  rows.Bind(path);
+  while (rows.Step()) records.push_back(ReadAsset(rows));
   return records;
 }
 
@@ -345,7 +353,7 @@ std::vector<PackageRecord> StoreIndex::Packages() const {
     const std::string folder = rows.Text();
     package.Folder = rows.Text();
     package.AssetMapID = rows.Identifier<UUID>();
-    for (const std::string& line : split_lines(rows.Text()))
+    for (const std::string& line : SplitLines(rows.Text()))
       if (const auto id = UUID::FromHex(line)) package.PackingLists.push_back(*id);
     findings.Bind(folder).Bind(package.Folder);
     while (findings.Step()) {
@@ -369,18 +377,21 @@ UUIDList StoreIndex::AssetIDs() const {
 
 AssetFinder::AssetFinder(const StoreIndex& index)
     : m_Transaction(index.Connection(), Transaction::Reading),
-      m_Rows(index.Connection(), asset_query("WHERE a.id = ? ORDER BY a.root, a.path").c_str()) {}
+      m_Rows(index.Connection(), AssetQuery("WHERE a.id = ? ORDER BY a.root, a.path").c_str()) {}
 
 std::vector<AssetRecord> AssetFinder::Find(const UUID& id) {
   std::vector<AssetRecord> records;
   m_Rows.Bind(std::span<const ui8_t>(id.Bytes()));
-  while (m_Rows.Step()) records.push_back(read_asset(m_Rows));
+  while (m_Rows.Step()) records.push_back(ReadAsset(m_Rows));
   m_Rows.Reset();
+  return records;
+}
+
+void SortBestFirst(std::vector<AssetRecord>& records) {
   std::stable_sort(records.begin(), records.end(), [](const AssetRecord& a, const AssetRecord& b) {
     return std::tuple(a.Problems & FatalAssetProblems, a.Problems, !a.HasListedSize) <
            std::tuple(b.Problems & FatalAssetProblems, b.Problems, !b.HasListedSize);
   });
-  return records;
 }
 
 }  // namespace Cairn

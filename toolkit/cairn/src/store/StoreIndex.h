@@ -49,6 +49,8 @@ class StoreIndex {
   void PutDigest(const std::string& path, const FileStamp& stamp, const SHA1& digest);
 
   [[nodiscard]] std::vector<AssetRecord> Assets() const;
+  /// The assets that a file is, by its path.
+  [[nodiscard]] std::vector<AssetRecord> FindFile(const std::string& path) const;
   [[nodiscard]] std::vector<PackageRecord> Packages() const;
   [[nodiscard]] UUIDList AssetIDs() const;
 
@@ -66,12 +68,15 @@ class StoreIndex {
 class AssetFinder {
  public:
   explicit AssetFinder(const StoreIndex& index);
-  /// Every place of an asset, those without problems first.
+  /// Every place of an asset.
   [[nodiscard]] std::vector<AssetRecord> Find(const UUID& id);
 
  private:
   Transaction m_Transaction;
   Statement m_Rows;
 };
+
+/// Those without problems first, then those that can be used; of equal ones those that a packing list names.
+void SortBestFirst(std::vector<AssetRecord>& records);
 
 }  // namespace Cairn

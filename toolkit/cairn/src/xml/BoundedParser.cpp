@@ -44,6 +44,11 @@ BoundedParser::BoundedParser() {
 
 BoundedParser::~BoundedParser() = default;
 
+void BoundedParser::KeepEverything() {
+  m_KeepsEverything = true;
+  setCreateCommentNodes(true);
+}
+
 Result_t BoundedParser::ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log) {
   if (xml.size() > DocumentParser::MaxDocumentSize) {
     log.Error("XML document refused: it has more than %zu bytes\n", DocumentParser::MaxDocumentSize);
@@ -158,6 +163,12 @@ void BoundedParser::ignorableWhitespace(const XMLCh* text, XMLSize_t length, boo
   docCharacters(text, length, false);
 }
 
-void BoundedParser::docPI(const XMLCh*, const XMLCh*) {}
+void BoundedParser::docPI(const XMLCh* target, const XMLCh* data) {
+  if (m_KeepsEverything && !IsMalformed()) XercesDOMParser::docPI(target, data);
+}
+
+void BoundedParser::docComment(const XMLCh* text) {
+  if (m_KeepsEverything && !IsMalformed()) XercesDOMParser::docComment(text);
+}
 
 }  // namespace Cairn

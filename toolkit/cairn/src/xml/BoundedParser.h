@@ -20,6 +20,8 @@ class BoundedParser : public xercesc::XercesDOMParser {
   BoundedParser();
   ~BoundedParser() override;
 
+  /// Takes comments and processing instructions into the tree from now on.
+  void KeepEverything();
   /// As DocumentParser::ParseText.
   [[nodiscard]] Result_t ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log);
 
@@ -32,6 +34,7 @@ class BoundedParser : public xercesc::XercesDOMParser {
   void docCharacters(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
   void ignorableWhitespace(const XMLCh* text, XMLSize_t length, bool is_cdata) override;
   void docPI(const XMLCh* target, const XMLCh* data) override;
+  void docComment(const XMLCh* text) override;
 
  protected:
   /// A name of an element or an attribute, as UTF-8.
@@ -58,6 +61,7 @@ class BoundedParser : public xercesc::XercesDOMParser {
   [[nodiscard]] bool IsMalformed() const;
   void Reset();
 
+  bool m_KeepsEverything = false;
   const DOMTreeErrorReporter* m_Reporter = nullptr;  // of the parse that goes on
   unsigned m_ElementCount = 0;
   size_t m_AttributeCount = 0;

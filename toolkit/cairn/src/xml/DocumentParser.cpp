@@ -33,7 +33,9 @@ DCPFormat_t FormatOf(const Ferro::XMLDocType& type) {
 
 }  // namespace
 
-DocumentParser::DocumentParser() : m_Parser(new BoundedParser) {}
+DocumentParser::DocumentParser(Content_t content) : m_Parser(new BoundedParser) {
+  if (content == Everything) m_Parser->KeepEverything();
+}
 DocumentParser::~DocumentParser() = default;
 
 Result_t DocumentParser::ParseText(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log) {

@@ -7,6 +7,7 @@
 #include "signature/SignatureVerification.h"
 
 #include <Cairn/Namespace.h>
+#include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
 
 #include <Ferro/TextEncoding.h>

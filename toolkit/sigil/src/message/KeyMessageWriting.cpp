@@ -9,6 +9,7 @@
 #include "signature/SignatureWriting.h"
 
 #include <Cairn/Namespace.h>
+#include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
 
 #include <Ferro/TextEncoding.h>

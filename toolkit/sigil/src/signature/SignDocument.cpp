@@ -3,6 +3,7 @@
 #include "signature/SignatureWriting.h"
 
 #include <Cairn/Namespace.h>
+#include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
 
 namespace Sigil {

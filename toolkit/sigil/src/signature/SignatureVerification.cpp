@@ -5,6 +5,7 @@
 #include "signature/SignatureForm.h"
 #include "signature/XMLSignature.h"
 
+#include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
 
 #include <algorithm>

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "signature/SignedDocument.h"
 
+#include <Cairn/DOMTreeErrorReporter.h>
 #include <Cairn/Namespace.h>
 #include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
+#include <Ferro/ILogSink.h>
 
 #include <algorithm>
 #include <iterator>
@@ -31,20 +33,13 @@ constexpr KnownDocument s_Known[] = {
 
 }  // namespace
 
-/// Canonical XML has processing instructions; and comments, where it is asked for them.
-class SignedDocument::Parser : public Cairn::DocumentParser {
- public:
-  Parser() { setCreateCommentNodes(true); }
-  void docPI(const XMLCh* target, const XMLCh* data) override { XercesDOMParser::docPI(target, data); }
-};
-
 Result_t SignedDocument::Parse(const std::string& xml, Ferro::ILogSink& log) {
   Cairn::init_xml_libs();
-  m_Parser = std::make_shared<Parser>();
+  m_Parser = std::make_shared<Cairn::DocumentParser>(Cairn::DocumentParser::Everything);
   Cairn::DOMTreeErrorReporter reporter;
   reporter.m_LogSink = &log;
   if (const Result_t result = m_Parser->ParseText(xml, reporter, log); result.Failure()) return result;
-  m_Document = m_Parser->getDocument();
+  m_Document = m_Parser->Document();
   const std::string name = Cairn::LocalName(Root());
   const std::string space = Cairn::NamespaceName(Root());
   const auto known = std::ranges::find_if(

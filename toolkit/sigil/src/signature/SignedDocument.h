@@ -34,9 +34,7 @@ class SignedDocument {
   [[nodiscard]] std::optional<Timestamp> IssueDate() const;
 
  private:
-  class Parser;
-
-  std::shared_ptr<Parser> m_Parser;  // owns the tree
+  std::shared_ptr<Cairn::DocumentParser> m_Parser;  // owns the tree
   xercesc::DOMDocument* m_Document = nullptr;
   DocumentKind m_Kind = DocumentKind::Composition;
   Cairn::DCPFormat_t m_Format = Cairn::DFT_NONE;
