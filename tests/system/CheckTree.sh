@@ -44,7 +44,7 @@ order='
 toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
 toolkit/cairn: base xml document store
-toolkit/sigil: base certificate key signature message
+toolkit/sigil: base certificate key signature message store
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
 tests: support ferro,quire,cairn,sigil,engine,tool system
@@ -127,12 +127,12 @@ edges() {
 directions() {
   includes | awk '
     BEGIN {
-      beyond["toolkit/ferro/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["toolkit/quire/"] = "^(xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["toolkit/cairn/"] = "^(CLI|nlohmann|openjpeg)"
+      beyond["toolkit/ferro/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/quire/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/cairn/"] = "^(archive|CLI|nlohmann|openjpeg)"
       beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["include/"]       = "^(Sigil|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      beyond["src/"]           = "^(Sigil|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["include/"]       = "^(archive|Sigil|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["src/"]           = "^(archive|Sigil|sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '

@@ -47,6 +47,8 @@ enum class FindingID : ui8_t {
   SignKeyInfo,  ///< each certificate once, leaf first, none beside the chain: a warning
   SignSigner,   ///< Signer names the leaf: a warning
   // Key delivery messages (ST 430-1).
+  KdmForm,           ///< can be read as a key message
+  KdmArchive,        ///< the archive that it came in is within the limits
   KdmSignature,      ///< signed, and the signature is valid
   KdmChain,          ///< its signer's chain holds
   KdmWindowSigner,   ///< the window lies within the signer's validity: a warning

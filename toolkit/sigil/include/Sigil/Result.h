@@ -19,5 +19,11 @@ inline constexpr Result_t RESULT_SG_MESSAGE{-306, "SG_MESSAGE", "The document is
 inline constexpr Result_t RESULT_SG_UNVERIFIED{-307, "SG_UNVERIFIED", "The key message's signature is not valid."};
 inline constexpr Result_t RESULT_SG_CONTENT{
     -308, "SG_CONTENT", "The key message is not for this private key, or its content is not sound."};
+inline constexpr Result_t RESULT_SG_ARCHIVE{-309, "SG_ARCHIVE", "The archive of key messages is refused."};
+inline constexpr Result_t RESULT_SG_NO_MESSAGE{-310, "SG_NO_MESSAGE", "No key message is for the composition."};
+inline constexpr Result_t RESULT_SG_NO_VALID_MESSAGE{-311, "SG_NO_VALID_MESSAGE",
+                                                     "No key message for the composition serves now."};
+inline constexpr Result_t RESULT_SG_NO_KEY{-312, "SG_NO_KEY", "The composition's key message lacks a key."};
+inline constexpr Result_t RESULT_SG_DUPLICATE{-313, "SG_DUPLICATE", "The key message is there already."};
 
 }  // namespace Sigil
