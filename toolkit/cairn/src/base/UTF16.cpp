@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "UTF16.h"
 
+#include <algorithm>
+
 namespace Cairn {
 namespace {
 
@@ -43,10 +45,14 @@ bool IsPaired(std::u16string_view text) {
   return true;
 }
 
-std::string UTF16ToUTF8(std::u16string_view text) {
-  std::string out;
-  out.reserve(text.size());
+void AppendUTF8(std::string& out, std::u16string_view text) {
   for (size_t i = 0; i < text.size(); ++i) {
+    // Most text is ASCII, which is copied in one piece.
+    const auto* ascii_end = std::find_if(text.begin() + i, text.end(), [](char16_t unit) { return unit >= 0x80; });
+    const size_t at = out.size();
+    out.resize(at + static_cast<size_t>(ascii_end - (text.begin() + i)));
+    for (size_t k = at; k < out.size(); ++k) out[k] = static_cast<char>(text[i++]);
+    if (i == text.size()) return;
     char32_t code_point = text[i];
     if (IsHighSurrogate(code_point) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
       code_point = 0x10000 + ((code_point - 0xD800) << 10) + (text[++i] - 0xDC00u);
@@ -55,6 +61,12 @@ std::string UTF16ToUTF8(std::u16string_view text) {
     }
     AppendUTF8(out, code_point);
   }
+}
+
+std::string UTF16ToUTF8(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  AppendUTF8(out, text);
   return out;
 }
 

@@ -6,6 +6,9 @@
 
 namespace Cairn {
 
+/// Appends the UTF-8 form of UTF-16 text; an unpaired surrogate becomes U+FFFD.
+void AppendUTF8(std::string& out, std::u16string_view text);
+
 /// UTF-8 of UTF-16 text; an unpaired surrogate becomes U+FFFD.
 [[nodiscard]] std::string UTF16ToUTF8(std::u16string_view text);
 

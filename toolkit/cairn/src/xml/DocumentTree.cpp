@@ -35,10 +35,14 @@ class TreeParser : public BoundedParser {
     return &m_Elements.front();
   }
 
+  /// Makes room for the text of a document of that many bytes, which has no more.
+  void Reserve(size_t size) { m_Text.reserve(size); }
+
   void startDocument() override {
     m_Elements.clear();
     m_Open = nullptr;
     m_Text.clear();
+    m_Half = 0;
     m_Namespaces.clear();
   }
 
@@ -68,7 +72,18 @@ class TreeParser : public BoundedParser {
   void endElement(const xercesc::XMLElementDecl&, unsigned int, bool, const XMLCh*) override { Close(); }
 
   void docCharacters(const XMLCh* text, XMLSize_t length, bool) override {
-    if (m_Open != nullptr) m_Text.append(text, length);
+    if (m_Open == nullptr || length == 0) return;
+    std::u16string_view rest(text, length);
+    if (m_Half != 0) {
+      const char16_t pair[] = {std::exchange(m_Half, u'\0'), rest.front()};
+      AppendUTF8(m_Text, {pair, 2});
+      rest.remove_prefix(1);
+    }
+    if (!rest.empty() && rest.back() >= 0xD800 && rest.back() <= 0xDBFF) {
+      m_Half = rest.back();
+      rest.remove_suffix(1);
+    }
+    AppendUTF8(m_Text, rest);
   }
 
  private:
@@ -95,7 +110,8 @@ class TreeParser : public BoundedParser {
 
   std::deque<Element> m_Elements;  // the document element first
   Element* m_Open = nullptr;       // the innermost one open
-  std::u16string m_Text;
+  std::string m_Text;
+  char16_t m_Half = 0;  // a high surrogate whose low one comes with the next characters
   std::unordered_map<unsigned int, std::string> m_Namespaces;  // by the parser's numbers
 };
 
@@ -133,8 +149,7 @@ const std::string& NamespaceName(const Element* element) {
 
 std::string TextContent(const Element* element) {
   if (element == nullptr) return {};
-  const std::u16string_view text = *element->DocumentText;
-  return UTF16ToUTF8(text.substr(element->TextBegin, element->TextEnd - element->TextBegin));
+  return element->DocumentText->substr(element->TextBegin, element->TextEnd - element->TextBegin);
 }
 
 std::string TrimmedText(const Element* element) {
@@ -175,6 +190,7 @@ Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, const TreeRe
     ParserLease parser;
     DOMTreeErrorReporter reporter;
     reporter.m_LogSink = &log;
+    parser->Reserve(xml.size());
     if (const Result_t result = parser->ParseText(xml, reporter, log); result.Failure()) return result;
     const Result_t result = read(parser->Root(), format, log);
     if (xml.size() <= s_LargestKept) parser.Keep();

@@ -34,8 +34,8 @@ struct Element {
   Element* LastChild = nullptr;
   Element* NextSibling = nullptr;
   std::vector<NamedValue> Attributes;
-  const std::u16string* DocumentText = nullptr;  // all character data of the document, in its order
-  size_t TextBegin = 0;                          // that of this element and of all below it
+  const std::string* DocumentText = nullptr;  // all character data of the document, in its order, as UTF-8
+  size_t TextBegin = 0;                       // that of this element and of all below it
   size_t TextEnd = 0;
 };
 

@@ -107,21 +107,24 @@ class MarkupScan {
     SkipBlanks();
     if (m_At >= m_Text.size() || (m_Text[m_At] != '"' && m_Text[m_At] != '\'')) return false;
     const char quote = m_Text[m_At++];
-    const char stops[] = {quote, '<', '&'};
-    while ((m_At = m_Text.find_first_of({stops, sizeof stops}, m_At)) != std::string_view::npos) {
-      if (Skip({&quote, 1})) return true;
-      if (!TakeReference()) return false;
-    }
-    return EndOfText();
+    const size_t end = m_Text.find(quote, m_At);
+    if (end == std::string_view::npos || m_Text.substr(m_At, end - m_At).find('<') != std::string_view::npos)
+      return false;
+    return TakeReferences(end) && Skip({&quote, 1});
   }
 
   bool TakeText() {
     if (m_Depth == 0) return SkipBlanks();
-    while ((m_At = m_Text.find_first_of("<&", m_At)) != std::string_view::npos) {
-      if (m_Text[m_At] == '<') return true;
-      if (!TakeReference()) return false;
-    }
-    return EndOfText();
+    return TakeReferences(std::min(m_Text.find('<', m_At), m_Text.size()));
+  }
+
+  // All text up to `end`. Two searches for one character each take far less than one for either.
+  bool TakeReferences(size_t end) {
+    const std::string_view text = m_Text.substr(0, end);
+    while ((m_At = text.find('&', m_At)) != std::string_view::npos)
+      if (!TakeReference() || m_At > end) return false;
+    m_At = end;
+    return true;
   }
 
   bool TakeReference() {
@@ -160,11 +163,6 @@ class MarkupScan {
     const size_t begin = m_At;
     while (m_At < m_Text.size() && IsBlank(m_Text[m_At])) ++m_At;
     return m_At > begin;
-  }
-
-  bool EndOfText() {
-    m_At = m_Text.size();
-    return true;
   }
 
   // ---- anything
