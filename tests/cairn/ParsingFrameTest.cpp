@@ -3,11 +3,13 @@
 
 #include "../support/LogCapture.h"
 
+#include <Cairn/AssetMap.h>
 #include <Cairn/XMLNode.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOMException.hpp>
+#include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -17,6 +19,8 @@
 
 #include <functional>
 #include <string>
+#include <thread>
+#include <utility>
 
 namespace {
 
@@ -185,6 +189,31 @@ TEST_F(ParsingFrame, ADocumentOfAMillionErrorsIsGivenUp) {
   EXPECT_EQ(Parse(xml + "</a>"), Cairn::RESULT_XML_PARSE);
   EXPECT_EQ(Messages().size(), 101u);
   EXPECT_EQ(Messages().back(), "XML parser error count: 100000\n");
+}
+
+// Has no memory to give.
+class NoMemory : public xercesc::MemoryManager {
+ public:
+  xercesc::MemoryManager* getExceptionMemoryManager() override { return this; }
+  void* allocate(XMLSize_t) override { throw xercesc::OutOfMemoryException(); }
+  void deallocate(void*) override {}
+};
+
+TEST_F(ParsingFrame, AParserThatCannotBeMadeForWantOfMemoryIsAFailure) {
+  NoMemory none;
+  Result_t framed = Ferro::RESULT_OK;
+  Result_t decoded = Ferro::RESULT_OK;
+  xercesc::MemoryManager* manager = std::exchange(xercesc::XMLPlatformUtils::fgMemoryManager, &none);
+  // A thread of its own, which keeps no parser from a document before.
+  std::thread([&] {
+    Cairn::AssetMap map;
+    framed = Parse("<a xmlns=\"http://www.smpte-ra.org/x\"/>");
+    decoded = map.DecodeXML("<AssetMap xmlns=\"http://www.smpte-ra.org/x\"/>");
+  }).join();
+  xercesc::XMLPlatformUtils::fgMemoryManager = manager;
+  EXPECT_EQ(framed, Cairn::RESULT_XML_PARSE);
+  EXPECT_EQ(decoded, Cairn::RESULT_XML_PARSE);
+  EXPECT_THAT(Messages(), testing::Contains("Out of memory exception\n"));
 }
 
 TEST_F(ParsingFrame, TheOperationsAreCalledInTheirOrder) {
