@@ -1,54 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "AllocationCount.h"
 #include "ReaderFixture.h"
 
-#include <malloc.h>
-
-#include <algorithm>
-#include <cstdlib>
 #include <fstream>
-#include <new>
 
 // What opening and reading may cost in bytes read, memory and allocations.
-
-namespace {
-
-thread_local size_t Allocations = 0;
-thread_local size_t HeldBytes = 0;  // allocated and not freed, as the allocator rounds them
-thread_local size_t PeakBytes = 0;  // the most that were held
-
-}  // namespace
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  ++Allocations;
-  HeldBytes += malloc_usable_size(memory);
-  PeakBytes = std::max(PeakBytes, HeldBytes);
-  return memory;
-}
-void* operator new(std::size_t size) {
-  void* memory = operator new(size, std::nothrow);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
-  return operator new(size, nothrow);
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-void operator delete(void* memory) noexcept {
-  HeldBytes -= malloc_usable_size(memory);
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  operator delete(memory);
-}
-void operator delete[](void* memory) noexcept {
-  operator delete(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  operator delete(memory);
-}
 
 namespace {
 

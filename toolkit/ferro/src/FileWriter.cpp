@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstdio>
 #include <limits>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -64,7 +65,12 @@ bool FollowLinks(std::string& filename) {
 
 // Makes a rename durable. Some file systems cannot synchronise folders; the file is complete nevertheless.
 void SynchroniseFolderOf(const std::string& filename) {
-  const std::string folder = PathDirname(filename);
+  std::string folder;
+  try {
+    folder = PathDirname(filename);
+  } catch (const std::bad_alloc&) {
+    return;  // the file stands under its name already
+  }
   const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;
   fsync(descriptor);

@@ -25,6 +25,8 @@ class h__Reader;
 /// thing and the offset. Opening reads the header; the random index pack and the index are read when the first frame is
 /// asked for. A file is never written.
 ///
+/// Where memory runs out, functions that return results return RESULT_ALLOC, and may be called again.
+///
 /// One reader serves one thread at a time; any number of readers may have one file open.
 ///
 /// ReadFrame of the kinds takes

@@ -31,6 +31,8 @@ struct EssenceKind;
 /// call for; RESULT_LARGE_PTO when a frame's plaintext offset exceeds its size; RESULT_CRYPT_INIT; RESULT_TOOLARGE beyond
 /// 2^32 - 1 edit units. These leave the file as it was. After RESULT_WRITEFAIL the file is given up: all that follows
 /// is RESULT_STATE.
+///
+/// Where memory runs out, all of them return RESULT_ALLOC; a file that was changed by then is given up.
 class QUIRE_API TrackFileWriter {
  public:
   TrackFileWriter(const TrackFileWriter&) = delete;

@@ -4,6 +4,7 @@
 #include "ClipWrapping.h"
 #include "TrackFacts.h"
 #include "base/FormatError.h"
+#include "base/ResultOf.h"
 #include "klv/KLVScanner.h"
 #include "metadata/HeaderPack.h"
 
@@ -93,33 +94,35 @@ bool IsAtom(const UL& pattern) {
                      [&](MDD_t entry) { return DefaultSMPTEDict().Is(pattern, entry); });
 }
 
+// On failure, `identity` is that of an unknown file.
+Result_t Identify(const std::string& filename, bool with_essence, TrackFileIdentity& identity) {
+  identity = {};
+  return ResultOf([&] {
+    Ferro::FileReader file;
+    TrackFileIdentity found;
+    MXF::FileStructure structure;
+    TrackFacts facts;
+    const LogSubject subject(filename);
+    Result_t result = file.OpenRead(filename);
+    if (result.Success()) result = ReadIdentity(file, structure, facts, found);
+    if (result.Success() && with_essence && facts.Descriptor != nullptr)
+      result = LookAtEssence(file, structure, facts, found);
+    if (result.Success()) identity = found;
+    return result;
+  });
+}
+
 }  // namespace
 
 Result_t EssenceType(const std::string& filename, EssenceType_t& type) {
-  type = ESS_UNKNOWN;
-  Ferro::FileReader file;
   TrackFileIdentity identity;
-  MXF::FileStructure structure;
-  TrackFacts facts;
-  const LogSubject subject(filename);
-  Result_t result = file.OpenRead(filename);
-  if (result.Success()) result = ReadIdentity(file, structure, facts, identity);
-  if (result.Success()) type = identity.Type;
+  const Result_t result = Identify(filename, false, identity);
+  type = identity.Type;
   return result;
 }
 
 Result_t IdentifyTrackFile(const std::string& filename, TrackFileIdentity& identity) {
-  identity = {};
-  Ferro::FileReader file;
-  TrackFileIdentity found;
-  MXF::FileStructure structure;
-  TrackFacts facts;
-  const LogSubject subject(filename);
-  Result_t result = file.OpenRead(filename);
-  if (result.Success()) result = ReadIdentity(file, structure, facts, found);
-  if (result.Success() && facts.Descriptor != nullptr) result = LookAtEssence(file, structure, facts, found);
-  if (result.Success()) identity = found;
-  return result;
+  return Identify(filename, true, identity);
 }
 
 bool TrackFileIdentity::IsTrackFile() const {

@@ -83,11 +83,11 @@ Result_t FileStructure::ReadPartitions(const Ferro::FileReader& file) {
     const Result_t result = Walk(file);
     if (result.Failure()) return result;
   }
-  m_HasAllPartitions = true;
   m_ByBodySID.resize(Partitions.size());
   std::iota(m_ByBodySID.begin(), m_ByBodySID.end(), 0);
   std::stable_sort(m_ByBodySID.begin(), m_ByBodySID.end(),
                    [this](ui32_t a, ui32_t b) { return Partitions[a].BodySID < Partitions[b].BodySID; });
+  m_HasAllPartitions = true;
   return Ferro::RESULT_OK;
 }
 

@@ -78,8 +78,7 @@ Result_t OP1aHeader::InitFromBuffer(std::span<const ui8_t> metadata, ui64_t offs
     std::unique_ptr<InterchangeObject> object;
     const Result_t result = ReadSet(packet->Key, value, value_offset, Primer, budget, object);
     if (result.Failure()) return result;
-    m_ByID.emplace(object->InstanceUID, object.get());
-    m_Objects.push_back(std::move(object));
+    Own(std::move(object));
   }
   return Ferro::RESULT_OK;
 }
@@ -121,8 +120,14 @@ Result_t OP1aHeader::GetMDObjectsByType(MDD_t type, std::list<InterchangeObject*
 void OP1aHeader::AddObject(std::unique_ptr<InterchangeObject> object) {
   FERRO_ASSERT(object != nullptr);
   if (!object->InstanceUID.HasValue()) object->InstanceUID = UUID::Random();
-  m_ByID.emplace(object->InstanceUID, object.get());
+  Own(std::move(object));
+}
+
+// The list first: the map would otherwise name an object that is gone, should the list find no memory.
+void OP1aHeader::Own(std::unique_ptr<InterchangeObject> object) {
   m_Objects.push_back(std::move(object));
+  InterchangeObject* owned = m_Objects.back().get();
+  m_ByID.emplace(owned->InstanceUID, owned);
 }
 
 }  // namespace QUIRE::MXF

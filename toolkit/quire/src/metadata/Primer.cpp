@@ -7,7 +7,6 @@
 #include <QUIRE/MXF/Primer.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace QUIRE::MXF {
 namespace {
@@ -40,9 +39,10 @@ ui16_t Primer::TagFor(MDD_t entry) {
 }
 
 bool Primer::Add(ui16_t tag, const Label_t& label) {
-  if (!m_ByTag.emplace(tag, m_Entries.size()).second) return false;
+  if (m_ByTag.contains(tag)) return false;
+  m_Entries.push_back({tag, label});  // first: the maps name its place
+  m_ByTag.emplace(tag, m_Entries.size() - 1);
   m_ByLabel.emplace(WithoutVersion(label), tag);
-  m_Entries.push_back({tag, label});
   return true;
 }
 
@@ -63,14 +63,13 @@ Result_t Primer::Read(std::span<const ui8_t> value, ui64_t offset) {
   if (count != 0 && (size < EntryLength || count > (value.size() - 8) / size || count > MaxEntries))
     return FormatError(offset, "primer pack with %llu entries of %llu bytes beyond its end",
                        static_cast<unsigned long long>(count), static_cast<unsigned long long>(size));
-  Primer read;
+  *this = Primer();  // now, so that two large ones never stand side by side
   for (ui64_t i = 0; i < count; ++i) {
     const ui8_t* entry = value.data() + 8 + i * size;
     Label_t label;
     std::copy_n(entry + 2, label.size(), label.begin());
-    read.Add(LoadBE<ui16_t>(entry), label);
+    Add(LoadBE<ui16_t>(entry), label);
   }
-  *this = std::move(read);
   return Ferro::RESULT_OK;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/JP2KReader.h>
 
+#include "base/ResultOf.h"
 #include "h__Reader.h"
 
 #include <QUIRE/MXF/SubDescriptors.h>
@@ -45,7 +46,7 @@ Result_t Fill(h__Reader* reader, PictureDescriptor& descriptor) {
 MXFReader::MXFReader() : TrackFileReader(ESS_JPEG_2000) {}
 
 Result_t MXFReader::FillPictureDescriptor(PictureDescriptor& descriptor) const {
-  return Fill(m_Reader.get(), descriptor);
+  return ResultOf([&] { return Fill(m_Reader.get(), descriptor); });
 }
 
 Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecContext* decryption,
@@ -57,7 +58,7 @@ Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecCon
 MXFSReader::MXFSReader() : TrackFileReader(ESS_JPEG_2000_S) {}
 
 Result_t MXFSReader::FillPictureDescriptor(PictureDescriptor& descriptor) const {
-  return Fill(m_Reader.get(), descriptor);
+  return ResultOf([&] { return Fill(m_Reader.get(), descriptor); });
 }
 
 Result_t MXFSReader::ReadFrame(ui32_t frame_number, SFrameBuffer& frame, AESDecContext* decryption,

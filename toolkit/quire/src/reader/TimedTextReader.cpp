@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/TimedTextReader.h>
 
+#include "base/ResultOf.h"
 #include "h__Reader.h"
 
 #include <QUIRE/MXF/SubDescriptors.h>
@@ -53,19 +54,21 @@ MXFReader::MXFReader() : TrackFileReader(ESS_TIMED_TEXT) {}
 
 Result_t MXFReader::FillTimedTextDescriptor(TimedTextDescriptor& descriptor) const {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  const MXF::TimedTextDescriptor& text = Descriptor(*m_Reader);
-  descriptor = {};
-  descriptor.EditRate = m_Reader->Facts().EditRate;
-  descriptor.ContainerDuration = m_Reader->ContainerDuration();
-  descriptor.AssetID = text.ResourceID;
-  descriptor.NamespaceName = text.NamespaceURI;
-  descriptor.EncodingName = text.UCSEncoding;
-  for (const auto* resource : Resources(*m_Reader))
-    descriptor.ResourceList.push_back({resource->AncillaryResourceID, TypeOf(resource->MIMEMediaType)});
-  descriptor.RFC5646LanguageTagList = text.RFC5646LanguageTagList.value_or("");
-  descriptor.DisplayType = text.DisplayType.value_or("");
-  descriptor.IntrinsicPictureResolution = text.IntrinsicPictureResolution.value_or("");
-  return Ferro::RESULT_OK;
+  return ResultOf([&]() -> Result_t {
+    const MXF::TimedTextDescriptor& text = Descriptor(*m_Reader);
+    descriptor = {};
+    descriptor.EditRate = m_Reader->Facts().EditRate;
+    descriptor.ContainerDuration = m_Reader->ContainerDuration();
+    descriptor.AssetID = text.ResourceID;
+    descriptor.NamespaceName = text.NamespaceURI;
+    descriptor.EncodingName = text.UCSEncoding;
+    for (const auto* resource : Resources(*m_Reader))
+      descriptor.ResourceList.push_back({resource->AncillaryResourceID, TypeOf(resource->MIMEMediaType)});
+    descriptor.RFC5646LanguageTagList = text.RFC5646LanguageTagList.value_or("");
+    descriptor.DisplayType = text.DisplayType.value_or("");
+    descriptor.IntrinsicPictureResolution = text.IntrinsicPictureResolution.value_or("");
+    return Ferro::RESULT_OK;
+  });
 }
 
 Result_t MXFReader::ReadTimedTextResource(FrameBuffer& frame, AESDecContext* decryption, HMACContext* integrity) {
@@ -83,25 +86,29 @@ Result_t MXFReader::ReadTimedTextResource(std::string& text, AESDecContext* decr
   const Result_t result = ReadTimedTextResource(frame, decryption, integrity);
   if (result.Failure()) return result;
   if (frame.SourceLength() != 0) return RESULT_DECRYPT_CTX;
-  text.assign(reinterpret_cast<const char*>(frame.RoData()), frame.Size());
-  return result;
+  return ResultOf([&] {
+    text.assign(reinterpret_cast<const char*>(frame.RoData()), frame.Size());
+    return result;
+  });
 }
 
 Result_t MXFReader::ReadAncillaryResource(const Ferro::UUID& id, FrameBuffer& frame, AESDecContext* decryption,
                                           HMACContext* integrity) {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  const ResourceSets resources = Resources(*m_Reader);
-  const auto found = std::find_if(resources.begin(), resources.end(),
-                                  [&](const auto* resource) { return resource->AncillaryResourceID == id; });
-  if (found == resources.end() || (*found)->EssenceStreamID == 0) return Ferro::RESULT_NOT_FOUND;
-  // Sequence numbers run on from the document to its resources.
-  const ui64_t sequence = 2 + static_cast<ui64_t>(found - resources.begin());
-  const Result_t result = m_Reader->ReadStream((*found)->EssenceStreamID, sequence, {decryption, integrity}, frame);
-  if (result.Failure()) return result;
-  frame.FrameNumber(0);
-  frame.AssetID(id);
-  frame.MIMEType((*found)->MIMEMediaType);
-  return result;
+  return ResultOf([&]() -> Result_t {
+    const ResourceSets resources = Resources(*m_Reader);
+    const auto found = std::find_if(resources.begin(), resources.end(),
+                                    [&](const auto* resource) { return resource->AncillaryResourceID == id; });
+    if (found == resources.end() || (*found)->EssenceStreamID == 0) return Ferro::RESULT_NOT_FOUND;
+    // Sequence numbers run on from the document to its resources.
+    const ui64_t sequence = 2 + static_cast<ui64_t>(found - resources.begin());
+    const Result_t result = m_Reader->ReadStream((*found)->EssenceStreamID, sequence, {decryption, integrity}, frame);
+    if (result.Failure()) return result;
+    frame.FrameNumber(0);
+    frame.AssetID(id);
+    frame.MIMEType((*found)->MIMEMediaType);
+    return result;
+  });
 }
 
 }  // namespace QUIRE::TimedText

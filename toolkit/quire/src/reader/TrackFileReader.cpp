@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/TrackFileReader.h>
 
+#include "base/ResultOf.h"
 #include "h__Reader.h"
 
 #include <Ferro/Assert.h>
@@ -13,7 +14,7 @@ TrackFileReader::~TrackFileReader() = default;
 
 Result_t TrackFileReader::OpenRead(const std::string& filename) {
   m_Reader.reset();
-  return h__Reader::Open(filename, m_Kind, m_Reader);
+  return ResultOf([&] { return h__Reader::Open(filename, m_Kind, m_Reader); });
 }
 
 Result_t TrackFileReader::Close() {
@@ -24,8 +25,10 @@ Result_t TrackFileReader::Close() {
 
 Result_t TrackFileReader::FillWriterInfo(WriterInfo& info) const {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  info = m_Reader->Info();
-  return Ferro::RESULT_OK;
+  return ResultOf([&] {
+    info = m_Reader->Info();
+    return Ferro::RESULT_OK;
+  });
 }
 
 Result_t TrackFileReader::FillEncryptionInfo(EncryptionInfo& info) const {

@@ -2,6 +2,7 @@
 #include "h__Reader.h"
 
 #include "base/FormatError.h"
+#include "base/ResultOf.h"
 #include "essence/ClipWrapping.h"
 #include "essence/EssenceKind.h"
 
@@ -79,16 +80,24 @@ Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::u
 
 Result_t h__Reader::ReadPartitions() {
   const LogSubject subject(m_File.Filename());
-  if (!m_PartitionsResult) m_PartitionsResult = m_Structure.ReadPartitions(m_File);
-  return *m_PartitionsResult;
+  if (m_PartitionsResult) return *m_PartitionsResult;
+  const Result_t result = ResultOf([this] { return m_Structure.ReadPartitions(m_File); });
+  if (result != Ferro::RESULT_ALLOC) m_PartitionsResult = result;  // memory may be there another time
+  return result;
 }
 
 MXF::RIP& h__Reader::RIP() {
   const bool known = ReadPartitions().Success();
   if (!m_Structure.RandomIndex.PairArray.empty()) return m_Structure.RandomIndex;
-  if (known && m_BuiltRIP.PairArray.empty())
+  if (!known || !m_BuiltRIP.PairArray.empty()) return m_BuiltRIP;
+  const Result_t built = ResultOf([this] {
+    std::vector<MXF::RIP::Pair> pairs;
     for (const MXF::Partition& partition : m_Structure.Partitions)
-      m_BuiltRIP.PairArray.push_back({partition.BodySID, partition.FileOffset - m_Structure.RunIn});
+      pairs.push_back({partition.BodySID, partition.FileOffset - m_Structure.RunIn});
+    m_BuiltRIP.PairArray = std::move(pairs);
+    return RESULT_OK;
+  });
+  static_cast<void>(built);  // without memory it stays empty
   return m_BuiltRIP;
 }
 
@@ -99,8 +108,10 @@ ui32_t h__Reader::ContainerDuration() {
 }
 
 Result_t h__Reader::ReadIndex() {
-  if (!m_IndexResult) m_IndexResult = LoadIndex();
-  return *m_IndexResult;
+  if (m_IndexResult) return *m_IndexResult;
+  const Result_t result = ResultOf([this] { return LoadIndex(); });
+  if (result != Ferro::RESULT_ALLOC) m_IndexResult = result;
+  return result;
 }
 
 Result_t h__Reader::LoadIndex() {
@@ -208,6 +219,12 @@ Result_t h__Reader::CheckAlgorithms(const CryptoContexts& contexts) const {
 }
 
 Result_t h__Reader::ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame) {
+  const Result_t result = ResultOf([&] { return TryFrame(frame_number, contexts, frame); });
+  if (result == Ferro::RESULT_ALLOC) frame.Clear();
+  return result;
+}
+
+Result_t h__Reader::TryFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame) {
   Range range;
   Result_t result = FindEditUnit(frame_number, range);
   if (result.Success()) result = CheckAlgorithms(contexts);
@@ -232,8 +249,10 @@ Result_t h__Reader::ReadPair(ui32_t frame_number, const CryptoContexts& contexts
   if (result == RESULT_RANGE) return result;
   if (result.Success()) result = CheckAlgorithms(contexts);
   if (result.Success())
-    result = m_Facts.IsStereoscopic() ? ReadEyes(range, contexts, frame)
+    result = ResultOf([&] {
+      return m_Facts.IsStereoscopic() ? ReadEyes(range, contexts, frame)
                                       : ReadSingle(range, ui64_t{frame_number} + 1, contexts, frame);
+    });
   if (result == Ferro::RESULT_SMALLBUF) return result;
   if (result.Failure()) {
     frame.Left.Clear();
@@ -311,6 +330,10 @@ Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuf
 }
 
 Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
+  return ResultOf([&] { return TryStream(body_sid, sequence, contexts, frame); });
+}
+
+Result_t h__Reader::TryStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   const LogSubject subject(m_File.Filename());
   std::vector<ElementPlace> pieces;
   Result_t result = CheckAlgorithms(contexts);

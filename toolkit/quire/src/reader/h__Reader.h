@@ -49,6 +49,9 @@ class h__Reader {
   [[nodiscard]] Result_t ReadPartitions();
   [[nodiscard]] Result_t ReadIndex();
   [[nodiscard]] Result_t LoadIndex();
+  [[nodiscard]] Result_t TryFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame);
+  [[nodiscard]] Result_t TryStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
+                                   FrameBuffer& frame);
   void CountEditUnits();
   void DropCutEditUnits();
   void WarnOfMissingEditUnits() const;

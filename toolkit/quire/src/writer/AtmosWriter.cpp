@@ -3,8 +3,6 @@
 
 #include "h__Writer.h"
 
-#include <utility>
-
 namespace QUIRE::ATMOS {
 
 namespace {
@@ -26,13 +24,8 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const AtmosDescriptor& atm
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const AtmosDescriptor& descriptor,
                               const WriterOptions& options) {
-  if (m_Writer) return Ferro::RESULT_STATE;
-  auto writer = std::make_unique<h__Writer>();
-  const Result_t result = writer->Open(
-      filename, ESS_ATMOS, info, descriptor.EditRate,
-      options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
-  if (result.Success()) m_Writer = std::move(writer);
-  return result;
+  return OpenWriter(m_Writer, filename, ESS_ATMOS, info, descriptor.EditRate, options, false, MakeDescriptor,
+                    descriptor);
 }
 
 Result_t MXFWriter::WriteFrame(const DCData::FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {

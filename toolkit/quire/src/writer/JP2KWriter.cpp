@@ -44,23 +44,13 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const PictureDescriptor& p
   return set;
 }
 
-Result_t Open(std::unique_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t kind,
-              const WriterInfo& info, const PictureDescriptor& descriptor, const WriterOptions& options) {
-  if (writer) return Ferro::RESULT_STATE;
-  auto opened = std::make_unique<h__Writer>();
-  const Result_t result = opened->Open(
-      filename, kind, info, descriptor.EditRate,
-      options, [descriptor](auto& sets) -> auto& { return MakeDescriptor(sets, descriptor); });
-  if (result.Success()) writer = std::move(opened);
-  return result;
-}
-
 }  // namespace
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const PictureDescriptor& descriptor,
                               const WriterOptions& options) {
   if (descriptor.Stereoscopic) return Ferro::RESULT_PARAM;
-  return Open(m_Writer, filename, ESS_JPEG_2000, info, descriptor, options);
+  return OpenWriter(m_Writer, filename, ESS_JPEG_2000, info, descriptor.EditRate, options, false, MakeDescriptor,
+                    descriptor);
 }
 
 Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
@@ -70,15 +60,18 @@ Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encrypti
 
 Result_t MXFSWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const PictureDescriptor& descriptor,
                                const WriterOptions& options) {
-  PictureDescriptor stereoscopic = descriptor;
-  stereoscopic.Stereoscopic = true;
-  if (!stereoscopic.SampleRate.HasValue()) {
-    if (descriptor.EditRate.Numerator > INT32_MAX / 2) return Ferro::RESULT_PARAM;
-    stereoscopic.SampleRate = Rational(2 * descriptor.EditRate.Numerator, descriptor.EditRate.Denominator);
-  }
-  const Result_t result = Open(m_Writer, filename, ESS_JPEG_2000_S, info, stereoscopic, options);
-  if (result.Success()) m_NextPhase = SP_LEFT;
-  return result;
+  return ResultOf([&]() -> Result_t {
+    PictureDescriptor stereoscopic = descriptor;
+    stereoscopic.Stereoscopic = true;
+    if (!stereoscopic.SampleRate.HasValue()) {
+      if (descriptor.EditRate.Numerator > INT32_MAX / 2) return Ferro::RESULT_PARAM;
+      stereoscopic.SampleRate = Rational(2 * descriptor.EditRate.Numerator, descriptor.EditRate.Denominator);
+    }
+    const Result_t result = OpenWriter(m_Writer, filename, ESS_JPEG_2000_S, info, descriptor.EditRate, options, false,
+                                       MakeDescriptor, stereoscopic);
+    if (result.Success()) m_NextPhase = SP_LEFT;
+    return result;
+  });
 }
 
 Result_t MXFSWriter::WriteFrame(const SFrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {

@@ -55,13 +55,9 @@ i8_t Saturate(i64_t value) {
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const VideoDescriptor& descriptor,
                               const WriterOptions& options) {
-  if (m_Writer) return Ferro::RESULT_STATE;
-  auto writer = std::make_unique<h__Writer>();
-  const Result_t result = writer->Open(
-      filename, ESS_MPEG2_VES, info, descriptor.EditRate,
-      options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
+  const Result_t result = OpenWriter(m_Writer, filename, ESS_MPEG2_VES, info, descriptor.EditRate, options, false,
+                                     MakeDescriptor, descriptor);
   if (result.Failure()) return result;
-  m_Writer = std::move(writer);
   m_GroupStart = m_LastIntra = 0;
   m_DisplayPositions.clear();
   return result;
@@ -76,15 +72,21 @@ Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encrypti
   const ui32_t position = m_Writer->EditUnitCount();
   const ui32_t intra = picture.Type == PT_I ? position : m_LastIntra;
   const h__Writer::EntryFacts facts{IndexFlags(picture), Saturate(i64_t{intra} - position)};
-  const Result_t result = m_Writer->WriteEditUnit(frame, facts, encryption, integrity);
-  if (result.Failure()) return result;
-
+  const Result_t room = ResultOf([this] {
+    m_DisplayPositions.push_back(0);
+    return Ferro::RESULT_OK;
+  });
+  const Result_t result = room.Success() ? m_Writer->WriteEditUnit(frame, facts, encryption, integrity) : room;
+  if (result.Failure()) {
+    m_DisplayPositions.resize(position);
+    return result;
+  }
   m_LastIntra = intra;
   if (picture.StartsGroup) m_GroupStart = position;
   // Without group headers the references start over after 1024 pictures.
   ui32_t display = m_GroupStart + picture.TemporalReference;
   while (display + TemporalReferenceCycle / 2 < position) display += TemporalReferenceCycle;
-  m_DisplayPositions.push_back(display);
+  m_DisplayPositions.back() = display;
   return result;
 }
 

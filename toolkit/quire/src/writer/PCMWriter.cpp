@@ -124,13 +124,9 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
     return Ferro::RESULT_PARAM;
   }
   const auto cadence = SampleCadence::Make(descriptor.AudioSamplingRate, descriptor.EditRate);
-  auto writer = std::make_unique<h__Writer>();
-  if (cadence->IsConstant()) writer->UseConstantSize();
-  const Result_t result = writer->Open(
-      filename, ESS_PCM, info, descriptor.EditRate, options,
-      [ descriptor, labels ](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor, labels); });
+  const Result_t result = OpenWriter(m_Writer, filename, ESS_PCM, info, descriptor.EditRate, options,
+                                     cadence->IsConstant(), MakeDescriptor, descriptor, labels);
   if (result.Failure()) return result;
-  m_Writer = std::move(writer);
   m_Cadence = cadence;
   m_BlockAlign = descriptor.BlockAlign;
   m_HasShortFrame = false;

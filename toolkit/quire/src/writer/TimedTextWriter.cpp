@@ -76,15 +76,16 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
     Ferro::DefaultLogSink().Error("%s: cannot write the timed text: %s.\n", filename.c_str(), fault);
     return Ferro::RESULT_PARAM;
   }
-  auto writer = std::make_unique<h__Writer>();
-  const Result_t result = writer->Open(
-      filename, ESS_TIMED_TEXT, info, descriptor.EditRate,
-      options, [descriptor](SetFactory & sets) -> auto& { return MakeDescriptor(sets, descriptor); });
-  if (result.Failure()) return result;
-  m_Writer = std::move(writer);
-  m_Descriptor = descriptor;
-  m_Written.assign(descriptor.ResourceList.size(), false);
-  return result;
+  return ResultOf([&] {
+    TimedTextDescriptor kept = descriptor;
+    std::vector<bool> written(descriptor.ResourceList.size(), false);
+    const Result_t result = OpenWriter(m_Writer, filename, ESS_TIMED_TEXT, info, descriptor.EditRate, options, false,
+                                       MakeDescriptor, descriptor);
+    if (result.Failure()) return result;
+    m_Descriptor = std::move(kept);
+    m_Written = std::move(written);
+    return result;
+  });
 }
 
 // The document is the file's only edit unit; how long it is shown, the descriptor says.

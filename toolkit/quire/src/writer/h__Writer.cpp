@@ -118,8 +118,21 @@ Result_t h__Writer::WritePartition(MXF::Partition& pack) {
   return result;
 }
 
+template <class Work>
+Result_t h__Writer::Guard(const Work& work) {
+  const ui64_t start = m_File.IsOpen() ? m_File.Tell() : 0;
+  const Result_t result = ResultOf(work);
+  if (result == Ferro::RESULT_ALLOC && m_File.IsOpen() && m_File.Tell() != start) m_File.Abandon();
+  return result;
+}
+
 Result_t h__Writer::WriteEditUnit(std::span<const ui8_t> source, ui64_t plaintext_offset, const EntryFacts& facts,
                                   AESEncContext* encryption, HMACContext* integrity) {
+  return Guard([&] { return AppendEditUnit(source, plaintext_offset, facts, encryption, integrity); });
+}
+
+Result_t h__Writer::AppendEditUnit(std::span<const ui8_t> source, ui64_t plaintext_offset, const EntryFacts& facts,
+                                   AESEncContext* encryption, HMACContext* integrity) {
   if (m_EditUnitCount == NoFrame) return Ferro::RESULT_TOOLARGE;
   const ui64_t start = m_File.Tell();
   const Result_t result = WriteElement(source, plaintext_offset, encryption, integrity);
@@ -135,13 +148,20 @@ Result_t h__Writer::WriteEditUnit(std::span<const ui8_t> source, ui64_t plaintex
 
 Result_t h__Writer::WriteElement(std::span<const ui8_t> source, ui64_t plaintext_offset, AESEncContext* encryption,
                                  HMACContext* integrity) {
-  return WriteKLV(DictionaryFor(m_Plan.Info.LabelSetType).ul(m_Plan.Kind->ElementKey), source, plaintext_offset,
-                  encryption, integrity);
+  return Guard([&] {
+    return WriteKLV(DictionaryFor(m_Plan.Info.LabelSetType).ul(m_Plan.Kind->ElementKey), source, plaintext_offset,
+                    encryption, integrity);
+  });
+}
+
+Result_t h__Writer::WriteGenericStream(ui32_t sid, std::span<const ui8_t> source, AESEncContext* encryption,
+                                       HMACContext* integrity) {
+  return Guard([&] { return AppendGenericStream(sid, source, encryption, integrity); });
 }
 
 // The pack as track files in the field have it: the general pattern, and the element's key in place of a label.
-Result_t h__Writer::WriteGenericStream(ui32_t sid, std::span<const ui8_t> source, AESEncContext* encryption,
-                                       HMACContext* integrity) {
+Result_t h__Writer::AppendGenericStream(ui32_t sid, std::span<const ui8_t> source, AESEncContext* encryption,
+                                        HMACContext* integrity) {
   if (const Result_t result = CheckContexts(encryption, integrity); result.Failure()) return result;
   const Dictionary& dict = DictionaryFor(m_Plan.Info.LabelSetType);
   MXF::Partition pack = NewPack(MXF::PartitionKind::GenericStream);
@@ -217,6 +237,10 @@ std::vector<ui8_t> h__Writer::MakeIndex() const {
 }
 
 Result_t h__Writer::Finalize(ui32_t duration) {
+  return Guard([&] { return Complete(duration); });
+}
+
+Result_t h__Writer::Complete(ui32_t duration) {
   if (!m_File.IsOpen()) return Ferro::RESULT_STATE;
   const std::vector<ui8_t> index = MakeIndex();
   MXF::Partition footer = NewPack(MXF::PartitionKind::Footer);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "HeaderBuilder.h"
+#include "base/ResultOf.h"
 #include "crypto/EncryptedTriplet.h"
 
 #include <QUIRE/FrameBuffer.h>
@@ -11,8 +12,10 @@
 
 #include <Ferro/FileWriter.h>
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace QUIRE {
 
@@ -74,6 +77,14 @@ class h__Writer {
   [[nodiscard]] MXF::Partition NewPack(MXF::PartitionKind kind) const;
   [[nodiscard]] MXF::IndexTags IndexTags() const;
   [[nodiscard]] Result_t Write(std::span<const ui8_t> bytes);
+  [[nodiscard]] Result_t AppendEditUnit(std::span<const ui8_t> source, ui64_t plaintext_offset, const EntryFacts& facts,
+                                        AESEncContext* encryption, HMACContext* integrity);
+  [[nodiscard]] Result_t AppendGenericStream(ui32_t sid, std::span<const ui8_t> source, AESEncContext* encryption,
+                                             HMACContext* integrity);
+  [[nodiscard]] Result_t Complete(ui32_t duration);
+  /// The result of `work`; RESULT_ALLOC where it runs out of memory. A file that it changed by then is given up.
+  template <class Work>
+  [[nodiscard]] Result_t Guard(const Work& work);
 
   HeaderPlan m_Plan;
   DescriptorMaker m_Descriptor;
@@ -91,5 +102,24 @@ class h__Writer {
   ui64_t m_SequenceNumber = 0;  // of the last triplet
   std::vector<ui8_t> m_Triplet;
 };
+
+/// Opens a writer whose descriptor `make` builds of copies of `facts`, what all kinds' OpenWrite have in common.
+/// @return what h__Writer::Open returns; RESULT_STATE when `writer` is set; RESULT_ALLOC.
+template <class... Facts>
+[[nodiscard]] Result_t OpenWriter(std::unique_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t type,
+                                  const WriterInfo& info, const Rational& edit_rate, const WriterOptions& options,
+                                  bool is_constant_size, MXF::FileDescriptor& (*make)(SetFactory&, const Facts&...),
+                                  const Facts&... facts) {
+  if (writer) return Ferro::RESULT_STATE;
+  return ResultOf([&] {
+    auto opened = std::make_unique<h__Writer>();
+    if (is_constant_size) opened->UseConstantSize();
+    const Result_t result =
+        opened->Open(filename, type, info, edit_rate, options,
+                     [make, facts...](SetFactory& sets) -> MXF::FileDescriptor& { return make(sets, facts...); });
+    if (result.Success()) writer = std::move(opened);
+    return result;
+  });
+}
 
 }  // namespace QUIRE

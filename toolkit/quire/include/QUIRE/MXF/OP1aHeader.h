@@ -101,6 +101,7 @@ class QUIRE_API OP1aHeader {
 
  private:
   void AddObject(std::unique_ptr<InterchangeObject> object);
+  void Own(std::unique_ptr<InterchangeObject> object);
   [[nodiscard]] Result_t WriteSets(IndexTags tags, std::vector<ui8_t>& sets);
 
   std::vector<std::unique_ptr<InterchangeObject>> m_Objects;

@@ -34,7 +34,8 @@ class QUIRE_API Primer {
   /// Bytes of the pack as Write appends it.
   [[nodiscard]] ui64_t ArchiveLength() const { return 28 + 18 * ui64_t(m_Entries.size()); }
   void Write(std::vector<ui8_t>& out) const;
-  /// Reads the pack's value, which lies at `offset`; of entries with one tag the first counts.
+  /// Reads the pack's value, which lies at `offset`; of entries with one tag the first counts. A pack that cannot be read
+  /// leaves the primer as it was.
   /// @return RESULT_OK; RESULT_FORMAT with one log line.
   [[nodiscard]] Result_t Read(std::span<const ui8_t> value, ui64_t offset);
 
