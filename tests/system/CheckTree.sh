@@ -175,7 +175,7 @@ texts() {
     BEGIN {
       says = "(Message|Advice|Label[(][)]|what[(][)]|errmsg[(][^)]*[)])[)]*"
       told = "(" says "|([mM]essage|[rR]eason|[wW]arning|[pP]roblem|[sS]entence))"
-      search = "(find|rfind|find_first_of|find_last_of|starts_with|ends_with|contains|compare|substr)[(]"
+      search = "(find|rfind|find_first_of|find_last_of|starts_with|ends_with|contains|compare)[(]"
       phrase = "\"[^\" ]+ [^\" ]"
       bad[told "([.]|->)" search "[^\047]"]
       bad[says " *[!=]="]
