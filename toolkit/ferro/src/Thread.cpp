@@ -16,6 +16,15 @@ namespace {
 
 constexpr size_t s_SystemNameLength = 15;
 
+/// Where memory is out, the line is lost rather than the caller's result.
+void LogRefusal(const std::string& name, const char* reason) {
+  try {
+    DefaultLogSink().Error("Thread %s cannot be started: %s\n", name.c_str(), reason);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
 }  // namespace
 
 struct Thread::State {
@@ -36,17 +45,17 @@ Thread::~Thread() {
 
 Result_t Thread::Start(const std::string& name) {
   if (m_State->Running.joinable()) return RESULT_STATE;
-  m_Name = name;
-  m_State->IsRunning = true;
   m_State->Result = RESULT_OK;
   try {
+    m_Name = name;
+    m_State->IsRunning = true;
     m_State->Running = std::thread([this] { Run(); });
-  } catch (const std::exception& error) {
+    return RESULT_OK;
+  } catch (const std::exception& error) {  // no thread to be had, or no memory for one
     m_State->IsRunning = false;
-    DefaultLogSink().Error("Thread %s cannot be started: %s\n", name.c_str(), error.what());
+    LogRefusal(name, error.what());
     return RESULT_FAIL;
   }
-  return RESULT_OK;
 }
 
 void Thread::Run() {

@@ -28,7 +28,8 @@ class FERRO_API Thread {
   Thread& operator=(const Thread&) = delete;
 
   /// Starts the thread under `name`, which the system shows too (cut to its 15 bytes).
-  /// @return RESULT_OK; RESULT_STATE when it was started before and not stopped; RESULT_FAIL when the system refuses.
+  /// @return RESULT_OK; RESULT_STATE when it was started before and not stopped; RESULT_FAIL, logged, when the
+  /// system refuses or memory is out.
   [[nodiscard]] Result_t Start(const std::string& name);
   /// Calls ThreadStop and waits up to `timeout_ms` milliseconds for the thread to end. When the time runs out a warning
   /// that names the thread is logged; with `wait` true the call then goes on waiting without limit.
