@@ -39,8 +39,8 @@ class STRATA_API ITimelineTrack {
   /// @param duration     number of edit units that play
   [[nodiscard]] virtual Result_t InitWithFilename(const std::string& filename, const ui32_t& entry_point,
                                                   const ui32_t& duration) = 0;
-  /// Opens the file and begins to prefetch. A failure is logged and leaves the track dormant, where the five operations
-  /// that take a frame are a programming error (assertion); a later call tries again.
+  /// Opens the file and begins to prefetch. A failure is logged and leaves the track dormant (see IsReady), where the five
+  /// operations that take a frame are a programming error (assertion); a later call tries again.
   virtual void MakeReady() = 0;
   /// Ends prefetching and closes the file. @return true when the track was ready.
   virtual bool MakeDormant() = 0;
@@ -115,5 +115,10 @@ class STRATA_API ITimelineTrack {
   ITimelineTrack(const ITimelineTrack&) = default;
   ITimelineTrack& operator=(const ITimelineTrack&) = default;
 };
+
+/// Whether frames may be taken from a track: a track file is open from a MakeReady that could open it until MakeDormant;
+/// silence and text are always ready. Asked after IPlaylist::GetReaderForChannel, it tells a file that has vanished since
+/// the show was loaded: the track stays dormant, and the host goes on without it. Any thread may ask.
+[[nodiscard]] STRATA_API bool IsReady(const ITimelineTrack& track);
 
 }  // namespace Strata

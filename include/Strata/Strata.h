@@ -16,6 +16,8 @@
 /// A good order to read the headers in:
 ///   Types, Result, Version          numbers, identifiers, results
 ///   TrackType, ITimelineTrack       one track of one reel
+///   PlayedSpan                      which of its frames play
+///   FrameLock, FrameRequester       taking them, with one asked for ahead
 ///   SoundConfiguration              how a sound track file uses its channels, as a text
 ///   CommandType, Command            what the transport is asked to do
 ///   TimelinePosition, CompositionInfo, EssenceParams, PlaylistEvent
@@ -38,9 +40,12 @@
 #include <Strata/DiskFreeInfo.h>
 #include <Strata/EssenceParams.h>
 #include <Strata/Export.h>
+#include <Strata/FrameLock.h>
+#include <Strata/FrameRequester.h>
 #include <Strata/IPlaylist.h>
 #include <Strata/ITimelineTrack.h>
 #include <Strata/ITransportNotify.h>
+#include <Strata/PlayedSpan.h>
 #include <Strata/PlaylistEvent.h>
 #include <Strata/PlaylistInfo.h>
 #include <Strata/RPCInitInfo.h>

@@ -74,7 +74,13 @@
 //    - With requests ahead among which some fail or repeat the front's position, their WriteEvents come without an
 //      exchange, and a bracket may run ahead of the exchange or behind it: it shows F(n) or a later request's frame.
 //      It is a whole frame all the same, under its own number, because the number lies in the buffer and is written
-//      with the contents. A transport that asks ahead compares FrameNumber() with what it wants to show.
+//      with the contents. The shift lasts: as long as the transport keeps a request ahead, every later bracket may show
+//      the frame of the next request in place of its own. Only rest ends it. A transport that asks ahead therefore
+//      compares FrameNumber() with what it wants to show, and on the first difference asks for nothing more until every
+//      request is answered, as Strata::FrameRequester does.
+//
+// 7. When the system refuses the thread, Start remembers it and RequestFrame answers at once as a failed read does: it
+//    logs the failure and posts WriteEvent. So 3 holds without the thread. An exception in a read is a failed read too.
 
 #include "TimelineElements/FrameBufferEyes.h"
 #include "TimelineElements/PositionQueue.h"
@@ -90,20 +96,30 @@
 #include <Ferro/mem_ptr.h>
 
 #include <atomic>
+#include <exception>
 #include <new>
+#include <string>
 #include <thread>
 #include <utility>
 
 namespace Strata {
+
+/// What the hand-over is built on: a mutex with Lock and Unlock, and a counted event with Post and Pend. A test puts a
+/// scheduler in their place, which runs the two parties through every interleaving.
+struct SystemHandOver {
+  using Mutex = Ferro::Mutex;
+  using Event = Ferro::Event;
+};
 
 /// Reads requested frames of one track file ahead of the transport, into a pair of buffers.
 ///
 /// @tparam TrackFileT    has `Result_t ReadFrame(ui32_t position, FrameBufferT&, nullptr, nullptr)`: one edit unit as
 ///                       it is stored, without decryption or integrity check.
 /// @tparam FrameBufferT  a frame buffer, or a pair of them named Left and Right.
+/// @tparam HandOverT     the mutex and events.
 ///
 /// Construct, SetupFrameBuffers, Start; the owner calls Stop before it destroys the object.
-template <class TrackFileT, class FrameBufferT>
+template <class TrackFileT, class FrameBufferT, class HandOverT = SystemHandOver>
 class EssenceReaderThread : public Ferro::Thread {
  public:
   /// @param track_file  an open reader that outlives the running thread; the thread alone reads from it meanwhile.
@@ -123,13 +139,26 @@ class EssenceReaderThread : public Ferro::Thread {
     return m_FBp_0 != nullptr && m_FBp_1 != nullptr;
   }
 
+  /// Starts the thread. When the system refuses, every request from then on is answered as a failed read.
+  /// @return as Ferro::Thread::Start
+  Result_t Start(const std::string& name) {
+    const Result_t result = Thread::Start(name);
+    if (!(result == Ferro::RESULT_STATE)) m_StartResult = result;  // a thread that runs already goes on serving
+    return result;
+  }
+
   /// Asks for the frame at `position`, in edit units of the track file. Returns at once; requests are served in order.
   void RequestFrame(ui32_t position) {
+    if (m_StartResult.Failure()) {
+      LogFailedRead(position, m_StartResult.Label());
+      m_WriteEvent.Post();
+      return;
+    }
     // A request from inside the caller's own bracket finds the mutex in the caller's hands already.
     if (m_BracketOwner.load(std::memory_order_relaxed) == std::this_thread::get_id()) {
       m_NewPosition.push(position);
     } else {
-      Ferro::AutoMutex lock(m_FBMutex);
+      const Guard lock(m_FBMutex);
       m_NewPosition.push(position);
     }
     m_NewFrameEvent.Post();
@@ -171,10 +200,7 @@ class EssenceReaderThread : public Ferro::Thread {
         continue;
       }
       FERRO_ASSERT(m_TrackFile);
-      const Result_t result = m_TrackFile->ReadFrame(position, *m_FBp_0, nullptr, nullptr);  // Reading
-      if (result.Failure()) {
-        // One label for every kind of essence: whoever watches the log looks for it.
-        Ferro::DefaultLogSink().Error("%s (frame %d): %s\n", "IMG", static_cast<int>(position), result.Label());
+      if (!Read(position)) {  // Reading
         m_WriteEvent.Post();
         continue;
       }
@@ -195,6 +221,21 @@ class EssenceReaderThread : public Ferro::Thread {
   }
 
  protected:
+  using Mutex = typename HandOverT::Mutex;
+  using Event = typename HandOverT::Event;
+
+  /// Holds a mutex for the length of a scope.
+  class [[nodiscard]] Guard {
+   public:
+    explicit Guard(Mutex& mutex) : m_Mutex(mutex) { m_Mutex.Lock(); }
+    ~Guard() { m_Mutex.Unlock(); }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+   private:
+    Mutex& m_Mutex;
+  };
+
   static FrameBufferT* NewFrameBuffer(ui32_t size) {
     auto* buffer = new (std::nothrow) FrameBufferT;
     if (buffer != nullptr) {
@@ -206,9 +247,36 @@ class EssenceReaderThread : public Ferro::Thread {
     return buffer;
   }
 
+  /// Reads into the back buffer. False, logged, when that fails; an exception, such as for memory that is out, is a
+  /// failure too and ends here.
+  bool Read(ui32_t position) {
+    try {
+      const Result_t result = m_TrackFile->ReadFrame(position, *m_FBp_0, nullptr, nullptr);
+      if (result.Failure()) LogFailedRead(position, result.Label());
+      return result.Success();
+    } catch (const std::bad_alloc&) {
+      LogFailedRead(position, Ferro::RESULT_ALLOC.Label());
+    } catch (const std::exception& error) {
+      LogFailedRead(position, error.what());
+    } catch (...) {
+      LogFailedRead(position, Ferro::RESULT_FAIL.Label());
+    }
+    return false;
+  }
+
+  /// One label for every kind of essence: whoever watches the log looks for it. Where memory is out, the line is lost
+  /// rather than the answer.
+  static void LogFailedRead(ui32_t position, const char* reason) {
+    try {
+      Ferro::DefaultLogSink().Error("%s (frame %d): %s\n", "IMG", static_cast<int>(position), reason);
+    } catch (const std::exception&) {
+      return;
+    }
+  }
+
   /// False when the thread is to end.
   bool TakeRequest(ui32_t& position) {
-    Ferro::AutoMutex lock(m_FBMutex);
+    const Guard lock(m_FBMutex);
     if (!m_RunOK) return false;
     FERRO_ASSERT(!m_NewPosition.empty());
     position = m_NewPosition.pop();
@@ -217,7 +285,7 @@ class EssenceReaderThread : public Ferro::Thread {
 
   /// False when the thread is to end; the frame just read is then dropped.
   bool Exchange(ui32_t position) {
-    Ferro::AutoMutex lock(m_FBMutex);
+    const Guard lock(m_FBMutex);
     if (!m_RunOK) return false;
     std::swap(m_FBp_0, m_FBp_1);
     m_CurrentPosition = position;
@@ -230,13 +298,14 @@ class EssenceReaderThread : public Ferro::Thread {
   FrameBufferT* m_FBp_0 = nullptr;     // back: the thread reads a file into it; guarded as m_CurrentPosition
   FrameBufferT* m_FBp_1 = nullptr;     // front: the transport reads it; likewise
   TrackFileT* const m_TrackFile;
-  Ferro::Mutex m_FBMutex;
+  Mutex m_FBMutex;
   std::atomic<std::thread::id> m_BracketOwner;  // who is between BufferLock and BufferUnlock, if anyone
-  Ferro::Event m_ReadEvent{"ReadEvent", 1};
-  Ferro::Event m_WriteEvent{"WriteEvent"};
-  Ferro::Event m_NewFrameEvent{"NewFrameEvent"};
+  Event m_ReadEvent{"ReadEvent", 1};
+  Event m_WriteEvent{"WriteEvent"};
+  Event m_NewFrameEvent{"NewFrameEvent"};
   Ferro::mem_ptr<FrameBufferT> m_FrameBuffer_A;
   Ferro::mem_ptr<FrameBufferT> m_FrameBuffer_B;
+  Result_t m_StartResult = Ferro::RESULT_OK;  // of the owner, before any request
 };
 
 }  // namespace Strata

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TimelineElements/EssenceReaderThread.h"
+#include "TimelineElements/Readiness.h"
 #include "TimelineElements/TextlessTrack.h"
 #include "TimelineElements/WholeSampleRate.h"
 
@@ -10,6 +11,7 @@
 #include <QUIRE/FrameBuffer.h>
 #include <QUIRE/WriterInfo.h>
 
+#include <new>
 #include <string>
 
 namespace Strata {
@@ -25,7 +27,7 @@ namespace Strata {
 /// @tparam FrameBufferT   what it reads into
 /// @tparam DescriptorT    what it says of its essence
 template <class ReaderThreadT, class TrackFileT, class FrameBufferT, class DescriptorT>
-class TimelineTrack : public TextlessTrack {
+class TimelineTrack : public TextlessTrack, public Readiness {
  public:
   ~TimelineTrack() override {
     if (!m_ReaderThread.empty()) StopReaderThread();
@@ -70,16 +72,15 @@ class TimelineTrack : public TextlessTrack {
       return;
     }
     FERRO_ASSERT(m_ReaderThread.empty());
-    m_TrackFile.set(new TrackFileT);
-    const Result_t result = m_TrackFile->OpenRead(m_Filename);
-    if (result.Failure()) {
+    const Result_t result = StartReader();
+    if (result.Success()) return;
+    m_ReaderThread.set(nullptr);
+    m_TrackFile.set(nullptr);
+    try {
       Ferro::DefaultLogSink().Error("%s: %s\n", m_Filename.c_str(), result.Label());
-      m_TrackFile.set(nullptr);
-      return;
+    } catch (const std::bad_alloc&) {
+      return;  // where memory is out, the line is lost
     }
-    m_ReaderThread.set(new ReaderThreadT(m_TrackFile.get()));
-    FERRO_ASSERT(m_ReaderThread->SetupFrameBuffers(m_TrackFile->FrameBufferSize()));
-    static_cast<void>(m_ReaderThread->Start("TimelineTrack"));  // a refusal is logged there
   }
 
   bool MakeDormant() override {
@@ -92,6 +93,11 @@ class TimelineTrack : public TextlessTrack {
     StopReaderThread();
     m_TrackFile.set(nullptr);
     return true;
+  }
+
+  bool IsReady() const override {
+    Ferro::AutoMutex lock(m_Lock);
+    return !m_TrackFile.empty();
   }
 
   const UUID& AssetID() const override { return m_AssetID; }
@@ -144,6 +150,22 @@ class TimelineTrack : public TextlessTrack {
 
  private:
   static constexpr ui32_t StopTimeout = 10000;  // milliseconds until a warning; the wait goes on
+
+  /// Opens the file and starts the thread. Memory that is out is a failure like any other: the track stays dormant.
+  Result_t StartReader() {
+    try {
+      m_TrackFile.set(new TrackFileT);
+      const Result_t result = m_TrackFile->OpenRead(m_Filename);
+      if (result.Failure()) return result;
+      m_ReaderThread.set(new ReaderThreadT(m_TrackFile.get()));
+      FERRO_ASSERT(m_ReaderThread->SetupFrameBuffers(m_TrackFile->FrameBufferSize()));
+      // A refusal is logged there. The thread object then answers each request as a failed read.
+      static_cast<void>(m_ReaderThread->Start("TimelineTrack"));
+      return Ferro::RESULT_OK;
+    } catch (const std::bad_alloc&) {
+      return Ferro::RESULT_ALLOC;
+    }
+  }
 
   void StopReaderThread() {
     static_cast<void>(m_ReaderThread->Stop(StopTimeout, true));

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <new>
 #include <set>
 
 namespace testsupport {
@@ -29,7 +30,8 @@ class ControlledReader {
   Ferro::Event LetGo{"LetGo"};  ///< while Blocking, each read pends on it
   std::atomic<bool> Blocking = false;
   std::atomic<ui32_t> ReadCount = 0;
-  std::set<ui32_t> Failing;  ///< positions whose read fails; not to be changed while the thread may read
+  std::set<ui32_t> Failing;   ///< positions whose read fails; not to be changed while the thread may read
+  std::set<ui32_t> Throwing;  ///< likewise: memory is out when they are read
 
   static ui32_t SizeOf(ui32_t position) { return 64 + position % 64; }
 
@@ -38,6 +40,7 @@ class ControlledReader {
     ++ReadCount;
     Begun.Post();
     if (Blocking) LetGo.Pend();
+    if (Throwing.contains(position)) throw std::bad_alloc();
     const Ferro::Result_t result =
         decryption != nullptr || integrity != nullptr ? Ferro::RESULT_PARAM : Fill(position, frame);
     Ended.Post();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The states of a track, on a track file that the test controls.
 #include "ControlledTrack.h"
+#include "TimelineElements/SilenceTrack.h"
+#include "TimelineElements/TextTrack.h"
 
 #include <Ferro/LogSink.h>
 
@@ -90,6 +92,24 @@ TEST_F(TimelineTrackState, MakeDormantDuringABlockedReadWaitsForIt) {
   owner.join();
   EXPECT_TRUE(Track.m_TrackFile.empty());
   EXPECT_TRUE(Track.m_ReaderThread.empty());
+}
+
+TEST_F(TimelineTrackState, ReadinessIsToldFromOutside) {
+  Init();
+  EXPECT_FALSE(IsReady(Track));
+  ControlledFile::Facts.OpenResult = Ferro::RESULT_NOT_FOUND;
+  Track.MakeReady();
+  EXPECT_FALSE(IsReady(Track)) << "the file is gone";
+  ControlledFile::Facts.OpenResult = Ferro::RESULT_OK;
+  Track.MakeReady();
+  EXPECT_TRUE(IsReady(Track));
+  EXPECT_TRUE(Track.MakeDormant());
+  EXPECT_FALSE(IsReady(Track));
+}
+
+TEST_F(TimelineTrackState, TracksWithoutAFileAreAlwaysReady) {
+  EXPECT_TRUE(IsReady(Strata::SilenceTimelineElement(ControlledFile::Facts.Descriptor)));
+  EXPECT_TRUE(IsReady(Strata::TextTimelineElement(100)));
 }
 
 TEST_F(TimelineTrackState, FailedWriterInformationIsReturned) {

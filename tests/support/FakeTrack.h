@@ -13,7 +13,7 @@
 namespace testsupport {
 
 /// A track without a file: it says of itself what the test sets, and counts what it is asked to do.
-class FakeTrack final : public Strata::ITimelineTrack {
+class FakeTrack : public Strata::ITimelineTrack {
  public:
   using ui32_t = Ferro::ui32_t;
 
