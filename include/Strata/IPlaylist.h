@@ -29,32 +29,45 @@ class ITransportNotify;
 
 /// One show, laid out as a timeline of reels.
 ///
-/// A playlist is made by NewPlaylist, initialised once, then moved about and read. One whose initialisation failed, or
-/// ran out of memory (std::bad_alloc), is to be discarded: a second initialisation, or a look at what the first one left,
-/// may assert. Positions count edit units from the start of the timeline. Asking outside the timeline does not fail: it
+/// A playlist is made by NewPlaylist, initialised once, then moved about and read. One whose initialisation failed is to
+/// be discarded: a second initialisation, or a look at what the first one left, may assert. Positions count edit units from the start of the timeline. Asking outside the timeline does not fail: it
 /// answers null, 0 or an empty record. The playlist has no lock: one thread at a time. Its tracks belong to it and live
 /// as long as it does. The order of the virtual operations is fixed.
 class STRATA_API IPlaylist {
  public:
   virtual ~IPlaylist();
 
-  /// Lays out the compositions and show playlists of the list, one after the other.
+  /// Lays out the compositions and show playlists of the list, one after the other. One may occur any number of times,
+  /// in the list and in show playlists, as long as no show playlist lies inside itself; each appearance has reels of its
+  /// own. What cannot play is logged, its identifier or path with it.
+  ///
+  /// An identifier of neither a composition nor a show playlist is logged and skipped: the rest plays, and the result
+  /// does not tell. One that the store does not know ends the initialisation. Images between the items of a show
+  /// playlist are skipped too. A list, or a show, of which no reel is left is RESULT_PARAM.
+  ///
   /// @param ids      identifiers of composition or show playlists known to the asset store
   /// @param lookup   resolves assets; used during the call only
   /// @param options  handed through to the loaders
-  /// @return RESULT_OK; RESULT_SX_EMPTY_PL for an empty list; RESULT_SX_PLAYLIST_REC, RESULT_SX_PLAYLIST_PTYPE,
-  ///         RESULT_SX_PLAYLIST_CTYPE for references that do not fit; RESULT_SX_DIGEST_FAIL; Cairn::RESULT_CN_NOT_IN_STORE
-  ///         for unresolved assets; QUIRE::RESULT_FORMAT where documents and files do not agree; else what failed below.
+  /// @return RESULT_OK; RESULT_SX_EMPTY_PL for an empty list; RESULT_PARAM for one without a reel; RESULT_NOT_FOUND for
+  ///         an identifier that the lookup answers with success but without an asset, and for a nested show playlist
+  ///         whose URI is no identifier; RESULT_SX_PLAYLIST_REC for a show playlist inside itself;
+  ///         RESULT_SX_PLAYLIST_PTYPE, RESULT_SX_PLAYLIST_CTYPE for a reference to an asset of another kind than a show
+  ///         playlist or a composition; RESULT_SX_DIGEST_FAIL; Cairn::RESULT_CN_NOT_IN_STORE for unresolved assets of a
+  ///         composition; QUIRE::RESULT_FORMAT where documents and files do not agree; RESULT_ALLOC when memory is out;
+  ///         else what failed below. No exception leaves it.
   [[nodiscard]] virtual Result_t InitWithUUIDList(const Ferro::ArchivableList<Ferro::UUID>& ids,
                                                   const Cairn::IAssetLookup& lookup,
                                                   const Cairn::PListDict& options) = 0;
-  /// Lays out the show playlist or composition playlist whose XML text is `document`. Results as for InitWithUUIDList.
+  /// Lays out the show playlist or composition playlist whose XML text is `document`; an empty text is
+  /// RESULT_SX_EMPTY_PL, one that is neither QUIRE::RESULT_FORMAT. A show playlist that nests itself by its own identifier
+  /// is RESULT_SX_PLAYLIST_PTYPE: as text it is no file of the store. Otherwise as InitWithUUIDList.
   [[nodiscard]] virtual Result_t InitWithPlaylist(const std::string& document, const Cairn::IAssetLookup& lookup,
                                                   const Cairn::PListDict& options) = 0;
   /// Answers the composition that was loaded last, and the assets it was resolved to.
   virtual void GetLastCPLContext(UUID& id, Ferro::ArchivableList<Cairn::AssetInfo>& assets) const = 0;
 
-  /// Writes the timeline as a show playlist document; nested show playlists come out flat, events as markers.
+  /// Writes the timeline as a show playlist document; nested show playlists come out flat, events as markers. `document`
+  /// is empty where an event's label is no text for XML.
   /// @return RESULT_OK.
   [[nodiscard]] virtual Result_t GetShowPlaylistForTimeline(std::string& document) const = 0;
   /// Writes the timeline's text tracks as a resource presentation list (ST 430-11).

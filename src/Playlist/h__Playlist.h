@@ -74,6 +74,9 @@ class h__Playlist final : public IPlaylist {
     ChangedEssenceCoding = 4,  // until EssenceCodingChanged answers it
   };
 
+  Result_t LoadDocument(const std::string& document, const Cairn::IAssetLookup& lookup,
+                        const Cairn::PListDict& options);
+  Result_t LoadList(const UUIDList& ids, const Cairn::IAssetLookup& lookup, const Cairn::PListDict& options);
   void Clear();
   Result_t InitWithCPL(const Cairn::CompositionPlaylist& cpl, const Cairn::IAssetLookup& lookup,
                        const Cairn::PListDict& options);

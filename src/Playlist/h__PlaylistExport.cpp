@@ -5,9 +5,10 @@
 
 namespace Strata {
 
-// The encoders cannot fail on what a timeline holds but for text that XML cannot carry, which leaves the output as it
-// was; neither operation reports that.
+// The encoders cannot fail on what a timeline holds but for text that XML cannot carry. Neither operation reports that:
+// the document is then empty.
 Result_t h__Playlist::GetShowPlaylistForTimeline(std::string& document) const {
+  document.clear();
   ShowPlaylist spl;
   FillShowPlaylist(m_Timeline, m_EventList, m_DurationSeconds, spl);
   static_cast<void>(spl.EncodeXML(document, Cairn::DFT_NONE));
@@ -17,6 +18,7 @@ Result_t h__Playlist::GetShowPlaylistForTimeline(std::string& document) const {
 Result_t h__Playlist::GetPresentationListForTimeline(const std::string& base_path, std::string& document,
                                                      ui32_t& playout_id) const {
   ResourcePresentationList rpl;
+  document.clear();
   FillPresentationList(m_Timeline, base_path, rpl);
   static_cast<void>(rpl.EncodeXML(document));
   playout_id = rpl.PlayoutID;

@@ -8,10 +8,50 @@
 #include <Ferro/SHA1Digest.h>
 #include <QUIRE/Result.h>
 
+#include <exception>
+#include <new>
+
 namespace Strata {
+
+namespace {
+
+/// Answers what `load` does. An exception, from a lookup or a library below or for memory that is out, becomes a failure:
+/// a server plays on with what it has.
+template <class LoadT>
+Result_t WithoutExceptions(LoadT load) {
+  const auto failed = [](const Result_t& result, const char* reason) {
+    try {
+      Ferro::DefaultLogSink().Error("The playlist cannot be initialised: %s\n", reason);
+    } catch (const std::exception&) {
+      return result;  // where memory is out, the line is lost
+    }
+    return result;
+  };
+  try {
+    return load();
+  } catch (const std::bad_alloc&) {
+    return failed(Ferro::RESULT_ALLOC, Ferro::RESULT_ALLOC.Label());
+  } catch (const std::exception& error) {
+    return failed(Ferro::RESULT_FAIL, error.what());
+  } catch (...) {  // the XML libraries have exceptions of their own
+    return failed(Ferro::RESULT_FAIL, Ferro::RESULT_FAIL.Label());
+  }
+}
+
+}  // namespace
 
 Result_t h__Playlist::InitWithPlaylist(const std::string& document, const Cairn::IAssetLookup& lookup,
                                        const Cairn::PListDict& options) {
+  return WithoutExceptions([&] { return LoadDocument(document, lookup, options); });
+}
+
+Result_t h__Playlist::InitWithUUIDList(const UUIDList& ids, const Cairn::IAssetLookup& lookup,
+                                       const Cairn::PListDict& options) {
+  return WithoutExceptions([&] { return LoadList(ids, lookup, options); });
+}
+
+Result_t h__Playlist::LoadDocument(const std::string& document, const Cairn::IAssetLookup& lookup,
+                                   const Cairn::PListDict& options) {
   if (document.empty()) return RESULT_SX_EMPTY_PL;
   Clear();
 
@@ -36,8 +76,8 @@ Result_t h__Playlist::InitWithPlaylist(const std::string& document, const Cairn:
   return result.Success() ? FixupPlaylist() : result;
 }
 
-Result_t h__Playlist::InitWithUUIDList(const UUIDList& ids, const Cairn::IAssetLookup& lookup,
-                                       const Cairn::PListDict& options) {
+Result_t h__Playlist::LoadList(const UUIDList& ids, const Cairn::IAssetLookup& lookup,
+                               const Cairn::PListDict& options) {
   if (ids.empty()) return RESULT_SX_EMPTY_PL;
   Clear();
 

@@ -87,7 +87,7 @@ Result_t ReadComposition(const DOMElement* element, ShowPlaylist::CompositionIte
     } else if (name == "EditRate") {
       const std::string text = TextContent(child);
       if (!composition.EditRate.DecodeString(text))
-        log.Error("Unable to decode rational value from string \"%s\".", text.c_str());
+        Ferro::DefaultLogSink().Error("Unable to decode rational value from string \"%s\".", text.c_str());
     } else if (name == "Duration") {
       composition.Duration = ReadMagnitude<ui32_t>(child);
     } else if (name == "Marker") {
@@ -97,6 +97,7 @@ Result_t ReadComposition(const DOMElement* element, ShowPlaylist::CompositionIte
   return Ferro::RESULT_OK;
 }
 
+// What a show loses to an unsupported item goes to the server's log, whoever decodes the document and with what sink.
 Result_t ReadSequence(const DOMElement* element, ShowPlaylist& playlist, Ferro::ILogSink& log) {
   for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
     const std::string name = OwnName(child);
@@ -111,7 +112,7 @@ Result_t ReadSequence(const DOMElement* element, ShowPlaylist& playlist, Ferro::
       if (const Result_t result = ReadComposition(child, *composition, log); result.Failure()) return result;
       playlist.ShowSequence.push_back(std::move(composition));
     } else if (name == "StaticImage") {
-      log.Warn("Ignoring StaticImage in playlist, not supported\n");
+      Ferro::DefaultLogSink().Warn("Ignoring StaticImage in playlist, not supported\n");
     }
   }
   return Ferro::RESULT_OK;

@@ -13,8 +13,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <span>
+#include <system_error>
 
 namespace Strata {
 
@@ -72,6 +74,23 @@ std::string ResourceMIMEType(QUIRE::TimedText::MIMEType_t type) {
   }
 }
 
+/// Whether a document may name this file as its own: by a path that goes down, to a file that really lies there.
+/// Followed are links within the folder, and the folder may lie behind one, as may the document itself.
+bool BelongsToDocument(const std::string& document, const std::string& name) {
+  namespace fs = std::filesystem;
+  const fs::path relative(name);
+  if (!Ferro::PathStaysInside(name) || std::find(relative.begin(), relative.end(), "..") != relative.end())
+    return false;
+  std::error_code error;
+  const fs::path file = fs::canonical(fs::path(document).parent_path() / relative, error);
+  if (error) return true;  // it cannot be opened either, for a reason that opening tells
+  const auto holds_file = [&](const fs::path& folder) {
+    return !error && std::mismatch(folder.begin(), folder.end(), file.begin(), file.end()).first == folder.end();
+  };
+  return holds_file(fs::canonical(Ferro::PathDirname(document), error)) ||
+         holds_file(fs::canonical(document, error).parent_path());
+}
+
 void LogFailure(const std::string& resource, const Result_t& result) {
   Ferro::DefaultLogSink().Error("%s: %s", resource.c_str(), result.Label());
 }
@@ -101,6 +120,7 @@ const QUIRE::Rational& TextTimelineTrack::EditRate() const {
 Result_t TextTimelineTrack::InitWithFilename(const std::string& filename, const ui32_t& entry_point,
                                              const ui32_t& duration) {
   Ferro::AutoMutex lock(m_Lock);
+  DropResources();
   Ferro::FileReader file;
   Result_t result = file.OpenRead(filename);
   std::array<ui8_t, 16> start{};
@@ -118,6 +138,13 @@ Result_t TextTimelineTrack::InitWithFilename(const std::string& filename, const 
   m_Duration = duration;
   m_SpanDuration = duration;
   return result;
+}
+
+void TextTimelineTrack::DropResources() {
+  m_AncillaryResourceIdMap.clear();
+  m_AncillaryResourceIdList.clear();
+  m_AncillaryResourceNameMap.clear();
+  m_AncillaryResourceNameList.clear();
 }
 
 Result_t TextTimelineTrack::InitWithST429_5Filename(const std::string& filename, Ferro::fsize_t file_size) {
@@ -183,18 +210,17 @@ Result_t TextTimelineTrack::InitWithInteropFilename(const Ferro::FileReader& fil
   m_AssetID = document.SubtitleID;
   m_TextResource.AssetID(m_AssetID);
   m_TextResource.MIMEType(Cairn::FileTypeToInteropMIMEType(Cairn::FT_TI_SUBTITLE));
-  const std::string folder = Ferro::PathDirname(file.Filename());
-  for (const std::string& name : document.AncillaryNames()) LoadInteropResource(folder, name);
+  for (const std::string& name : document.AncillaryNames()) LoadInteropResource(file.Filename(), name);
   return Ferro::RESULT_OK;
 }
 
 /// Nobody is served by a show that stops for one font, so what cannot be loaded is logged and left out.
-void TextTimelineTrack::LoadInteropResource(const std::string& folder, const std::string& name) {
-  const std::string path = Ferro::PathJoin(folder, name);
+void TextTimelineTrack::LoadInteropResource(const std::string& document, const std::string& name) {
+  const std::string path = Ferro::PathJoin(Ferro::PathDirname(document), name);
   TextBuffer& buffer = m_AncillaryResourceNameMap[name];
   Ferro::FileReader file;
   // The document comes from outside: it must not reach for the server's other files.
-  Result_t result = Ferro::PathStaysInside(name) ? file.OpenRead(path) : Cairn::RESULT_CN_PATH;
+  Result_t result = BelongsToDocument(document, name) ? file.OpenRead(path) : Cairn::RESULT_CN_PATH;
   if (result.Success()) result = ReadWholeFile(file, buffer);
   if (result.Failure()) {
     m_AncillaryResourceNameMap.erase(name);

@@ -28,7 +28,8 @@ enum class ShortIndexPack {
 
 /// A track of timed text: an Interop subtitle document with its fonts and images beside it, or an ST 429-5 track file
 /// with them inside. Initialisation loads all of it; the track then answers copies and has neither a ready nor a
-/// dormant state.
+/// dormant state. Mind: unless it is made with ShortIndexPack::Refuse, a file whose random index pack lists too few
+/// partitions for its resources ends the process by an assertion; files from outside are never given to such a track.
 ///
 /// InitWithFilename holds the buffer lock throughout. The getters do not lock: a caller that reads while another thread
 /// may initialise brackets its reads with BufferLock and BufferUnlock, and asks EditRate, which locks too, outside.
@@ -40,10 +41,11 @@ class TextTimelineTrack : public ITimelineTrack {
   void SetIdentity(TrackType_t type, ui32_t channel_id, const std::string& asset_name, const std::string& language);
 
   /// Loads the document and its resources. A file whose first four bytes are those of an MXF key is taken for ST 429-5,
-  /// any other for Interop.
+  /// any other for Interop. A second call loads anew and keeps nothing of the first.
   /// @return RESULT_OK; QUIRE::RESULT_FORMAT for a file of fewer than 16 bytes; what opening, reading and decoding
   /// return. A resource of an ST 429-5 file that cannot be read is logged and ends the loading with its failure. A
-  /// resource of an Interop document that cannot be read is logged and left out. After a failure the track is not to be
+  /// resource of an Interop document that cannot be read is logged and left out, and so is one whose name is absolute or
+  /// has a step "..", or which is a link that leads out of the document's folder. After a failure the track is not to be
   /// used.
   Result_t InitWithFilename(const std::string& filename, const ui32_t& entry_point, const ui32_t& duration) override;
   void MakeReady() override {}
@@ -93,7 +95,8 @@ class TextTimelineTrack : public ITimelineTrack {
   Result_t LoadST429_5Resource(QUIRE::TimedText::MXFReader& reader,
                                const QUIRE::TimedText::TimedTextResourceDescriptor& resource, ui32_t size_hint);
   Result_t InitWithInteropFilename(const Ferro::FileReader& file);
-  void LoadInteropResource(const std::string& folder, const std::string& name);
+  void LoadInteropResource(const std::string& document, const std::string& name);
+  void DropResources();
 
   QUIRE::UL m_ChannelAssignment;
   std::string m_MCALabelString;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <Strata/ShowPlaylist.h>
+#include "ShowPlaylist/h__SPLParser.h"
 
 #include "../support/LogCapture.h"
 #include "../support/TemporaryFolder.h"
@@ -316,6 +316,21 @@ TEST(ShowPlaylistParser, StaticImageIsLoggedAndAddsNothing) {
   Decode(playlist, Sequence("<StaticImage><URI>a.png</URI></StaticImage><Marker/>"));
   EXPECT_EQ(log.TextWithLevels(), "W Ignoring StaticImage in playlist, not supported\n");
   EXPECT_EQ(playlist.ShowSequence.size(), 1u);
+}
+
+TEST(ShowPlaylistParser, WhatAShowLosesGoesToTheDefaultLogWhateverTheHandlersSink) {
+  Cairn::init_xml_libs();
+  ShowPlaylist playlist;
+  LogCapture log;
+  Ferro::MemoryLogSink given;
+  h__SPLParser parser;
+  EXPECT_EQ(parser.Parse(Sequence("<StaticImage/><CompositionPlaylist><EditRate>24</EditRate></CompositionPlaylist>"),
+                         &playlist, given),
+            Ferro::RESULT_OK);
+  EXPECT_EQ(log.TextWithLevels(),
+            "W Ignoring StaticImage in playlist, not supported\n"
+            "E Unable to decode rational value from string \"24\".");
+  EXPECT_TRUE(given.Entries().empty());
 }
 
 TEST(ShowPlaylistParser, DocumentOfAnUnknownNamespaceIsRefused) {

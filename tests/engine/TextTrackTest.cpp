@@ -103,6 +103,14 @@ TEST_F(SMPTETextTrack, FontsAndImages) {
   ExpectDocumentAndResources();
 }
 
+TEST_F(SMPTETextTrack, InitialisedTwiceItListsItsResourcesOnce) {
+  Spec.FontSizes = {1000};
+  Spec.ImageSizes = {82, 3000};
+  WriteAndInit();
+  WriteAndInit();
+  ExpectDocumentAndResources();
+}
+
 TEST_F(SMPTETextTrack, TwentyResources) {
   Spec.FontSizes = {5000};
   for (size_t i = 0; i < 19; ++i) Spec.ImageSizes.push_back(100 + 997 * i);
@@ -324,6 +332,59 @@ TEST_F(InteropTextTrack, ResourceOutsideTheDocumentsFolderIsRefused) {
   EXPECT_EQ(Names(), Lines{});
   ASSERT_EQ(Errors().size(), 2u);
   EXPECT_EQ(Errors().front(), Folder.Path("sub/../secret.png") + ": The path leaves its package.");
+}
+
+TEST_F(InteropTextTrack, NameWithAStepUpIsRefusedEvenWhereItLeadsBack) {
+  WriteFile("sub/one.png", "one");
+  WriteFile("sub/images/two.png", "two");
+  WriteFile("sub/logo..png", "dots are no step");
+  WriteFile("sub/text.xml", Document({}, {"images/../one.png", "../sub/one.png", "logo..png"}));
+  ASSERT_EQ(Init("sub/text.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), Lines{"logo..png"});
+  EXPECT_EQ(Errors().size(), 2u);
+}
+
+TEST_F(InteropTextTrack, LinkOutOfTheDocumentsFolderIsRefusedAndOneInsideFollowed) {
+  namespace fs = std::filesystem;
+  WriteFile("secret.png", "secret");
+  WriteFile("sub/text.xml", Document({}, {"in.png", "out.png", "folder/secret.png"}));
+  WriteFile("sub/images/one.png", "one");
+  fs::create_symlink("images/one.png", Folder.Path("sub/in.png"));
+  fs::create_symlink("../secret.png", Folder.Path("sub/out.png"));
+  fs::create_directory_symlink("..", Folder.Path("sub/folder"));
+  ASSERT_EQ(Init("sub/text.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), Lines{"in.png"});
+  EXPECT_EQ(Errors(), (Lines{Folder.Path("sub/out.png") + ": The path leaves its package.",
+                             Folder.Path("sub/folder/secret.png") + ": The path leaves its package."}));
+}
+
+TEST_F(InteropTextTrack, DocumentAndItsFilesMayBeReachedByLinks) {
+  namespace fs = std::filesystem;
+  WriteFile("package/text.xml", Document({"font.ttf"}, {}));
+  WriteFile("package/font.ttf", "the font");
+  fs::create_directory_symlink("package", Folder.Path("linked"));
+  ASSERT_EQ(Init("linked/text.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), Lines{"font.ttf"});
+
+  fs::create_directory(Folder.Path("store"));
+  fs::create_symlink("../package/text.xml", Folder.Path("store/text.xml"));
+  fs::create_symlink("../package/font.ttf", Folder.Path("store/font.ttf"));
+  ASSERT_EQ(Init("store/text.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), Lines{"font.ttf"});
+}
+
+TEST_F(InteropTextTrack, InitialisedTwiceItListsItsResourcesOnce) {
+  WriteFile("text.xml", Document({"font.ttf"}, {"one.png"}));
+  WriteFile("other.xml", Document({"font.ttf"}, {}));
+  WriteFile("font.ttf", "the font");
+  WriteFile("one.png", "1");
+  ASSERT_EQ(Init("text.xml"), Ferro::RESULT_OK);
+  ASSERT_EQ(Init("text.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), (Lines{"font.ttf", "one.png"}));
+  ASSERT_EQ(Init("other.xml"), Ferro::RESULT_OK);
+  EXPECT_EQ(Names(), Lines{"font.ttf"});
+  FrameBuffer buffer;
+  EXPECT_FALSE(Track.GetTimedTextResourceByName("one.png", buffer));
 }
 
 TEST_F(InteropTextTrack, EmptyResourceIsKept) {

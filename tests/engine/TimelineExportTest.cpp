@@ -51,6 +51,11 @@ struct TimelineExport : testing::Test {
   }
 };
 
+TEST_F(TimelineExport, DocumentThatCannotBeWrittenLeavesNoOlderOne) {
+  AddEvent(std::string("no text for XML: ") + '\x01', 0);
+  EXPECT_EQ(ShowPlaylistOf(Fake), "");
+}
+
 TEST_F(TimelineExport, EventsBecomeMarkersInFrontOfAndInsideCompositions) {
   AddEvent("start", 0);
   AddEvent("inside", 50);

@@ -13,6 +13,17 @@ namespace {
 
 std::atomic<bool> s_NoThreads = false;
 thread_local bool s_NoMemory = false;
+thread_local unsigned s_PiecesLeft = 0;
+thread_local bool s_WasMissed = false;
+
+void* Allocate(std::size_t size) {
+  if (s_NoMemory && s_PiecesLeft == 0) {
+    s_WasMissed = true;
+    return nullptr;
+  }
+  if (s_NoMemory) --s_PiecesLeft;
+  return std::malloc(size == 0 ? 1 : size);
+}
 
 }  // namespace
 
@@ -23,9 +34,12 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
 }
 
 void* operator new(std::size_t size) {
-  void* const memory = s_NoMemory ? nullptr : std::malloc(size == 0 ? 1 : size);
+  void* const memory = Allocate(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return Allocate(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);
@@ -43,11 +57,17 @@ NoThreads::~NoThreads() {
   s_NoThreads = false;
 }
 
-NoMemory::NoMemory() {
+NoMemory::NoMemory(unsigned pieces) {
+  s_PiecesLeft = pieces;
+  s_WasMissed = false;
   s_NoMemory = true;
 }
 NoMemory::~NoMemory() {
   s_NoMemory = false;
+}
+
+bool NoMemory::WasMissed() {
+  return s_WasMissed;
 }
 
 }  // namespace testsupport

@@ -13,13 +13,16 @@ class NoThreads {
   NoThreads& operator=(const NoThreads&) = delete;
 };
 
-/// While one exists, the calling thread has no memory to allocate.
+/// While one exists, the calling thread has no memory to allocate, but for the first few pieces.
 class NoMemory {
  public:
-  NoMemory();
+  explicit NoMemory(unsigned pieces = 0);
   ~NoMemory();
   NoMemory(const NoMemory&) = delete;
   NoMemory& operator=(const NoMemory&) = delete;
+
+  /// Whether an allocation was refused.
+  [[nodiscard]] static bool WasMissed();
 };
 
 }  // namespace testsupport
