@@ -12,6 +12,7 @@
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
+#include <map>
 #include <string>
 
 namespace {
@@ -41,29 +42,55 @@ class Printer : public Strata::ITransportNotify {
 struct Counts {
   uint64_t Frames = 0;
   uint64_t Bytes = 0;
+  uint64_t Unreadable = 0;
+  uint64_t Missing = 0;
 };
 
-/// Takes the frame of one track. A position within the reel is one of the file once its entry point is added.
-void TakeFrame(Strata::ITimelineTrack& track, Ferro::ui32_t reel_position, Counts& counts) {
-  track.ReadyFrameAtLocation(track.EntryPoint() + reel_position);
-  track.BufferLock();  // the frame stays in place until BufferUnlock: show it here
-  ++counts.Frames;
+/// The tracks of the present edit unit, each with what asks it for frames. A track of a reel that is over goes away.
+using Requesters = std::map<Strata::ITimelineTrack*, Strata::FrameRequester>;
+
+/// Takes the frame of one track at a position of its reel.
+void TakeFrame(Strata::ITimelineTrack& track, Strata::FrameRequester& requester, Ferro::ui32_t reel_position,
+               Counts& counts) {
+  const auto position = Strata::PlayedFilePosition(track, reel_position);
+  if (!position) return;  // the track is over, and its reel goes on: silence, or no data
+  // The next frame is read while this one is shown. Past the last one nothing is asked for.
+  const auto frame = requester.Take(*position, Strata::PlayedFilePosition(track, reel_position + 1));
+  if (!frame.IsThere()) {
+    ++counts.Unreadable;
+    return;
+  }
+  ++counts.Frames;  // show track.FrameBuffer() here: it stays in place as long as `frame` exists
   counts.Bytes += track.FrameBufferSize();
   if (track.HasStereoImage()) counts.Bytes += track.REyeFrameBufferSize();
-  track.BufferUnlock();
+}
+
+/// The tracks that play at `position`, with a requester for each that is new. Those of the reel before are released
+/// first: the playlist may put them to rest.
+void FindTracks(Strata::IPlaylist& playlist, Ferro::ui32_t position, Requesters& requesters, Counts& counts) {
+  if (playlist.TranslateReelPosition(position) == 0) requesters.clear();
+  for (const auto type : {Strata::TRKT_IMAGE, Strata::TRKT_SOUND, Strata::TRKT_AUX_DATA})
+    for (Ferro::ui32_t channel = 0; channel < playlist.GetChannelCountForType(type, position); ++channel) {
+      Strata::ITimelineTrack* track = playlist.GetReaderForChannel(type, channel, position);
+      if (track == nullptr) continue;
+      if (IsReady(*track))
+        requesters.try_emplace(track, *track);
+      else
+        ++counts.Missing;  // its file has vanished since the show was loaded: the rest plays
+    }
 }
 
 /// Plays from the first edit unit to the last.
 Counts Play(Strata::IPlaylist& playlist) {
   Printer printer;
   Counts counts;
+  Requesters requesters;
   bool at_end = false;
   while (!at_end) {
     const Ferro::ui32_t position = playlist.GetPosition();
-    for (const auto type : {Strata::TRKT_IMAGE, Strata::TRKT_SOUND, Strata::TRKT_AUX_DATA})
-      for (Ferro::ui32_t channel = 0; channel < playlist.GetChannelCountForType(type, position); ++channel)
-        if (Strata::ITimelineTrack* track = playlist.GetReaderForChannel(type, channel, position))
-          TakeFrame(*track, playlist.TranslateReelPosition(position), counts);
+    FindTracks(playlist, position, requesters, counts);
+    for (auto& [track, requester] : requesters)
+      TakeFrame(*track, requester, playlist.TranslateReelPosition(position), counts);
 
     playlist.TransportStatusNotify(&printer, Strata::CMD_PLAY, Strata::DeviceStatus(), false);
     playlist.PlaylistStatusNotify(&printer, false);
@@ -106,5 +133,7 @@ int main(int argc, char** argv) {
   const Counts counts = Play(*playlist);
   std::printf("%u edit units played: %" PRIu64 " frames, %" PRIu64 " bytes\n", playlist->GetDuration(), counts.Frames,
               counts.Bytes);
-  return 0;
+  if (counts.Unreadable > 0) std::printf("%" PRIu64 " frames could not be read\n", counts.Unreadable);
+  if (counts.Missing > 0) std::printf("%" PRIu64 " frames are of files that have vanished\n", counts.Missing);
+  return counts.Unreadable + counts.Missing == 0 ? 0 : 1;
 }

@@ -7,6 +7,7 @@
 
 #include <QUIRE/FrameBuffer.h>
 #include <Strata/CompositionInfo.h>
+#include <Strata/FrameRequester.h>
 
 namespace Tool {
 
@@ -17,11 +18,6 @@ using Ferro::ui8_t;
 
 std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
   return {frame.RoData(), frame.RoData() + frame.Size()};
-}
-
-// Silence is the same everywhere and has no number; a buffer that holds no frame is empty.
-bool IsSilence(const QUIRE::FrameBuffer& frame) {
-  return frame.FrameNumber() == QUIRE::NoFrame && frame.Size() > 0;
 }
 
 bool IsText(Strata::TrackType_t type) {
@@ -75,20 +71,17 @@ Strata::ITimelineTrack& ShowFrames::TrackFor(const FrameChannel& channel, ui32_t
 }
 
 void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const {
-  // A track that could not be opened stays dormant, and tells so only by what MakeDormant answers.
-  if (!track.MakeDormant())
+  if (!IsReady(track))
     throw CommandError(ExitCode::NotPlayable, "the track file " + unit.AssetID + " cannot be opened");
-  track.MakeReady();
-  track.ReadyFrameAtLocation(unit.FilePosition);
-  track.BufferLock();
-  const QUIRE::FrameBuffer& frame = track.FrameBuffer();
-  const bool delivered = frame.FrameNumber() == unit.FilePosition || IsSilence(frame);
-  if (delivered) unit.Bytes = BytesOf(frame);
-  if (delivered && track.HasStereoImage()) unit.RightEye = BytesOf(track.REyeFrameBuffer());
-  track.BufferUnlock();
-  if (!delivered)
-    throw CommandError(ExitCode::NotPlayable, "edit unit " + std::to_string(unit.FilePosition) + " of the track file " +
-                                                  unit.AssetID + " cannot be read");
+  Strata::FrameRequester requester(track);
+  {
+    const auto frame = requester.Take(unit.FilePosition);
+    if (!frame.IsThere())
+      throw CommandError(ExitCode::NotPlayable, "edit unit " + std::to_string(unit.FilePosition) +
+                                                    " of the track file " + unit.AssetID + " cannot be read");
+    unit.Bytes = BytesOf(track.FrameBuffer());
+    if (track.HasStereoImage()) unit.RightEye = BytesOf(track.REyeFrameBuffer());
+  }
   if (type == Strata::TRKT_SOUND) {
     unit.Coding = FrameCoding::PCM;
     unit.Sound = FormatOf(track);

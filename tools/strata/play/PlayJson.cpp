@@ -11,6 +11,7 @@ Json ChannelJson(const ChannelStatistics& channel) {
               {"delivered", channel.Delivered},
               {"late", channel.Late},
               {"repeated", channel.Repeated},
+              {"missing", channel.Missing},
               {"bytes", channel.Bytes},
               {"latency_ms",
                {{"p50", channel.Latency.Percentile(0.5)},

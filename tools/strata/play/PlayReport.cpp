@@ -33,10 +33,16 @@ Ferro::ui64_t PlayReport::FramesLacking() const {
   return count;
 }
 
+Ferro::ui64_t PlayReport::FramesMissing() const {
+  Ferro::ui64_t count = 0;
+  for (const ChannelStatistics& channel : Channels) count += channel.Missing;
+  return count;
+}
+
 ExitCode PlayReport::Code() const {
   if (Interrupted) return ExitCode::Interrupted;
   const bool differs = Verified && Verified->Different > 0;
-  return differs || FramesLacking() > 0 ? ExitCode::NotPlayable : ExitCode::Fine;
+  return differs || FramesLacking() + FramesMissing() > 0 ? ExitCode::NotPlayable : ExitCode::Fine;
 }
 
 std::string PlayText(const PlayReport& report) {
@@ -45,6 +51,8 @@ std::string PlayText(const PlayReport& report) {
   for (const ChannelStatistics& channel : report.Channels) text += ChannelText(channel);
   if (const auto lacking = report.FramesLacking(); lacking > 0)
     text += std::to_string(lacking) + " frames could not be read: `strata check` says which file is damaged.\n";
+  if (const auto missing = report.FramesMissing(); missing > 0)
+    text += std::to_string(missing) + " frames are of files that could not be opened: `strata check` names them.\n";
   if (report.Verified)
     text +=
         "Verified " + std::to_string(report.Verified->Compared) + " frames: " +

@@ -32,7 +32,9 @@ struct PlayReport {
   [[nodiscard]] Ferro::ui64_t BytesPerSecond() const;
   /// Frames that could not be read, so that what came before stayed in their place.
   [[nodiscard]] Ferro::ui64_t FramesLacking() const;
-  /// Interrupted, NotPlayable where frames are lacking or differ from their files, else Fine.
+  /// Frames of files that could not be opened any more.
+  [[nodiscard]] Ferro::ui64_t FramesMissing() const;
+  /// Interrupted, NotPlayable where frames are lacking or missing or differ from their files, else Fine.
   [[nodiscard]] ExitCode Code() const;
 };
 

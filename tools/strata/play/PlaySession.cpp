@@ -19,6 +19,7 @@ namespace {
 
 constexpr auto StatusInterval = std::chrono::milliseconds(100);
 constexpr auto PositionInterval = std::chrono::seconds(1);
+constexpr unsigned SecondsToEnd = 5;   // after a signal, when some file cannot be read and does not fail either
 constexpr size_t MostEvents = 10'000;  // kept for the summary
 
 }  // namespace
@@ -49,7 +50,12 @@ bool PlaySession::Play() {
     Warn("edit unit " + std::to_string(m_Playlist->GetPosition()) + ", " + channel + ": frame " +
          std::to_string(frame) + " of the file cannot be read; others of this file are only counted");
   });
+  m_Reader->OnFirstMissing([this](const std::string& channel, Ferro::ui32_t) {
+    Warn("edit unit " + std::to_string(m_Playlist->GetPosition()) + ", " + channel +
+         ": the file cannot be opened any more; the rest plays without it");
+  });
   Terminal terminal;
+  Interrupt::EndAfter(SecondsToEnd, &Terminal::Restore);
   if (terminal.IsTerminal())
     Say("space pause   . , step   arrows jump   q quit   or a command and Enter: (f|b|l<n>|t<n>|j(b|f)|p|s|?)");
   if (!m_Options.Paused) m_Transport->TogglePause();

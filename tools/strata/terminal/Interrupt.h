@@ -10,6 +10,10 @@ class Interrupt {
  public:
   static void Install();
   [[nodiscard]] static bool Requested();
+  /// For work that may not hear the wish, because it waits for a read that never returns: from the first signal on, the
+  /// program has `seconds` to end by itself. Then it ends at once, with the exit code Interrupted.
+  /// @param tidy_up  called before that from a signal handler: whatever it calls must be allowed there. May be null.
+  static void EndAfter(unsigned seconds, void (*tidy_up)());
 };
 
 }  // namespace Tool

@@ -49,8 +49,11 @@ OwnThreadLog::~OwnThreadLog() {
 }
 
 void OwnThreadLog::WriteEntry(const Ferro::LogEntry& entry) {
-  const bool is_counted = entry.Level == Ferro::LogLevel::Error && std::this_thread::get_id() != m_Owner;
-  if (m_ShowsAll || !is_counted) m_Before->WriteEntry(entry);
+  constexpr size_t most_remembered = 1000;
+  const bool is_own = std::this_thread::get_id() == m_Owner;
+  const bool is_counted = entry.Level == Ferro::LogLevel::Error && !is_own;
+  const bool is_known = is_own && m_Shown.size() < most_remembered && !m_Shown.insert(entry.Message).second;
+  if (m_ShowsAll || !(is_counted || is_known)) m_Before->WriteEntry(entry);
 }
 
 }  // namespace Tool

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <string_view>
 
 namespace Tool {
@@ -15,6 +16,7 @@ namespace Tool {
 namespace {
 
 termios s_Before;
+volatile std::sig_atomic_t s_IsRaw = 0;
 
 // What follows the escape character: of ECMA-48's CSI, and of SS3 where the terminal is in its application mode.
 struct EscapeSequence {
@@ -58,11 +60,17 @@ Terminal::Terminal() : m_IsTerminal(isatty(STDIN_FILENO) != 0) {
   tcgetattr(STDIN_FILENO, &s_Before);
   termios raw = s_Before;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+  s_IsRaw = 1;
   tcsetattr(STDIN_FILENO, TCSANOW, &raw);
 }
 
 Terminal::~Terminal() {
-  if (m_IsTerminal) tcsetattr(STDIN_FILENO, TCSANOW, &s_Before);
+  Restore();
+}
+
+void Terminal::Restore() {
+  if (s_IsRaw) tcsetattr(STDIN_FILENO, TCSANOW, &s_Before);
+  s_IsRaw = 0;
 }
 
 unsigned Terminal::Columns(int descriptor) {

@@ -13,6 +13,8 @@ class Terminal {
  public:
   Terminal();
   ~Terminal();
+  /// Gives the terminal back as it was found; a signal handler may call it. The destructor does so too.
+  static void Restore();
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
