@@ -23,7 +23,7 @@ namespace Strata {
 /// without an exchange of buffers. The bracket after it may then show the frame of a later request, and so may every
 /// bracket that follows, until all requests are answered. This class therefore compares each frame's number with the one
 /// asked for. On the first that differs it stops asking ahead until every request is answered. It asks for nothing ahead
-/// of a position that the front holds already. So each readable frame is shown under its own number, and each frame that
+/// of a position that the front may hold already, which is every position until the first frame was taken. So each readable frame is shown under its own number, and each frame that
 /// cannot be read is reported once, for itself alone.
 ///
 /// Silence and text answer at once; their frame is always there. One thread uses an object and its track.
@@ -98,7 +98,7 @@ class FrameRequester {
   ITimelineTrack& m_Track;
   std::optional<ui32_t> m_Asked;  // the one request that no frame was taken for
   ui32_t m_Front = NoFrame;       // the number of the frame shown last
-  bool m_InStep = true;           // the next bracket shows the frame of the oldest request, if it can be read
+  bool m_InStep = false;  // the front is known, and each bracket shows its own request's frame if it can be read
 };
 
 }  // namespace Strata

@@ -207,6 +207,20 @@ TEST_F(FrameRequesterModel, FrameAskedForAheadAndNotTakenIsDropped) {
     }
 }
 
+TEST_F(FrameRequesterModel, NewRequesterOnATrackThatWasUsedKeepsInStepToo) {
+  const auto change_over = [](ModelTrack& track, const Wanted& wanted, Faults& faults) {
+    const auto middle = wanted.Positions.begin() + static_cast<std::ptrdiff_t>(wanted.Positions.size() / 2);
+    // The first asks ahead for a frame that only the second takes.
+    TakeAll(track, {{wanted.Positions.begin(), middle + 1}, wanted.Readable}, faults);
+    TakeAll(track, {{middle, wanted.Positions.end()}, wanted.Readable}, faults);
+  };
+  for (unsigned pattern = 0; pattern < 81; ++pattern) {
+    if (pattern % KindCount == Repeated) continue;
+    const Wanted wanted = WantedOf(pattern, 4);
+    ASSERT_EQ(Run(wanted, change_over), Faults()) << TextOf(wanted);
+  }
+}
+
 TEST_F(FrameRequesterModel, HostThatAlwaysAsksAheadIsShownFramesOfOthers) {
   const Wanted sound{{0, 1, 2, 3}, {true, true, true, true}};
   EXPECT_EQ(Run(sound, TakeAllWithoutResynchronising), Faults());

@@ -31,9 +31,10 @@ struct FrameRequesterTest : testing::Test {
 
 TEST_F(FrameRequesterTest, NextFrameIsReadWhileThePresentOneIsUsed) {
   FrameRequester requester(Track);
+  EXPECT_TRUE(requester.Take(0).IsThere());
   const auto frame = requester.Take(1, 2);
   EXPECT_TRUE(frame.IsThere());
-  Track.m_TrackFile->Ended.Pend();
+  for (int i = 0; i < 2; ++i) Track.m_TrackFile->Ended.Pend();  // frames 0 and 1
   Track.m_TrackFile->Ended.Pend();  // frame 2 is read, and frame 1 still shown
   EXPECT_TRUE(Holds(Track.FrameBuffer(), 1));
 }

@@ -41,8 +41,7 @@ TEST_F(TimelineTrackFault, WithoutAThreadEveryRequestIsAnsweredAsAFailedRead) {
             "Thread TimelineTrack cannot be started: Resource temporarily unavailable\n"
             "IMG (frame 7): An undefined error was detected.\n"
             "IMG (frame 8): An undefined error was detected.\n"
-            "IMG (frame 9): An undefined error was detected.\n"
-            "IMG (frame 10): An undefined error was detected.\n");
+            "IMG (frame 9): An undefined error was detected.\n");
   EXPECT_EQ(ControlledFile::Facts.OpenCount, 2);
 }
 
