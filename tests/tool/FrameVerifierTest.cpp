@@ -92,6 +92,13 @@ PlayReport ReportWith(bool interrupted, Ferro::ui64_t repeated) {
   return report;
 }
 
+TEST(PlayReport, FramesOfMissingFilesAreNotPlayableAndTold) {
+  PlayReport report = ReportWith(false, 0);
+  report.Channels.back().Missing = 24;
+  EXPECT_EQ(report.Code(), ExitCode::NotPlayable);
+  EXPECT_NE(PlayText(report).find("\n24 frames are of files that could not be opened: "), std::string::npos);
+}
+
 TEST(PlayReport, FramesThatCouldNotBeReadAreNotPlayable) {
   EXPECT_EQ(ReportWith(false, 3).Code(), ExitCode::NotPlayable);
   EXPECT_EQ(ReportWith(false, 0).Code(), ExitCode::Fine);
