@@ -216,7 +216,7 @@ readme() {
 documents() {
   local document path
   # shellcheck disable=SC2016
-  for document in README.md $(find docs -name '*.md'); do
+  for document in $(find README.md DEVELOPERS.md packaging docs -name '*.md' 2>/dev/null); do
     for path in $(grep -oE '`(include|src|toolkit|tools|tests|fuzz|bench|examples|packaging|docs|cmake)/[A-Za-z0-9_./-]*`' \
       "$document" | tr -d '`'); do
       [[ -e $path ]] || echo "$document: there is no $path"
