@@ -22,10 +22,15 @@ EssenceType_t TypeOf(const Bytes& bytes) {
   return type;
 }
 
+// Asset stores keep these numbers.
+static_assert(ESS_UNKNOWN == 0 && ESS_MXF_OTHER == 2 && ESS_MPEG2_VES == 3 && ESS_JPEG_2000 == 4 && ESS_PCM == 5);
+static_assert(ESS_JPEG_2000_S == 18 && ESS_TIMED_TEXT == 19 && ESS_DCDATA == 22 && ESS_ATMOS == 23);
+
 TEST(EssenceType, EachKindIsTold) {
-  const std::pair<MxfBuilder::Kind_t, ui32_t> kinds[] = {
-      {MxfBuilder::MPEG2, 3},      {MxfBuilder::JP2K, 4},    {MxfBuilder::PCM, 5},   {MxfBuilder::JP2KS, 18},
-      {MxfBuilder::TimedText, 19}, {MxfBuilder::DCData, 22}, {MxfBuilder::Atmos, 23}};
+  const std::pair<MxfBuilder::Kind_t, EssenceType_t> kinds[] = {
+      {MxfBuilder::MPEG2, ESS_MPEG2_VES},   {MxfBuilder::JP2K, ESS_JPEG_2000},       {MxfBuilder::PCM, ESS_PCM},
+      {MxfBuilder::JP2KS, ESS_JPEG_2000_S}, {MxfBuilder::TimedText, ESS_TIMED_TEXT}, {MxfBuilder::DCData, ESS_DCDATA},
+      {MxfBuilder::Atmos, ESS_ATMOS}};
   for (const auto& [kind, value] : kinds) {
     for (bool interop : {false, true}) {
       MxfBuilder builder = MakeBuilder(kind, 2);

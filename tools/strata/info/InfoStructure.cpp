@@ -20,23 +20,9 @@ using QUIRE::MXF::FileStructure;
 using QUIRE::MXF::Partition;
 using QUIRE::MXF::PartitionKind;
 
-const char* PartitionName(PartitionKind kind) {
-  switch (kind) {
-    case PartitionKind::Header:
-      return "header";
-    case PartitionKind::Body:
-      return "body";
-    case PartitionKind::Footer:
-      return "footer";
-    case PartitionKind::GenericStream:
-      return "generic stream";
-  }
-  return "unknown";
-}
-
 InfoFacts PartitionFacts(const Partition& partition) {
   InfoFacts facts;
-  facts.Set("kind", PartitionName(partition.Kind));
+  facts.Set("kind", QUIRE::MXF::PartitionKindName(partition.Kind));
   facts.Set("offset", partition.FileOffset);
   if (partition.BodySID != 0) facts.Set("body_sid", partition.BodySID);
   if (partition.IndexSID != 0) facts.Set("index_sid", partition.IndexSID);

@@ -14,20 +14,6 @@ namespace {
 
 using Kind = DumpNode::Kind;
 
-const char* KindName(PartitionKind kind) {
-  switch (kind) {
-    case PartitionKind::Header:
-      return "header";
-    case PartitionKind::Body:
-      return "body";
-    case PartitionKind::Footer:
-      return "footer";
-    case PartitionKind::GenericStream:
-      return "generic stream";
-  }
-  return "unknown";
-}
-
 const char* StatusName(PartitionStatus status) {
   switch (status) {
     case PartitionStatus::OpenIncomplete:
@@ -43,7 +29,7 @@ const char* StatusName(PartitionStatus status) {
 }
 
 void DescribePartition(const Partition& partition, DumpNode& group) {
-  group.AddText("Kind", KindName(partition.Kind));
+  group.AddText("Kind", PartitionKindName(partition.Kind));
   group.AddText("Status", StatusName(partition.Status));
   group.AddNumber("Offset", partition.FileOffset);
   group.AddText("Version", std::to_string(partition.MajorVersion) + '.' + std::to_string(partition.MinorVersion));

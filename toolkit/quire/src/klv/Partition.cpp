@@ -49,6 +49,20 @@ Partition FixedFields(const ui8_t* value) {
 
 }  // namespace
 
+const char* PartitionKindName(PartitionKind kind) {
+  switch (kind) {
+    case PartitionKind::Header:
+      return "header";
+    case PartitionKind::Body:
+      return "body";
+    case PartitionKind::Footer:
+      return "footer";
+    case PartitionKind::GenericStream:
+      return "generic stream";
+  }
+  return "unknown";
+}
+
 UL Partition::Key() const {
   std::array<ui8_t, 16> key = DefaultSMPTEDict().Type(MDD_PartitionPack).Label;
   const bool stream = Kind == PartitionKind::GenericStream;

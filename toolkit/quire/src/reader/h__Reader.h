@@ -35,7 +35,7 @@ class h__Reader {
   [[nodiscard]] MXF::IndexEntry Entry(ui32_t frame_number) const;
 
   /// Reads a stream's only element into a buffer that grows as needed. Makes one of all pieces where a generic stream was
-  /// split over several partitions (ST 410).
+  /// divided among several partitions (ST 410).
   [[nodiscard]] Result_t ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
                                     FrameBuffer& frame);
 

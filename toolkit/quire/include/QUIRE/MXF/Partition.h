@@ -15,6 +15,9 @@ namespace QUIRE::MXF {
 
 /// Byte 14 of a partition pack's key; a generic stream partition (ST 410) is told by byte 15.
 enum class PartitionKind : ui8_t { Header = 2, Body = 3, Footer = 4, GenericStream = 0x11 };
+/// "header", "body", "footer", "generic stream". Never null.
+[[nodiscard]] QUIRE_API const char* PartitionKindName(PartitionKind kind);
+
 /// Byte 15: open while metadata may still change, incomplete while values are missing (ST 377-1, 6.2.3).
 enum class PartitionStatus : ui8_t { OpenIncomplete = 1, ClosedIncomplete = 2, OpenComplete = 3, ClosedComplete = 4 };
 
