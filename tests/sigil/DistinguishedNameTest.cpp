@@ -25,6 +25,13 @@ TEST(DistinguishedName, KeywordsMayHaveEitherCaseOrBeObjectIdentifiersWithBlanks
   EXPECT_NE(name, DistinguishedName::FromText("dnQualifier=x,CN=y,OU=z,O=w"));
 }
 
+TEST(DistinguishedName, RareTypesAreReadAsTheyAreWritten) {
+  const auto name = DistinguishedName::FromText("2.5.4.65=a,1.2.3.4.5=b");
+  ASSERT_TRUE(name);
+  EXPECT_EQ(name->Text(), "pseudonym=a,1.2.3.4.5=b");
+  EXPECT_EQ(DistinguishedName::FromText(name->Text()), name);
+}
+
 TEST(DistinguishedName, NamesOfAnotherOrderOrCaseDiffer) {
   EXPECT_NE(DistinguishedName::FromText("CN=a,O=b"), DistinguishedName::FromText("O=b,CN=a"));
   EXPECT_NE(DistinguishedName::FromText("CN=a"), DistinguishedName::FromText("CN=A"));

@@ -106,6 +106,25 @@ TEST(DocumentSignature, TheStandardsSchemasAcceptWhatIsSigned) {
             "");
 }
 
+// Declarations that are there again, undone and not used; attributes out of order, inherited and with escapes.
+TEST(DocumentSignature, NamespacesAreCanonicalAsXmlsecHasThem) {
+  const std::string hard =
+      "<ReelList xmlns:x=\"urn:x\" xmlns:y=\"urn:y\"><x:A xmlns:x=\"urn:x\" xmlns=\"\"><b xmlns=\"urn:b\" "
+      "xmlns:y=\"urn:z\" y:z='&#9;&quot;' xml:lang=\"en\" z=\"1\" x:a=\"2\" a=\"&lt;3\"/><c xmlns=\"\" "
+      "xmlns:x=\"urn:x2\"><x:d/><y:d xmlns:y=\"urn:y\">&#13;&gt;</y:d></c></x:A><?p q ?>";
+  EXPECT_EQ(Verdict(SignedByXmlsec(Replaced(Composition(Cairn::DFT_DCI_SMPTE), "<ReelList>", hard), {})), "valid\n");
+  const std::string around = "<?before x?><!-- c --><?before?>";
+  const std::string xml =
+      Replaced(Composition(Cairn::DFT_DCI_SMPTE), "<CompositionPlaylist", around + "<CompositionPlaylist");
+  EXPECT_EQ(Verdict(SignedByXmlsec(xml + "<?behind?>", {})), "valid\n");
+}
+
+TEST(DocumentSignature, ItsStateIsOneThatDocumentModelsHave) {
+  EXPECT_EQ(Sigil::SignatureModeOf(Sigil::SignatureState::NotSigned), Cairn::SM_NONE);
+  EXPECT_EQ(Sigil::SignatureModeOf(Sigil::SignatureState::Valid), Cairn::SM_VALID);
+  EXPECT_EQ(Sigil::SignatureModeOf(Sigil::SignatureState::Invalid), Cairn::SM_INVALID);
+}
+
 TEST(DocumentSignature, MethodsOfTheOtherFlavourAreWarnedOf) {
   const std::string sha1 = "http://www.w3.org/2000/09/xmldsig#rsa-sha1";
   const std::string sha256 = "http://www.w3.org/2001/04/xmldsig-more#rsa-sha256";

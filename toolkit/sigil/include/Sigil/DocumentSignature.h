@@ -7,6 +7,7 @@
 #include <Sigil/PrivateKey.h>
 #include <Sigil/Result.h>
 
+#include <Cairn/SignatureMode.h>
 #include <Ferro/LogSink.h>
 
 #include <optional>
@@ -16,6 +17,9 @@ namespace Sigil {
 
 /// What is known of a document's signature once it was looked at.
 enum class SignatureState : ui8_t { NotSigned, Valid, Invalid };
+
+/// The state as document models have it (Cairn::CompositionPlaylist::SignatureMode), for whoever verified one.
+[[nodiscard]] SIGIL_API Cairn::SignatureMode_t SignatureModeOf(SignatureState state);
 
 /// What a verifier may take into account beside the document.
 struct SignatureContext {

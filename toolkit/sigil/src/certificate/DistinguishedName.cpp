@@ -12,12 +12,17 @@ namespace Sigil {
 namespace {
 
 constexpr size_t MaxAttributes = 100;
+constexpr size_t MaxTypeLength = 1000;  // characters of a keyword or an object identifier
 constexpr std::string_view Special = ",+\"\\<>;=";
 
+/// Empty for one that OpenSSL finds too long.
 std::string DottedForm(const ASN1_OBJECT* object) {
-  std::array<char, 128> text{};
-  OBJ_obj2txt(text.data(), static_cast<int>(text.size()), object, 1);
-  return text.data();
+  const int length = OBJ_obj2txt(nullptr, 0, object, 1);
+  if (length <= 0) return {};
+  std::string text(static_cast<size_t>(length) + 1, '\0');
+  OBJ_obj2txt(text.data(), length + 1, object, 1);
+  text.pop_back();
+  return text;
 }
 
 /// The keyword of an attribute type; the dotted form where it has none.
@@ -26,7 +31,7 @@ std::string Keyword(const std::string& type) {
   return nid == NID_undef ? type : OBJ_nid2sn(nid);
 }
 
-/// The dotted form of a keyword, in either case, or of an object identifier; empty for neither.
+/// The dotted form of a keyword, of the usual ones in either case, or of an object identifier; empty for neither.
 std::string TypeFrom(std::string_view word) {
   static constexpr std::array Keywords = {"CN",           "O",  "OU", "dnQualifier", "C",
                                           "ST",           "L",  "DC", "street",      "UID",
@@ -36,10 +41,11 @@ std::string TypeFrom(std::string_view word) {
   };
   const auto known = std::ranges::find_if(Keywords, is_same);
   if (known != Keywords.end()) return DottedForm(OBJ_nid2obj(OBJ_txt2nid(*known)));
-  if (word.empty() || word.size() > 100 || word.find_first_not_of("0123456789.") != std::string_view::npos) return {};
-  ASN1_OBJECT* object = OBJ_txt2obj(std::string(word).c_str(), 1);
+  if (word.empty() || word.size() > MaxTypeLength) return {};
+  ASN1_OBJECT* object = OBJ_txt2obj(std::string(word).c_str(), 0);
   std::string type = object == nullptr ? std::string() : DottedForm(object);
   ASN1_OBJECT_free(object);
+  ERR_clear_error();
   return type;
 }
 

@@ -66,6 +66,17 @@ void Verify(const SignedDocument& document, const SignatureForm& form, const Sig
 
 }  // namespace
 
+Cairn::SignatureMode_t SignatureModeOf(SignatureState state) {
+  switch (state) {
+    case SignatureState::Valid:
+      return Cairn::SM_VALID;
+    case SignatureState::Invalid:
+      return Cairn::SM_INVALID;
+    default:
+      return Cairn::SM_NONE;
+  }
+}
+
 std::string SignatureReport::Reason() const {
   const auto first = std::ranges::find(Findings, Error, &Finding::Severity);
   return first == Findings.end() ? std::string() : first->Text;

@@ -31,6 +31,13 @@ class XMLSignature {
   [[nodiscard]] std::vector<ui8_t> SignedInfo();
 
  private:
+  /// What a reference's digest is to be.
+  [[nodiscard]] std::vector<ui8_t> DigestFor(const DSIGReference& reference);
+  /// The document in canonical form, without the signature.
+  [[nodiscard]] std::vector<ui8_t> DigestOfDocument(const EVP_MD* method);
+
+  const SignedDocument& m_Document;
+  xercesc::DOMElement* m_Element;  // the signature's
   XSECProvider m_Provider;
   DSIGSignature* m_Signature;  // m_Provider's
 };
