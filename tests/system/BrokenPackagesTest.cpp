@@ -19,7 +19,13 @@ const std::string CopyAgain = "    Copy the package again from its source.\n";
 const std::string AskAgain = "    The package was made wrong: ask for a corrected one.\n";
 const std::string StoreHint = "    Copy the package that holds it, or name its folder with --store.\n";
 const std::string WillNot = "This show will not play.\n";
-const std::string WillPlay = "This show will play: 0:07.\n";
+const std::string WillPlay =
+    "Nothing speaks against this show: 0:07. Contents were not read: --hash finds damage. Keys of 1 composition were "
+    "not "
+    "looked for.\n";
+const std::string WillPlayByDigests =
+    "This show will play with its keys: 0:07. All files are as their packing lists say. Keys of 1 composition were not "
+    "looked for.\n";
 
 struct Case {
   std::string Name;
@@ -64,6 +70,47 @@ const Case Cases[] = {
      "2\nerror: SampleFeature, reel 1, sound: The file does not have the size that the package lists. Expected 881326 "
      "bytes, found 881327 bytes.\n    file  SHOW/Feature/sound-1.mxf\n" +
          CopyAgain + WillNot},
+    {"CompositionOfAnotherSize",
+     [](const BrokenShow& show) { show.Write("Trailer/CPL.xml", show.Read("Trailer/CPL.xml") + "\n"); },
+     "2\nerror: SampleTrailer, composition: The file does not have the size that the package lists. Expected 1490 "
+     "bytes, "
+     "found 1491 bytes.\n    file  SHOW/Trailer/CPL.xml\n" +
+         CopyAgain + WillNot,
+     "Trailer/CPL.xml"},
+    {"CompositionWithAnotherIdentifier",
+     [](const BrokenShow& show) { show.Replace("Trailer/CPL.xml", "58ce4e14-c900", "58ce4e14-c999"); },
+     "2\nerror: SampleTrailer, composition: The composition says that it is another asset.\n    file  "
+     "SHOW/Trailer/CPL.xml\n" +
+         AskAgain + WillNot,
+     "Trailer/CPL.xml"},
+    {"CompositionInNoPackingList",
+     [](const BrokenShow& show) {
+       const std::string text = show.Read("Trailer/PKL.xml");
+       const size_t begin = text.rfind("<Asset>", text.find("58ce4e14-c900"));
+       show.Write("Trailer/PKL.xml",
+                  text.substr(0, begin) + text.substr(text.find("</Asset>", begin) + std::string("</Asset>").size()));
+     },
+     "0\nwarning: SampleTrailer, composition: It lies in the package, but no packing list names it.\n    file  "
+     "SHOW/Trailer/CPL.xml\nNothing speaks against this show: 0:01. Contents were not read: --hash finds damage.\n",
+     "Trailer/CPL.xml"},
+    {"TrackFileInNoPackingList",
+     [](const BrokenShow& show) {
+       const std::string text = show.Read("Trailer/PKL.xml");
+       const size_t begin = text.rfind("<Asset>", text.find(">sound-1.mxf<"));
+       show.Write("Trailer/PKL.xml",
+                  text.substr(0, begin) + text.substr(text.find("</Asset>", begin) + std::string("</Asset>").size()));
+     },
+     "2\nerror: SampleTrailer, reel 1, sound: The composition states a digest of the file, but no packing list names "
+     "it.\n    file  SHOW/Trailer/sound-1.mxf\n" +
+         AskAgain + WillNot,
+     "Trailer/CPL.xml"},
+    {"SoundShorterThanThePicture",
+     [](const BrokenShow& show) { show.Replace("Trailer/CPL.xml", "<Duration>24", "<Duration>20", "<MainSound>"); },
+     "0\nwarning: SampleTrailer, reel 1, sound: The asset is not as long as the picture of its reel. Expected 24 edit "
+     "units, found 20 edit units.\n    file  SHOW/Trailer/sound-1.mxf\nNothing speaks against this show: 0:01. "
+     "Contents "
+     "were not read: --hash finds damage.\n",
+     "Trailer/CPL.xml"},
     {"ChangedByte",
      [](const BrokenShow& show) {
        std::string sound = show.Read("Feature/sound-1.mxf");
@@ -88,7 +135,8 @@ const Case Cases[] = {
        show.ListSize("Feature/picture-2.mxf");
      },
      "2\nerror: SampleFeature, reel 2, picture: The track file is damaged or was cut short: edit unit 23 cannot be "
-     "read. Requested edit unit is out of range.\n    file  SHOW/Feature/picture-2.mxf\n" +
+     "read. The file does not hold this edit unit: it is cut off or incomplete.\n    file  "
+     "SHOW/Feature/picture-2.mxf\n" +
          CopyAgain + WillNot},
     {"EndCut",
      [](const BrokenShow& show) {
@@ -253,15 +301,17 @@ const Case Cases[] = {
        show.Remove("Feature/sound-1.mxf");
        show.Replace("Feature/ASSETMAP.xml", "<Path>sound-1.mxf", "<Path>folder");
      },
-     "3\nmissing: SampleFeature, reel 1, sound: The file is missing.\n    file  SHOW/Feature/folder\n" + CopyAgain +
-         "This show will not play: missing 1 sound.\n"},
+     "2\nerror: SampleFeature, reel 1, sound: It is no regular file but a folder, a pipe, a socket or a device.\n    "
+     "file  "
+     "SHOW/Feature/folder\n" +
+         CopyAgain + WillNot},
     {"OneIdentifierForTwoFiles",
      [](const BrokenShow& show) {
        std::string sound = show.Read("Feature/sound-1.mxf");
        sound[100'000] ^= 1;
        show.Write("aside.mxf", sound);
      },
-     "0\n" + WillPlay, "--hash"},
+     "0\n" + WillPlayByDigests, "--hash"},
     {"FileOfAnotherAsset",
      [](const BrokenShow& show) {
        fs::copy_file(show.Path("Trailer/sound-1.mxf"), show.Path("Feature/sound-1.mxf"),
@@ -275,8 +325,10 @@ const Case Cases[] = {
        show.Remove("Feature/sound-1.mxf");
        EXPECT_EQ(mkfifo(show.Path("Feature/sound-1.mxf").c_str(), 0600), 0);
      },
-     "3\nmissing: SampleFeature, reel 1, sound: The file is missing.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + "This show will not play: missing 1 sound.\n"},
+     "2\nerror: SampleFeature, reel 1, sound: It is no regular file but a folder, a pipe, a socket or a device.\n    "
+     "file  "
+     "SHOW/Feature/sound-1.mxf\n" +
+         CopyAgain + WillNot},
     {"PipeForTheShow",
      [](const BrokenShow& show) {
        show.Remove("show.xml");
@@ -288,8 +340,10 @@ const Case Cases[] = {
        show.Remove("Feature/sound-1.mxf");
        fs::create_symlink("sound-1.mxf", show.Path("Feature/sound-1.mxf"));
      },
-     "3\nmissing: SampleFeature, reel 1, sound: The file is missing.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + "This show will not play: missing 1 sound.\n"},
+     "2\nerror: SampleFeature, reel 1, sound: The file is a symbolic link that leads out of the folder, or nowhere.\n  "
+     "  file  "
+     "SHOW/Feature/sound-1.mxf\n" +
+         CopyAgain + WillNot},
     {"LinkToTheFolderAbove",
      [](const BrokenShow& show) { fs::create_directory_symlink("..", show.Path("Feature/up")); }, "0\n" + WillPlay},
     {"SubtitleImageIsMissing",
@@ -394,6 +448,24 @@ TEST_P(BrokenPackage, GivesOneClearMessageAndTheExitCodeThatFits) {
 INSTANTIATE_TEST_SUITE_P(Check, BrokenPackage, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.Name; });
 
+TEST(BrokenPackage, AlteredCompositionIsFoundByItsDigest) {
+  const BrokenShow show;
+  show.Replace("Trailer/CPL.xml", "<Issuer>Strata", "<Issuer>Stroto");
+  EXPECT_EQ(
+      show.Check({show.Path("Trailer/CPL.xml"), "--hash"}),
+      "2\nerror: SampleTrailer, composition: The composition was altered: its digest is not the one that the packing "
+      "list gives.\n    file  SHOW/Trailer/CPL.xml\n" +
+          CopyAgain + WillNot);
+}
+
+TEST(BrokenPackage, LengthOfAShowWithMissingAssetsIsThatOfItsDocuments) {
+  const BrokenShow show;
+  show.Remove("Feature/sound-2.mxf");
+  StrataProgram check({"check", show.Path(), "--json"});
+  EXPECT_EQ(check.Wait(), 3);
+  EXPECT_THAT(check.Output(), testing::HasSubstr("\"duration_seconds\": 7,"));
+}
+
 // The engine's warning holds the digits of the other composition's rate.
 TEST(BrokenPackage, EngineWarningIsToldBesideTheChangeOfEditRate) {
   const BrokenShow show;
@@ -458,7 +530,7 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
                               "This show will not play: missing 2 pictures, 1 sound.\n");
   fs::create_directory(show.Beside("empty"));
   EXPECT_EQ(show.Check({"--store", show.Beside("empty"), "--store", show.Beside("original"), "--hash"}),
-            "0\n" + WillPlay);
+            "0\n" + WillPlayByDigests);
 }
 
 // What the libraries say of a document on the way, a line and a number without its file, would only confuse.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "JsonSchema.h"
 #include "SampleFolder.h"
 #include "findings/CompositionFindings.h"
 
@@ -23,13 +24,14 @@ TEST_F(Check, SampleShowPlays) {
   StrataProgram check({"check", Show(), "--hash"});
   EXPECT_EQ(check.Wait(), 0);
   EXPECT_EQ(check.Output(),
-            "00:00:00:00  SampleTrailer  (1 reel, 24 fps)\n"
-            "00:00:01:00  SampleEncrypted  (1 reel, 24 fps)\n"
-            "00:00:02:00  SampleFeature  (3 reels, 24 fps)\n"
-            "00:00:05:00  SampleStereoscopic  (1 reel, 24 fps, stereoscopic)\n"
-            "00:00:06:00  SampleImmersive  (1 reel, 24 fps)\n"
+            "00:00:00:00  SampleTrailer  (96×64, 24 fps, 5.1, en, SMPTE, OV, 1 reel)\n"
+            "00:00:01:00  SampleEncrypted  (96×64, 24 fps, 5.1, en, SMPTE, OV, encrypted, 1 reel)\n"
+            "00:00:02:00  SampleFeature  (96×64, 24 fps, 5.1, en with en subtitles, captions, SMPTE, OV, 3 reels)\n"
+            "00:00:05:00  SampleStereoscopic  (96×64 3D, 24 fps, 5.1, en, SMPTE, OV, 1 reel)\n"
+            "00:00:06:00  SampleImmersive  (96×64, 24 fps, 5.1, immersive audio, en, SMPTE, OV, 1 reel)\n"
             "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
-            "This show will play: 0:07.\n");
+            "This show will play with its keys: 0:07. All files are as their packing lists say. Keys of 1 composition "
+            "were not looked for.\n");
   EXPECT_EQ(check.Errors(), "");
 }
 
@@ -94,6 +96,75 @@ TEST(CompositionFindings, UnusualEditRateIsWarnedOf) {
   EXPECT_EQ(unusual_rates({48, 1}), "");
   EXPECT_EQ(unusual_rates({20, 1}), "20");
   EXPECT_EQ(unusual_rates({24000, 1001}), "23.976");
+}
+
+TEST_F(Check, StrayFilesBesidePackagesStopNothing) {
+  std::ofstream(Show("keys.xml")) << "<?xml version=\"1.0\"?><!-- for ShowPlaylist --><DCinemaSecurityMessage "
+                                     "xmlns=\"http://www.smpte-ra.org/schemas/430-3/2006/ETM\"><CompositionPlaylistId>"
+                                     "urn:uuid:58ce4e14-c900-51d0-9c92-8e0aeba732ae</CompositionPlaylistId>";
+  std::ofstream(Show("._show.xml")) << std::string("\0\x05\x16\x07\0\x02\0\0", 8);
+  std::ofstream(Show("report.xml")) << "<report>CompositionPlaylist ShowPlaylist</report>";
+  for (const char* command : {"check", "timeline", "export"}) {
+    std::vector<std::string> arguments = {command, Show()};
+    if (std::string(command) == "export") arguments.insert(arguments.begin() + 1, "spl");
+    StrataProgram program(arguments);
+    EXPECT_EQ(program.Wait(), 0) << command << program.Errors();
+  }
+}
+
+TEST_F(Check, CompositionsOfAFolderAreJudgedOneByOne) {
+  for (const char* name : {"show.xml", "before-the-feature.xml", "Feature/sound-2.mxf"})
+    std::filesystem::remove(Show(name));
+  StrataProgram check({"check", Show()});
+  EXPECT_EQ(check.Wait(), 3);
+  EXPECT_THAT(check.Output(), HasSubstr("SampleTrailer  (96×64, 24 fps, 5.1, en, SMPTE, OV, 1 reel): Nothing speaks "
+                                        "against this show: 0:01."));
+  EXPECT_THAT(check.Output(), HasSubstr("3 reels): This show will not play: missing 1 sound.\n"));
+  EXPECT_THAT(check.Output(), testing::EndsWith("1 of 5 will not play. What is wrong with one: strata check '" +
+                                                Show("Feature/CPL.xml") + "'\n"));
+  EXPECT_EQ(check.Errors(), "");
+  StrataProgram json({"check", Show(), "--json"});
+  EXPECT_EQ(json.Wait(), 3);
+  ExpectMatchesSchema(json.Output(), "strata-check-1");
+  EXPECT_EQ(Json::parse(json.Output())["shows"].size(), 5U);
+}
+
+TEST_F(Check, WhoNeedsOneShowIsToldWhatToType) {
+  for (const char* name : {"show.xml", "before-the-feature.xml"}) std::filesystem::remove(Show(name));
+  StrataProgram play({"play", Show()});
+  EXPECT_EQ(play.Wait(), 1);
+  EXPECT_THAT(play.Errors(), HasSubstr("several compositions could be meant. Name one of them, as in `"));
+  EXPECT_THAT(play.Errors(), HasSubstr(".xml --store " + Show() + "`:\n"));
+  EXPECT_THAT(play.Errors(), HasSubstr(Show("Trailer/CPL.xml") + "  \"SampleTrailer\"\n"));
+}
+
+TEST_F(Check, TwoCopiesOfAPackageAreOne) {
+  const std::string both = Beside("both");
+  std::filesystem::create_directory(both);
+  for (const char* copy : {"/a", "/b"})
+    std::filesystem::copy(Show("Trailer"), both + copy, std::filesystem::copy_options::recursive);
+  StrataProgram check({"check", both});
+  EXPECT_EQ(check.Wait(), 0) << check.Errors();
+  EXPECT_THAT(check.Output(), HasSubstr("SampleTrailer"));
+}
+
+TEST(CompositionFindings, FileThatCouldNotBeReadToItsEndIsAnError) {
+  Cairn::AssetStore store;
+  ASSERT_TRUE(store.Open().Success());
+  OutlineComposition composition;
+  OutlineAsset& asset = composition.Reels.emplace_back().Assets.emplace_back();
+  asset.Found.emplace();
+  asset.Found->Problems = Cairn::AP_READ_FAILED;
+  asset.Found->ReadFailure = "Input/output error";
+  asset.Found->Info.RealFilename = "/show/picture.mxf";
+  std::vector<Finding> findings;
+  FindingMemory memory;
+  FindInComposition(composition, store, memory, findings);
+  ASSERT_FALSE(findings.empty());
+  EXPECT_EQ(findings.front().ID, FindingID::FileUnreadable);
+  EXPECT_EQ(findings.front().Level, Severity::Error);
+  EXPECT_EQ(findings.front().File, "/show/picture.mxf");
+  EXPECT_THAT(findings.front().Message, HasSubstr("Input/output error"));
 }
 
 class Play : public SampleFolder {};

@@ -72,6 +72,7 @@ TEST(JsonSchemas, OffencesAreSeen) {
                   {"exit_code", 0},
                   {"duration", 1},
                   {"duration_seconds", 0},
+                  {"hash", false},
                   {"compositions", Json::array()},
                   {"findings", Json::array()},
                   {"verdict", "It will play."}};

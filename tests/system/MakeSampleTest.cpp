@@ -82,12 +82,13 @@ TEST_F(MakeSampleInterop, IsCheckedAndPlaysAsItsFilesAre) {
   StrataProgram check({"check", Show(), "--hash"});
   EXPECT_EQ(check.Wait(), 0);
   EXPECT_EQ(check.Output(),
-            "00:00:00:00  SampleTrailer  (1 reel, 24 fps)\n"
-            "00:00:01:00  SampleEncrypted  (1 reel, 24 fps)\n"
-            "00:00:02:00  SampleFeature  (3 reels, 24 fps)\n"
-            "00:00:05:00  SampleStereoscopic  (1 reel, 24 fps, stereoscopic)\n"
+            "00:00:00:00  SampleTrailer  (96×64, 24 fps, 5.1, en, Interop, OV, 1 reel)\n"
+            "00:00:01:00  SampleEncrypted  (96×64, 24 fps, 5.1, en, Interop, OV, encrypted, 1 reel)\n"
+            "00:00:02:00  SampleFeature  (96×64, 24 fps, 5.1, en with en subtitles, captions, Interop, OV, 3 reels)\n"
+            "00:00:05:00  SampleStereoscopic  (96×64 3D, 24 fps, 5.1, en, Interop, OV, 1 reel)\n"
             "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
-            "This show will play: 0:06.\n");
+            "This show will play with its keys: 0:06. All files are as their packing lists say. Keys of 1 composition "
+            "were not looked for.\n");
   StrataProgram play({"play", Show(), "--verify", "--speed", "max"});
   EXPECT_EQ(play.Wait(), 0);
   EXPECT_THAT(play.Output(), HasSubstr("Verified 432 frames: all are as in their files.\n"));

@@ -104,7 +104,9 @@ TEST_F(Store, ListAsTextGroupsAssetsByPackage) {
   static_cast<void>(Do({"add", m_Show.Path()}));
   const std::string text = Do({"list", m_Show.Path("Trailer")});
   EXPECT_THAT(text, StartsWith("Index " + Index() + "\n\n" + m_Show.Path("Trailer") + "\n  composition playlist  "));
-  EXPECT_THAT(text, HasSubstr("  CPL.xml  \"SampleTrailer\"\n"));
+  EXPECT_THAT(text, HasSubstr("  CPL.xml  \"SampleTrailer\"  24 fps, en, SMPTE, 1 reel\n"));
+  EXPECT_THAT(text, HasSubstr("  picture-1.mxf  96×64, 24 fps, 0:01\n"));
+  EXPECT_THAT(text, HasSubstr("  sound-1.mxf  5.1, 48 kHz, 24 bit, 0:01\n"));
   EXPECT_THAT(text, Not(HasSubstr("Feature")));
 }
 
@@ -244,6 +246,11 @@ TEST_F(Store, MissingFilesAloneAreAssetsMissing) {
   ASSERT_EQ(report["findings"].size(), 1U);
   EXPECT_EQ(report["findings"][0]["severity"], "missing");
   EXPECT_EQ(report["findings"][0]["advice"], "Copy the package again from its source.");
+  EXPECT_EQ(report["findings"][0]["file"], m_Show.Path("Feature/sound-2.mxf"));
+  EXPECT_EQ(report["findings"][0]["composition"], "SampleFeature");
+  EXPECT_EQ(report["findings"][0]["reel"], 2);
+  EXPECT_EQ(report["findings"][0]["asset_type"], "sound");
+  EXPECT_THAT(Do({"list"}), HasSubstr("  sound-2.mxf  \"SampleFeature, reel 2, sound\"\n"));
 }
 
 TEST_F(Store, FolderThatIsNotThereIsToldOnce) {

@@ -133,7 +133,7 @@ std::string line_of(const std::string& text, const std::string& start) {
 
 TEST(TimelineText, DrawsToScale) {
   ModelBuilder builder;
-  builder.Add("First", 2, 24);
+  builder.Add("First", 2, 24).Description = "24 fps, 2 reels";
   builder.Add("Second", 1, 48);
   builder.Mark("GO", 24);
   builder.Model.Lanes[1].Tracks[1].State = TimelineState::Missing;
@@ -156,11 +156,20 @@ TEST(TimelineText, DrawsToScale) {
       "\u2588 plays; \u2593 encrypted; \u2592 unusual; \u00b7 silence, or no\n"
       "  sound; X missing; # broken\n"
       "\n"
-      "  #  starts at    takes        title\n"
-      "  1  00:00:00:00  00:00:02:00  24 fps  First\n"
-      "  2  00:00:02:00  00:00:02:00  24 fps  Second\n"
+      "  #  starts at    takes        title and what it is\n"
+      "  1  00:00:00:00  00:00:02:00  First  24 fps, 2 reels\n"
+      "  2  00:00:02:00  00:00:02:00  Second\n"
       "\n"
       "  \u25bc  00:00:01:00  GO\n");
+}
+
+TEST(TimelineText, ShortGapIsSeen) {
+  ModelBuilder builder;
+  builder.Add("Long", 1, 24 * 600);
+  builder.Model.Lanes[1].Tracks[0].Duration -= 24;
+  builder.Model.Lanes[1].Tracks[0].Seconds -= 1;
+  builder.Model.Lanes[0].Tracks[0].Asset.Duration -= 24;
+  EXPECT_THAT(TimelineText(builder.Model, {21, false}), HasSubstr("\nPicture      |=======\nSound        |======\n"));
 }
 
 TEST(TimelineText, NoLineIsLongerThanAsked) {
@@ -241,11 +250,19 @@ TEST(TimelineHtml, TitlesCannotEndTheScript) {
 
 TEST(TimelineHtml, RefersToNothingOutside) {
   const std::string html = TimelineHtml(crowded());
-  for (const char* reference : {"src=", "href", "@import", "fetch(", "XMLHttpRequest", "https:"})
+  for (const char* reference : {"src=", "@import", "fetch(", "XMLHttpRequest", "https:"})
     EXPECT_THAT(html, Not(HasSubstr(reference)));
+  EXPECT_EQ(count_of(html, "href"), count_of(html, "{href: '#page'}"));
   EXPECT_EQ(count_of(html, "url("), count_of(html, "url(#"));
   EXPECT_EQ(count_of(html, "http:"), count_of(html, "http://www.w3.org/2000/svg"));
   EXPECT_THAT(html, HasSubstr("default-src 'none'"));
+}
+
+TEST(TimelineHtml, FindingsAndRowsAreLinksAndTheVerdictIsTheHeadline) {
+  const std::string html = TimelineHtml(crowded());
+  EXPECT_THAT(html, HasSubstr("make('h1', {class: model.exit_code === 0 ? 'verdict' : 'alarmed'}, model.verdict)"));
+  EXPECT_THAT(html, HasSubstr("composition ? link(text, act) : text"));
+  EXPECT_THAT(html, HasSubstr("model.compositions[finding.composition_number - 1]"));
 }
 
 TEST(TimelineHtml, HoldsThePictureForPagesWithoutScripting) {

@@ -3,6 +3,7 @@
 
 #include "CheckReport.h"
 #include "findings/FindingReport.h"
+#include "show/Description.h"
 #include "show/Inputs.h"
 #include "show/ShowOutline.h"
 #include "show/StoreProgress.h"
@@ -12,6 +13,7 @@
 
 #include <Strata/IPlaylist.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -58,25 +60,34 @@ EngineAnswer LoadShow(const Inputs& inputs) {
 Cairn::UUIDList AssetsOf(const ShowOutline& outline) {
   Cairn::UUIDList ids;
   for (const OutlineComposition& composition : outline.Compositions()) {
-    ids.push_back(composition.ID);
+    ids.push_back(composition.Found ? composition.Found->Info.ID : composition.ID);
     for (const OutlineReel& reel : composition.Reels)
       for (const OutlineAsset& asset : reel.Assets) ids.push_back(asset.Asset.AssetID);
   }
   return ids;
 }
 
-CheckReport MakeReport(const Inputs& inputs) {
+/// The length of the show by its documents, for one that the engine does not load.
+Ferro::ui32_t SecondsOf(const ShowOutline& outline) {
+  constexpr double Rounding = 1e-6;  // of sums of fractions of seconds
+  double seconds = 0;
+  for (const OutlineComposition& composition : outline.Compositions()) seconds += SecondsOf(composition);
+  return static_cast<Ferro::ui32_t>(std::min(seconds + Rounding, 4e9));
+}
+
+CheckReport MakeReport(const Inputs& inputs, bool hash) {
   const ShowOutline outline(inputs);
   CheckReport report;
   report.Duration = outline.Duration();
   for (const OutlineComposition& composition : outline.Compositions())
     report.Compositions.push_back({composition.ID, composition.Title, composition.Path, composition.EditRate,
                                    composition.Start, composition.Duration, composition.Reels.size(),
-                                   composition.Stereoscopic});
+                                   composition.Stereoscopic, Describe(TraitsOf(composition))});
+  report.Hash = hash;
   report.Findings = CheckShow(outline);
   if (Interrupt::Requested()) return report;
   const EngineAnswer answer = LoadShow(inputs);
-  report.DurationSeconds = answer.DurationSeconds;
+  report.DurationSeconds = answer.Loads ? answer.DurationSeconds : SecondsOf(outline);
   // Where it is known already why the show does not play, the engine has nothing to add.
   if (ExitCodeFor(report.Findings) == ExitCode::Fine)
     report.Findings.insert(report.Findings.end(), answer.Findings.begin(), answer.Findings.end());
@@ -84,15 +95,54 @@ CheckReport MakeReport(const Inputs& inputs) {
   return report;
 }
 
+/// Appends what was found of one show to what was found of those before it.
+void Append(const Candidate& show, const CheckReport& report, CheckReport& all) {
+  const auto before = static_cast<Ferro::ui32_t>(all.Compositions.size());
+  const bool is_composition = show.Type == Cairn::FT_CPL && report.Compositions.size() == 1;
+  all.Shows.push_back({show.Title.empty() ? show.ID.EncodeString() : show.Title, show.Path,
+                       is_composition ? report.Compositions.front().Description : "", CheckVerdict(report),
+                       report.Code});
+  for (CheckedComposition composition : report.Compositions) {
+    composition.Start += all.Duration;
+    all.Compositions.push_back(std::move(composition));
+  }
+  for (Finding finding : report.Findings) {
+    if (finding.CompositionNumber != 0) finding.CompositionNumber += before;
+    all.Findings.push_back(std::move(finding));
+  }
+  all.Duration += report.Duration;
+  all.DurationSeconds += report.DurationSeconds;
+  all.Code = ExitCodeFor(all.Findings);
+}
+
+/// Verifies and checks the show that `inputs` mean.
+CheckReport CheckOne(Inputs& inputs, bool hash) {
+  if (hash) static_cast<void>(VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs))));
+  return Interrupt::Requested() ? CheckReport() : MakeReport(inputs, hash);
+}
+
+/// Each of several shows by itself.
+CheckReport CheckEach(Inputs& inputs, bool hash) {
+  CheckReport all;
+  all.Hash = hash;
+  for (const Candidate& show : inputs.Choices()) {
+    if (Interrupt::Requested()) break;
+    inputs.Choose(show);
+    Append(show, CheckOne(inputs, hash), all);
+  }
+  return all;
+}
+
 ExitCode Check(const CheckOptions& options) {
   const QuietLog log;  // what is wrong is told in other words
   Inputs inputs;
-  if (!inputs.Open(options.Inputs)) {
+  const bool is_one = inputs.Open(options.Inputs);
+  const bool is_folder = options.Inputs.Names.size() == 1 && !inputs.Choices().empty();
+  if (!is_one && !is_folder) {
     std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
     return inputs.ProblemCode();
   }
-  if (options.Hash) static_cast<void>(VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs))));
-  const CheckReport report = Interrupt::Requested() ? CheckReport() : MakeReport(inputs);
+  const CheckReport report = is_one ? CheckOne(inputs, options.Hash) : CheckEach(inputs, options.Hash);
   if (Interrupt::Requested()) {
     std::fputs("strata: interrupted\n", stderr);
     return ExitCode::Interrupted;
@@ -110,6 +160,7 @@ void AddCheckCommand(Command& program) {
   command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
   command.Add("--json", options->AsJson, "Print the report as JSON");
   command.SetFooter(
+      "A folder without a show playlist may have several compositions: each is judged by itself, in one line.\n"
       "Exit codes: 0 it plays, 2 it does not, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata check show --hash\n"

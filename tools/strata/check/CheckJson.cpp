@@ -14,7 +14,8 @@ Json CompositionJson(const CheckedComposition& composition) {
               {"start", composition.Start},
               {"duration", composition.Duration},
               {"reels", composition.Reels},
-              {"stereoscopic", composition.Stereoscopic}};
+              {"stereoscopic", composition.Stereoscopic},
+              {"description", composition.Description}};
 }
 
 }  // namespace
@@ -25,9 +26,17 @@ std::string CheckJson(const CheckReport& report) {
   json["exit_code"] = static_cast<int>(report.Code);
   json["duration"] = report.Duration;
   json["duration_seconds"] = report.DurationSeconds;
+  json["hash"] = report.Hash;
   json["compositions"] = Json::array();
   for (const CheckedComposition& composition : report.Compositions)
     json["compositions"].push_back(CompositionJson(composition));
+  if (!report.Shows.empty()) json["shows"] = Json::array();
+  for (const CheckedShow& show : report.Shows)
+    json["shows"].push_back(Json{{"title", show.Title},
+                                 {"file", show.File},
+                                 {"description", show.Description},
+                                 {"exit_code", static_cast<int>(show.Code)},
+                                 {"verdict", show.Verdict}});
   json["findings"] = FindingsJson(report.Findings);
   json["verdict"] = CheckVerdict(report);
   return JsonText(json);

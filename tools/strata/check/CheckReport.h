@@ -21,14 +21,26 @@ struct CheckedComposition {
   Ferro::ui32_t Duration = 0;  ///< edit units
   size_t Reels = 0;            ///< 0: it could not be read
   bool Stereoscopic = false;
+  std::string Description;  ///< "Flat 2K 1998×1080, 24 fps, 5.1, en, SMPTE, OV, 3 reels"
+};
+
+/// One of several shows or compositions of a folder, each judged by itself.
+struct CheckedShow {
+  std::string Title;  ///< its identifier where it has none
+  std::string File;
+  std::string Description;  ///< of a composition; empty for a show playlist
+  std::string Verdict;
+  ExitCode Code = ExitCode::Fine;
 };
 
 /// What `strata check` found out.
 struct CheckReport {
+  std::vector<CheckedShow> Shows;  ///< where each was judged by itself; empty for one show
   std::vector<CheckedComposition> Compositions;
   Ferro::ui32_t Duration = 0;         ///< edit units
-  Ferro::ui32_t DurationSeconds = 0;  ///< as the engine loads the show; 0 where it does not load
+  Ferro::ui32_t DurationSeconds = 0;  ///< whole seconds
   std::vector<Finding> Findings;
+  bool Hash = false;               ///< digests were verified, and so all files read to their ends
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };
 

@@ -2,7 +2,7 @@
 #include "CompositionFindings.h"
 
 #include "AssetFindings.h"
-#include "TrackFileFacts.h"
+#include "show/TrackFileFacts.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
@@ -18,22 +18,6 @@ constexpr std::array UsualRates = {24, 25, 30, 48, 50, 60, 96, 100, 120};
 
 bool IsUsual(const QUIRE::Rational& rate) {
   return rate.Denominator == 1 && std::find(UsualRates.begin(), UsualRates.end(), rate.Numerator) != UsualRates.end();
-}
-
-Subject SubjectOf(AssetKind kind) {
-  switch (kind) {
-    case AssetKind::Picture:
-      return Subject::Picture;
-    case AssetKind::Sound:
-      return Subject::Sound;
-    case AssetKind::OnScreenText:
-      return Subject::OnScreenText;
-    case AssetKind::OffScreenText:
-      return Subject::OffScreenText;
-    case AssetKind::AuxData:
-      return Subject::AuxData;
-  }
-  return Subject::Unsaid;
 }
 
 /// What a track file or subtitle can be used for.
@@ -120,7 +104,9 @@ class CompositionFindings {
       if (go_on && !go_on()) return;
       ++m_Reel;
       if (reel.First(AssetKind::Picture) == nullptr) Add(FindingID::ReelPictureMissing);
+      const size_t before = m_Findings.size();
       for (const OutlineAsset& asset : reel.Assets) CheckAsset(asset);
+      if (!HasErrorSince(before)) CheckDurations(reel);
     }
     m_Reel = 0;
     CheckWhole();
@@ -153,9 +139,13 @@ class CompositionFindings {
     constexpr Ferro::ui32_t told = Cairn::FatalAssetProblems & ~Ferro::ui32_t{Cairn::AP_UNREADABLE};
     const auto& found = m_Composition.Found;
     if (found && ((found->Problems & told) != 0 || !found->OpenFailure.empty())) {
-      AddDocument(FindingsOfAsset(*found, m_Memory.Paths).front());
+      AddDocument(OfComposition(FindingsOfAsset(*found, m_Memory.Paths).front()));
       return false;
     }
+    if (found && m_Composition.Problem == CompositionProblem::None)
+      for (const Finding& finding : FindingsOfAsset(*found, m_Memory.Paths))
+        if (finding.ID != FindingID::PklUnlisted || !LacksPackingList(found->Package))
+          AddDocument(OfComposition(finding));
     switch (m_Composition.Problem) {
       case CompositionProblem::None:
         return true;
@@ -178,6 +168,15 @@ class CompositionFindings {
     return false;
   }
 
+  /// What the finding about a file is called where the file is the composition.
+  static Finding OfComposition(const Finding& finding) {
+    const bool is_id = finding.ID == FindingID::FileID;
+    if (!is_id && finding.ID != FindingID::PklAssetHash) return finding;
+    Finding of_composition(is_id ? FindingID::CplID : FindingID::CplHash);
+    of_composition.File = finding.File;
+    return of_composition;
+  }
+
   Finding& AddDocument(Finding finding) {
     finding.What = Subject::Composition;
     finding.AssetID = m_Composition.ID;
@@ -193,9 +192,22 @@ class CompositionFindings {
     const bool is_usable = (asset.Found->Problems & Cairn::FatalAssetProblems) == 0;
     const size_t before = m_Findings.size();
     if (is_usable) CheckFile(asset);
-    const auto is_error = [](const Finding& finding) { return finding.Level != Severity::Warning; };
-    if (std::any_of(m_Findings.begin() + static_cast<std::ptrdiff_t>(before), m_Findings.end(), is_error)) return;
+    if (HasErrorSince(before)) return;
     if (CheckPath(asset)) AddProblems(asset);
+  }
+
+  [[nodiscard]] bool HasErrorSince(size_t before) const {
+    return std::any_of(m_Findings.begin() + static_cast<std::ptrdiff_t>(before), m_Findings.end(),
+                       [](const Finding& finding) { return finding.Level != Severity::Warning; });
+  }
+
+  // Sound and data are as long as the picture, and so is Interop text; SMPTE text may end early (ST 429-2, 9.4).
+  void CheckDurations(const OutlineReel& reel) {
+    for (const OutlineAsset& asset : reel.Assets) {
+      const bool may_differ = IsText(asset.Kind) && m_Composition.Format != Cairn::DFT_Interop;
+      if (may_differ || asset.Asset.Duration == reel.Duration) continue;
+      Add(FindingID::ReelDurations, asset, EditUnits(reel.Duration), EditUnits(asset.Asset.Duration));
+    }
   }
 
   // Of problems that keep the asset from being used, only the first: the rest follows from it.
@@ -252,13 +264,27 @@ class CompositionFindings {
     if (!stated.HasValue() || stated == listed) return true;
     if (listed.HasValue()) {
       Add(FindingID::ReelHash, asset, stated.EncodeBase64(), listed.EncodeBase64());
-    } else if (m_Memory.UnlistedPackages.insert(asset.Found->Package).second) {
+    } else if (LacksPackingList(asset.Found->Package)) {
+      if (!m_Memory.UnlistedPackages.insert(asset.Found->Package).second) return false;
       Finding& finding = Add(FindingID::PklMissing);
       finding.Reel = 0;
       finding.What = Subject::PackingList;
       finding.File = asset.Found->Package;
+    } else {
+      Finding& finding = Add(FindingID::PklUnlisted, asset);
+      finding.Level = Severity::Error;
+      finding.Message = "The composition states a digest of the file, but no packing list names it.";
+      finding.Advice = AskAgain;
     }
     return false;
+  }
+
+  [[nodiscard]] bool LacksPackingList(const std::string& folder) const {
+    const std::vector<Cairn::PackageRecord> packages = m_Store.Packages();
+    const auto package = std::find_if(packages.begin(), packages.end(),
+                                      [&](const Cairn::PackageRecord& other) { return other.Folder == folder; });
+    return package == packages.end() || package->Has(Cairn::PP_NO_PACKING_LIST) ||
+           package->Has(Cairn::PP_PACKING_LIST_UNREADABLE);
   }
 
   // Every asset of a composition that has one wrong rate may differ from it: the first is told.

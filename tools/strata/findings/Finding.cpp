@@ -114,6 +114,22 @@ const FindingKind& KindOf(FindingID id) {
   return Kinds[static_cast<size_t>(id)];
 }
 
+Subject SubjectOf(AssetKind kind) {
+  switch (kind) {
+    case AssetKind::Picture:
+      return Subject::Picture;
+    case AssetKind::Sound:
+      return Subject::Sound;
+    case AssetKind::OnScreenText:
+      return Subject::OnScreenText;
+    case AssetKind::OffScreenText:
+      return Subject::OffScreenText;
+    case AssetKind::AuxData:
+      return Subject::AuxData;
+  }
+  return Subject::Unsaid;
+}
+
 const char* SubjectName(Subject subject) {
   switch (subject) {
     case Subject::Unsaid:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "show/ShowOutline.h"
+
 #include <Cairn/FileType.h>
 #include <Cairn/Types.h>
 #include <Ferro/Types.h>
@@ -101,6 +103,7 @@ enum class Subject {
   Package,
 };
 
+[[nodiscard]] Subject SubjectOf(AssetKind kind);
 /// "picture", "closed caption"; empty where it is not said.
 [[nodiscard]] const char* SubjectName(Subject subject);
 /// "1 picture", "2 closed captions", "2 auxiliary data".

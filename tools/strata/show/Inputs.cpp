@@ -21,6 +21,7 @@
 #include <filesystem>
 #include <optional>
 #include <set>
+#include <string_view>
 
 namespace Tool {
 
@@ -46,6 +47,38 @@ std::set<Cairn::UUID> NestedIn(const std::vector<Candidate>& shows) {
   return nested;
 }
 
+/// The local name of a document's element, also of one that is damaged further on; empty where there is none.
+std::string_view DocumentElement(std::string_view text) {
+  constexpr std::string_view ByteOrderMark = "\xef\xbb\xbf";
+  if (text.starts_with(ByteOrderMark)) text.remove_prefix(ByteOrderMark.size());
+  const auto skip_past = [&](std::string_view end) {
+    const size_t at = text.find(end);
+    text.remove_prefix(at == text.npos ? text.size() : at + end.size());
+  };
+  while (!text.empty()) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    if (text.starts_with("<?")) {
+      skip_past("?>");
+    } else if (text.starts_with("<!--")) {
+      skip_past("-->");
+    } else if (text.starts_with("<!")) {
+      skip_past(">");
+    } else {
+      break;
+    }
+  }
+  if (!text.starts_with('<')) return "";
+  const std::string_view name = text.substr(1, std::min(text.find_first_of(" \t\r\n/>"), text.size()) - 1);
+  const size_t colon = name.find(':');
+  return colon == name.npos ? name : name.substr(colon + 1);
+}
+
+/// Of several places of one show or composition the first, in the order given.
+void KeepOneOfEach(std::vector<Candidate>& candidates) {
+  std::set<Cairn::UUID> seen;
+  std::erase_if(candidates, [&](const Candidate& candidate) { return !seen.insert(candidate.ID).second; });
+}
+
 /// True for a document that cannot be read to its end, and for one that means to be a playlist and is none.
 bool IsDamaged(const std::string& path) {
   std::string text;
@@ -55,7 +88,8 @@ bool IsDamaged(const std::string& path) {
   if (content.Type == Cairn::FT_UNKNOWN) return true;
   Cairn::CompositionPlaylist cpl;
   Strata::ShowPlaylist spl;
-  const bool claims = text.find("ShowPlaylist") != text.npos || text.find("CompositionPlaylist") != text.npos;
+  const std::string_view name = DocumentElement(text);
+  const bool claims = name == "ShowPlaylist" || name == "CompositionPlaylist";
   return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
 }
 
@@ -132,6 +166,8 @@ bool Inputs::ResolveFolder(const std::string& folder) {
     auto& list = info.FileType == Cairn::FT_SHOW ? shows : compositions;
     list.push_back({info.FileType, info.ID, DocumentTitle(info.FileType, info.RealFilename), info.RealFilename});
   }
+  KeepOneOfEach(shows);
+  KeepOneOfEach(compositions);
   const std::set<Cairn::UUID> nested = NestedIn(shows);
   std::vector<Candidate> outermost = shows;
   std::erase_if(outermost, [&](const Candidate& show) { return nested.contains(show.ID); });
@@ -140,9 +176,12 @@ bool Inputs::ResolveFolder(const std::string& folder) {
   const std::vector<Candidate>& meant = shows.empty() ? compositions : shows;
   if (RefuseDamaged(folder, meant)) return false;
   if (meant.empty()) return FailWithout(folder);
-  if (meant.size() > 1)
+  if (meant.size() > 1) {
+    m_Choices = meant;
     return Fail(folder + ": several " + (shows.empty() ? "compositions" : "shows") +
-                " could be meant. Name one of them:" + ListOf(meant));
+                " could be meant. Name one of them, as in `" + meant.front().Path + " --store " + folder +
+                "`:" + ListOf(meant));
+  }
   m_Shows.push_back(meant.front());
   return true;
 }
@@ -186,7 +225,8 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
     if (package.Folder == root) return false;
   const std::vector<Cairn::UnreadableEntry> unreadable = m_Store.Unreadable();
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    if (entry.path().extension() != ".xml" || !entry.is_regular_file(error)) continue;
+    const bool is_hidden = entry.path().filename().string().starts_with('.');  // what other systems leave behind
+    if (is_hidden || entry.path().extension() != ".xml" || !entry.is_regular_file(error)) continue;
     const auto failure = std::find_if(unreadable.begin(), unreadable.end(), [&](const Cairn::UnreadableEntry& other) {
       return other.Path == root + '/' + entry.path().filename().string();
     });

@@ -47,6 +47,10 @@ class Inputs {
   [[nodiscard]] const std::string& Problem() const { return m_Problem; }
   /// NotPlayable where something that was meant is broken, Interrupted where the user stopped it, else Usage.
   [[nodiscard]] ExitCode ProblemCode() const { return m_ProblemCode; }
+  /// Where Open failed because a folder has several shows, or several compositions and no show: these. One of each.
+  [[nodiscard]] const std::vector<Candidate>& Choices() const { return m_Choices; }
+  /// Means one of the Choices.
+  void Choose(const Candidate& choice) { m_Shows = {choice}; }
   [[nodiscard]] Cairn::AssetStore& Store() { return m_Store; }
   [[nodiscard]] const Cairn::AssetStore& Store() const { return m_Store; }
   /// What is played, in order.
@@ -67,6 +71,7 @@ class Inputs {
 
   Cairn::AssetStore m_Store;
   std::vector<Candidate> m_Shows;
+  std::vector<Candidate> m_Choices;
   std::string m_Problem;
   ExitCode m_ProblemCode = ExitCode::Usage;
 };

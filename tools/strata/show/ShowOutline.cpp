@@ -17,6 +17,15 @@ namespace {
 
 constexpr unsigned MostShows = 10'000;  // the engine takes no more
 
+/// What the store knows of a file, best as a part of a package that lists it.
+std::optional<Cairn::AssetRecord> RecordOfFile(const Cairn::AssetStore& store, const std::string& path) {
+  const std::vector<Cairn::AssetRecord> places = store.FindFile(path);
+  const auto is_listed = [](const Cairn::AssetRecord& place) { return (place.Problems & Cairn::AP_NOT_LISTED) == 0; };
+  const auto listed = std::find_if(places.begin(), places.end(), is_listed);
+  if (listed != places.end()) return *listed;
+  return places.empty() ? std::nullopt : std::optional(places.front());
+}
+
 const Cairn::AssetRecord* Usable(const std::vector<Cairn::AssetRecord>& places) {
   return places.empty() ? nullptr : &places.front();
 }
@@ -42,6 +51,13 @@ const char* AssetKindName(AssetKind kind) {
 const OutlineAsset* OutlineReel::First(AssetKind kind) const {
   const auto found = std::find_if(Assets.begin(), Assets.end(), [&](const auto& asset) { return asset.Kind == kind; });
   return found == Assets.end() ? nullptr : &*found;
+}
+
+double SecondsOf(const OutlineComposition& composition) {
+  const QUIRE::Rational& rate = composition.EditRate;
+  const bool is_known = rate.Numerator > 0 && rate.Denominator > 0;
+  return is_known ? double(composition.Duration) * rate.Denominator / rate.Numerator
+                  : double(composition.Duration) / 24;
 }
 
 ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
@@ -104,12 +120,11 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   outline.ID = id;
   outline.Path = given_path;
   outline.Start = m_Duration;
-  if (given_path.empty()) {
-    const auto places = m_Inputs.Store().FindAsset(id);
-    if (const Cairn::AssetRecord* place = Usable(places)) {
-      outline.Path = place->Info.RealFilename;
-      outline.Found = *place;
-    }
+  if (!given_path.empty()) {
+    outline.Found = RecordOfFile(m_Inputs.Store(), given_path);
+  } else if (const auto places = m_Inputs.Store().FindAsset(id); !places.empty()) {
+    outline.Path = places.front().Info.RealFilename;
+    outline.Found = places.front();
   }
   Cairn::CompositionPlaylist cpl;
   if (outline.Path.empty()) {

@@ -59,7 +59,7 @@ struct OutlineComposition {
   std::string Path;   ///< of the document; empty when it could not be found
   CompositionProblem Problem = CompositionProblem::None;
   std::string Reason;                       ///< why it cannot be read: the result's label
-  std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it, or its file was named by the user
+  std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it
   Cairn::DCPFormat_t Format = Cairn::DFT_NONE;
   bool Stereoscopic = false;
   QUIRE::Rational EditRate;    ///< of the first reel's picture; as the show says where that cannot be read
@@ -67,6 +67,9 @@ struct OutlineComposition {
   Ferro::ui32_t Duration = 0;  ///< edit units; as the show says where the composition cannot be read
   std::vector<OutlineReel> Reels;
 };
+
+/// Seconds of the composition; at 24 edit units in a second where its rate is not known.
+[[nodiscard]] double SecondsOf(const OutlineComposition& composition);
 
 /// A show playlist, and what of the show it makes up.
 struct OutlineShow {

@@ -41,7 +41,8 @@ Json AssetJson(const ListedAsset& asset) {
   const bool is_missing = record.Info.RealFilename.empty();
   Json json{{"id", record.Info.ID.EncodeString()},
             {"kind", is_missing ? "missing file" : FileKindName(record.Info.FileType)}};
-  AddUnlessEmpty(json, "title", asset.Title);
+  AddUnlessEmpty(json, is_missing ? "use" : "title", asset.Title);
+  AddUnlessEmpty(json, "description", asset.Description);
   json["package"] = record.Package;
   AddUnlessEmpty(json, "file", record.Info.RealFilename);
   if (is_missing) AddUnlessEmpty(json, "missing_file", asset.File);

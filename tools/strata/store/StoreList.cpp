@@ -3,7 +3,12 @@
 
 #include "StoreReports.h"
 #include "findings/AssetFindings.h"
+#include "show/AssetUses.h"
+#include "show/Description.h"
 #include "show/DocumentTitle.h"
+#include "show/InfoKinds.h"
+
+#include <Cairn/InitObjectWithFile.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -12,12 +17,28 @@ namespace Tool {
 
 namespace {
 
-ListedAsset ListAsset(const Cairn::AssetRecord& record, MappedPaths& paths) {
+std::string DescriptionOf(const Cairn::AssetInfo& info) {
+  if (info.RealFilename.empty()) return "";
+  if (info.FileType != Cairn::FT_CPL)
+    return IsMXF(info.FileType) ? Describe(ReadTrackFileFacts(info.RealFilename, info.FileType)) : "";
+  Cairn::CompositionPlaylist composition;
+  return Cairn::InitObjectWithFile(composition, info.RealFilename).Success() ? Describe(TraitsOf(composition)) : "";
+}
+
+std::string UseOf(const Cairn::UUID& id, AssetUses& uses) {
+  const AssetUse* use = uses.Find(id);
+  if (use == nullptr) return "";
+  return use->Composition + ", reel " + std::to_string(use->Reel) + ", " + AssetKindName(use->Kind);
+}
+
+ListedAsset ListAsset(const Cairn::AssetRecord& record, MappedPaths& paths, AssetUses& uses) {
   ListedAsset asset;
   asset.Record = record;
   asset.File = record.Info.RealFilename;
   if (asset.File.empty()) asset.File = paths.Of(record);
-  asset.Title = DocumentTitle(record.Info.FileType, record.Info.RealFilename);
+  asset.Title = record.Info.RealFilename.empty() ? UseOf(record.Info.ID, uses)
+                                                 : DocumentTitle(record.Info.FileType, record.Info.RealFilename);
+  asset.Description = DescriptionOf(record.Info);
   asset.Findings = FindingsOfAsset(record, paths);
   return asset;
 }
@@ -31,8 +52,9 @@ StoreList MakeList(const StoreSession& session, const Cairn::AssetStore& store, 
   for (const Cairn::PackageRecord& package : store.Packages())
     if (selection.HasFolder(package.Folder)) list.Packages.push_back({package, FindingsOfPackage(package)});
   MappedPaths paths;
+  AssetUses uses(store);
   for (const Cairn::AssetRecord& record : selection.Assets(store)) {
-    list.Assets.push_back(ListAsset(record, paths));
+    list.Assets.push_back(ListAsset(record, paths, uses));
     list.Bytes += record.Info.FileSize;
     list.WithProblems += record.Problems != 0 ? 1 : 0;
   }

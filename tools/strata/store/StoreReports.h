@@ -35,8 +35,9 @@ struct ListedPackage {
 
 struct ListedAsset {
   Cairn::AssetRecord Record;
-  std::string Title;
-  std::string File;  ///< the one that should be there, where it is missing
+  std::string Title;        ///< of a missing file: what it is of, "Feature, reel 2, sound"
+  std::string Description;  ///< "Flat 2K 1998×1080, 24 fps, 0:10"; empty where there is none
+  std::string File;         ///< the one that should be there, where it is missing
   std::vector<Finding> Findings;
 };
 

@@ -29,6 +29,7 @@ std::string AssetText(const ListedAsset& asset) {
   const bool is_inside = IsInside(asset.File, record.Package) && asset.File != record.Package;
   std::string line = start + DisplayText(is_inside ? asset.File.substr(record.Package.size() + 1) : asset.File);
   if (!asset.Title.empty()) line += "  \"" + DisplayText(asset.Title) + '"';
+  if (!asset.Description.empty()) line += "  " + asset.Description;
   line += '\n';
   for (const Finding& finding : asset.Findings) line += "      " + DisplayText(finding.Message) + '\n';
   return line;

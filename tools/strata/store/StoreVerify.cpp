@@ -4,6 +4,7 @@
 #include "StoreReports.h"
 #include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
+#include "show/AssetUses.h"
 #include "show/StoreProgress.h"
 
 #include <algorithm>
@@ -14,20 +15,31 @@ namespace Tool {
 
 namespace {
 
-void FindInAsset(const Cairn::AssetRecord& record, bool hash, MappedPaths& paths, std::vector<Finding>& findings) {
-  for (Finding& finding : FindingsOfAsset(record, paths)) {
-    finding.FileKind = record.Info.FileType;
-    findings.push_back(std::move(finding));
+/// Finds what is wrong with assets, and says which composition a missing one is of.
+class AssetCheck {
+ public:
+  explicit AssetCheck(const Cairn::AssetStore& store) : m_Uses(store) {}
+
+  void Find(const Cairn::AssetRecord& record, std::vector<Finding>& findings) {
+    for (Finding& finding : FindingsOfAsset(record, m_Paths)) {
+      finding.FileKind = record.Info.FileType;
+      findings.push_back(std::move(finding));
+      if (record.Info.RealFilename.empty()) TakeUse(findings.back());
+    }
   }
-  const bool is_usable = (record.Problems & Cairn::FatalAssetProblems) == 0;
-  if (!hash || !is_usable || DigestStateOf(record) != DigestState::Unknown) return;
-  Finding& finding = findings.emplace_back(FindingID::FileUnreadable);
-  finding.Message = "The file could not be read to its end.";
-  finding.FileKind = record.Info.FileType;
-  finding.AssetID = record.Info.ID;
-  finding.File = record.Info.RealFilename;
-  finding.Advice = CopyAgain;
-}
+
+ private:
+  void TakeUse(Finding& finding) {
+    const AssetUse* use = m_Uses.Find(finding.AssetID);
+    if (use == nullptr) return;
+    finding.Composition = use->Composition;
+    finding.Reel = use->Reel;
+    finding.What = SubjectOf(use->Kind);
+  }
+
+  MappedPaths m_Paths;
+  AssetUses m_Uses;
+};
 
 /// Folders that are not there; what was in them is not told one by one.
 std::vector<std::string> AbsentFolders(const Cairn::AssetStore& store) {
@@ -37,7 +49,7 @@ std::vector<std::string> AbsentFolders(const Cairn::AssetStore& store) {
   return folders;
 }
 
-std::vector<Finding> FindInStore(const Cairn::AssetStore& store, const StoreSelection& selection, bool hash) {
+std::vector<Finding> FindInStore(const Cairn::AssetStore& store, const StoreSelection& selection) {
   std::vector<Finding> findings;
   const std::vector<std::string> absent = AbsentFolders(store);
   const auto is_absent = [&](const std::string& path) {
@@ -49,9 +61,9 @@ std::vector<Finding> FindInStore(const Cairn::AssetStore& store, const StoreSele
     if (!selection.HasFolder(package.Folder) || is_absent(package.Folder)) continue;
     for (const Finding& finding : FindingsOfPackage(package)) findings.push_back(finding);
   }
-  MappedPaths paths;
+  AssetCheck check(store);
   for (const Cairn::AssetRecord& record : selection.Assets(store))
-    if (!is_absent(record.Package) || !selection.HasFolder(record.Package)) FindInAsset(record, hash, paths, findings);
+    if (!is_absent(record.Package) || !selection.HasFolder(record.Package)) check.Find(record, findings);
   for (const Cairn::UnreadableEntry& entry : store.Unreadable()) {
     const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
     if (selection.HasFolder(entry.Path) && std::none_of(findings.begin(), findings.end(), tells))
@@ -101,7 +113,7 @@ ExitCode VerifyStore(const StoreOptions& options) {
   if (verification.Code == ExitCode::Fine && options.Hash)
     verification.Code = ComputeDigests(options, selection, session);
   if (verification.Code == ExitCode::Fine) {
-    verification.Findings = FindInStore(session.Store(), selection, options.Hash);
+    verification.Findings = FindInStore(session.Store(), selection);
     verification.Code = ExitCodeFor(verification.Findings);
   } else if (verification.Code != ExitCode::Interrupted) {
     return verification.Code;

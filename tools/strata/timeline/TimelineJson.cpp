@@ -23,6 +23,7 @@ Json ShowJson(const TimelineShow& show) {
 Json CompositionJson(const TimelineComposition& composition) {
   Json json{{"id", composition.ID.EncodeString()}, {"title", composition.Title}};
   AddUnlessEmpty(json, "kind", composition.Kind);
+  AddUnlessEmpty(json, "description", composition.Description);
   AddUnlessEmpty(json, "file", composition.File);
   json["edit_rate"] = composition.EditRate.EncodeString();
   json["stereoscopic"] = composition.Stereoscopic;
@@ -44,6 +45,7 @@ Json TrackJson(const TimelineTrack& track) {
   if (!track.Asset.AssetID.HasValue()) return json;
   json["asset_id"] = track.Asset.AssetID.EncodeString();
   AddUnlessEmpty(json, "file", track.File);
+  AddUnlessEmpty(json, "description", track.Description);
   json["edit_rate"] = track.Asset.EditRate.EncodeString();
   json["entry_point"] = track.Asset.EntryPoint;
   json["asset_duration"] = track.Asset.Duration;

@@ -2,6 +2,7 @@
 #include "TimelineModel.h"
 
 #include "findings/FindingReport.h"
+#include "show/Description.h"
 #include "terminal/TextForms.h"
 
 #include <algorithm>
@@ -113,6 +114,7 @@ class ModelMaker {
     to.ID = from.ID;
     to.Title = from.Title.empty() ? from.ID.EncodeString() : from.Title;
     to.Kind = from.Kind;
+    to.Description = Describe(TraitsOf(from));
     to.File = from.Path;
     to.EditRate = from.EditRate;
     to.Stereoscopic = from.Stereoscopic;
@@ -149,6 +151,7 @@ class ModelMaker {
       track.Coding = asset.DataType == ImmersiveAudio ? "immersive audio" : asset.DataType;
       track.Stereoscopic = from.Stereoscopic && asset.Kind == AssetKind::Picture;
       if (asset.Found) track.File = asset.Found->Info.RealFilename;
+      if (!track.File.empty()) track.Description = Describe(ReadTrackFileFacts(track.File, asset.Found->Info.FileType));
       track.Duration = std::min(track.Duration, asset.Asset.Duration);
       track.Seconds = SecondsOf(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
@@ -271,10 +274,11 @@ std::string TimelineVerdict(const TimelineModel& model) {
   };
   const auto missing = count(Severity::Missing);
   const auto errors = count(Severity::Error);
+  const std::string broken = std::to_string(errors) + (errors == 1 ? " error" : " errors");
+  if (missing == 0 && errors > 0) return "The show is broken: " + broken + '.';
   std::string text =
       missing == 0 ? "All assets are there" : std::to_string(missing) + " missing: " + MissingText(model.Findings);
-  if (errors > 0)
-    text += (missing == 0 ? ", with " : "; ") + std::to_string(errors) + (errors == 1 ? " error" : " errors");
+  if (errors > 0) text += "; " + broken;
   return text + '.';
 }
 

@@ -53,6 +53,7 @@ struct TimelineTrack : TimelineSpan {
   std::vector<std::string> Problems;  ///< a sentence each
   Cairn::GenericAsset Asset;          ///< without AssetID where sound lacks
   std::string File;                   ///< empty where there is none
+  std::string Description;            ///< "Flat 2K 1998×1080, 24 fps, 0:10"; empty where it is not known
   std::string Language;
   std::string Coding;  ///< of auxiliary data: "immersive audio", or the label as written
   bool Stereoscopic = false;
@@ -80,6 +81,7 @@ struct TimelineComposition : TimelineSpan {
   std::string Title;  ///< its identifier where it has none
   std::string Kind;
   std::string File;
+  std::string Description;  ///< "Flat 2K 1998×1080, 24 fps, 5.1, en, SMPTE, OV, 3 reels"
   QUIRE::Rational EditRate;
   bool Stereoscopic = false;
   bool Encrypted = false;

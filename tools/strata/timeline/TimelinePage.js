@@ -79,7 +79,7 @@
 
   // ---- page
 
-  const verdict = make('span', {class: model.exit_code === 0 ? 'verdict' : 'alarmed'}, model.verdict);
+  const verdict = make('h1', {class: model.exit_code === 0 ? 'verdict' : 'alarmed'}, model.verdict);
   const reelCount = model.compositions.reduce((sum, composition) => sum + composition.reels.length, 0);
   const summary = make('div', {class: 'quiet'}, `${placeAt(model.duration_seconds).code} \u00b7 ${model.duration} ` +
       `edit units \u00b7 ${count(model.compositions.length, 'composition')}, ${count(reelCount, 'reel')}`);
@@ -94,11 +94,17 @@
       button('Whole show', 'Key 0', () => show(0, total)),
       button('\u25c0', 'Earlier: left arrow', () => pan(-0.25)), button('\u25b6', 'Later: right arrow', () => pan(0.25)),
       make('span', {class: 'quiet'}, 'Wheel: zoom. Drag: move. Click: keep details.'), readout);
+  /** A link that does something on this page: by click, or by key where it has the focus. */
+  const link = (text, act) => {
+    const element = make('a', {href: '#page'}, text);
+    element.addEventListener('click', event => { event.preventDefault(); act(); });
+    return element;
+  };
   const drawingBox = make('div'), overviewBox = make('div');
   const details = make('div', {class: 'details', hidden: ''});
   const tip = make('div', {class: 'tip', hidden: ''});
   document.getElementById('page').append(
-      make('header', {}, make('h1', {}, model.title), verdict), summary, tools, drawingBox, overviewBox, details,
+      make('header', {}, verdict, make('div', {class: 'show-title'}, model.title)), summary, tools, drawingBox, overviewBox, details,
       legend(), findings(), compositions(), events(), tip);
   const drawing = makeSvg(drawingBox, 'svg', {class: 'drawing', role: 'img', 'aria-label': 'Timeline of ' + model.title});
   const overview = makeSvg(overviewBox, 'svg', {class: 'overview', height: 26});
@@ -132,45 +138,41 @@
       const place = [finding.composition, finding.reel && 'reel ' + finding.reel, finding.asset_type].filter(Boolean);
       const facts = finding.expected ? ` Expected ${finding.expected}, found ${finding.found}.` :
           finding.found ? ` Found ${finding.found}.` : '';
-      const line = make('li', finding.severity === 'warning' ? {} : {class: 'problem'},
-          `${finding.severity}: ${place.length ? place.join(', ') + ': ' : ''}${finding.message}${facts}`);
-      line.addEventListener('click', () => {
-        const composition = model.compositions.find(item => item.title === finding.composition);
-        if (composition) showItem(finding.reel && composition.reels[finding.reel - 1] || composition);
-      });
-      list.append(line);
+      const text = `${finding.severity}: ${place.length ? place.join(', ') + ': ' : ''}${finding.message}${facts}`;
+      const composition = model.compositions[finding.composition_number - 1];
+      const act = () => showItem(finding.reel && composition.reels[finding.reel - 1] || composition);
+      list.append(make('li', finding.severity === 'warning' ? {} : {class: 'problem'}, composition ? link(text, act) : text));
     }
     return make('section', {}, make('h2', {}, 'Findings'), list);
   }
 
   function table(title, heads, rows) {
     if (rows.length === 0) return '';
-    const cells = (row, name) => row.map((text, index) =>
-        make(name, typeof heads[index] === 'object' ? {class: 'number'} : {}, String(text)));
+    // Columns of numbers stand in brackets; those of edit units give way on narrow screens.
+    const classOf = index => [typeof heads[index] === 'object' ? 'number' : '', /edit unit/.test(heads[index]) ? 'wide' : '']
+        .filter(Boolean).join(' ');
+    const cell = (name, index, content) => make(name, classOf(index) ? {class: classOf(index)} : {}, content);
     const body = make('tbody');
-    for (const row of rows) {
-      const line = make('tr', {}, ...cells(row.cells, 'td'));
-      line.addEventListener('click', row.act);
-      body.append(line);
-    }
-    const head = make('thead', {}, make('tr', {}, ...cells(heads.map(String), 'th')));
+    for (const row of rows)
+      body.append(make('tr', {}, ...row.cells.map((text, index) =>
+          cell('td', index, index === row.link ? link(String(text), row.act) : String(text)))));
+    const head = make('thead', {}, make('tr', {}, ...heads.map((text, index) => cell('th', index, String(text)))));
     return make('section', {}, make('h2', {}, title), make('table', {class: 'list'}, head, body));
   }
 
   function compositions() {
     return table('Compositions', [[''], ['starts at'], ['edit unit'], 'title', ['duration'], ['edit units'], ''],
         model.compositions.map((item, index) => ({
-          act: () => showItem(item),
+          act: () => showItem(item), link: 3,
           cells: [index + 1, placeAt(item.start_seconds).code, item.start, item.title,
                   timeCode(item.duration, rateOf(item)), item.duration,
-                  (isAlarm(item) ? item.state : `${+rateOf(item).toFixed(3)} fps, ${count(item.reels.length, 'reel')}`) +
-                      (item.stereoscopic ? ', stereoscopic' : '') + (item.encrypted ? ', encrypted' : '')]})));
+                  isAlarm(item) ? item.state : item.description || '']})));
   }
 
   function events() {
     return table('Events', [['at'], ['edit unit'], 'label'],
         model.markers.filter(item => item.origin === 'show').map(item => ({
-          act: () => show(item.seconds - (view.to - view.from) / 2, item.seconds + (view.to - view.from) / 2),
+          link: 2, act: () => show(item.seconds - (view.to - view.from) / 2, item.seconds + (view.to - view.from) / 2),
           cells: [placeAt(item.seconds).code, item.position, item.label]})));
   }
 
@@ -180,6 +182,7 @@
     const rows = [];
     const add = (name, value) => { if (value !== undefined && value !== '') rows.push([name, String(value)]); };
     const at = item.start_seconds !== undefined ? item.start_seconds : item.seconds;
+    add('What it is', item.description);
     add('Starts at', `${placeAt(at).code}, edit unit ${item.start !== undefined ? item.start : item.position}`);
     if (item.duration !== undefined) add('Plays for', `${item.duration} edit units, ${clock(item.duration_seconds, 0.1)}`);
     add('Asset', item.asset_id);
@@ -354,8 +357,7 @@
         label(drawn.from, y + 19, room, `${drawn.count} compositions`, alarm ? 'plate' : 'small', 11);
       } else {
         label(drawn.from, y + 10, room, name, alarm ? 'plate' : 'strong', alarm ? 11 : 12);
-        const second = `${+rateOf(item).toFixed(3)} fps${item.stereoscopic ? ', stereoscopic' : ''}`;
-        label(drawn.from, y + 26, room, alarm ? item.state : second, alarm ? 'plate' : 'small', 11);
+        label(drawn.from, y + 26, room, alarm ? item.state : item.description || '', alarm ? 'plate' : 'small', 11);
       }
       const x = placeOf(item.start_seconds);
       if (x < left || x < lastEdge + 6) continue;
@@ -471,7 +473,7 @@
 
   let cursor;
   function draw() {
-    width = Math.max(480, drawingBox.clientWidth);
+    width = Math.max(240, drawingBox.clientWidth);
     drawing.replaceChildren();
     addPatterns();
     for (const name of ['grid', 'boxes', 'lines', 'labels']) layers[name] = makeSvg(drawing, 'g');

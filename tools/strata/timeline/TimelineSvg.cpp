@@ -40,6 +40,7 @@ std::string TipOf(const TimelineModel& model, const TimelineLane& lane, const Ti
   std::string tip = lane.Name + ", " + PlaceText(model, track) + ": " + TimelineStateName(track.State);
   if (!track.Asset.AssetID.HasValue()) return tip;
   tip += ", asset " + track.Asset.AssetID.EncodeString();
+  if (!track.Description.empty()) tip += ", " + track.Description;
   if (!track.File.empty()) tip += ", " + Ferro::PathBasename(track.File);
   tip += ", edit units " + std::to_string(track.Asset.EntryPoint) + " to " +
          std::to_string(Ferro::ui64_t{track.Asset.EntryPoint} + track.Asset.Duration) + " of " +
@@ -225,13 +226,13 @@ class SvgTimeline {
       SvgBox box = BoxOf(item, height);
       if (alarm) box = Seen(box);
       const std::string name = std::to_string(item.Index + 1) + "  " + composition.Title;
-      SvgDrawing group = m_Boxes.Group("", item.Count > 1 ? std::to_string(item.Count) + " compositions" : name);
+      SvgDrawing group = m_Boxes.Group(
+          "", item.Count > 1 ? std::to_string(item.Count) + " compositions" : name + ", " + composition.Description);
       if (alarm) group.Rectangle(box, "hatched");
       group.Rectangle(box, alarm ? TimelineStateName(composition.State) : "composition");
-      const std::string second =
-          item.Count > 1 ? std::to_string(item.Count) + " compositions"
-          : alarm        ? TimelineStateName(composition.State)
-                         : RateText(composition.EditRate) + " fps" + (composition.Stereoscopic ? ", stereoscopic" : "");
+      const std::string second = item.Count > 1 ? std::to_string(item.Count) + " compositions"
+                                 : alarm        ? TimelineStateName(composition.State)
+                                                : composition.Description;
       if (item.Count == 1) Label({box.X, box.Y, box.Width, 20}, name, alarm ? "plate" : "strong");
       Label({box.X, box.Y + 17, box.Width, 18}, second, alarm ? "plate" : "small");
     }

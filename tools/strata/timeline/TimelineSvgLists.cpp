@@ -90,6 +90,9 @@ class Lists {
 
   void DrawCompositions() {
     const double x = m_Place.X;
+    const bool has_events = std::any_of(m_Model.Markers.begin(), m_Model.Markers.end(),
+                                        [](const TimelineMarker& marker) { return !marker.OfComposition; });
+    const double room = has_events ? 206 : m_Place.Width - 746;  // for what a composition is
     Heading(x, "Compositions");
     Number(x + 120, "starts at", "faint");
     Number(x + 200, "edit unit", "faint");
@@ -99,7 +102,6 @@ class Lists {
     m_Y += Line;
     for (size_t index = 0; index < std::min(m_Model.Compositions.size(), MostRows); ++index) {
       const TimelineComposition& composition = m_Model.Compositions[index];
-      const size_t reels = composition.Reels.size();
       const bool alarm = IsAlarming(composition.State);
       Number(x + 22, std::to_string(index + 1));
       Number(x + 120, TimelineTimeCode(m_Model, composition.Start));
@@ -107,10 +109,7 @@ class Lists {
       Cell(x + 216, FitPixels(composition.Title, 12, 330));
       Number(x + 650, TimeCodeText(composition.Duration, composition.EditRate));
       Number(x + 730, std::to_string(composition.Duration));
-      Cell(x + 746,
-           alarm ? TimelineStateName(composition.State)
-                 : RateText(composition.EditRate) + " fps, " + std::to_string(reels) +
-                       (reels == 1 ? " reel" : " reels") + (composition.Encrypted ? ", encrypted" : ""),
+      Cell(x + 746, alarm ? TimelineStateName(composition.State) : FitPixels(composition.Description, 11, room),
            alarm ? "small alarm" : "small");
       m_Y += Line;
     }

@@ -138,7 +138,7 @@ class TextTimeline {
     if (m_Form.IsUtf8) return text;
     std::string plain;
     for (const DisplayCharacter& character : DisplayCharacters(text))
-      plain += character.Code < 0x80 ? static_cast<char>(character.Code) : '?';
+      plain += character.Code < 0x80 ? static_cast<char>(character.Code) : character.Code == 0xd7 ? 'x' : '?';  // ×
     return plain;
   }
 
@@ -284,7 +284,17 @@ class TextTimeline {
       if (!word.empty() && ColumnsOf(word) + 3 <= room)
         row.Write(cells.Begin + 2, cells.End, ' ' + word + (ColumnsOf(word) + 3 < room ? " " : ""));
     }
+    for (const TimelineTrack* track : tracks) DrawGap(*track, row);
     AddRow(lane.Name, row);
+  }
+
+  /// What a track leaves of its reel is seen, however short.
+  void DrawGap(const TimelineTrack& track, Row& row) const {
+    const TimelineReel& reel = m_Model.Compositions[track.Composition].Reels[track.Reel - 1];
+    if (track.EndSeconds() + 1e-9 >= reel.EndSeconds()) return;
+    const Cells of_reel = CellsOf(reel);
+    const size_t begin = std::min(CellsOf(track).End, of_reel.End - 1);
+    row.Fill(begin, of_reel.End, " ");
   }
 
   [[nodiscard]] std::string WordOf(const TimelineTrack& track) const {
@@ -302,17 +312,16 @@ class TextTimeline {
 
   void ListCompositions() {
     m_Text += '\n';
-    AddLine("  #  starts at    takes        title");
+    AddLine("  #  starts at    takes        title and what it is");
     for (size_t index = 0; index < std::min(m_Model.Compositions.size(), MostRows); ++index) {
       const TimelineComposition& composition = m_Model.Compositions[index];
       std::string number = std::to_string(index + 1);
       number.insert(0, number.size() < 3 ? 3 - number.size() : 0, ' ');
+      const std::string what =
+          IsAlarming(composition.State) ? TimelineStateName(composition.State) : composition.Description;
       AddLine(number + "  " + TimelineTimeCode(m_Model, composition.Start) + "  " +
-              TimeCodeText(composition.Duration, composition.EditRate) + "  " + RateText(composition.EditRate) +
-              " fps" + (composition.Stereoscopic ? ", stereoscopic" : "") +
-              (composition.Encrypted ? ", encrypted" : "") +
-              (IsAlarming(composition.State) ? std::string(", ") + TimelineStateName(composition.State) : "") + "  " +
-              composition.Title);
+              TimeCodeText(composition.Duration, composition.EditRate) + "  " + composition.Title +
+              (what.empty() ? "" : "  " + what));
     }
     More(m_Model.Compositions.size());
   }

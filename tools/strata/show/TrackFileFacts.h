@@ -6,6 +6,7 @@
 #include <Ferro/UUID.h>
 #include <QUIRE/Rational.h>
 
+#include <optional>
 #include <string>
 
 namespace Tool {
@@ -26,10 +27,11 @@ enum class TrackFileProblem {
 /// have are 0.
 struct TrackFileFacts {
   TrackFileProblem Problem = TrackFileProblem::None;
-  std::string Reason;            ///< of the problem: the result's label
-  Ferro::ui32_t EditUnit = 0;    ///< that cannot be read
-  std::string Resource;          ///< that cannot be read
-  bool IsIncomplete = false;     ///< frames at its end, which are not played, cannot be read
+  std::string Reason;          ///< of the problem: the result's label
+  Ferro::ui32_t EditUnit = 0;  ///< that cannot be read
+  std::string Resource;        ///< that cannot be read
+  bool IsIncomplete = false;   ///< frames at its end, which are not played, cannot be read
+  Cairn::FileType_t Type = Cairn::FT_UNKNOWN;
   bool HasLength = false;        ///< rate and duration are known; a subtitle document has none
   QUIRE::Rational EditRate;      ///< edit units per second
   Ferro::ui32_t Duration = 0;    ///< edit units
@@ -38,15 +40,17 @@ struct TrackFileFacts {
   Ferro::ui32_t Channels = 0;    ///< of sound
   QUIRE::Rational SamplingRate;  ///< sound samples per second
   Ferro::ui32_t SampleBits = 0;  ///< of one sound sample
+  std::string Configuration;     ///< of sound: "51/L,R,C,LFE,Ls,Rs"; may be empty
   bool Encrypted = false;
   Ferro::UUID KeyID;         ///< of the content key
   std::string MissingFont;   ///< one that the text refers to and that is not there
   std::string MissingImage;  ///< the same
 };
 
-/// Opens a file and reads its first edit unit, edit unit `last`, where it has it, and its last one; of text the document
-/// with its fonts and images. `type` is what the file was found to hold.
+/// Opens a file. `type` is what the file was found to hold.
+/// @param last  the last edit unit that is played: it is tried, as are the first one of the file and its last; of text the
+///              document with its fonts and images. No value: only the header is read.
 [[nodiscard]] TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type,
-                                                Ferro::ui32_t last);
+                                                std::optional<Ferro::ui32_t> last = std::nullopt);
 
 }  // namespace Tool

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TrackFileFacts.h"
 
-#include "show/TextReferences.h"
+#include "TextReferences.h"
 #include "terminal/LogView.h"
 
 #include <Cairn/DCSubtitle.h>
@@ -10,13 +10,16 @@
 #include <Ferro/Path.h>
 #include <QUIRE/AtmosReader.h>
 #include <QUIRE/DCDataReader.h>
+#include <QUIRE/Dictionary.h>
 #include <QUIRE/JP2KReader.h>
 #include <QUIRE/MPEG2Reader.h>
 #include <QUIRE/PCMReader.h>
 #include <QUIRE/TimedTextReader.h>
+#include <Strata/SoundConfiguration.h>
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 #include <vector>
 
 namespace Tool {
@@ -55,16 +58,16 @@ void TakeLength(const DescriptorT& descriptor, TrackFileFacts& facts) {
 
 /// Tries the first edit unit and the last one that is played, then the file's last.
 template <class BufferT, class ReaderT>
-void TryFrames(ReaderT& reader, Ferro::ui32_t last, TrackFileFacts& facts) {
+void TryFrames(ReaderT& reader, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   BufferT buffer;
-  if (facts.Duration == 0 || buffer.Capacity(Capacity).Failure()) return;
-  for (const Ferro::ui32_t number : {Ferro::ui32_t{0}, std::min(last, facts.Duration - 1)})
+  if (!last || facts.Duration == 0 || buffer.Capacity(Capacity).Failure()) return;
+  for (const Ferro::ui32_t number : {Ferro::ui32_t{0}, std::min(*last, facts.Duration - 1)})
     if (const Result_t result = reader.ReadFrame(number, buffer); result.Failure()) {
       Fail(facts, TrackFileProblem::FrameUnreadable, result);
       facts.EditUnit = number;
       return;
     }
-  facts.IsIncomplete = last < facts.Duration - 1 && reader.ReadFrame(facts.Duration - 1, buffer).Failure();
+  facts.IsIncomplete = *last < facts.Duration - 1 && reader.ReadFrame(facts.Duration - 1, buffer).Failure();
 }
 
 template <class DescriptorT>
@@ -74,7 +77,7 @@ void TakePicture(const DescriptorT& descriptor, TrackFileFacts& facts) {
   facts.Height = descriptor.StoredHeight;
 }
 
-void ReadJPEG2000(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadJPEG2000(const std::string& filename, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   QUIRE::JP2K::MXFReader reader;
   QUIRE::JP2K::PictureDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillPictureDescriptor(descriptor).Failure()) return;
@@ -82,7 +85,7 @@ void ReadJPEG2000(const std::string& filename, Ferro::ui32_t last, TrackFileFact
   TryFrames<QUIRE::JP2K::FrameBuffer>(reader, last, facts);
 }
 
-void ReadMPEG2(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadMPEG2(const std::string& filename, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   QUIRE::MPEG2::MXFReader reader;
   QUIRE::MPEG2::VideoDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillVideoDescriptor(descriptor).Failure()) return;
@@ -90,7 +93,15 @@ void ReadMPEG2(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& 
   TryFrames<QUIRE::MPEG2::FrameBuffer>(reader, last, facts);
 }
 
-void ReadSound(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+std::string ConfigurationOf(QUIRE::PCM::MXFReader& reader) {
+  try {
+    return Strata::sound_config_from_mxf(reader.OP1aHeader(), QUIRE::DefaultSMPTEDict(), false);
+  } catch (const std::out_of_range&) {  // a label too short to be one
+    return "";
+  }
+}
+
+void ReadSound(const std::string& filename, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   QUIRE::PCM::MXFReader reader;
   QUIRE::PCM::AudioDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillAudioDescriptor(descriptor).Failure()) return;
@@ -98,10 +109,11 @@ void ReadSound(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& 
   facts.Channels = descriptor.ChannelCount;
   facts.SamplingRate = descriptor.AudioSamplingRate;
   facts.SampleBits = descriptor.QuantizationBits;
+  facts.Configuration = ConfigurationOf(reader);
   TryFrames<QUIRE::PCM::FrameBuffer>(reader, last, facts);
 }
 
-void ReadData(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadData(const std::string& filename, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   QUIRE::DCData::MXFReader reader;
   QUIRE::DCData::DCDataDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillDCDataDescriptor(descriptor).Failure()) return;
@@ -109,7 +121,7 @@ void ReadData(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& f
   TryFrames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
 }
 
-void ReadImmersive(const std::string& filename, Ferro::ui32_t last, TrackFileFacts& facts) {
+void ReadImmersive(const std::string& filename, std::optional<Ferro::ui32_t> last, TrackFileFacts& facts) {
   QUIRE::ATMOS::MXFReader reader;
   QUIRE::ATMOS::AtmosDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillAtmosDescriptor(descriptor).Failure()) return;
@@ -117,11 +129,12 @@ void ReadImmersive(const std::string& filename, Ferro::ui32_t last, TrackFileFac
   TryFrames<QUIRE::DCData::FrameBuffer>(reader, last, facts);
 }
 
-void ReadTimedText(const std::string& filename, TrackFileFacts& facts) {
+void ReadTimedText(const std::string& filename, bool header_only, TrackFileFacts& facts) {
   QUIRE::TimedText::MXFReader reader;
   QUIRE::TimedText::TimedTextDescriptor descriptor;
   if (!Open(reader, filename, facts) || reader.FillTimedTextDescriptor(descriptor).Failure()) return;
   TakeLength(descriptor, facts);
+  if (header_only) return;
   std::vector<Ferro::UUID> resources;
   for (const auto& resource : descriptor.ResourceList) {
     QUIRE::TimedText::FrameBuffer buffer;
@@ -166,8 +179,10 @@ void ReadSubtitle(const std::string& filename, TrackFileFacts& facts) {
 
 }  // namespace
 
-TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type, Ferro::ui32_t last) {
+TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t type,
+                                  std::optional<Ferro::ui32_t> last) {
   TrackFileFacts facts;
+  facts.Type = type;
   const QuietLog log;  // what cannot be read is told in the facts
   switch (type) {
     case Cairn::FT_QUIRE_JP2K_J2C:
@@ -187,7 +202,7 @@ TrackFileFacts ReadTrackFileFacts(const std::string& filename, Cairn::FileType_t
       ReadImmersive(filename, last, facts);
       break;
     case Cairn::FT_QUIRE_TIMED_TEXT:
-      ReadTimedText(filename, facts);
+      ReadTimedText(filename, !last, facts);
       break;
     case Cairn::FT_TI_SUBTITLE:
       ReadSubtitle(filename, facts);
