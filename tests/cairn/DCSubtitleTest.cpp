@@ -59,7 +59,7 @@ TEST_F(DCSubtitleTest, CommentsAndUnknownElementsInTheHeadingAreSkipped) {
 
 TEST_F(DCSubtitleTest, AMalformedReelNumberIsOnlyReported) {
   EXPECT_EQ(Read("<ReelNumber>two</ReelNumber>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Document.ReelNumber, 1u);
+  EXPECT_EQ(m_Document.ReelNumber, 0u);
   EXPECT_THAT(m_Log.Warnings(), ElementsAre("DCSubtitle: malformed ReelNumber \"two\"\n"));
 }
 

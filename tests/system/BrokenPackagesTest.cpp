@@ -494,7 +494,7 @@ TEST(BrokenPackage, PlayingATrackFileThatWasCutIsNoSuccess) {
   StrataProgram play({"play", show.Path("Trailer"), "--speed", "max", "--verify"});
   EXPECT_EQ(play.Wait(), 2);
   EXPECT_THAT(play.Output(),
-              testing::HasSubstr(" frames could not be read: `strata check` says which file is damaged.\n"));
+              testing::HasSubstr(" frames could not be read: `strata check --hash` says which file is damaged.\n"));
   EXPECT_THAT(play.Errors(), testing::EndsWith("strata: warning: edit unit 13, picture: frame 13 of the file cannot be "
                                                "read; others of this file are only counted\n"));
   EXPECT_THAT(play.Errors(), testing::Not(testing::HasSubstr("IMG (frame")));

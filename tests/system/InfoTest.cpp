@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "JsonSchema.h"
+#include "MxfBuilder.h"
 #include "SampleFolder.h"
 
 #include <fstream>
@@ -118,7 +119,7 @@ TEST_F(Info, FolderTellsOfItsPackages) {
   EXPECT_EQ(item["assets"].size(), 4U);
   std::filesystem::remove(Show("Trailer/sound-1.mxf"));
   const Json broken = Of(Show("Trailer"), 2);
-  EXPECT_THAT(broken["problems"].dump(), HasSubstr("missing"));
+  EXPECT_THAT(broken["problems"].dump(), AllOf(HasSubstr("/Trailer/sound-1.mxf: "), HasSubstr("missing")));
 }
 
 TEST_F(Info, TruncatedTrackFileLosesItsIndexAndFrames) {
@@ -150,6 +151,72 @@ TEST_F(Info, BrokenAndUnknownFilesSayWhy) {
   EXPECT_EQ(Of(Write("other.xml", "<a xmlns='urn:other'/>"), 2)["kind"], "XML document");
   EXPECT_EQ(Of("/dev/null", 2)["kind"], "device");
   EXPECT_EQ(Of(Beside("nothing"), 1)["problems"], Json({"There is no such file or folder."}));
+}
+
+/// Tests of files that other equipment makes, built byte by byte.
+class InfoOfMXF : public Info {
+ protected:
+  static testsupport::MxfBuilder Pictures() {
+    testsupport::MxfBuilder builder(testsupport::MxfBuilder::JP2K);
+    builder.Frames = {testsupport::Bytes(100, 1), testsupport::Bytes(120, 2), testsupport::Bytes(90, 3)};
+    return builder;
+  }
+  Json Of(testsupport::MxfBuilder builder) const {
+    const testsupport::Bytes bytes = builder.Build();
+    return Info::Of(Write("built.mxf", std::string(bytes.begin(), bytes.end())), 2);
+  }
+
+  static constexpr Ferro::ui16_t OperationalPattern = 0x3b09;
+  static constexpr Ferro::ui16_t EssenceContainer = 0x3004;
+  static constexpr Ferro::ui16_t PictureCoding = 0x3201;
+};
+
+TEST_F(InfoOfMXF, SystemItemsAreNoDamage) {
+  testsupport::MxfBuilder builder = Pictures();
+  builder.Overrides["Preface"][OperationalPattern] = testsupport::Hex("060e2b34.04010101.0d010201.01010900");
+  builder.FillBeforeEssence = builder.FillBetweenFrames =
+      testsupport::Hex("060e2b34.02050101.0d010301.04010100 83000004 00000000");
+  const Json item = Of(builder);
+  EXPECT_EQ(item["problems"], Json({"This is OP1a, with system items: not a D-Cinema track file."}));
+  EXPECT_EQ(item["index"], (Json{{"health", "good"}, {"covers", 3}}));
+}
+
+TEST_F(InfoOfMXF, ClipWrappedPicturesAreNotCutOff) {
+  testsupport::MxfBuilder builder = Pictures();
+  builder.Overrides["Descriptor"][EssenceContainer] = testsupport::Hex("060e2b34.04010107.0d010301.020c0200");
+  const Json item = Of(builder);
+  EXPECT_EQ(item["problems"], Json({"This is OP-Atom, clip-wrapped: not a D-Cinema track file."}));
+  EXPECT_FALSE(item.contains("index"));
+}
+
+TEST_F(InfoOfMXF, CodingOfOtherTradesIsToldByItsName) {
+  testsupport::MxfBuilder builder = Pictures();
+  builder.Overrides["Descriptor"][PictureCoding] = testsupport::Hex("060e2b34.0401010d.04010202.03010115");
+  const Json item = Of(builder);
+  EXPECT_EQ(item["problems"],
+            Json({"Its pictures are coded as JPEG 2000, broadcast profile, which D-Cinema does not use."}));
+  EXPECT_EQ(item["picture"]["coding_text"], "JPEG 2000, broadcast profile");
+}
+
+TEST_F(InfoOfMXF, AlgorithmsAreWhatTheFileSays) {
+  const Json usual = Info::Of(Show("Encrypted/picture-1.mxf"))["encryption"];
+  EXPECT_EQ(usual["cipher"], "AES-128 CBC");
+  EXPECT_EQ(usual["integrity_algorithm"], "HMAC-SHA1");
+}
+
+TEST_F(Info, NothingIsToldThatNoDocumentSays) {
+  const std::string start =
+      "<ShowPlaylist xmlns='http://www.strata.example/ra/xsd/strata-spl-1'>"
+      "<Id>urn:uuid:11111111-2222-4333-8444-555555555555</Id>";
+  const std::string end = "<ShowTitleText>t</ShowTitleText><ShowSequence/></ShowPlaylist>";
+  EXPECT_FALSE(Of(Write("show.xml", start + end)).contains("issue_date"));
+  EXPECT_FALSE(Of(Write("show.xml", start + "<IssueDate>yesterday</IssueDate>" + end)).contains("issue_date"));
+  EXPECT_EQ(Of(Write("show.xml", start + "<IssueDate>2026-03-01T12:00:00+00:00</IssueDate>" + end))["issue_date"],
+            "2026-03-01T12:00:00+00:00");
+  const Json subtitle = Of(Write("subtitle.xml",
+                                 "<DCSubtitle><SubtitleID>11111111-2222-4333-8444-555555555555</SubtitleID>"
+                                 "</DCSubtitle>"));
+  EXPECT_FALSE(subtitle.contains("reel_number"));
 }
 
 TEST_F(Info, RawEssenceOutsideTrackFiles) {

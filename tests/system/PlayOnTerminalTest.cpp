@@ -111,7 +111,7 @@ TEST_F(PlayOnTerminal, EndsWithASummaryOfEveryChannel) {
     EXPECT_TRUE(play.WaitFor(" repeated  wait p50 "));
     EXPECT_TRUE(play.WaitFor(" ms\r\n"));
   }
-  EXPECT_TRUE(play.WaitFor("Verified 504 frames: all are as in their files.\r\n"));
+  EXPECT_TRUE(play.WaitFor("Verified 504 frames: all were read as they stand in their files. "));
 }
 
 TEST_F(PlayOnTerminal, GoesOnWhereItWasLeft) {

@@ -14,7 +14,6 @@
 #include "terminal/TextForms.h"
 
 #include <Cairn/InspectFile.h>
-#include <QUIRE/EssenceType.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -29,12 +28,6 @@ struct InfoOptions {
   bool AsJson = false;
 };
 
-void DescribeMXF(const std::string& path, InfoItem& item) {
-  QUIRE::EssenceType_t essence = QUIRE::ESS_UNKNOWN;
-  if (QUIRE::EssenceType(path, essence).Failure()) essence = QUIRE::ESS_MXF_OTHER;
-  DescribeTrackFile(path, essence, item);
-}
-
 void DescribeFile(const std::string& path, InfoItem& item) {
   Cairn::FileContent content;
   const auto result = Cairn::InspectFile(path, content);
@@ -43,7 +36,7 @@ void DescribeFile(const std::string& path, InfoItem& item) {
   const auto size = std::filesystem::file_size(path, error);
   if (!error) item.Facts.Set("size", {size, BytesText(size)});
   if (result.Failure()) return item.AddProblem(std::string("The file cannot be read: ") + result.Label());
-  if (IsMXF(content.Type)) return DescribeMXF(path, item);
+  if (IsMXF(content.Type)) return DescribeTrackFile(path, item);
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
       return item.AddProblem(size == 0 ? "The file is empty."

@@ -18,8 +18,26 @@ namespace Tool {
 
 namespace {
 
+/// Empty where the document does not say.
 const char* FormatName(Cairn::DCPFormat_t format) {
-  return format == Cairn::DFT_Interop ? "Interop" : "SMPTE";
+  switch (format) {
+    case Cairn::DFT_Interop:
+      return "Interop";
+    case Cairn::DFT_DCI_SMPTE:
+      return "SMPTE";
+    case Cairn::DFT_IMF:
+      return "IMF";
+    default:
+      return "";
+  }
+}
+
+// A show playlist that says nothing of its date keeps the one that it has before reading, which is now by default.
+template <class Document>
+void ForgetDate(Document&) {}
+
+void ForgetDate(Strata::ShowPlaylist& spl) {
+  spl.IssueDate = Ferro::Timestamp(0);
 }
 
 InfoFacts AssetFacts(const char* kind, const Cairn::GenericAsset& asset, const std::string& language = "") {
@@ -68,7 +86,7 @@ InfoFacts ReelFacts(const Cairn::Reel& reel, bool stereoscopic) {
 
 void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
   item.Facts.Add("id", cpl.ID);
-  item.Facts.Set("flavour", FormatName(cpl.DCPFormat));
+  item.Facts.Add("flavour", FormatName(cpl.DCPFormat));
   item.Facts.Add("title", cpl.ContentTitle);
   item.Facts.Add("annotation", cpl.Annotation);
   item.Facts.Add("content_kind", cpl.ContentKindText);
@@ -85,11 +103,13 @@ void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
   for (const Cairn::Rating& rating : cpl.RatingList) ratings.emplace_back(rating.Agency + ' ' + rating.Label);
   InfoList& reels = item.Facts.List("reels");
   for (const Cairn::Reel& reel : cpl.ReelList) reels.emplace_back(ReelFacts(reel, cpl.StereoscopicImage));
+  if (cpl.DCPFormat == Cairn::DFT_IMF)
+    item.AddProblem("This belongs to an IMF package; cinema servers do not play it.");
 }
 
 void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
   item.Facts.Add("id", pkl.ID);
-  item.Facts.Set("flavour", FormatName(pkl.DCPFormat));
+  item.Facts.Add("flavour", FormatName(pkl.DCPFormat));
   item.Facts.Add("annotation", pkl.Annotation);
   item.Facts.Add("issue_date", pkl.IssueDate);
   item.Facts.Add("issuer", pkl.Issuer);
@@ -111,7 +131,7 @@ void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
 
 void Describe(const Cairn::AssetMap& map, InfoItem& item) {
   item.Facts.Add("id", map.ID);
-  item.Facts.Set("flavour", FormatName(map.DCPFormat));
+  item.Facts.Add("flavour", FormatName(map.DCPFormat));
   item.Facts.Add("annotation", map.Annotation);
   item.Facts.Add("issue_date", map.IssueDate);
   item.Facts.Add("issuer", map.Issuer);
@@ -128,7 +148,7 @@ void Describe(const Cairn::AssetMap& map, InfoItem& item) {
 }
 
 void Describe(const Cairn::VolumeIndex& volume, InfoItem& item) {
-  item.Facts.Set("flavour", FormatName(volume.DCPFormat));
+  item.Facts.Add("flavour", FormatName(volume.DCPFormat));
   item.Facts.Set("volume", volume.Index);
 }
 
@@ -157,7 +177,7 @@ void Describe(const Strata::ShowPlaylist& spl, InfoItem& item) {
   item.Facts.Add("id", spl.ID);
   item.Facts.Add("title", spl.ShowTitle);
   item.Facts.Add("annotation", spl.Annotation);
-  if (spl.IssueDate.HasValue()) item.Facts.Set("issue_date", spl.IssueDate.EncodeString());
+  if (spl.IssueDate != Ferro::Timestamp(0)) item.Facts.Set("issue_date", spl.IssueDate.EncodeString());
   item.Facts.Add("issuer", spl.Issuer);
   item.Facts.Add("creator", spl.Creator);
   item.Facts.Set("signed", spl.SignatureMode != Cairn::SM_NONE);
@@ -171,7 +191,7 @@ void Describe(const Cairn::DCSubtitle& subtitle, InfoItem& item) {
   item.Facts.Set("flavour", "Interop");
   item.Facts.Add("title", subtitle.MovieTitle);
   item.Facts.Add("language", subtitle.Language);
-  item.Facts.Set("reel_number", subtitle.ReelNumber);
+  if (subtitle.ReelNumber != 0) item.Facts.Set("reel_number", subtitle.ReelNumber);
   item.Facts.Set("spots", subtitle.SpotList.size());
   InfoList& files = item.Facts.List("files");
   for (const std::string& name : subtitle.AncillaryNames()) files.emplace_back(name);
@@ -180,6 +200,7 @@ void Describe(const Cairn::DCSubtitle& subtitle, InfoItem& item) {
 template <class T>
 void DescribeFile(const std::string& path, InfoItem& item) {
   T document;
+  ForgetDate(document);
   const auto result = Cairn::InitObjectWithFile(document, path);
   if (result.Failure()) item.AddProblem(std::string("The document cannot be read in full: ") + result.Label() + '.');
   Describe(document, item);

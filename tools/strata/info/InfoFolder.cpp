@@ -2,6 +2,7 @@
 #include "InfoFolder.h"
 
 #include "show/InfoKinds.h"
+#include "show/MappedPath.h"
 #include "show/StoreProgress.h"
 #include "terminal/TextForms.h"
 
@@ -13,16 +14,15 @@ namespace Tool {
 
 namespace {
 
-InfoFacts AssetFacts(const Cairn::AssetRecord& record, InfoItem& item) {
+InfoFacts AssetFacts(const Cairn::AssetRecord& record, MappedPaths& paths, InfoItem& item) {
   InfoFacts facts;
   facts.Set("kind", FileKindName(record.Info.FileType));
   facts.Set("id", record.Info.ID.EncodeString());
   facts.Add("file", record.Info.RealFilename);
   facts.Set("size", record.Info.FileSize);
-  for (const std::string& reason : record.Reasons()) {
-    const std::string& name = record.Info.RealFilename;
-    item.AddProblem((name.empty() ? "Asset " + record.Info.ID.EncodeString() : name) + ": " + reason);
-  }
+  const std::string& file = record.Info.RealFilename;
+  for (const std::string& reason : record.Reasons())
+    item.AddProblem((file.empty() ? paths.Of(record) : file) + ": " + reason);
   return facts;
 }
 
@@ -46,11 +46,12 @@ void DescribeFolder(const std::string& path, InfoItem& item) {
   }
   Ferro::ui64_t size = 0;
   std::set<std::string> told;
+  MappedPaths paths;
   InfoList assets;
   for (const Cairn::AssetRecord& record : store.Assets()) {
     size += record.Info.FileSize;
     told.insert(record.Info.RealFilename);
-    assets.emplace_back(AssetFacts(record, item));
+    assets.emplace_back(AssetFacts(record, paths, item));
   }
   for (const Cairn::UnreadableEntry& entry : store.Unreadable())
     if (!told.contains(entry.Path)) item.AddProblem(entry.Path + ": It cannot be opened: " + entry.Reason + '.');

@@ -38,6 +38,7 @@ struct InfoValue {
   template <std::integral T>
   InfoValue(T number) : Value(static_cast<Ferro::ui64_t>(number)) {}
   InfoValue(Ferro::ui64_t number, std::string readable) : Value(number), Readable(std::move(readable)) {}
+  InfoValue(std::string text, std::string readable) : Value(std::move(text)), Readable(std::move(readable)) {}
   InfoValue(const char* text) : Value(std::string(text)) {}
   InfoValue(std::string text) : Value(std::move(text)) {}
   InfoValue(InfoFacts facts) : Value(std::move(facts)) {}
@@ -46,7 +47,7 @@ struct InfoValue {
   [[nodiscard]] bool IsPlain() const { return Value.index() < 3; }
 
   std::variant<bool, Ferro::ui64_t, std::string, InfoFacts, InfoList> Value;
-  std::string Readable;  ///< a number in other words, as "95.9 kB"; empty: there are none
+  std::string Readable;  ///< a number or label in other words, as "95.9 kB"; empty: there are none
 };
 
 /// What `strata info` tells of one path.

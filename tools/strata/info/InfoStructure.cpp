@@ -2,6 +2,7 @@
 #include "InfoStructure.h"
 
 #include <Ferro/FileReader.h>
+#include <QUIRE/LabelMeaning.h>
 #include <QUIRE/MXF/FileStructure.h>
 #include <QUIRE/MXF/IndexTable.h>
 #include <QUIRE/MXF/KLV.h>
@@ -62,9 +63,10 @@ std::optional<Ferro::ui64_t> FirstLost(const Ferro::FileReader& file, const std:
     if (!position || (before && *position <= *before)) return number;
     QUIRE::MXF::KLVPacket packet;
     if (QUIRE::MXF::ReadKLV(file, *position, file.Size(), packet).Failure()) return number;
-    // Edit units of constant size may begin with another item than essence, but each with the same.
+    // Edit units of constant size may begin with any item, but each with the same.
     if (number == 0) first_key = packet.Key;
-    if (index.EditUnitByteCount() == 0 ? !QUIRE::MXF::IsEssenceKey(packet.Key) : packet.Key != first_key) return number;
+    const bool is_item = QUIRE::MXF::IsEssenceKey(packet.Key) || QUIRE::MXF::IsSystemItemKey(packet.Key);
+    if (index.EditUnitByteCount() == 0 ? !is_item : packet.Key != first_key) return number;
     before = position;
   }
   return std::nullopt;
@@ -123,7 +125,8 @@ bool DescribeStructure(const std::string& path, QUIRE::EssenceType_t essence, In
     return true;
   }
   if (!structure.Partitions.empty())
-    facts.Set("operational_pattern", structure.Partitions.front().OperationalPattern.EncodeString());
+    facts.Set("operational_pattern", {structure.Partitions.front().OperationalPattern.EncodeString(),
+                                      QUIRE::LabelMeaning(structure.Partitions.front().OperationalPattern)});
   InfoList& partitions = facts.List("partitions");
   for (const Partition& partition : structure.Partitions) partitions.emplace_back(PartitionFacts(partition));
   CheckRandomIndex(structure, item);

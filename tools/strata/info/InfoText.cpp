@@ -10,9 +10,10 @@ namespace {
 
 constexpr size_t LabelWidth = 24;
 
-/// A plain value; a number that has a readable form: "95874 (95.9 kB)".
+/// A plain value. A number has its readable form behind it: "95874 (95.9 kB)"; a label is shown as what it means.
 std::string ValueText(const InfoValue& value) {
-  if (const auto* text = std::get_if<std::string>(&value.Value)) return DisplayText(*text);
+  if (const auto* text = std::get_if<std::string>(&value.Value))
+    return DisplayText(value.Readable.empty() ? *text : value.Readable);
   if (const auto* flag = std::get_if<bool>(&value.Value)) return *flag ? "yes" : "no";
   const std::string number = std::to_string(std::get<Ferro::ui64_t>(value.Value));
   return value.Readable.empty() ? number : number + " (" + value.Readable + ')';

@@ -8,6 +8,7 @@
 #include <QUIRE/DCDataReader.h>
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/JP2KReader.h>
+#include <QUIRE/LabelMeaning.h>
 #include <QUIRE/MPEG2Reader.h>
 #include <QUIRE/MXF/OP1aHeader.h>
 #include <QUIRE/PCMReader.h>
@@ -20,8 +21,9 @@ namespace Tool {
 
 namespace {
 
+/// Adds a label with its meaning, where it has a value.
 void AddLabel(InfoFacts& facts, const char* key, const QUIRE::UL& label) {
-  if (label.HasValue()) facts.Set(key, label.EncodeString());
+  if (label.HasValue()) facts.Set(key, {label.EncodeString(), QUIRE::LabelMeaning(label)});
 }
 
 const char* LabelSetName(QUIRE::LabelSet_t labels) {
@@ -33,6 +35,12 @@ const char* LabelSetName(QUIRE::LabelSet_t labels) {
     default:
       return "unknown";
   }
+}
+
+/// "AES-128 CBC"; the label itself where its meaning is not known.
+std::string AlgorithmName(const QUIRE::UL& label) {
+  const std::string meaning = QUIRE::LabelMeaning(label);
+  return meaning.empty() && label.HasValue() ? label.EncodeString() : meaning;
 }
 
 void AddWriter(const QUIRE::TrackFileReader& reader, InfoItem& item) {
@@ -50,8 +58,14 @@ void AddWriter(const QUIRE::TrackFileReader& reader, InfoItem& item) {
   InfoFacts& encryption = item.Facts.Group("encryption");
   encryption.Add("key_id", info.CryptographicKeyID);
   encryption.Add("context_id", info.ContextID);
-  encryption.Set("cipher", "AES-128 CBC");
   encryption.Set("integrity_codes", info.UsesHMAC);
+  QUIRE::EncryptionInfo algorithms;
+  if (reader.FillEncryptionInfo(algorithms).Failure()) return;
+  encryption.Add("cipher", AlgorithmName(algorithms.CipherAlgorithm));
+  encryption.Add("integrity_algorithm", AlgorithmName(algorithms.MICAlgorithm));
+  if (!algorithms.KnowsCipher || !algorithms.KnowsMIC)
+    item.AddProblem(
+        "It is encrypted or authenticated by an algorithm that D-Cinema does not use: it cannot be decrypted.");
 }
 
 template <class DescriptorT>
@@ -167,36 +181,58 @@ void DescribeFile(const std::string& path, InfoItem& item) {
   AddWriter(reader, item);
 }
 
-}  // namespace
-
-void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, InfoItem& item) {
+void DescribeKind(const std::string& path, QUIRE::EssenceType_t essence, InfoItem& item) {
   switch (essence) {
     case QUIRE::ESS_JPEG_2000:
     case QUIRE::ESS_JPEG_2000_S:
       DescribeFile<QUIRE::JP2K::MXFSReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_MPEG2_VES:
       DescribeFile<QUIRE::MPEG2::MXFReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_PCM:
       DescribeFile<QUIRE::PCM::MXFReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_TIMED_TEXT:
       DescribeFile<QUIRE::TimedText::MXFReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_DCDATA:
       DescribeFile<QUIRE::DCData::MXFReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_ATMOS:
       DescribeFile<QUIRE::ATMOS::MXFReader>(path, item);
-      break;
+      return;
     case QUIRE::ESS_MXF_OTHER:
     case QUIRE::ESS_UNKNOWN:
-      break;
+      return;
   }
-  const bool is_mxf = DescribeStructure(path, essence, item);
-  if (essence == QUIRE::ESS_MXF_OTHER && is_mxf)
-    item.AddProblem("This is MXF, but no track file of a digital cinema package.");
+}
+
+bool IsCinemaCoding(const QUIRE::UL& label) {
+  const QUIRE::Dictionary& dictionary = QUIRE::DefaultSMPTEDict();
+  return label == dictionary.ul(QUIRE::MDD_JP2KEssenceCompression_2K) ||
+         label == dictionary.ul(QUIRE::MDD_JP2KEssenceCompression_4K) ||
+         label == dictionary.ul(QUIRE::MDD_JP2KEssenceCompression_Undefined);
+}
+
+}  // namespace
+
+void DescribeTrackFile(const std::string& path, InfoItem& item) {
+  QUIRE::TrackFileIdentity identity;
+  const bool is_readable =
+      QUIRE::IdentifyTrackFile(path, identity).Success() && identity.Fault == QUIRE::TrackFileFault::None;
+  const QUIRE::EssenceType_t essence = is_readable ? identity.Type : QUIRE::ESS_MXF_OTHER;
+  DescribeKind(path, essence, item);
+  if (!DescribeStructure(path, essence, item)) return;
+  if (!identity.IsTrackFile()) {
+    item.AddProblem("This is " + identity.EncodeString() + '.');
+  } else if (identity.Type == QUIRE::ESS_JPEG_2000 && identity.EssenceCoding.HasValue() &&
+             !IsCinemaCoding(identity.EssenceCoding)) {
+    const std::string meaning = QUIRE::LabelMeaning(identity.EssenceCoding);
+    item.AddProblem("Its pictures are coded as " +
+                    (meaning.empty() ? "label " + identity.EssenceCoding.EncodeString() : meaning) +
+                    ", which D-Cinema does not use.");
+  }
 }
 
 }  // namespace Tool

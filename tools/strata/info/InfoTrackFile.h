@@ -3,11 +3,10 @@
 
 #include "InfoItem.h"
 
-#include <QUIRE/EssenceType.h>
-
 namespace Tool {
 
-/// Tells of a track file: what it holds, who made it, how it is encrypted, and whether its structure and index are sound.
-void DescribeTrackFile(const std::string& path, QUIRE::EssenceType_t essence, InfoItem& item);
+/// Tells of an MXF file: what it holds, who made it, how it is encrypted,
+/// whether its structure and index are sound, and whether it is a D-Cinema track file at all.
+void DescribeTrackFile(const std::string& path, InfoItem& item);
 
 }  // namespace Tool

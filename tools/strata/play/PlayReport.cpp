@@ -50,15 +50,15 @@ std::string PlayText(const PlayReport& report) {
                      ", " + BytesText(report.BytesPerSecond()) + "/s\n";
   for (const ChannelStatistics& channel : report.Channels) text += ChannelText(channel);
   if (const auto lacking = report.FramesLacking(); lacking > 0)
-    text += std::to_string(lacking) + " frames could not be read: `strata check` says which file is damaged.\n";
+    text += std::to_string(lacking) + " frames could not be read: `strata check --hash` says which file is damaged.\n";
   if (const auto missing = report.FramesMissing(); missing > 0)
     text += std::to_string(missing) + " frames are of files that could not be opened: `strata check` names them.\n";
   if (report.Verified)
     text +=
         "Verified " + std::to_string(report.Verified->Compared) + " frames: " +
-        (report.Verified->Different == 0 ? "all are as in their files"
+        (report.Verified->Different == 0 ? "all were read as they stand in their files"
                                          : std::to_string(report.Verified->Different) + " differ from their files") +
-        ".\n";
+        ". Whether files are damaged is for `strata check --hash` to say.\n";
   return text;
 }
 

@@ -35,7 +35,7 @@ class CAIRN_API DCSubtitle {
   std::string Version;  ///< attribute of the document element, "1.0" or "1.1"
   UUID SubtitleID;
   std::string MovieTitle;
-  ui32_t ReelNumber = 1;
+  ui32_t ReelNumber = 0;     ///< from 1; 0: the document does not say
   std::string Language;      ///< English name or code, as written
   std::list<Font> FontList;  ///< LoadFont elements in document order
   std::list<Spot> SpotList;  ///< in document order
