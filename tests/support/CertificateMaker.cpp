@@ -124,7 +124,8 @@ CertificateRecipe Recipe(const std::string& key, const std::string& signing_key,
 }  // namespace
 
 EVP_PKEY* TestKey(const std::string& name) {
-  static std::map<std::string, EVP_PKEY*> s_Keys;
+  // Never destroyed: OpenSSL may have shut down by then.
+  static auto& s_Keys = *new std::map<std::string, EVP_PKEY*>;
   EVP_PKEY*& key = s_Keys[name];
   if (key != nullptr) return key;
   const std::string filename = std::string(TEST_KEY_FOLDER "/") + name + ".pem";
