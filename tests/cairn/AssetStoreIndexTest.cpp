@@ -24,7 +24,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-std::string ask_sqlite(const fs::path& file, const char* sql) {
+std::string AskSQLite(const fs::path& file, const char* sql) {
   sqlite3* handle = nullptr;
   std::string answer;
   const auto take = [](void* out, int, char** values, char**) {
@@ -180,16 +180,16 @@ TEST_F(AssetStoreIndexTest, FileThatIsNoDatabaseIsRefusedAndLeftAsItWas) {
 }
 
 TEST_F(AssetStoreIndexTest, DatabaseOfAnotherProgramIsRefusedAndLeftAsItWas) {
-  ASSERT_EQ(ask_sqlite(At("other.db"), "CREATE TABLE mine (x); PRAGMA user_version = 1"), "");
+  ASSERT_EQ(AskSQLite(At("other.db"), "CREATE TABLE mine (x); PRAGMA user_version = 1"), "");
   EXPECT_EQ(Store.Open(At("other.db")), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + At("other.db").string() + ": it is no asset index\n");
   EXPECT_EQ(Store.LastFailure().Kind, SF_NOT_AN_INDEX);
-  EXPECT_EQ(ask_sqlite(At("other.db"), "SELECT name FROM sqlite_master; PRAGMA journal_mode"), "minedelete");
+  EXPECT_EQ(AskSQLite(At("other.db"), "SELECT name FROM sqlite_master; PRAGMA journal_mode"), "minedelete");
 }
 
 TEST_F(AssetStoreIndexTest, IndexOfAnotherVersionIsRefused) {
   ASSERT_EQ(Store.Open(), RESULT_OK);  // lets go of the file
-  ASSERT_EQ(ask_sqlite(Index(), "PRAGMA user_version = 1"), "");
+  ASSERT_EQ(AskSQLite(Index(), "PRAGMA user_version = 1"), "");
   EXPECT_EQ(Store.Open(Index()), RESULT_CN_STORE);
   EXPECT_EQ(Log.Text(), "Asset index " + Index() + ": it is an asset index of another version\n");
   EXPECT_EQ(Store.LastFailure().Kind, SF_OTHER_VERSION);
@@ -230,7 +230,7 @@ TEST_F(AssetStoreIndexTest, TextOfManyMegabytesIsRefused) {
   MakePackage("p", 0x100);
   ASSERT_EQ(Store.AddFolder(Assets()), RESULT_OK);
   ASSERT_EQ(Store.Open(), RESULT_OK);
-  ASSERT_EQ(ask_sqlite(Index(), "UPDATE packages SET packing_lists = hex(zeroblob(10000000))"), "");
+  ASSERT_EQ(AskSQLite(Index(), "UPDATE packages SET packing_lists = hex(zeroblob(10000000))"), "");
   ASSERT_EQ(Store.Open(Index()), RESULT_OK);
   EXPECT_THAT(Store.Packages(), IsEmpty());
   EXPECT_EQ(Store.LastFailure().Kind, SF_TOO_LARGE);
@@ -238,10 +238,10 @@ TEST_F(AssetStoreIndexTest, TextOfManyMegabytesIsRefused) {
 
 TEST_F(AssetStoreIndexTest, ViewThatNeverEndsIsRefused) {
   ASSERT_EQ(Store.Open(), RESULT_OK);
-  ASSERT_EQ(ask_sqlite(Index(),
-                       "DROP TABLE assets; CREATE VIEW assets AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
-                       "SELECT i + 1 FROM n) SELECT i AS id, '' AS path, '' AS root, '' AS folder, 1 AS "
-                       "listed_size, NULL AS listed_digest, 0 AS problems FROM n"),
+  ASSERT_EQ(AskSQLite(Index(),
+                      "DROP TABLE assets; CREATE VIEW assets AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+                      "SELECT i + 1 FROM n) SELECT i AS id, '' AS path, '' AS root, '' AS folder, 1 AS "
+                      "listed_size, NULL AS listed_digest, 0 AS problems FROM n"),
             "");
   ASSERT_EQ(Store.Open(Index()), RESULT_OK);
   EXPECT_THAT(Store.Assets(), IsEmpty());
@@ -261,7 +261,7 @@ TEST_F(AssetStoreIndexTest, OpenAgainLetsGoOfTheIndexBefore) {
 
 /// Runs `work` in a child process, which ends with status 0 when it answers true; else it shows its log.
 template <class Work>
-pid_t in_child(Work work) {
+pid_t InChild(Work work) {
   const pid_t child = fork();
   if (child != 0) return child;
   const testsupport::LogCapture log;
@@ -270,7 +270,7 @@ pid_t in_child(Work work) {
   _exit(good ? 0 : 1);
 }
 
-bool ended_well(pid_t child) {
+bool EndedWell(pid_t child) {
   int status = 0;
   return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
@@ -281,11 +281,11 @@ TEST_F(AssetStoreIndexTest, TwoProcessesCreateOneIndexAtOnce) {
     const std::string index = At("index" + std::to_string(round)).string();
     std::vector<pid_t> children;
     for (int i = 0; i < 3; ++i)
-      children.push_back(in_child([&] {
+      children.push_back(InChild([&] {
         AssetStore store;
         return store.Open(index) == RESULT_OK && store.AddFolder(Assets()) == RESULT_OK && store.Assets().size() == 1;
       }));
-    for (const pid_t child : children) EXPECT_TRUE(ended_well(child));
+    for (const pid_t child : children) EXPECT_TRUE(EndedWell(child));
   }
 }
 
@@ -294,7 +294,7 @@ TEST_F(AssetStoreIndexTest, TwoProcessesKeepOneIndexAtOnce) {
   ASSERT_EQ(Store.Open(), RESULT_OK);
   std::vector<pid_t> children;
   for (ui32_t i = 0; i < 2; ++i)
-    children.push_back(in_child([&] {
+    children.push_back(InChild([&] {
       AssetStore store;
       bool good = store.Open(Index()) == RESULT_OK;
       for (ui32_t round = 0; round < 40 && good; ++round) {
@@ -309,7 +309,7 @@ TEST_F(AssetStoreIndexTest, TwoProcessesKeepOneIndexAtOnce) {
       }
       return good;
     }));
-  for (const pid_t child : children) EXPECT_TRUE(ended_well(child));
+  for (const pid_t child : children) EXPECT_TRUE(EndedWell(child));
   ASSERT_EQ(Store.Open(Index()), RESULT_OK);
   EXPECT_EQ(Store.Assets().size(), 80U + 8U * 3U);
   EXPECT_EQ(Describe(), DescribeAnew({Assets()}));
@@ -318,7 +318,7 @@ TEST_F(AssetStoreIndexTest, TwoProcessesKeepOneIndexAtOnce) {
 TEST_F(AssetStoreIndexTest, ForgottenFolderStaysForgottenInAnotherProcess) {
   PutText(Assets("cpl.xml"), CompositionText(SampleID(1)));
   ASSERT_EQ(Store.AddFolder(Assets()), RESULT_OK);
-  EXPECT_TRUE(ended_well(in_child([&] {
+  EXPECT_TRUE(EndedWell(InChild([&] {
     AssetStore store;
     return store.Open(Index()) == RESULT_OK && store.Forget(Assets()) == RESULT_OK;
   })));
@@ -338,7 +338,7 @@ TEST_F(AssetStoreIndexTest, ProcessKilledInTheMiddleLeavesAUsableIndex) {
   ASSERT_EQ(Store.Open(), RESULT_OK);
   int unfinished = 0;
   for (int round = 0; round < 40; ++round) {
-    const pid_t child = in_child([&] {
+    const pid_t child = InChild([&] {
       AssetStore store;
       if (store.Open(Index()).Failure()) return false;
       for (;;) {
@@ -353,7 +353,7 @@ TEST_F(AssetStoreIndexTest, ProcessKilledInTheMiddleLeavesAUsableIndex) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status)) << "the child ended by itself in round " << round;
 
-    ASSERT_EQ(ask_sqlite(Index(), "PRAGMA integrity_check"), "ok");
+    ASSERT_EQ(AskSQLite(Index(), "PRAGMA integrity_check"), "ok");
     AssetStore store;
     ASSERT_EQ(store.Open(Index()), RESULT_OK) << Log.Text();
     const size_t present = store.Folders().size();

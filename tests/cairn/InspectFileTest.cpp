@@ -14,7 +14,7 @@ using namespace Cairn;
 using namespace std::string_literals;
 using testsupport::TrackKind;
 
-FileContent inspect(const std::string& bytes) {
+FileContent Inspect(const std::string& bytes) {
   const testsupport::TemporaryFolder folder;
   PutText(folder.Path("file"), bytes);
   FileContent content;
@@ -22,7 +22,7 @@ FileContent inspect(const std::string& bytes) {
   return content;
 }
 
-std::string document(const std::string& root, const std::string& inside) {
+std::string Document(const std::string& root, const std::string& inside) {
   return "<?xml version=\"1.0\"?>\n<!-- a comment -->\n<x:" + root +
          " xmlns:x=\"http://www.smpte-ra.org/schemas/0/\">" + inside + "</x:" + root + ">";
 }
@@ -34,17 +34,17 @@ TEST(InspectFile, DocumentIsKnownByItsRootElement) {
       {"SubtitleReel", FT_DCST},       {"ShowPlaylist", FT_SHOW}, {"ResourcePresentationList", FT_RPL},
   };
   for (const auto& [root, type] : kinds) {
-    EXPECT_EQ(inspect(document(root, id)).Type, type) << root;
-    EXPECT_EQ(inspect(document(root, id)).ID, SampleID(0xab)) << root;
+    EXPECT_EQ(Inspect(Document(root, id)).Type, type) << root;
+    EXPECT_EQ(Inspect(Document(root, id)).ID, SampleID(0xab)) << root;
   }
-  EXPECT_EQ(inspect(document("VolumeIndex", "")).Type, FT_VOLINDEX);
-  EXPECT_EQ(inspect(document("DCinemaSecurityMessage", "")).Type, FT_KDM);
-  EXPECT_EQ(inspect(document("html", "")).Type, FT_XML);
-  EXPECT_EQ(inspect("<CompositionPlaylist xmlns=\"http://quayside.example/\"/>").Type, FT_XML);
+  EXPECT_EQ(Inspect(Document("VolumeIndex", "")).Type, FT_VOLINDEX);
+  EXPECT_EQ(Inspect(Document("DCinemaSecurityMessage", "")).Type, FT_KDM);
+  EXPECT_EQ(Inspect(Document("html", "")).Type, FT_XML);
+  EXPECT_EQ(Inspect("<CompositionPlaylist xmlns=\"http://quayside.example/\"/>").Type, FT_XML);
 }
 
 TEST(InspectFile, InteropSubtitleBearsItsIDWithoutPrefix) {
-  const FileContent content = inspect(
+  const FileContent content = Inspect(
       "\xef\xbb\xbf<DCSubtitle "
       "Version=\"1.1\"><SubtitleID>00000000-0000-4000-8000-0000000000ab</SubtitleID></DCSubtitle>");
   EXPECT_EQ(content.Type, FT_TI_SUBTITLE);
@@ -73,35 +73,35 @@ TEST(InspectFile, TrackFileIsKnownByItsHeader) {
 }
 
 TEST(InspectFile, OtherFilesAreKnownByTheirFirstBytes) {
-  EXPECT_EQ(inspect("\x89PNG\r\n\x1a\n....").Type, FT_TI_PNG);
-  EXPECT_EQ(inspect("\x00\x01\x00\x00...."s).Type, FT_TI_TRUETYPE);
-  EXPECT_EQ(inspect("true....").Type, FT_TI_TRUETYPE);
-  EXPECT_EQ(inspect("OTTO....").Type, FT_OPENTYPE);
-  EXPECT_EQ(inspect("\xff\x4f\xff\x51....").Type, FT_J2C);
-  EXPECT_EQ(inspect("\x00\x00\x01\xb3...."s).Type, FT_MPEG2_VES);
-  EXPECT_EQ(inspect("RIFF....WAVEfmt ").Type, FT_WAV);
-  EXPECT_EQ(inspect("RF64....WAVEds64").Type, FT_WAV);
-  EXPECT_EQ(inspect("RIFF....AVI LIST").Type, FT_UNKNOWN);
-  EXPECT_EQ(inspect("RIFF").Type, FT_UNKNOWN);
-  EXPECT_EQ(inspect("notes").Type, FT_UNKNOWN);
-  EXPECT_EQ(inspect("").Type, FT_UNKNOWN);
+  EXPECT_EQ(Inspect("\x89PNG\r\n\x1a\n....").Type, FT_TI_PNG);
+  EXPECT_EQ(Inspect("\x00\x01\x00\x00...."s).Type, FT_TI_TRUETYPE);
+  EXPECT_EQ(Inspect("true....").Type, FT_TI_TRUETYPE);
+  EXPECT_EQ(Inspect("OTTO....").Type, FT_OPENTYPE);
+  EXPECT_EQ(Inspect("\xff\x4f\xff\x51....").Type, FT_J2C);
+  EXPECT_EQ(Inspect("\x00\x00\x01\xb3...."s).Type, FT_MPEG2_VES);
+  EXPECT_EQ(Inspect("RIFF....WAVEfmt ").Type, FT_WAV);
+  EXPECT_EQ(Inspect("RF64....WAVEds64").Type, FT_WAV);
+  EXPECT_EQ(Inspect("RIFF....AVI LIST").Type, FT_UNKNOWN);
+  EXPECT_EQ(Inspect("RIFF").Type, FT_UNKNOWN);
+  EXPECT_EQ(Inspect("notes").Type, FT_UNKNOWN);
+  EXPECT_EQ(Inspect("").Type, FT_UNKNOWN);
 }
 
 TEST(InspectFile, BrokenFilesAreAnAnswer) {
   const testsupport::LogCapture log;
-  const FileContent cut = inspect(
+  const FileContent cut = Inspect(
       "<CompositionPlaylist xmlns=\"http://www.smpte-ra.org/x\"><Id>urn:uuid:00000000-0000-4000-8000-0000000000ab</I");
   EXPECT_EQ(cut.Type, FT_CPL);
   EXPECT_FALSE(cut.ID.HasValue());
-  EXPECT_FALSE(inspect(document("PackingList", "<x:Id>no identifier</x:Id>")).ID.HasValue());
-  EXPECT_EQ(inspect("<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><CompositionPlaylist "
+  EXPECT_FALSE(Inspect(Document("PackingList", "<x:Id>no identifier</x:Id>")).ID.HasValue());
+  EXPECT_EQ(Inspect("<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><CompositionPlaylist "
                     "xmlns=\"http://www.smpte-ra.org/x\">&b;</CompositionPlaylist>")
                 .ID.HasValue(),
             false);
-  EXPECT_EQ(inspect("<").Type, FT_UNKNOWN);
+  EXPECT_EQ(Inspect("<").Type, FT_UNKNOWN);
   EXPECT_EQ(log.Text(), "");
   const std::string mxf = "\x06\x0e\x2b\x34\x02\x05\x01\x01\x0d\x01\x02\x01\x01\x02\x04\x00\x83\xff\xff\xff"s;
-  EXPECT_EQ(inspect(mxf).Type, FT_MXF);
+  EXPECT_EQ(Inspect(mxf).Type, FT_MXF);
 }
 
 TEST(InspectFile, TrackFileCutAnywhereIsAnAnswer) {

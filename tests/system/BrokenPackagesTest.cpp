@@ -38,16 +38,16 @@ std::ostream& operator<<(std::ostream& stream, const Case& broken) {
   return stream << broken.Name;
 }
 
-std::string bytes(std::initializer_list<int> values) {
+std::string Bytes(std::initializer_list<int> values) {
   std::string text;
   for (const int value : values) text += static_cast<char>(value);
   return text;
 }
 
 // Local tags of a sound descriptor with the lengths of their values (ST 382, ST 377-1, F.4.2).
-const std::string SamplingRateTag = bytes({0x3d, 0x03, 0, 8});
-const std::string ChannelCountTag = bytes({0x3d, 0x07, 0, 4});
-const std::string QuantizationTag = bytes({0x3d, 0x01, 0, 4});
+const std::string SamplingRateTag = Bytes({0x3d, 0x03, 0, 8});
+const std::string ChannelCountTag = Bytes({0x3d, 0x07, 0, 4});
+const std::string QuantizationTag = Bytes({0x3d, 0x01, 0, 4});
 
 const Case Cases[] = {
     {"MissingTrackFile", [](const BrokenShow& show) { show.Remove("Feature/picture-2.mxf"); },
@@ -367,32 +367,32 @@ const Case Cases[] = {
          CopyAgain + WillNot},
     {"SoundOf44kHz",
      [](const BrokenShow& show) {
-       show.Replace("Feature/sound-1.mxf", SamplingRateTag + bytes({0, 0, 0xbb, 0x80}),
-                    SamplingRateTag + bytes({0, 0, 0xac, 0x44}));
+       show.Replace("Feature/sound-1.mxf", SamplingRateTag + Bytes({0, 0, 0xbb, 0x80}),
+                    SamplingRateTag + Bytes({0, 0, 0xac, 0x44}));
      },
      "2\nerror: SampleFeature, reel 1, sound: Cinemas cannot play sound with this sampling rate. Expected 48000 or "
      "96000 Hz, found 44100 Hz.\n    file  SHOW/Feature/sound-1.mxf\n" +
          AskAgain + WillNot},
     {"SoundOf16Bits",
      [](const BrokenShow& show) {
-       show.Replace("Feature/sound-1.mxf", QuantizationTag + bytes({0, 0, 0, 24}),
-                    QuantizationTag + bytes({0, 0, 0, 16}));
+       show.Replace("Feature/sound-1.mxf", QuantizationTag + Bytes({0, 0, 0, 24}),
+                    QuantizationTag + Bytes({0, 0, 0, 16}));
      },
      "2\nerror: SampleFeature, reel 1, sound: Cinemas cannot play sound with samples of this size. Expected 24 bits, "
      "found 16 bits.\n    file  SHOW/Feature/sound-1.mxf\n" +
          AskAgain + WillNot},
     {"SoundWithoutChannels",
      [](const BrokenShow& show) {
-       show.Replace("Feature/sound-1.mxf", ChannelCountTag + bytes({0, 0, 0, 6}),
-                    ChannelCountTag + bytes({0, 0, 0, 0}));
+       show.Replace("Feature/sound-1.mxf", ChannelCountTag + Bytes({0, 0, 0, 6}),
+                    ChannelCountTag + Bytes({0, 0, 0, 0}));
      },
      "2\nerror: SampleFeature, reel 1, sound: The sound has no channels. Expected at least 1, found 0.\n    file  "
      "SHOW/Feature/sound-1.mxf\n" +
          AskAgain + WillNot},
     {"SoundChangesBetweenReels",
      [](const BrokenShow& show) {
-       show.Replace("Feature/sound-2.mxf", SamplingRateTag + bytes({0, 0, 0xbb, 0x80}),
-                    SamplingRateTag + bytes({0, 1, 0x77, 0x00}));
+       show.Replace("Feature/sound-2.mxf", SamplingRateTag + Bytes({0, 0, 0xbb, 0x80}),
+                    SamplingRateTag + Bytes({0, 1, 0x77, 0x00}));
      },
      "0\nwarning: SampleFeature, reel 2, sound: The format changes from the reel before: some equipment cannot handle "
      "that. "
@@ -458,65 +458,6 @@ TEST(BrokenPackage, AlteredCompositionIsFoundByItsDigest) {
           CopyAgain + WillNot);
 }
 
-TEST(BrokenPackage, LengthOfAShowWithMissingAssetsIsThatOfItsDocuments) {
-  const BrokenShow show;
-  show.Remove("Feature/sound-2.mxf");
-  StrataProgram check({"check", show.Path(), "--json"});
-  EXPECT_EQ(check.Wait(), 3);
-  EXPECT_THAT(check.Output(), testing::HasSubstr("\"duration_seconds\": 7,"));
-}
-
-// The engine's warning holds the digits of the other composition's rate.
-TEST(BrokenPackage, EngineWarningIsToldBesideTheChangeOfEditRate) {
-  const BrokenShow show;
-  show.Replace("Trailer/CPL.xml", "<MainPicture>",
-               "<s:MainStereoscopicPicture xmlns:s=\"http://www.smpte-ra.org/schemas/429-10/2008/"
-               "Main-Stereo-Picture-CPL\">");
-  show.Replace("Trailer/CPL.xml", "</MainPicture>", "</s:MainStereoscopicPicture>");
-  show.Replace("Trailer/CPL.xml", "<FrameRate>24 1", "<FrameRate>48 1");
-  for (const char* document : {"Trailer/CPL.xml", "Trailer/PKL.xml", "Trailer/ASSETMAP.xml"})
-    show.Replace(document, "58ce4e14-c900-51d0", "58ce4e14-c925-51d0");
-  show.ListSize("Trailer/CPL.xml");
-  const std::string other = show.Beside("other");
-  StrataProgram maker({"make-sample", other, "--length", "1", "--size", "96x64", "--rate", "25", "--seed", "2"});
-  ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
-  const std::string answer = show.Check({show.Path("Trailer/CPL.xml"), other + "/Trailer/CPL.xml"});
-  EXPECT_THAT(answer, testing::StartsWith("0\n"));
-  EXPECT_THAT(answer, testing::HasSubstr("The edit rate changes from the composition before"));
-  EXPECT_THAT(answer, testing::HasSubstr(
-                          "warning: Promoting SMPTE track file to stereoscopic image in reel 1 of 58ce4e14-c925-"));
-}
-
-TEST(BrokenPackage, PlayingATrackFileThatWasCutIsNoSuccess) {
-  const BrokenShow show;
-  show.Cut("Trailer/picture-1.mxf", 60'000);
-  show.ListSize("Trailer/picture-1.mxf");
-  StrataProgram play({"play", show.Path("Trailer"), "--speed", "max", "--verify"});
-  EXPECT_EQ(play.Wait(), 2);
-  EXPECT_THAT(play.Output(),
-              testing::HasSubstr(" frames could not be read: `strata check --hash` says which file is damaged.\n"));
-  EXPECT_THAT(play.Errors(), testing::EndsWith("strata: warning: edit unit 13, picture: frame 13 of the file cannot be "
-                                               "read; others of this file are only counted\n"));
-  EXPECT_THAT(play.Errors(), testing::Not(testing::HasSubstr("IMG (frame")));
-}
-
-TEST(BrokenPackage, TheOnlyCompositionOfAFolderIsNamedWhenItIsDamaged) {
-  const BrokenShow show;
-  show.Cut("Trailer/CPL.xml", 66);
-  EXPECT_EQ(
-      show.Check({show.Path("Trailer")}),
-      "2\nstrata: SHOW/Trailer: there is no composition in this folder that can be used. Copy it again; wrong are:\n"
-      "  SHOW/Trailer/CPL.xml: The file does not have the size that the package lists.\n");
-}
-
-TEST(BrokenPackage, TheOnlyCompositionOfAFolderIsMissedWhenItIsNotThere) {
-  const BrokenShow show;
-  show.Remove("Trailer/CPL.xml");
-  StrataProgram check({"check", show.Path("Trailer")});
-  EXPECT_EQ(check.Wait(), 3);
-  EXPECT_THAT(check.Errors(), testing::EndsWith(": The file is missing.\n"));
-}
-
 TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
   const BrokenShow show;
   fs::copy(show.Path("Feature"), show.Beside("original"), fs::copy_options::recursive);
@@ -531,20 +472,6 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
   fs::create_directory(show.Beside("empty"));
   EXPECT_EQ(show.Check({"--store", show.Beside("empty"), "--store", show.Beside("original"), "--hash"}),
             "0\n" + WillPlayByDigests);
-}
-
-// What the libraries say of a document on the way, a line and a number without its file, would only confuse.
-TEST(BrokenPackage, CommandsThatNeedAWholeShowSayOnceWhatIsWrong) {
-  const BrokenShow show;
-  show.Replace("Feature/CPL.xml", "</ReelList>", "</ReelLost>");
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"play", show.Path()}, {"export", "spl", show.Path()}}) {
-    StrataProgram program(arguments);
-    EXPECT_EQ(program.Wait(), 2);
-    EXPECT_THAT(program.Errors(), testing::StartsWith("error: Feature, composition: "));
-    EXPECT_THAT(program.Errors(), testing::HasSubstr("\n    file  " + show.Path("Feature/CPL.xml") + "\n"));
-    EXPECT_THAT(program.Errors(), testing::Not(testing::HasSubstr("XML parser error count")));
-  }
 }
 
 }  // namespace

@@ -13,13 +13,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void replace_all(std::string& text, const std::string& from, const std::string& to) {
+void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
   for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
     text.replace(at, from.size(), to);
 }
 
 /// Whether a line begins with the time code of a composition.
-bool is_outline(const std::string& line) {
+bool IsOutline(const std::string& line) {
   return line.size() > 11 && line[2] == ':' && line[5] == ':' && line[8] == ':';
 }
 
@@ -90,8 +90,8 @@ std::string BrokenShow::Check(std::vector<std::string> arguments) const {
   std::istringstream output(check.Output() + check.Errors());
   for (std::string line; std::getline(output, line);) {
     const bool is_key = line.find("The composition is encrypted: it plays only with its keys.") != std::string::npos;
-    if (!is_outline(line) && !is_key && !line.starts_with("    asset ")) answer += line + '\n';
+    if (!IsOutline(line) && !is_key && !line.starts_with("    asset ")) answer += line + '\n';
   }
-  replace_all(answer, Path(), "SHOW");
+  ReplaceAll(answer, Path(), "SHOW");
   return answer;
 }

@@ -18,30 +18,30 @@ using Json = nlohmann::json;
 namespace {
 
 /// What the command writes; its exit code is expected to be 0 and its errors to be `errors`.
-std::string output_of(const std::vector<std::string>& arguments, const std::string& errors = "") {
+std::string OutputOf(const std::vector<std::string>& arguments, const std::string& errors = "") {
   StrataProgram program(arguments);
   EXPECT_EQ(program.Wait(), 0);
   EXPECT_EQ(program.Errors(), errors);
   return program.Output();
 }
 
-std::string read(const std::string& file) {
+std::string ReadOf(const std::string& file) {
   std::string text;
   EXPECT_TRUE(Ferro::ReadFileIntoString(file, text).Success()) << file;
   return text;
 }
 
-size_t count(const std::string& text, const std::string& part) {
+size_t Count(const std::string& text, const std::string& part) {
   size_t found = 0;
   for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) ++found;
   return found;
 }
 
 /// What a show's summary says of its playing that does not depend on time.
-Json playing_of(const std::vector<std::string>& names) {
+Json PlayingOf(const std::vector<std::string>& names) {
   std::vector<std::string> arguments = {"play", "--speed", "max", "--json"};
   arguments.insert(arguments.end(), names.begin(), names.end());
-  const Json summary = Json::parse(output_of(arguments));
+  const Json summary = Json::parse(OutputOf(arguments));
   Json playing = {{"edit_units", summary["edit_units"]}, {"events", summary["events"]}};
   for (const Json& channel : summary["channels"]) playing[channel["name"].get<std::string>()] = channel["delivered"];
   return playing;
@@ -49,40 +49,40 @@ Json playing_of(const std::vector<std::string>& names) {
 
 TEST(Export, ShowPlaylistIsFlatAndValidBySchema) {
   const BrokenShow show;
-  const std::string document = output_of({"export", "spl", show.Path()});
+  const std::string document = OutputOf({"export", "spl", show.Path()});
   EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, {document}), "");
-  EXPECT_EQ(count(document, "<CompositionPlaylist>"), 5U);
-  EXPECT_EQ(count(show.Read("show.xml"), "<ShowPlaylist>"), 1U);
-  EXPECT_EQ(count(document, "<ShowPlaylist>"), 0U);
+  EXPECT_EQ(Count(document, "<CompositionPlaylist>"), 5U);
+  EXPECT_EQ(Count(show.Read("show.xml"), "<ShowPlaylist>"), 1U);
+  EXPECT_EQ(Count(document, "<ShowPlaylist>"), 0U);
 }
 
 TEST(Export, ShowPlaylistGivesTheSameTimeline) {
   const BrokenShow show;
   const std::string file = show.Beside("flat.xml");
-  EXPECT_EQ(output_of({"export", "spl", show.Path(), "--out", file}), "");
-  const Json before = Json::parse(output_of({"check", show.Path(), "--json"}));
-  const Json after = Json::parse(output_of({"check", file, "--store", show.Path(), "--json"}));
+  EXPECT_EQ(OutputOf({"export", "spl", show.Path(), "--out", file}), "");
+  const Json before = Json::parse(OutputOf({"check", show.Path(), "--json"}));
+  const Json after = Json::parse(OutputOf({"check", file, "--store", show.Path(), "--json"}));
   EXPECT_EQ(after["compositions"], before["compositions"]);
   EXPECT_EQ(after["duration"], before["duration"]);
-  const Json playing = playing_of({show.Path()});
+  const Json playing = PlayingOf({show.Path()});
   EXPECT_EQ(playing["events"].size(), 4U);
-  EXPECT_EQ(playing_of({file, "--store", show.Path()}), playing);
+  EXPECT_EQ(PlayingOf({file, "--store", show.Path()}), playing);
 }
 
 TEST(Export, PresentationListAnnouncesEachTextUnderTheBaseURL) {
   const BrokenShow show;
   const std::string document =
-      output_of({"export", "rpl", show.Path("Feature"), "--base-url", "http://192.168.1.20/captions/"});
-  EXPECT_EQ(count(document, "<ReelResources "), 3U);
-  EXPECT_EQ(count(document, ">http://192.168.1.20/captions/"), 6U);
-  EXPECT_EQ(count(document, "ResourceType=\"MainSubtitle\""), 3U);
+      OutputOf({"export", "rpl", show.Path("Feature"), "--base-url", "http://192.168.1.20/captions/"});
+  EXPECT_EQ(Count(document, "<ReelResources "), 3U);
+  EXPECT_EQ(Count(document, ">http://192.168.1.20/captions/"), 6U);
+  EXPECT_EQ(Count(document, "ResourceType=\"MainSubtitle\""), 3U);
 }
 
 TEST(Export, PresentationListWithoutTextsSaysSo) {
   const BrokenShow show;
   const std::string document =
-      output_of({"export", "rpl", show.Path("Trailer")},
-                "strata: no reel of this show has subtitles or captions: the list names none\n");
+      OutputOf({"export", "rpl", show.Path("Trailer")},
+               "strata: no reel of this show has subtitles or captions: the list names none\n");
   EXPECT_THAT(document, AllOf(HasSubstr("ResourcePresentationList"), Not(HasSubstr("<ReelResources "))));
 }
 
@@ -97,18 +97,18 @@ TEST(Export, TextThatXMLCannotCarryIsRefused) {
 
 TEST(Export, IdentifiersOfCompositionsStandOneOnALine) {
   const BrokenShow show;
-  const Json report = Json::parse(output_of({"check", show.Path(), "--json"}));
+  const Json report = Json::parse(OutputOf({"check", show.Path(), "--json"}));
   std::string expected;
   for (const Json& composition : report["compositions"]) expected += composition["id"].get<std::string>() + '\n';
-  EXPECT_EQ(output_of({"export", "ids", show.Path()}), expected);
-  EXPECT_EQ(output_of({"export", "ids", show.Path(), "--which", "encrypted"}),
+  EXPECT_EQ(OutputOf({"export", "ids", show.Path()}), expected);
+  EXPECT_EQ(OutputOf({"export", "ids", show.Path(), "--which", "encrypted"}),
             report["compositions"][1]["id"].get<std::string>() + '\n');
 }
 
 TEST(Export, KeysAreThoseOfTheComposition) {
   const BrokenShow show;
   const std::string composition = show.Read("Encrypted/CPL.xml");
-  const std::string keys = output_of({"export", "ids", show.Path(), "--which", "keys"});
+  const std::string keys = OutputOf({"export", "ids", show.Path(), "--which", "keys"});
   ASSERT_EQ(keys.size(), 2 * 37U);
   EXPECT_THAT(composition, AllOf(HasSubstr("<KeyId>urn:uuid:" + keys.substr(0, 36)),
                                  HasSubstr("<KeyId>urn:uuid:" + keys.substr(37, 36))));
@@ -143,8 +143,8 @@ TEST(Export, FileThatIsThereIsReplaced) {
   const BrokenShow show;
   const std::string file = show.Beside("ids.txt");
   ASSERT_TRUE(Ferro::WriteStringIntoFile(file, "of yesterday").Success());
-  EXPECT_EQ(output_of({"export", "ids", show.Path(), "--out", file}), "");
-  EXPECT_EQ(read(file), output_of({"export", "ids", show.Path()}));
+  EXPECT_EQ(OutputOf({"export", "ids", show.Path(), "--out", file}), "");
+  EXPECT_EQ(ReadOf(file), OutputOf({"export", "ids", show.Path()}));
 }
 
 TEST(Export, UnknownKindAndUnknownShowAreUsageErrors) {

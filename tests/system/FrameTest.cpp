@@ -28,7 +28,7 @@ namespace {
 
 using Bytes = std::vector<Ferro::ui8_t>;
 
-Bytes content_of(const std::string& filename) {
+Bytes ContentOf(const std::string& filename) {
   std::ifstream file(filename, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << filename;
   return {std::istreambuf_iterator<char>(file), {}};
@@ -40,7 +40,7 @@ struct Still {
   Bytes Pixels;  // red, green, blue
 };
 
-Still read_png(const std::string& filename) {
+Still ReadPNG(const std::string& filename) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   EXPECT_NE(png_image_begin_read_from_file(&image, filename.c_str()), 0) << filename;
@@ -51,7 +51,7 @@ Still read_png(const std::string& filename) {
 }
 
 /// How far a still is from a drawing: root of the mean square, in steps of 8 bits.
-double distance(const Still& still, const SamplePicture& drawing) {
+double Distance(const Still& still, const SamplePicture& drawing) {
   const ColourTransform transform(PictureColour::XYZ, WhitePoint::DCI, 12);
   double squares = 0;
   for (Ferro::ui32_t i = 0; i < still.Width * still.Height; ++i) {
@@ -94,12 +94,12 @@ class FrameStill : public Frame {
     options.Width = 200;
     options.Height = 108;
     const SampleTrackFiles files(options);
-    const Still still = read_png(Beside(out));
+    const Still still = ReadPNG(Beside(out));
     ASSERT_EQ(still.Width, options.Width);
     ASSERT_EQ(still.Height, options.Height);
-    const double here = distance(still, files.Draw(reel, number, eye));
-    const double nearest = std::min(distance(still, files.Draw(reel, number - 1, eye)),
-                                    distance(still, files.Draw(reel, number + 1, eye)));
+    const double here = Distance(still, files.Draw(reel, number, eye));
+    const double nearest = std::min(Distance(still, files.Draw(reel, number - 1, eye)),
+                                    Distance(still, files.Draw(reel, number + 1, eye)));
     EXPECT_LT(here, 8) << out;  // each eye has half the bytes
     EXPECT_GT(nearest, 2.5 * here) << out;
   }
@@ -162,13 +162,13 @@ TEST_F(Frame, CodestreamIsThatOfTheFile) {
   ASSERT_TRUE(reader.OpenRead(Show("Feature/picture-2.mxf")).Success());
   ASSERT_TRUE(frame.Capacity(1'000'000).Success());
   ASSERT_TRUE(reader.ReadFrame(7, frame).Success());
-  EXPECT_EQ(content_of(Beside("a.j2c")), Bytes(frame.RoData(), frame.RoData() + frame.Size()));
+  EXPECT_EQ(ContentOf(Beside("a.j2c")), Bytes(frame.RoData(), frame.RoData() + frame.Size()));
 }
 
 TEST_F(Frame, SoundHasTheToneOfEachChannelAndTheTick) {
   ASSERT_EQ(Run(Show(), "48", "a.wav", {"--count", "72"}), 0) << m_Errors;  // three reels of a second
   testsupport::RunJudge({"ffmpeg", "-v", "error", "-i", Beside("a.wav"), "-f", "s24le", Beside("a.raw")});
-  const Bytes sound = content_of(Beside("a.raw"));
+  const Bytes sound = ContentOf(Beside("a.raw"));
   constexpr size_t second = size_t{48000} * 6 * 3;
   ASSERT_EQ(sound.size(), 3 * second);
   const auto part = [&](double from, double to) {
@@ -188,7 +188,7 @@ TEST_F(Frame, SoundHasTheToneOfEachChannelAndTheTick) {
 
 TEST_F(Frame, SoundIsByteForByteThatOfTheFile) {
   ASSERT_EQ(Run(Show("Feature/sound-1.mxf"), "3", "a.wav"), 0) << m_Errors;
-  Bytes wave = content_of(Beside("a.wav"));
+  Bytes wave = ContentOf(Beside("a.wav"));
   ASSERT_EQ(wave.size(), 104U + 2000 * 18);
   EXPECT_EQ(Bytes(wave.begin() + 104, wave.end()), SampleSound(6).Samples(6000, 2000));
   const auto facts = testsupport::ProbeByFFmpeg(Beside("a.wav"));
@@ -199,10 +199,10 @@ TEST_F(Frame, SoundIsByteForByteThatOfTheFile) {
 TEST_F(Frame, TextIsTheDocumentInForce) {
   ASSERT_EQ(Run(Show(), "79", "a.xml"), 0) << m_Errors;
   testsupport::RunJudge({"xmllint", "--nonet", "--noout", Beside("a.xml")});
-  const Bytes subtitle = content_of(Beside("a.xml"));
+  const Bytes subtitle = ContentOf(Beside("a.xml"));
   EXPECT_THAT(std::string(subtitle.begin(), subtitle.end()), HasSubstr("Reel 2 subtitle of second 0"));
   ASSERT_EQ(Run(Show("Feature/subtitle-2.mxf"), "0", "b.xml"), 0) << m_Errors;
-  EXPECT_EQ(content_of(Beside("b.xml")), subtitle);
+  EXPECT_EQ(ContentOf(Beside("b.xml")), subtitle);
   // The font and the image that the document refers to lie beside it.
   const auto names = FilesOf(m_Folder.Folder().string());
   for (const char* extension : {".png", ".ttf"}) {
@@ -213,16 +213,16 @@ TEST_F(Frame, TextIsTheDocumentInForce) {
     EXPECT_EQ(std::count_if(names.begin(), names.end(), is_resource), 1) << extension;
   }
   ASSERT_EQ(Run(Show(), "79", "c.xml", {"--channel", "caption"}), 0) << m_Errors;
-  const Bytes caption = content_of(Beside("c.xml"));
+  const Bytes caption = ContentOf(Beside("c.xml"));
   EXPECT_THAT(std::string(caption.begin(), caption.end()), HasSubstr("Reel 2 caption of second 0"));
 }
 
 TEST_F(Frame, DataAreThoseOfTheFile) {
   const Bytes expected = SampleImmersiveFrame(6, 24);
   ASSERT_EQ(Run(Show(), "150", "a.bin"), 0) << m_Errors;
-  EXPECT_EQ(content_of(Beside("a.bin")), expected);
+  EXPECT_EQ(ContentOf(Beside("a.bin")), expected);
   ASSERT_EQ(Run(Show("Immersive/immersive-1.mxf"), "6", "b.bin"), 0) << m_Errors;
-  EXPECT_EQ(content_of(Beside("b.bin")), expected);
+  EXPECT_EQ(ContentOf(Beside("b.bin")), expected);
 }
 
 TEST_F(Frame, CiphertextIsWrittenAsItIsAndNotDecoded) {
@@ -233,7 +233,7 @@ TEST_F(Frame, CiphertextIsWrittenAsItIsAndNotDecoded) {
   }
   EXPECT_EQ(Run(Show(), "30", "a.bin", {"--channel", "picture"}), 0);
   EXPECT_EQ(m_Errors, "strata: warning: the track file is encrypted; ciphertext was written\n");
-  EXPECT_GT(content_of(Beside("a.bin")).size(), 48U);
+  EXPECT_GT(ContentOf(Beside("a.bin")).size(), 48U);
 }
 
 TEST_F(Frame, WhatIsNotThereIsAUsageError) {

@@ -18,13 +18,13 @@ struct HelpPage {
   const Command* Of;
 };
 
-void collect(const Command& command, const std::string& path, std::vector<HelpPage>& pages) {
+void Collect(const Command& command, const std::string& path, std::vector<HelpPage>& pages) {
   pages.push_back({path, &command});
-  for (const Command& sub : command.Commands()) collect(sub, path + ' ' + sub.Name(), pages);
+  for (const Command& sub : command.Commands()) Collect(sub, path + ' ' + sub.Name(), pages);
 }
 
 /// The long names of a command's options, and the names of its arguments.
-std::vector<std::string> names_in(const Command& command) {
+std::vector<std::string> NamesIn(const Command& command) {
   std::vector<std::string> names = {"--help"};
   for (const Option& option : command.Options()) {
     std::istringstream list(option.Names + ',' + option.NegatedBy);
@@ -37,7 +37,7 @@ std::vector<std::string> names_in(const Command& command) {
 /// The program's command line, built in this process.
 class CommandLine {
  public:
-  CommandLine() { collect(m_Program, "strata", Pages); }
+  CommandLine() { Collect(m_Program, "strata", Pages); }
   std::vector<HelpPage> Pages;
 
  private:
@@ -45,13 +45,13 @@ class CommandLine {
   const Command m_Program = DescribeProgram(m_IsVerbose);
 };
 
-std::string text_of(const std::string& path) {
+std::string TextOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file) << path;
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-std::vector<std::string> lines_of(const std::string& text) {
+std::vector<std::string> LinesOf(const std::string& text) {
   std::istringstream stream(text);
   std::vector<std::string> lines;
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
@@ -59,10 +59,10 @@ std::vector<std::string> lines_of(const std::string& text) {
 }
 
 /// The indented lines below "Examples:".
-std::vector<std::string> examples_in(const std::string& help) {
+std::vector<std::string> ExamplesIn(const std::string& help) {
   std::vector<std::string> examples;
   bool below = false;
-  for (const std::string& line : lines_of(help)) {
+  for (const std::string& line : LinesOf(help)) {
     if (below && line.starts_with("  strata ")) examples.push_back(line.substr(2));
     below = line == "Examples:" || (below && line.starts_with("  "));
   }
@@ -70,10 +70,10 @@ std::vector<std::string> examples_in(const std::string& help) {
 }
 
 /// The lines that run the program in a document's blocks of shell commands.
-std::vector<std::string> examples_in_document(const std::string& text) {
+std::vector<std::string> ExamplesInDocument(const std::string& text) {
   std::vector<std::string> examples;
   bool in_block = false;
-  for (const std::string& line : lines_of(text)) {
+  for (const std::string& line : LinesOf(text)) {
     if (line.starts_with("```")) in_block = line == "```sh";
     if (in_block && line.starts_with("strata ")) examples.push_back(line);
   }
@@ -81,10 +81,10 @@ std::vector<std::string> examples_in_document(const std::string& text) {
 }
 
 /// The lines of the manual page's section EXAMPLES, as they are typed.
-std::vector<std::string> examples_in_manual(const std::string& page) {
+std::vector<std::string> ExamplesInManual(const std::string& page) {
   std::vector<std::string> examples;
   bool in_block = false;
-  for (std::string line : lines_of(page.substr(page.find(".SH EXAMPLES")))) {
+  for (std::string line : LinesOf(page.substr(page.find(".SH EXAMPLES")))) {
     if (line == ".EX" || line == ".EE") in_block = line == ".EX";
     for (size_t at = line.find("\\-"); at != std::string::npos; at = line.find("\\-", at)) line.erase(at, 1);
     if (in_block && line.starts_with("strata ")) examples.push_back(line);
@@ -100,7 +100,7 @@ class Help : public SampleFolder {
     std::ofstream(script) << "cd '" << Beside("") << "' && export HOME=$PWD PATH='" << BUILT_DOCUMENTS << "':$PATH && "
                           << line << '\n';
     const int status = std::system(("bash '" + script + "' >'" + Beside("out") + "' 2>&1 </dev/null").c_str());
-    const std::string out = text_of(Beside("out"));
+    const std::string out = TextOf(Beside("out"));
     EXPECT_EQ(WEXITSTATUS(status), exit_code) << line << '\n' << out;
     return out;
   }
@@ -115,26 +115,26 @@ TEST_F(Help, EveryPageNamesItsOptionsInLinesOfDecentLength) {
   for (const HelpPage& page : CommandLine().Pages) {
     const std::string help = Run(page.Path + " --help");
     EXPECT_THAT(help, HasSubstr(page.Of->Description())) << page.Path;
-    for (const std::string& name : names_in(*page.Of)) EXPECT_THAT(help, HasSubstr(name)) << page.Path;
+    for (const std::string& name : NamesIn(*page.Of)) EXPECT_THAT(help, HasSubstr(name)) << page.Path;
     for (const Command& sub : page.Of->Commands()) EXPECT_THAT(help, HasSubstr("  " + sub.Name()));
-    for (const std::string& line : lines_of(help)) EXPECT_LE(line.size(), 120U) << page.Path << ": " << line;
-    EXPECT_FALSE(examples_in(help).empty()) << page.Path << " shows no example";
+    for (const std::string& line : LinesOf(help)) EXPECT_LE(line.size(), 120U) << page.Path << ": " << line;
+    EXPECT_FALSE(ExamplesIn(help).empty()) << page.Path << " shows no example";
   }
 }
 
 TEST_F(Help, ExamplesOfEveryPageWork) {
-  for (const HelpPage& page : CommandLine().Pages) RunAll(examples_in(page.Of->Footer()));
+  for (const HelpPage& page : CommandLine().Pages) RunAll(ExamplesIn(page.Of->Footer()));
 }
 
 TEST_F(Help, ExamplesOfTheManualWork) {
-  RunAll(examples_in_manual(text_of(BUILT_DOCUMENTS "/strata.1")));
+  RunAll(ExamplesInManual(TextOf(BUILT_DOCUMENTS "/strata.1")));
 }
 
 TEST_F(Help, ExamplesOfTheDocumentsWork) {
-  std::vector<std::string> examples = examples_in_document(text_of(DOCUMENTS "/README.md"));
+  std::vector<std::string> examples = ExamplesInDocument(TextOf(DOCUMENTS "/README.md"));
   for (const auto& entry : std::filesystem::directory_iterator(DOCUMENTS "/docs"))
     if (entry.path().extension() == ".md")
-      for (const std::string& line : examples_in_document(text_of(entry.path()))) examples.push_back(line);
+      for (const std::string& line : ExamplesInDocument(TextOf(entry.path()))) examples.push_back(line);
   RunAll(examples);
 }
 
@@ -143,7 +143,7 @@ TEST_F(Help, ManualIsCleanRoffAndHasEveryCommandAndOption) {
   const std::string manual = Run("groff -man -Tascii -P-cbou -rLL=300n " BUILT_DOCUMENTS "/strata.1");
   for (const HelpPage& page : CommandLine().Pages) {
     EXPECT_THAT(manual, HasSubstr(page.Path));
-    for (const std::string& name : names_in(*page.Of)) EXPECT_THAT(manual, HasSubstr(name)) << page.Path;
+    for (const std::string& name : NamesIn(*page.Of)) EXPECT_THAT(manual, HasSubstr(name)) << page.Path;
   }
 }
 
@@ -153,7 +153,7 @@ TEST_F(Help, CompletionOffersEveryCommandAndOption) {
                                "printf '%s\\n' \"${COMPREPLY[@]}\"";
   for (const HelpPage& page : CommandLine().Pages) {
     const std::string options = '\n' + Run("COMP_WORDS=(" + page.Path + " --); " + complete);
-    for (const std::string& name : names_in(*page.Of)) {
+    for (const std::string& name : NamesIn(*page.Of)) {
       const bool is_option = name.starts_with("--");
       EXPECT_TRUE(!is_option || options.find('\n' + name + '\n') != options.npos) << page.Path << ' ' << name;
     }

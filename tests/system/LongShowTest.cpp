@@ -47,7 +47,7 @@ std::ostream& operator<<(std::ostream& stream, const Holdings& holdings) {
 }
 
 /// No value when the process is gone.
-std::optional<Holdings> holdings_of(pid_t process) {
+std::optional<Holdings> HoldingsOf(pid_t process) {
   const std::string folder = "/proc/" + std::to_string(process);
   std::ifstream status(folder + "/status");
   Holdings holdings;
@@ -61,7 +61,7 @@ std::optional<Holdings> holdings_of(pid_t process) {
   return holdings;
 }
 
-Holdings most(const Holdings& a, const Holdings& b) {
+Holdings Most(const Holdings& a, const Holdings& b) {
   return {std::max(a.Memory, b.Memory), std::max(a.Threads, b.Threads), std::max(a.Files, b.Files)};
 }
 
@@ -154,10 +154,10 @@ TEST(LongShow, SecondHourHoldsNoMoreThanTheFirst) {
     const std::string output = play.Output();
     if (output.find("reel 34 of 36") != std::string::npos) break;
     in_second = output.find("reel 19 of 36") != std::string::npos;
-    const auto now = holdings_of(play.Process());
+    const auto now = HoldingsOf(play.Process());
     ASSERT_TRUE(now) << play.Output() << play.Errors();
     Holdings& hour = in_second ? second : first;
-    hour = most(hour, *now);
+    hour = Most(hour, *now);
     samples += in_second ? 1 : 0;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }

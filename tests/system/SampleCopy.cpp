@@ -31,7 +31,7 @@ class FileLock {
 };
 
 /// When the program or one of the libraries that it shares with the tests was built last.
-long long build_time() {
+long long BuildTime() {
   fs::file_time_type newest = fs::last_write_time(STRATA_PROGRAM);
   const auto visit = [](dl_phdr_info* info, size_t, void* data) {
     std::error_code error;
@@ -49,7 +49,7 @@ long long build_time() {
 void CopySampleShow(const std::string& folder) {
   fs::create_directories(SAMPLE_FOLDER);
   const FileLock lock(SAMPLE_FOLDER "/lock");
-  const std::string sample = SAMPLE_FOLDER "/built-" + std::to_string(build_time());
+  const std::string sample = SAMPLE_FOLDER "/built-" + std::to_string(BuildTime());
   if (!fs::exists(sample)) {
     for (const auto& entry : fs::directory_iterator(SAMPLE_FOLDER))
       if (entry.is_directory()) fs::remove_all(entry.path());

@@ -72,7 +72,7 @@ class Store : public testing::Test {
   BrokenShow m_Show;
 };
 
-Json asset_at(const Json& list, const std::string& file) {
+Json AssetAt(const Json& list, const std::string& file) {
   for (const Json& asset : list["assets"])
     if (asset.value("file", std::string()) == file) return asset;
   ADD_FAILURE() << "no " << file;
@@ -89,15 +89,15 @@ TEST_F(Store, AddedFolderIsListedWithKindsTitlesAndSizes) {
   EXPECT_EQ(list["folders"], Json::array({Json{{"folder", m_Show.Path()}, {"present", true}}}));
   EXPECT_EQ(list["packages"].size(), 5U);
   EXPECT_EQ(list["with_problems"], 0);
-  const Json composition = asset_at(list, m_Show.Path("Feature/CPL.xml"));
+  const Json composition = AssetAt(list, m_Show.Path("Feature/CPL.xml"));
   EXPECT_EQ(composition["kind"], "composition playlist");
   EXPECT_EQ(composition["title"], "SampleFeature");
   EXPECT_EQ(composition["package"], m_Show.Path("Feature"));
   EXPECT_EQ(composition["size"], fs::file_size(m_Show.Path("Feature/CPL.xml")));
   EXPECT_EQ(composition["digest"], "unknown");
-  EXPECT_EQ(asset_at(list, m_Show.Path("Stereoscopic/picture-1.mxf"))["kind"],
+  EXPECT_EQ(AssetAt(list, m_Show.Path("Stereoscopic/picture-1.mxf"))["kind"],
             "stereoscopic JPEG 2000 picture track file");
-  EXPECT_EQ(asset_at(list, m_Show.Path("show.xml"))["title"], "Sample show");
+  EXPECT_EQ(AssetAt(list, m_Show.Path("show.xml"))["title"], "Sample show");
 }
 
 TEST_F(Store, ListAsTextGroupsAssetsByPackage) {
@@ -112,7 +112,7 @@ TEST_F(Store, ListAsTextGroupsAssetsByPackage) {
 
 TEST_F(Store, SelectionByIdentifierListsThatAssetAlone) {
   static_cast<void>(Do({"add", m_Show.Path()}));
-  const std::string id = asset_at(List(), m_Show.Path("show.xml"))["id"];
+  const std::string id = AssetAt(List(), m_Show.Path("show.xml"))["id"];
   EXPECT_EQ(List({id})["assets"].size(), 1U);
   EXPECT_EQ(List({"urn:uuid:" + id})["assets"].size(), 1U);
 }
@@ -176,7 +176,7 @@ TEST_F(Store, FolderThatIsGoneCanBeForgotten) {
 
 TEST_F(Store, PartOfAFolderCannotBeForgottenAlone) {
   static_cast<void>(Do({"add", m_Show.Path()}));
-  const std::string id = asset_at(List(), m_Show.Path("show.xml"))["id"];
+  const std::string id = AssetAt(List(), m_Show.Path("show.xml"))["id"];
   for (const std::string& name : {m_Show.Path("Trailer"), id}) {
     const Answer answer = Run({"forget", name});
     EXPECT_EQ(answer.Code, 1);
@@ -264,7 +264,7 @@ TEST_F(Store, FolderThatIsNotThereIsToldOnce) {
 }
 
 /// Makes folders in folders, until the path is longer than the system can open (PATH_MAX).
-void make_deep_folders(const std::string& top) {
+void MakeDeepFolders(const std::string& top) {
   const std::string name(250, 'd');
   int folder = open(top.c_str(), O_RDONLY | O_DIRECTORY);
   for (int depth = 0; depth < 18 && folder >= 0; ++depth) {
@@ -278,7 +278,7 @@ void make_deep_folders(const std::string& top) {
 }
 
 TEST_F(Store, FolderThatCannotBeReadIsAWarning) {
-  make_deep_folders(m_Show.Path());
+  MakeDeepFolders(m_Show.Path());
   const Answer added = Run({"add", m_Show.Path()});
   EXPECT_EQ(added.Code, 0);
   EXPECT_THAT(added.Errors, StartsWith("warning: " + m_Show.Path("ddd")));
@@ -401,7 +401,7 @@ TEST_F(Store, IndexOfTheUserLiesInTheDataHome) {
 
 TEST_F(Store, IndexServesTheOtherCommands) {
   static_cast<void>(Do({"add", m_Show.Path()}));
-  const std::string id = asset_at(List(), m_Show.Path("show.xml"))["id"];
+  const std::string id = AssetAt(List(), m_Show.Path("show.xml"))["id"];
   for (const std::vector<std::string>& command :
        {std::vector<std::string>{"check"}, {"play", "--speed", "max"}, {"export", "ids"}}) {
     std::vector<std::string> arguments = command;

@@ -15,7 +15,7 @@
 
 namespace {
 
-std::string contents_of(const std::string& filename) {
+std::string ContentsOf(const std::string& filename) {
   std::ostringstream text;
   text << std::ifstream(filename, std::ios::binary).rdbuf();
   return text.str();
@@ -78,9 +78,9 @@ int StrataProgram::Wait() {
 }
 
 std::string StrataProgram::Output() const {
-  return contents_of(m_Folder.Path("out"));
+  return ContentsOf(m_Folder.Path("out"));
 }
 
 std::string StrataProgram::Errors() const {
-  return contents_of(m_Folder.Path("err"));
+  return ContentsOf(m_Folder.Path("err"));
 }

@@ -30,7 +30,7 @@ class Timeline : public testing::Test {
   BrokenShow m_Show;
 };
 
-std::vector<std::string> lane_names(const TimelineModel& model) {
+std::vector<std::string> LaneNames(const TimelineModel& model) {
   std::vector<std::string> names;
   for (const TimelineLane& lane : model.Lanes) names.push_back(lane.Name);
   return names;
@@ -42,7 +42,7 @@ std::vector<Ferro::ui32_t> starts(const TimelineModel& model) {
   return all;
 }
 
-std::string text_of(const std::string& filename) {
+std::string TextOf(const std::string& filename) {
   std::string text;
   EXPECT_TRUE(Ferro::ReadFileIntoString(filename, text).Success()) << filename;
   return text;
@@ -54,7 +54,7 @@ TEST_F(Timeline, SampleShowHasItsLanesReelsAndMarkers) {
   EXPECT_EQ(model.Code, ExitCode::Fine);
   EXPECT_EQ(model.Duration, 168U);
   EXPECT_DOUBLE_EQ(model.Seconds, 7);
-  EXPECT_THAT(lane_names(model), ElementsAre("Picture", "Sound", "Subtitle", "Caption 1", "Data 1"));
+  EXPECT_THAT(LaneNames(model), ElementsAre("Picture", "Sound", "Subtitle", "Caption 1", "Data 1"));
   EXPECT_THAT(starts(model), ElementsAre(0, 24, 48, 120, 144));
   ASSERT_EQ(model.Lanes[0].Tracks.size(), 7U);
   EXPECT_TRUE(model.Lanes[0].Tracks[1].Encrypted());
@@ -153,8 +153,8 @@ TEST_F(Timeline, WritesAllFormsAtOnceAndTellsWhatIsMissing) {
   EXPECT_EQ(program.Wait(), 3);
   EXPECT_EQ(program.Errors(), "strata: 1 missing: 1 sound. `strata check` tells more.\n");
   EXPECT_THAT(program.Output(), HasSubstr("missing: SampleFeature, reel 2, sound: The file is missing."));
-  EXPECT_THAT(text_of(m_Show.Beside("a.svg")), HasSubstr("class=\"missing\" x="));
-  EXPECT_THAT(text_of(m_Show.Beside("a.html")), HasSubstr("\"schema\":\"strata-timeline-1\""));
+  EXPECT_THAT(TextOf(m_Show.Beside("a.svg")), HasSubstr("class=\"missing\" x="));
+  EXPECT_THAT(TextOf(m_Show.Beside("a.html")), HasSubstr("\"schema\":\"strata-timeline-1\""));
 }
 
 TEST_F(Timeline, WithoutAWishItPrintsText) {
@@ -209,7 +209,7 @@ TEST_F(Timeline, PictureInTheDocumentationIsTheSampleShows) {
   const std::string drawn = m_Show.Beside("a.svg");
   StrataProgram program({"timeline", m_Show.Path(), "--svg", drawn});
   ASSERT_EQ(program.Wait(), 0);
-  EXPECT_TRUE(text_of(drawn) == text_of(TIMELINE_PICTURE))
+  EXPECT_TRUE(TextOf(drawn) == TextOf(TIMELINE_PICTURE))
       << "strata make-sample /tmp/show --length 1 --size 96x64; strata timeline /tmp/show --svg "
          "docs/timeline-sample.svg";
 }

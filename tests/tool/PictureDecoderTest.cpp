@@ -17,13 +17,13 @@ namespace {
 
 using Bytes = std::vector<Ferro::ui8_t>;
 
-SamplePicture drawing() {
+SamplePicture Drawing() {
   SamplePicture picture(160, 96, {1000, 1100, 1200});
   picture.Write("00012", 8, 80, SamplePicture::White);
   return picture;
 }
 
-std::string refusal_of(const Bytes& codestream) {
+std::string RefusalOf(const Bytes& codestream) {
   try {
     static_cast<void>(DecodePicture(codestream));
   } catch (const std::runtime_error& error) {
@@ -35,7 +35,7 @@ std::string refusal_of(const Bytes& codestream) {
 }  // namespace
 
 TEST(PictureDecoder, GivesWhatAnotherDecoderGives) {
-  const Bytes codestream = drawing().Encode(24);
+  const Bytes codestream = Drawing().Encode(24);
   const testsupport::TemporaryFolder folder;
   std::ofstream(folder.Path("a.j2k"), std::ios::binary)
       .write(reinterpret_cast<const char*>(codestream.data()), static_cast<std::streamsize>(codestream.size()));
@@ -59,28 +59,28 @@ TEST(PictureDecoder, GivesWhatAnotherDecoderGives) {
 }
 
 TEST(PictureDecoder, WhatIsNoCodestreamIsRefused) {
-  EXPECT_EQ(refusal_of({}).find("the picture cannot be decoded: "), 0U);
-  EXPECT_EQ(refusal_of(Bytes(1000, 0x55)).find("the picture cannot be decoded: "), 0U);
+  EXPECT_EQ(RefusalOf({}).find("the picture cannot be decoded: "), 0U);
+  EXPECT_EQ(RefusalOf(Bytes(1000, 0x55)).find("the picture cannot be decoded: "), 0U);
 }
 
 TEST(PictureDecoder, WhatIsCutShortIsRefused) {
-  const Bytes whole = drawing().Encode(24);
+  const Bytes whole = Drawing().Encode(24);
   for (size_t size = 0; size < whole.size(); size += size < 200 ? 1 : 29)
-    EXPECT_EQ(refusal_of(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)))
+    EXPECT_EQ(RefusalOf(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)))
                   .find("the picture cannot be decoded: "),
               0U)
         << size;
 }
 
 TEST(PictureDecoder, ZerosBehindTheEndAreNoPartOfIt) {
-  Bytes filled = drawing().Encode(24);
+  Bytes filled = Drawing().Encode(24);
   filled.resize(filled.size() + 100);
-  EXPECT_EQ(refusal_of(filled), "");
+  EXPECT_EQ(RefusalOf(filled), "");
 }
 
 TEST(PictureDecoder, EnormousSizeIsRefusedBeforeMemoryIsTaken) {
-  Bytes codestream = drawing().Encode(24);
+  Bytes codestream = Drawing().Encode(24);
   // Xsiz and Ysiz, and the tile's size after four offsets, to 2^30 each (ISO/IEC 15444-1, A.5.1).
   for (const size_t at : {8U, 12U, 24U, 28U}) codestream[at] = 0x40;
-  EXPECT_EQ(refusal_of(codestream), "the picture cannot be decoded: it claims to have 1073741984 x 1073741920 pixels");
+  EXPECT_EQ(RefusalOf(codestream), "the picture cannot be decoded: it claims to have 1073741984 x 1073741920 pixels");
 }

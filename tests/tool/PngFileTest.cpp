@@ -15,7 +15,7 @@ using namespace Tool;
 namespace {
 
 /// The samples that ffmpeg reads from a PNG file's bytes.
-std::string decoded(const std::vector<Ferro::ui8_t>& png, const std::string& pixel_format) {
+std::string Decoded(const std::vector<Ferro::ui8_t>& png, const std::string& pixel_format) {
   const testsupport::TemporaryFolder folder;
   std::ofstream(folder.Path("a.png"), std::ios::binary)
       .write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
@@ -30,13 +30,13 @@ std::string decoded(const std::vector<Ferro::ui8_t>& png, const std::string& pix
 
 TEST(PngFile, OthersReadTheSamplesThatWereWritten) {
   const PngPicture picture = {2, 2, 3, {255, 0, 0, 0, 255, 0, 0, 0, 255, 1, 2, 3}};
-  const std::string samples = decoded(EncodePng(picture), "rgb24");
+  const std::string samples = Decoded(EncodePng(picture), "rgb24");
   EXPECT_EQ(samples, std::string("\xff\x00\x00\x00\xff\x00\x00\x00\xff\x01\x02\x03", 12));
 }
 
 TEST(PngFile, AlphaIsKept) {
   const PngPicture picture = {3, 1, 4, {255, 255, 255, 0, 9, 8, 7, 128, 0, 0, 0, 255}};
-  const std::string samples = decoded(EncodePng(picture), "rgba");
+  const std::string samples = Decoded(EncodePng(picture), "rgba");
   EXPECT_EQ(samples, std::string("\xff\xff\xff\x00\x09\x08\x07\x80\x00\x00\x00\xff", 12));
 }
 

@@ -17,7 +17,7 @@ using namespace Tool;
 
 namespace {
 
-SampleOptions small_options() {
+SampleOptions SmallOptions() {
   SampleOptions options;
   options.Seconds = 1;
   options.Width = 200;
@@ -60,7 +60,7 @@ TEST(SampleSound, PiecesJoinWithoutSeam) {
 }
 
 TEST(SamplePicture, DecodedByOthersIsWhatWasDrawn) {
-  const SampleOptions options = small_options();
+  const SampleOptions options = SmallOptions();
   const SampleTrackFiles files(options);
   const SamplePicture drawn = files.Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7);
   const testsupport::TemporaryFolder folder;
@@ -87,14 +87,14 @@ TEST(SamplePicture, DecodedByOthersIsWhatWasDrawn) {
 }
 
 TEST(SamplePicture, StaysWithinItsShareOfTheLargestRate) {
-  const SampleOptions options = small_options();
+  const SampleOptions options = SmallOptions();
   const auto codestream = SampleTrackFiles(options).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7).Encode(24);
   // 1302083 bytes for 2048 x 1080 pixels at 24 pictures per second (DCI: 250 Mbit/s).
   EXPECT_LE(double(codestream.size()), 1302083.0 * options.Width * options.Height / (2048 * 1080));
 }
 
 TEST(SamplePicture, ShareOfAnImageIsLessWhereThereAreMore) {
-  const SamplePicture picture = SampleTrackFiles(small_options()).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7);
+  const SamplePicture picture = SampleTrackFiles(SmallOptions()).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7);
   EXPECT_LE(double(picture.Encode(120).size()), 250e6 / 8 / 120 * 200 * 108 / (2048 * 1080));
 }
 

@@ -27,30 +27,30 @@ using testsupport::RunJudge;
 
 namespace {
 
-void write(const std::string& filename, const std::vector<ui8_t>& bytes) {
+void Write(const std::string& filename, const std::vector<ui8_t>& bytes) {
   std::ofstream(filename, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-std::string contents(const std::string& filename) {
+std::string Contents(const std::string& filename) {
   std::ostringstream text;
   text << std::ifstream(filename, std::ios::binary).rdbuf();
   return text.str();
 }
 
 /// One grey byte for each pixel of a line that ffmpeg writes in the font, 10 pixels for a dot, from the left edge on.
-std::string written_by_others(const std::string& text, ui32_t columns) {
+std::string WrittenByOthers(const std::string& text, ui32_t columns) {
   const testsupport::TemporaryFolder folder;
-  write(folder.Path("a.ttf"), MakeSampleFontFile());
+  Write(folder.Path("a.ttf"), MakeSampleFontFile());
   const std::string size = std::to_string(columns * 10) + "x70";
   RunJudge({"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=black:s=" + size, "-frames:v", "1", "-vf",
             "format=gray,drawtext=fontfile=" + folder.Path("a.ttf") + ":text=" + text +
                 ":fontsize=80:fontcolor=white:x=0:y=0",
             "-f", "rawvideo", "-pix_fmt", "gray", folder.Path("a.raw")});
-  return contents(folder.Path("a.raw"));
+  return Contents(folder.Path("a.raw"));
 }
 
-SampleText::Facts facts() {
+SampleText::Facts ExampleFacts() {
   SampleText::Facts facts;
   facts.DocumentID = Ferro::UUID::FromHex("10000000-0000-4000-8000-000000000001").value();
   facts.FontID = Ferro::UUID::FromHex("10000000-0000-4000-8000-000000000002").value();
@@ -85,7 +85,7 @@ TEST(SampleFontFile, HasItsTablesInOrderOfTheirTags) {
 TEST(SampleFontFile, OthersWriteEachCharacterAsItsDots) {
   const std::string text = "H0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";  // none of them leaves the top row empty
   const auto columns = static_cast<ui32_t>(text.size()) * 6;
-  const std::string pixels = written_by_others(text, columns);
+  const std::string pixels = WrittenByOthers(text, columns);
   ASSERT_EQ(pixels.size(), size_t{columns} * 700);
   for (ui32_t row = 0; row < 7; ++row)
     for (ui32_t column = 0; column < columns; ++column) {
@@ -96,11 +96,11 @@ TEST(SampleFontFile, OthersWriteEachCharacterAsItsDots) {
 }
 
 TEST(SampleFontFile, SmallLettersLookLikeCapitals) {
-  EXPECT_EQ(written_by_others("abcxyz", 36), written_by_others("ABCXYZ", 36));
+  EXPECT_EQ(WrittenByOthers("abcxyz", 36), WrittenByOthers("ABCXYZ", 36));
 }
 
 TEST(SampleText, SMPTEDocumentNamesFontAndImageByIdentifier) {
-  EXPECT_EQ(SampleText(facts()).SMPTEDocument(),
+  EXPECT_EQ(SampleText(ExampleFacts()).SMPTEDocument(),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<SubtitleReel xmlns=\"http://www.smpte-ra.org/schemas/428-7/2010/DCST\">\n"
             "  <Id>urn:uuid:10000000-0000-4000-8000-000000000001</Id>\n"
@@ -126,7 +126,7 @@ TEST(SampleText, SMPTEDocumentNamesFontAndImageByIdentifier) {
 }
 
 TEST(SampleText, InteropDocumentNamesFilesAndCountsTicks) {
-  const std::string document = SampleText(facts()).InteropDocument();
+  const std::string document = SampleText(ExampleFacts()).InteropDocument();
   EXPECT_THAT(document, HasSubstr("<SubtitleID>10000000-0000-4000-8000-000000000001</SubtitleID>"));
   EXPECT_THAT(document, HasSubstr("<LoadFont Id=\"Sample\" URI=\"font.ttf\"/>"));
   EXPECT_THAT(document, HasSubstr("TimeIn=\"00:00:00:125\" TimeOut=\"00:00:01:000\">\n"
@@ -134,7 +134,7 @@ TEST(SampleText, InteropDocumentNamesFilesAndCountsTicks) {
 }
 
 TEST(SampleText, WithoutImageALineStandsForItsWholeSecond) {
-  SampleText::Facts without = facts();
+  SampleText::Facts without = ExampleFacts();
   without.ImageID = Ferro::UUID();
   const std::string document = SampleText(without).SMPTEDocument();
   EXPECT_THAT(document, HasSubstr("TimeIn=\"00:00:00:00\" TimeOut=\"00:00:01:00\""));
@@ -143,10 +143,10 @@ TEST(SampleText, WithoutImageALineStandsForItsWholeSecond) {
 
 TEST(SampleText, ImageIsTheReelInWhiteWithABorderOnNothing) {
   const testsupport::TemporaryFolder folder;
-  write(folder.Path("a.png"), SampleText(facts()).Image());
+  Write(folder.Path("a.png"), SampleText(ExampleFacts()).Image());
   RunJudge({"ffmpeg", "-v", "error", "-i", folder.Path("a.png"), "-f", "rawvideo", "-pix_fmt", "rgba",
             folder.Path("a.raw")});
-  const std::string pixels = contents(folder.Path("a.raw"));
+  const std::string pixels = Contents(folder.Path("a.raw"));
   ASSERT_EQ(pixels.size(), 74U * 18 * 4);  // two pixels for a dot: 6 characters of 6 x 7 dots, and the border
   const auto at = [&](size_t x, size_t y) { return pixels.substr((y * 74 + x) * 4, 4); };
   EXPECT_EQ(at(2, 2), "\xff\xff\xff\xff");                    // the upper left dot of the R

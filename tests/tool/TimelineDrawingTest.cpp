@@ -80,7 +80,7 @@ class ModelBuilder {
 constexpr const char* Hostile = "</script><script>alert(\"1\")</script> & 'Gro\u00dfe' \u6620\u753b\u9928 \x1b[2J";
 
 /// Something of everything: a long and a short composition, nothing and too much at one place, names of all kinds.
-TimelineModel crowded() {
+TimelineModel Crowded() {
   ModelBuilder builder;
   builder.Add(Hostile, 3, 172800);
   builder.Add("One frame", 1, 1);
@@ -105,26 +105,26 @@ TimelineModel crowded() {
 }
 
 /// One reel of many that is missing.
-TimelineModel many_reels() {
+TimelineModel ManyReels() {
   ModelBuilder builder;
   builder.Add("Many", 5000, 24);
   builder.Model.Lanes[0].Tracks[3001].State = TimelineState::Missing;
   return builder.Model;
 }
 
-void expect_well_formed(const std::string& svg) {
+void ExpectWellFormed(const std::string& svg) {
   const testsupport::TemporaryFolder folder;
   ASSERT_TRUE(Ferro::WriteStringIntoFile(folder.Path("a.svg"), svg).Success());
   testsupport::RunJudge({"xmllint", "--nonet", "--noout", folder.Path("a.svg")});
 }
 
-size_t count_of(const std::string& text, const std::string& part) {
+size_t CountOf(const std::string& text, const std::string& part) {
   size_t count = 0;
   for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
   return count;
 }
 
-std::string line_of(const std::string& text, const std::string& start) {
+std::string LineOf(const std::string& text, const std::string& start) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);)
     if (line.starts_with(start)) return line;
@@ -173,7 +173,7 @@ TEST(TimelineText, ShortGapIsSeen) {
 }
 
 TEST(TimelineText, NoLineIsLongerThanAsked) {
-  for (const TimelineModel& model : {crowded(), many_reels(), TimelineModel()})
+  for (const TimelineModel& model : {Crowded(), ManyReels(), TimelineModel()})
     for (const unsigned columns : {40U, 41U, 79U, 80U, 133U, 1000U}) {
       std::istringstream lines(TimelineText(model, {columns, true}));
       for (std::string line; std::getline(lines, line);) EXPECT_LE(ColumnsOf(line), columns) << line;
@@ -181,46 +181,46 @@ TEST(TimelineText, NoLineIsLongerThanAsked) {
 }
 
 TEST(TimelineText, WithoutUtf8ItIsAscii) {
-  for (const char letter : TimelineText(crowded(), {80, false}))
+  for (const char letter : TimelineText(Crowded(), {80, false}))
     EXPECT_TRUE(letter == '\n' || (letter >= ' ' && letter <= '~')) << static_cast<int>(letter);
 }
 
 TEST(TimelineText, ControlCharactersOfTitlesDoNotReachTheTerminal) {
-  EXPECT_THAT(TimelineText(crowded(), {80, true}), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(TimelineText(Crowded(), {80, true}), Not(HasSubstr("\x1b")));
 }
 
 TEST(TimelineText, OneMissingReelOfThousandsIsSeen) {
-  EXPECT_THAT(line_of(TimelineText(many_reels(), {80, true}), "Picture"), HasSubstr("X"));
+  EXPECT_THAT(LineOf(TimelineText(ManyReels(), {80, true}), "Picture"), HasSubstr("X"));
 }
 
 TEST(TimelineText, CompositionWithoutLengthIsSeenWhereItIsMissing) {
-  EXPECT_THAT(line_of(TimelineText(crowded(), {80, true}), "Compositions"), HasSubstr("X"));
+  EXPECT_THAT(LineOf(TimelineText(Crowded(), {80, true}), "Compositions"), HasSubstr("X"));
 }
 
 TEST(TimelineText, EventsThatFindNoRowAreCounted) {
-  EXPECT_THAT(TimelineText(crowded(), {80, true}), HasSubstr("more: see below"));
+  EXPECT_THAT(TimelineText(Crowded(), {80, true}), HasSubstr("more: see below"));
 }
 
 TEST(TimelineSvg, IsWellFormedWhateverTheTextsHold) {
-  expect_well_formed(TimelineSvg(crowded()));
+  ExpectWellFormed(TimelineSvg(Crowded()));
 }
 
 TEST(TimelineSvg, EmptyShowIsDrawn) {
-  expect_well_formed(TimelineSvg(TimelineModel()));
+  ExpectWellFormed(TimelineSvg(TimelineModel()));
 }
 
 TEST(TimelineSvg, ThousandsOfReelsAreDrawnAsOneWithTheMissingOneOnTop) {
-  const std::string svg = TimelineSvg(many_reels());
-  expect_well_formed(svg);
+  const std::string svg = TimelineSvg(ManyReels());
+  ExpectWellFormed(svg);
   EXPECT_LT(svg.size(), 30'000U);
   EXPECT_THAT(svg, HasSubstr(">4999 reels<"));
   EXPECT_GT(svg.rfind("class=\"missing\" x="), svg.find("Picture, 4999 reels"));
 }
 
 TEST(TimelineSvg, RefersToNothingOutside) {
-  const std::string svg = TimelineSvg(crowded());
+  const std::string svg = TimelineSvg(Crowded());
   EXPECT_THAT(svg, Not(HasSubstr("href")));
-  EXPECT_EQ(count_of(svg, "url("), count_of(svg, "url(#"));
+  EXPECT_EQ(CountOf(svg, "url("), CountOf(svg, "url(#"));
 }
 
 TEST(TimelineSvg, TellsOfEachLookInWords) {
@@ -237,36 +237,36 @@ TEST(TimelineSvg, TellsOfEachLookInWords) {
   for (const char* word :
        {">missing</text>", ">broken</text>", ">silence</text>", ">no sound</text>", ">from 12</text>"})
     EXPECT_THAT(svg, HasSubstr(word));
-  EXPECT_EQ(count_of(svg, "class=\"trim\""), 4U);  // the head's and the tail's, there and in the legend
+  EXPECT_EQ(CountOf(svg, "class=\"trim\""), 4U);  // the head's and the tail's, there and in the legend
 }
 
 TEST(TimelineHtml, TitlesCannotEndTheScript) {
-  const std::string html = TimelineHtml(crowded());
-  EXPECT_EQ(count_of(html, "<script"), 2U);
-  EXPECT_EQ(count_of(html, "</script>"), 2U);
+  const std::string html = TimelineHtml(Crowded());
+  EXPECT_EQ(CountOf(html, "<script"), 2U);
+  EXPECT_EQ(CountOf(html, "</script>"), 2U);
   EXPECT_THAT(html, HasSubstr("\\u003c/script>\\u003cscript>alert"));
   EXPECT_THAT(html, HasSubstr("<title>&lt;/script>"));
 }
 
 TEST(TimelineHtml, RefersToNothingOutside) {
-  const std::string html = TimelineHtml(crowded());
+  const std::string html = TimelineHtml(Crowded());
   for (const char* reference : {"src=", "@import", "fetch(", "XMLHttpRequest", "https:"})
     EXPECT_THAT(html, Not(HasSubstr(reference)));
-  EXPECT_EQ(count_of(html, "href"), count_of(html, "{href: '#page'}"));
-  EXPECT_EQ(count_of(html, "url("), count_of(html, "url(#"));
-  EXPECT_EQ(count_of(html, "http:"), count_of(html, "http://www.w3.org/2000/svg"));
+  EXPECT_EQ(CountOf(html, "href"), CountOf(html, "{href: '#page'}"));
+  EXPECT_EQ(CountOf(html, "url("), CountOf(html, "url(#"));
+  EXPECT_EQ(CountOf(html, "http:"), CountOf(html, "http://www.w3.org/2000/svg"));
   EXPECT_THAT(html, HasSubstr("default-src 'none'"));
 }
 
 TEST(TimelineHtml, FindingsAndRowsAreLinksAndTheVerdictIsTheHeadline) {
-  const std::string html = TimelineHtml(crowded());
+  const std::string html = TimelineHtml(Crowded());
   EXPECT_THAT(html, HasSubstr("make('h1', {class: model.exit_code === 0 ? 'verdict' : 'alarmed'}, model.verdict)"));
   EXPECT_THAT(html, HasSubstr("composition ? link(text, act) : text"));
   EXPECT_THAT(html, HasSubstr("model.compositions[finding.composition_number - 1]"));
 }
 
 TEST(TimelineHtml, HoldsThePictureForPagesWithoutScripting) {
-  EXPECT_THAT(TimelineHtml(crowded()), HasSubstr("<noscript><svg "));
+  EXPECT_THAT(TimelineHtml(Crowded()), HasSubstr("<noscript><svg "));
 }
 
 }  // namespace

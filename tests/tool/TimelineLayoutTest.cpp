@@ -9,7 +9,7 @@ using testing::ElementsAre;
 
 namespace {
 
-std::vector<std::string> labels(double seconds, double width) {
+std::vector<std::string> Labels(double seconds, double width) {
   std::vector<std::string> texts;
   for (const TimelineTick& tick : TimelineTicks(TimelineScale(seconds, 0, width), 70)) texts.push_back(tick.Label);
   return texts;
@@ -35,12 +35,12 @@ TEST(TimelineScale, ShowWithoutLengthHasAScale) {
 }
 
 TEST(TimelineTicks, StandAtRoundTimes) {
-  EXPECT_THAT(labels(7, 560), ElementsAre("0:00", "0:01", "0:02", "0:03", "0:04", "0:05", "0:06", "0:07"));
-  EXPECT_THAT(labels(7200, 350), ElementsAre("0:00", "30:00", "1:00:00", "1:30:00", "2:00:00"));
+  EXPECT_THAT(Labels(7, 560), ElementsAre("0:00", "0:01", "0:02", "0:03", "0:04", "0:05", "0:06", "0:07"));
+  EXPECT_THAT(Labels(7200, 350), ElementsAre("0:00", "30:00", "1:00:00", "1:30:00", "2:00:00"));
 }
 
 TEST(TimelineTicks, ShowFractionsWhereTheyAreCloserThanASecond) {
-  EXPECT_THAT(labels(1, 200), ElementsAre("0:00.00", "0:00.50", "0:01.00"));
+  EXPECT_THAT(Labels(1, 200), ElementsAre("0:00.00", "0:00.50", "0:01.00"));
 }
 
 TEST(TimelineTicks, AreNeverCloserThanAsked) {

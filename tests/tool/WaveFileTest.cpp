@@ -16,7 +16,7 @@ using namespace Tool;
 
 namespace {
 
-std::string content_of(const std::string& filename) {
+std::string ContentOf(const std::string& filename) {
   std::ostringstream text;
   text << std::ifstream(filename, std::ios::binary).rdbuf();
   return text.str();
@@ -32,7 +32,7 @@ TEST(WaveFile, BytesAreThoseOfTheFormat) {
   wave.Write(std::vector<Ferro::ui8_t>{1, 2, 3, 4, 5, 6});
   wave.Finish();
   using namespace std::string_literals;
-  EXPECT_EQ(content_of(folder.Path("a.wav")),
+  EXPECT_EQ(ContentOf(folder.Path("a.wav")),
             "RIFF\x66\0\0\0WAVEJUNK\x1c\0\0\0"s + std::string(28, '\0') +
                 "fmt \x28\0\0\0\xfe\xff\2\0\x80\xbb\0\0\0\x65\4\0\6\0\x18\0\x16\0\x18\0\0\0\0\0"s +
                 "\1\0\0\0\0\0\x10\0\x80\0\0\xaa\0\x38\x9b\x71"s + "data\6\0\0\0\1\2\3\4\5\6"s);
@@ -43,7 +43,7 @@ TEST(WaveFile, OddLengthIsFilledUp) {
   WaveFile wave(folder.Path("a.wav"), {48000, 24, 1, ""});
   wave.Write(std::vector<Ferro::ui8_t>{1, 2, 3});
   wave.Finish();
-  EXPECT_EQ(content_of(folder.Path("a.wav")).size(), 104U + 4);
+  EXPECT_EQ(ContentOf(folder.Path("a.wav")).size(), 104U + 4);
 }
 
 TEST(WaveFile, UnfinishedThereIsNone) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/AssetMap.h>
 
-#include "xml/FieldReader.h"
+#include "AssetListDocument.h"
+
 #include "xml/FieldWriter.h"
 
 #include <Cairn/Namespace.h>
@@ -14,9 +15,7 @@ constexpr char DocumentName[] = "AssetMap";
 
 void ReadChunk(FieldReader& fields, const Element* element, AssetMap::Chunk& chunk) {
   bool has_path = false;
-  for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    if (!IsOwnElement(child)) continue;
-    const std::string& name = LocalName(child);
+  ForEachOwnChild(element, [&](const Element* child, const std::string& name) {
     if (name == "Path") {
       has_path = true;
       chunk.Path = TrimmedText(child);
@@ -28,13 +27,8 @@ void ReadChunk(FieldReader& fields, const Element* element, AssetMap::Chunk& chu
       chunk.HasLength = true;
       fields.Count(child, chunk.Length);
     }
-  }
+  });
   if (!has_path) fields.Missing("Chunk Path");
-}
-
-void ReadChunkList(FieldReader& fields, const Element* list, AssetMap::Asset& asset) {
-  for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
-    if (LocalName(child) == "Chunk" && IsOwnElement(child)) ReadChunk(fields, child, asset.ChunkList.emplace_back());
 }
 
 // Present and empty, "true" or "1" in whatever flavour; other content has been met only as a way to say yes.
@@ -44,43 +38,17 @@ bool SaysPackingList(const Element* element) {
 }
 
 void ReadAsset(FieldReader& fields, const Element* element, AssetMap::Asset& asset) {
-  for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    if (!IsOwnElement(child)) continue;
-    const std::string& name = LocalName(child);
-    if (name == "Id") {
-      fields.ID(child, asset.ID);
-    } else if (name == "AnnotationText") {
-      asset.Annotation = TextContent(child);
-    } else if (name == "PackingList") {
+  ForEachOwnChild(element, [&](const Element* child, const std::string& name) {
+    if (ReadCommonField(fields, child, name, asset)) return;
+    if (name == "PackingList") {
       asset.IsPackingList = SaysPackingList(child);
     } else if (name == "ChunkList") {
-      ReadChunkList(fields, child, asset);
+      ForEachOwnChild(child, [&](const Element* chunk, const std::string& kind) {
+        if (kind == "Chunk") ReadChunk(fields, chunk, asset.ChunkList.emplace_back());
+      });
     }
-  }
-  if (!asset.ID.HasValue() && fields.Result().Success()) fields.Missing("Asset Id");
-}
-
-void ReadAssetList(FieldReader& fields, const Element* list, AssetMap& map) {
-  for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
-    if (LocalName(child) == "Asset" && IsOwnElement(child)) ReadAsset(fields, child, map.AssetList.emplace_back());
-}
-
-void ReadOwnChild(FieldReader& fields, const Element* child, const std::string& name, AssetMap& map) {
-  if (name == "Id") {
-    fields.ID(child, map.ID);
-  } else if (name == "AnnotationText") {
-    map.Annotation = TextContent(child);
-  } else if (name == "Creator") {
-    map.Creator = TextContent(child);
-  } else if (name == "VolumeCount") {
-    fields.Count(child, map.VolumeCount);
-  } else if (name == "IssueDate") {
-    map.IssueDate = TrimmedText(child);
-  } else if (name == "Issuer") {
-    map.Issuer = TextContent(child);
-  } else if (name == "AssetList") {
-    ReadAssetList(fields, child, map);
-  }
+  });
+  RequireID(fields, asset.ID, "Asset Id");
 }
 
 bool IsKnownNamespace(const std::string& name) {
@@ -94,10 +62,11 @@ Result_t ReadAssetMap(const Element* root, DCPFormat_t format, Ferro::ILogSink& 
   if (!IsKnownNamespace(map.NamespaceName))
     log.Warn("%s: namespace \"%s\" is not a known one\n", DocumentName, map.NamespaceName.c_str());
   FieldReader fields(DocumentName, log);
-  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child))
-    if (IsOwnElement(child)) ReadOwnChild(fields, child, LocalName(child), map);
-  if (!map.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
-  if (FirstChildNamed(root, "AssetList") == nullptr) fields.Missing("AssetList");
+  ForEachOwnChild(root, [&](const Element* child, const std::string& name) {
+    if (!ReadCommonElement(fields, child, name, map, ReadAsset) && name == "VolumeCount")
+      fields.Count(child, map.VolumeCount);
+  });
+  RequireCommonElements(fields, root, map);
   return fields.Result();
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/PackingList.h>
 
-#include "xml/FieldReader.h"
+#include "AssetListDocument.h"
+
 #include "xml/FieldWriter.h"
 
 #include <Cairn/Namespace.h>
@@ -14,14 +15,9 @@ constexpr char DocumentName[] = "PackingList";
 
 void ReadAsset(FieldReader& fields, const Element* element, PackingList::Asset& asset) {
   bool has_size = false;
-  for (auto* child = FirstChildElement(element); child != nullptr; child = NextSiblingElement(child)) {
-    if (!IsOwnElement(child)) continue;
-    const std::string& name = LocalName(child);
-    if (name == "Id") {
-      fields.ID(child, asset.ID);
-    } else if (name == "AnnotationText") {
-      asset.Annotation = TextContent(child);
-    } else if (name == "Hash") {
+  ForEachOwnChild(element, [&](const Element* child, const std::string& name) {
+    if (ReadCommonField(fields, child, name, asset)) return;
+    if (name == "Hash") {
       fields.Digest(child, asset.Digest);
     } else if (name == "Size") {
       has_size = true;
@@ -31,34 +27,14 @@ void ReadAsset(FieldReader& fields, const Element* element, PackingList::Asset& 
     } else if (name == "OriginalFileName") {
       asset.OriginalFileName = TextContent(child);
     }
-  }
-  if (!asset.ID.HasValue() && fields.Result().Success()) fields.Missing("Asset Id");
+  });
+  RequireID(fields, asset.ID, "Asset Id");
   if (!has_size) fields.Missing("Asset Size");
 }
 
-void ReadAssetList(FieldReader& fields, const Element* list, PackingList& pkl) {
-  for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child))
-    if (LocalName(child) == "Asset" && IsOwnElement(child)) ReadAsset(fields, child, pkl.AssetList.emplace_back());
-}
-
-void ReadOwnChild(FieldReader& fields, const Element* child, const std::string& name, PackingList& pkl) {
-  if (name == "Id") {
-    fields.ID(child, pkl.ID);
-  } else if (name == "AnnotationText") {
-    pkl.Annotation = TextContent(child);
-  } else if (name == "IconId") {
-    fields.ID(child, pkl.IconID);
-  } else if (name == "IssueDate") {
-    pkl.IssueDate = TrimmedText(child);
-  } else if (name == "Issuer") {
-    pkl.Issuer = TextContent(child);
-  } else if (name == "Creator") {
-    pkl.Creator = TextContent(child);
-  } else if (name == "GroupId") {
-    fields.ID(child, pkl.GroupID);
-  } else if (name == "AssetList") {
-    ReadAssetList(fields, child, pkl);
-  }
+void ReadSignatures(const Element* root, PackingList& pkl) {
+  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child))
+    if (LocalName(child) == "Signature") ReadSignature(child, pkl.SignatureMode, pkl.SignatureChain);
 }
 
 Result_t ReadPackingList(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, PackingList& pkl) {
@@ -66,16 +42,16 @@ Result_t ReadPackingList(const Element* root, DCPFormat_t format, Ferro::ILogSin
   pkl.NamespaceName = NamespaceName(root);
   pkl.DCPFormat = format;
   FieldReader fields(DocumentName, log);
-  for (auto* child = FirstChildElement(root); child != nullptr; child = NextSiblingElement(child)) {
-    const std::string& name = LocalName(child);
-    if (name == "Signature") {
-      ReadSignature(child, pkl.SignatureMode, pkl.SignatureChain);
-    } else if (IsOwnElement(child)) {
-      ReadOwnChild(fields, child, name, pkl);
+  ForEachOwnChild(root, [&](const Element* child, const std::string& name) {
+    if (ReadCommonElement(fields, child, name, pkl, ReadAsset)) return;
+    if (name == "IconId") {
+      fields.ID(child, pkl.IconID);
+    } else if (name == "GroupId") {
+      fields.ID(child, pkl.GroupID);
     }
-  }
-  if (!pkl.ID.HasValue() && fields.Result().Success()) fields.Missing("Id");
-  if (FirstChildNamed(root, "AssetList") == nullptr) fields.Missing("AssetList");
+  });
+  ReadSignatures(root, pkl);
+  RequireCommonElements(fields, root, pkl);
   return fields.Result();
 }
 

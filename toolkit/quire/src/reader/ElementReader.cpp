@@ -56,7 +56,7 @@ Outcome ParsePlace(std::span<const ui8_t> bytes, ui64_t position, ui64_t limit, 
 }  // namespace
 
 // What is read beside the bytes that belong into the frame buffer.
-struct ElementReader::Pieces {
+struct ElementReader::ScatterRead {
   std::array<ui8_t, MaxPrefix> Prefix;
   std::array<ui8_t, CheckedStart> Start;
   CipherBlock LastBlock;
@@ -118,20 +118,20 @@ Result_t ElementReader::Read(const ElementPlace& place, ui64_t sequence, const C
                              FrameBuffer& frame) const {
   const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
   if (place.DeliveredLength(decrypt) > frame.Capacity()) return Ferro::RESULT_SMALLBUF;
-  Pieces pieces;
-  pieces.AddValue(frame, place.ValueLength, decrypt);
-  if (contexts.Integrity != nullptr && place.Triplet) pieces.AddTail(place.TailLength());
-  const Result_t result = m_File.ReadPartsAt(place.ValueAt, std::span(pieces.Parts).first(pieces.PartCount));
+  ScatterRead scatter;
+  scatter.AddValue(frame, place.ValueLength, decrypt);
+  if (contexts.Integrity != nullptr && place.Triplet) scatter.AddTail(place.TailLength());
+  const Result_t result = m_File.ReadPartsAt(place.ValueAt, std::span(scatter.Parts).first(scatter.PartCount));
   if (result.Failure()) {
     frame.Clear();
     return result;
   }
-  return Deliver(place, sequence, contexts, pieces, frame);
+  return Deliver(place, sequence, contexts, scatter, frame);
 }
 
 // Reads the range as if it were laid out like the element before. False when it is not, or might not fit the buffer.
 bool ElementReader::ReadPredicted(ui64_t position, ui64_t limit, const CryptoContexts& contexts, FrameBuffer& frame,
-                                  Pieces& pieces, ElementPlace& place) const {
+                                  ScatterRead& scatter, ElementPlace& place) const {
   const ui64_t surroundings = m_Prefix + m_Suffix;
   if (m_Prefix == 0 || m_Prefix > MaxPrefix || limit - position < surroundings) return false;
   const bool decrypt = contexts.Decryption != nullptr && m_Encrypted;
@@ -139,11 +139,11 @@ bool ElementReader::ReadPredicted(ui64_t position, ui64_t limit, const CryptoCon
   if (decrypt && length < Overhead) return false;
   if ((decrypt ? length - CheckedStart : length) > frame.Capacity()) return false;
 
-  const auto prefix = std::span(pieces.Prefix).first(static_cast<size_t>(m_Prefix));
-  pieces.Add(prefix);
-  pieces.AddValue(frame, length, decrypt);
-  if (contexts.Integrity != nullptr && m_Encrypted) pieces.AddTail(m_Suffix);
-  if (m_File.ReadPartsAt(position, std::span(pieces.Parts).first(pieces.PartCount)).Failure()) return false;
+  const auto prefix = std::span(scatter.Prefix).first(static_cast<size_t>(m_Prefix));
+  scatter.Add(prefix);
+  scatter.AddValue(frame, length, decrypt);
+  if (contexts.Integrity != nullptr && m_Encrypted) scatter.AddTail(m_Suffix);
+  if (m_File.ReadPartsAt(position, std::span(scatter.Parts).first(scatter.PartCount)).Failure()) return false;
 
   place.End = position;
   Outcome outcome = Outcome::PassedOver;
@@ -158,10 +158,10 @@ Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence
                                   FrameBuffer& frame) {
   ElementPlace place;
   {
-    Pieces pieces;
-    if (ReadPredicted(position, limit, contexts, frame, pieces, place))
-      return Deliver(place, sequence, contexts, pieces, frame);
-    if (pieces.PartCount > 0) frame.Clear();
+    ScatterRead scatter;
+    if (ReadPredicted(position, limit, contexts, frame, scatter, place))
+      return Deliver(place, sequence, contexts, scatter, frame);
+    if (scatter.PartCount > 0) frame.Clear();
   }
   Result_t result = Locate(position, limit, ElementKeys::Essence, place);
   if (result.Success()) result = Read(place, sequence, contexts, frame);
@@ -174,9 +174,9 @@ Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence
 }
 
 Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool decrypted, HMACContext& integrity,
-                               const Pieces& pieces, const FrameBuffer& frame) const {
+                               const ScatterRead& scatter, const FrameBuffer& frame) const {
   const auto tail_bytes =
-      std::span(pieces.Tail).first(static_cast<size_t>(std::min<ui64_t>(place.TailLength(), pieces.Tail.size())));
+      std::span(scatter.Tail).first(static_cast<size_t>(std::min<ui64_t>(place.TailLength(), scatter.Tail.size())));
   const auto tail = TripletTail::Parse(tail_bytes);
   if (!tail) return Fail(RESULT_FORMAT, "malformed integrity pack of the element", place.Position);
   if (!tail->MIC)
@@ -186,9 +186,9 @@ Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool 
   if (result.Failure()) return Fail(result, "no key in the integrity context for the element", place.Position);
   if (decrypted) {
     const auto body = std::span(frame.Data(), static_cast<size_t>(place.ValueLength - Overhead));
-    if (result.Success()) result = integrity.Update(pieces.Start);
+    if (result.Success()) result = integrity.Update(scatter.Start);
     if (result.Success()) result = integrity.Update(body);
-    if (result.Success()) result = integrity.Update(pieces.LastBlock);
+    if (result.Success()) result = integrity.Update(scatter.LastBlock);
   } else if (result.Success()) {
     result = integrity.Update({frame.Data(), static_cast<size_t>(place.ValueLength)});
   }
@@ -229,18 +229,18 @@ Result_t Decrypt(const ElementPlace& place, AESDecContext& decryption, CipherBlo
 }  // namespace
 
 Result_t ElementReader::Deliver(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
-                                Pieces& pieces, FrameBuffer& frame) const {
+                                ScatterRead& scatter, FrameBuffer& frame) const {
   const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
   Result_t result = RESULT_OK;
   if (decrypt) {
-    result = TestKey(pieces.Start, *contexts.Decryption);
+    result = TestKey(scatter.Start, *contexts.Decryption);
     if (result == RESULT_CHECKFAIL) result = Fail(result, "the key does not decrypt the element", place.Position);
     if (result == Ferro::RESULT_INIT)
       result = Fail(result, "no key in the context to decrypt the element", place.Position);
   }
   if (result.Success() && contexts.Integrity != nullptr && place.Triplet)
-    result = Verify(place, sequence, decrypt, *contexts.Integrity, pieces, frame);
-  if (result.Success() && decrypt) result = Decrypt(place, *contexts.Decryption, pieces.LastBlock, frame);
+    result = Verify(place, sequence, decrypt, *contexts.Integrity, scatter, frame);
+  if (result.Success() && decrypt) result = Decrypt(place, *contexts.Decryption, scatter.LastBlock, frame);
   frame.Clear();
   if (result.Failure()) return result;
   frame.Size(static_cast<ui32_t>(place.DeliveredLength(decrypt)));

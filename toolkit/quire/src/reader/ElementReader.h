@@ -66,14 +66,14 @@ class ElementReader {
                                    FrameBuffer& frame);
 
  private:
-  struct Pieces;
+  struct ScatterRead;
 
   [[nodiscard]] bool ReadPredicted(ui64_t position, ui64_t limit, const CryptoContexts& contexts, FrameBuffer& frame,
-                                   Pieces& pieces, ElementPlace& place) const;
+                                   ScatterRead& scatter, ElementPlace& place) const;
   [[nodiscard]] Result_t Deliver(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
-                                 Pieces& pieces, FrameBuffer& frame) const;
+                                 ScatterRead& scatter, FrameBuffer& frame) const;
   [[nodiscard]] Result_t Verify(const ElementPlace& place, ui64_t sequence, bool decrypted, HMACContext& integrity,
-                                const Pieces& pieces, const FrameBuffer& frame) const;
+                                const ScatterRead& scatter, const FrameBuffer& frame) const;
   [[nodiscard]] Result_t Fail(Result_t result, const char* what, ui64_t position) const;
 
   const Ferro::FileReader& m_File;

@@ -297,7 +297,7 @@ Result_t h__Reader::ReadEyes(const Range& range, const CryptoContexts& contexts,
 
 // The elements of a stream. A later partition whose pack does not say where in the stream it goes on belongs to another
 // stream that was given the same number; the first counts.
-Result_t h__Reader::FindPieces(ui32_t body_sid, std::vector<ElementPlace>& pieces) {
+Result_t h__Reader::FindElements(ui32_t body_sid, std::vector<ElementPlace>& elements) {
   std::vector<MXF::EssenceRun> runs;
   Result_t result = ReadPartitions();
   if (result.Success()) result = m_Structure.ReadEssenceRuns(m_File, body_sid, runs);
@@ -308,20 +308,20 @@ Result_t h__Reader::FindPieces(ui32_t body_sid, std::vector<ElementPlace>& piece
         std::upper_bound(partitions.begin(), partitions.end(), run.FileOffset,
                          [](ui64_t offset, const MXF::Partition& other) { return offset < other.FileOffset; });
     const bool goes_on = after != partitions.begin() && std::prev(after)->BodyOffset != 0;
-    if (result.Failure() || (!pieces.empty() && !goes_on)) break;
-    result = m_Elements->Locate(run.FileOffset, run.FileOffset + run.Length, keys, pieces.emplace_back());
+    if (result.Failure() || (!elements.empty() && !goes_on)) break;
+    result = m_Elements->Locate(run.FileOffset, run.FileOffset + run.Length, keys, elements.emplace_back());
   }
-  if (result.Success() && pieces.empty()) return Ferro::RESULT_NOT_FOUND;
+  if (result.Success() && elements.empty()) return Ferro::RESULT_NOT_FOUND;
   return result;
 }
 
-Result_t h__Reader::JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuffer& frame) const {
+Result_t h__Reader::JoinElements(const std::vector<ElementPlace>& elements, FrameBuffer& frame) const {
   frame.Clear();
   size_t at = 0;
-  for (const ElementPlace& piece : pieces) {
-    if (piece.Triplet) return FormatError(piece.Position, "encrypted stream in several partitions");
-    const std::span<ui8_t> out(frame.Data() + at, static_cast<size_t>(piece.ValueLength));
-    const Result_t result = m_File.ReadAt(piece.ValueAt, out);
+  for (const ElementPlace& element : elements) {
+    if (element.Triplet) return FormatError(element.Position, "encrypted stream in several partitions");
+    const std::span<ui8_t> out(frame.Data() + at, static_cast<size_t>(element.ValueLength));
+    const Result_t result = m_File.ReadAt(element.ValueAt, out);
     if (result.Failure()) return result;
     at += out.size();
   }
@@ -335,16 +335,17 @@ Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoCon
 
 Result_t h__Reader::TryStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   const LogSubject subject(m_File.Filename());
-  std::vector<ElementPlace> pieces;
+  std::vector<ElementPlace> elements;
   Result_t result = CheckAlgorithms(contexts);
-  if (result.Success()) result = FindPieces(body_sid, pieces);
+  if (result.Success()) result = FindElements(body_sid, elements);
   if (result.Failure()) return result;
   ui64_t total = 0;
-  for (const ElementPlace& piece : pieces) total += piece.DeliveredLength(contexts.Decryption != nullptr);
+  for (const ElementPlace& element : elements) total += element.DeliveredLength(contexts.Decryption != nullptr);
   if (total > std::numeric_limits<ui32_t>::max()) return Ferro::RESULT_TOOLARGE;
   if (total > frame.Capacity()) result = frame.Capacity(static_cast<ui32_t>(total));
   if (result.Failure()) return result;
-  return pieces.size() == 1 ? m_Elements->Read(pieces[0], sequence, contexts, frame) : JoinPieces(pieces, frame);
+  return elements.size() == 1 ? m_Elements->Read(elements[0], sequence, contexts, frame)
+                              : JoinElements(elements, frame);
 }
 
 }  // namespace QUIRE

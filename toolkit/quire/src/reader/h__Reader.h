@@ -34,7 +34,7 @@ class h__Reader {
   /// The index entry of a frame that was read; all zero where the index was of constant size.
   [[nodiscard]] MXF::IndexEntry Entry(ui32_t frame_number) const;
 
-  /// Reads a stream's only element into a buffer that grows as needed. Makes one of all pieces where a generic stream was
+  /// Reads a stream's only element into a buffer that grows as needed. Makes one of all elements where a generic stream was
   /// divided among several partitions (ST 410).
   [[nodiscard]] Result_t ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
                                     FrameBuffer& frame);
@@ -62,8 +62,8 @@ class h__Reader {
   [[nodiscard]] Result_t ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
                                     JP2K::SFrameBuffer& frame);
   [[nodiscard]] Result_t ReadEyes(const Range& range, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
-  [[nodiscard]] Result_t FindPieces(ui32_t body_sid, std::vector<ElementPlace>& pieces);
-  [[nodiscard]] Result_t JoinPieces(const std::vector<ElementPlace>& pieces, FrameBuffer& frame) const;
+  [[nodiscard]] Result_t FindElements(ui32_t body_sid, std::vector<ElementPlace>& elements);
+  [[nodiscard]] Result_t JoinElements(const std::vector<ElementPlace>& elements, FrameBuffer& frame) const;
 
   Ferro::FileReader m_File;
   MXF::FileStructure m_Structure;
