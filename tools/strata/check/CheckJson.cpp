@@ -27,10 +27,10 @@ std::string CheckJson(const CheckReport& report) {
   json["duration"] = report.Duration;
   json["duration_seconds"] = report.DurationSeconds;
   json["hash"] = report.Hash;
-  json["compositions"] = Json::array();
+  json["compositions"] = Json::Array();
   for (const CheckedComposition& composition : report.Compositions)
     json["compositions"].push_back(CompositionJson(composition));
-  if (!report.Shows.empty()) json["shows"] = Json::array();
+  if (!report.Shows.empty()) json["shows"] = Json::Array();
   for (const CheckedShow& show : report.Shows)
     json["shows"].push_back(Json{{"title", show.Title},
                                  {"file", show.File},

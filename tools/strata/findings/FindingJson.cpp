@@ -24,7 +24,7 @@ Json FindingJson(const Finding& finding) {
 }  // namespace
 
 Json FindingsJson(const std::vector<Finding>& findings) {
-  Json list = Json::array();
+  Json list = Json::Array();
   for (const Finding& finding : findings) list.push_back(FindingJson(finding));
   return list;
 }

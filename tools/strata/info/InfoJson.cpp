@@ -12,7 +12,7 @@ Json FactsJson(const InfoFacts& facts);
 struct ToJson {
   Json operator()(const InfoFacts& facts) const { return FactsJson(facts); }
   Json operator()(const InfoList& list) const {
-    Json json = Json::array();
+    Json json = Json::Array();
     for (const InfoValue& element : list) json.push_back(std::visit(*this, element.Value));
     return json;
   }
@@ -24,7 +24,7 @@ struct ToJson {
 
 // A number's readable form stands beside it: "size", "size_text".
 Json FactsJson(const InfoFacts& facts) {
-  Json json = Json::object();
+  Json json = Json::Object();
   for (const auto& [key, value] : facts.All) {
     json[key] = std::visit(ToJson(), value.Value);
     if (!value.Readable.empty()) json[key + std::string("_text")] = value.Readable;
@@ -36,9 +36,9 @@ Json FactsJson(const InfoFacts& facts) {
 
 std::string InfoJson(const std::vector<InfoItem>& items) {
   Json json = NewJsonReport("info");
-  json["items"] = Json::array();
+  json["items"] = Json::Array();
   for (const InfoItem& item : items) {
-    Json& added = json["items"].emplace_back(Json{{"path", item.Path}, {"kind", item.Kind}});
+    Json& added = json["items"].push_back(Json{{"path", item.Path}, {"kind", item.Kind}});
     added.update(FactsJson(item.Facts));
     if (!item.Problems.empty()) added["problems"] = item.Problems;
   }

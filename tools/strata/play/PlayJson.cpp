@@ -38,11 +38,11 @@ std::string PlayJson(const PlayReport& report) {
   json["duration"] = report.Duration;
   json["edit_units"] = report.EditUnits;
   json["seconds"] = report.Seconds;
-  json["channels"] = Json::array();
+  json["channels"] = Json::Array();
   for (const ChannelStatistics& channel : report.Channels) json["channels"].push_back(ChannelJson(channel));
   json["bytes_per_second"] = report.BytesPerSecond();
   if (report.Verified) json["verified"] = VerifiedJson(*report.Verified);
-  json["events"] = Json::array();
+  json["events"] = Json::Array();
   for (const PlayedEvent& event : report.Events)
     json["events"].push_back(Json{{"label", event.Label}, {"scope", event.Scope}, {"position", event.Position}});
   return JsonText(json);

@@ -22,7 +22,7 @@ const char* DigestStateName(DigestState state) {
 }
 
 Json MessagesJson(const std::vector<Finding>& findings) {
-  Json messages = Json::array();
+  Json messages = Json::Array();
   for (const Finding& finding : findings) messages.push_back(finding.Message);
   return messages;
 }
@@ -30,7 +30,7 @@ Json MessagesJson(const std::vector<Finding>& findings) {
 Json PackageJson(const ListedPackage& listed) {
   Json json{{"folder", listed.Package.Folder}};
   if (listed.Package.AssetMapID.HasValue()) json["asset_map"] = listed.Package.AssetMapID.EncodeString();
-  json["packing_lists"] = Json::array();
+  json["packing_lists"] = Json::Array();
   for (const Cairn::UUID& id : listed.Package.PackingLists) json["packing_lists"].push_back(id.EncodeString());
   json["findings"] = MessagesJson(listed.Findings);
   return json;
@@ -59,7 +59,7 @@ Json AssetJson(const ListedAsset& asset) {
 std::string StoreListJson(const StoreList& list) {
   Json json = NewJsonReport("store-list");
   json["index"] = list.Index;
-  for (const char* part : {"folders", "packages", "assets"}) json[part] = Json::array();
+  for (const char* part : {"folders", "packages", "assets"}) json[part] = Json::Array();
   for (const ListedFolder& folder : list.Folders)
     json["folders"].push_back(Json{{"folder", folder.Folder}, {"present", folder.IsPresent}});
   for (const ListedPackage& package : list.Packages) json["packages"].push_back(PackageJson(package));

@@ -1,9 +1,32 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "JsonReport.h"
 
+#include <nlohmann/json.hpp>
+
 namespace Tool {
 
 namespace {
+
+using Written = nlohmann::ordered_json;
+
+// What the library writes of a value.
+struct ToWritten {
+  Written operator()(std::monostate) const { return nullptr; }
+  Written operator()(const std::vector<Json>& list) const {
+    Written array = Written::array();
+    for (const Json& element : list) array.push_back(element.Visit(*this));
+    return array;
+  }
+  Written operator()(const std::vector<Json::Member>& members) const {
+    Written object = Written::object();
+    for (const Json::Member& member : members) object[member.Key] = member.Content.Visit(*this);
+    return object;
+  }
+  template <class T>
+  Written operator()(const T& plain) const {
+    return plain;
+  }
+};
 
 /// Escapes DEL and U+0080 to U+009F; JSON has control characters in texts only, and escapes the others itself (RFC 8259, 7).
 std::string WithEscapedControls(const std::string& json) {
@@ -35,7 +58,9 @@ void AddUnlessEmpty(Json& json, const char* key, const std::string& text) {
 }
 
 std::string JsonText(const Json& report, bool is_indented) {
-  return WithEscapedControls(report.dump(is_indented ? 2 : -1, ' ', false, Json::error_handler_t::replace)) + '\n';
+  return WithEscapedControls(
+             report.Visit(ToWritten()).dump(is_indented ? 2 : -1, ' ', false, Written::error_handler_t::replace)) +
+         '\n';
 }
 
 }  // namespace Tool

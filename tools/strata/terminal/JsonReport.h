@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "Json.h"
 
 #include <string>
 
-// For the files that turn a command's report into JSON, and no others: the library behind it takes long to compile.
-
 namespace Tool {
-
-using Json = nlohmann::ordered_json;
 
 /// A document that begins with the schema's name and version, "strata-<command>-<version>".
 [[nodiscard]] Json NewJsonReport(const std::string& command, int version = 1);

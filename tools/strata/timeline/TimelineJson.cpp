@@ -31,9 +31,9 @@ Json CompositionJson(const TimelineComposition& composition) {
   json["state"] = TimelineStateName(composition.State);
   json["problems"] = composition.Problems;
   AddSpan(json, composition);
-  json["reels"] = Json::array();
+  json["reels"] = Json::Array();
   for (const TimelineReel& reel : composition.Reels) {
-    Json& added = json["reels"].emplace_back(Json{{"id", reel.ID.EncodeString()}});
+    Json& added = json["reels"].push_back(Json{{"id", reel.ID.EncodeString()}});
     AddSpan(added, reel);
   }
   return json;
@@ -76,13 +76,13 @@ std::string TimelineJson(const TimelineModel& model, bool is_indented) {
   json["verdict"] = TimelineVerdict(model);
   json["duration"] = model.Duration;
   json["duration_seconds"] = model.Seconds;
-  for (const char* list : {"shows", "compositions", "lanes", "markers"}) json[list] = Json::array();
+  for (const char* list : {"shows", "compositions", "lanes", "markers"}) json[list] = Json::Array();
   for (const TimelineShow& show : model.Shows) json["shows"].push_back(ShowJson(show));
   for (const auto& composition : model.Compositions) json["compositions"].push_back(CompositionJson(composition));
   for (const TimelineLane& lane : model.Lanes) {
-    Json& added = json["lanes"].emplace_back(
-        Json{{"kind", AssetKindName(lane.Kind)}, {"number", lane.Number}, {"name", lane.Name}});
-    added["tracks"] = Json::array();
+    Json& added =
+        json["lanes"].push_back(Json{{"kind", AssetKindName(lane.Kind)}, {"number", lane.Number}, {"name", lane.Name}});
+    added["tracks"] = Json::Array();
     for (const TimelineTrack& track : lane.Tracks) added["tracks"].push_back(TrackJson(track));
   }
   for (const TimelineMarker& marker : model.Markers) json["markers"].push_back(MarkerJson(marker));
