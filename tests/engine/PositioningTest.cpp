@@ -20,7 +20,6 @@ using testsupport::LogCapture;
 using testsupport::NumberedID;
 using testsupport::ui32_t;
 
-constexpr ui32_t ChangedAll = Strata::PlaylistInspector::ChangedAll;
 constexpr ui32_t ChangedComposition = Strata::PlaylistInspector::ChangedComposition;
 constexpr ui32_t ChangedPosition = Strata::PlaylistInspector::ChangedPosition;
 

@@ -5,9 +5,9 @@
 #include "TemporaryFolder.h"
 #include "TrackFileMaker.h"
 #include "play/PlayReport.h"
-#include "terminal/JsonReport.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 using namespace Tool;
 
@@ -52,8 +52,8 @@ TEST_F(FrameVerifierTest, WrongFrameIsToldWithItsTrackAndEditUnits) {
   EXPECT_FALSE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, 2), 3)));
   PlayReport report;
   report.Verified = verifier.Outcome();
-  const auto verified = Json::parse(PlayJson(report))["verified"];
-  EXPECT_EQ(verified, Json::parse(R"({"compared": 1, "different": 1, "differences": [{
+  const auto verified = nlohmann::json::parse(PlayJson(report))["verified"];
+  EXPECT_EQ(verified, nlohmann::json::parse(R"({"compared": 1, "different": 1, "differences": [{
     "channel": "picture", "edit_unit": 103, "file_edit_unit": 3,
     "asset_id": "a5a5a5a5-0000-4000-8000-000000000001"}]})"));
 }

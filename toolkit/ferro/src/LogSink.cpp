@@ -110,7 +110,7 @@ struct FileLogSink::State {
   bool LineIsCut = false;  // guarded by Lock
 };
 
-FileLogSink::FileLogSink(const std::string& filename) : m_State(std::make_unique<State>(filename)) {}
+FileLogSink::FileLogSink(const std::string& filename) : m_State(new State(filename)) {}
 FileLogSink::~FileLogSink() = default;
 
 bool FileLogSink::IsOpen() const {

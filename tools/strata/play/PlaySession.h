@@ -7,7 +7,7 @@
 #include "PositionFile.h"
 #include "Transport.h"
 #include "show/ShowOutline.h"
-#include "terminal/LogView.h"
+#include "terminal/OwnThreadLog.h"
 #include "terminal/Terminal.h"
 
 #include <Strata/ITransportNotify.h>

@@ -6,7 +6,9 @@
 
 namespace Tool {
 
-Json::Json(std::initializer_list<Member> members) : m_Value(std::vector<Member>(members)) {}
+Json::Json(std::initializer_list<Member> members) : m_Value(Members()) {
+  for (const Member& member : members) (*this)[member.Key] = member.Content;
+}
 
 Json Json::Array() {
   return std::vector<Json>();
@@ -14,15 +16,17 @@ Json Json::Array() {
 
 Json Json::Object() {
   Json json;
-  json.m_Value = std::vector<Member>();
+  json.m_Value = Members();
   return json;
 }
 
 Json& Json::operator[](std::string_view key) {
   if (std::holds_alternative<std::monostate>(m_Value)) *this = Object();
-  auto& members = std::get<std::vector<Member>>(m_Value);
-  const auto found = std::find_if(members.begin(), members.end(), [&](const Member& one) { return one.Key == key; });
-  return found != members.end() ? found->Content : members.emplace_back(Member{std::string(key), Json()}).Content;
+  auto& [keys, contents] = std::get<Members>(m_Value);
+  const auto found = std::find(keys.begin(), keys.end(), key);
+  if (found != keys.end()) return contents[static_cast<size_t>(found - keys.begin())];
+  keys.emplace_back(key);
+  return contents.emplace_back();
 }
 
 Json& Json::push_back(Json value) {
@@ -31,7 +35,8 @@ Json& Json::push_back(Json value) {
 }
 
 void Json::update(const Json& object) {
-  for (const Member& member : std::get<std::vector<Member>>(object.m_Value)) (*this)[member.Key] = member.Content;
+  const auto& [keys, contents] = std::get<Members>(object.m_Value);
+  for (size_t i = 0; i < keys.size(); ++i) (*this)[keys[i]] = contents[i];
 }
 
 }  // namespace Tool

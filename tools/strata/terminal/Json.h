@@ -17,6 +17,11 @@ namespace Tool {
 class Json {
  public:
   struct Member;
+  /// An object: each key with its content, in order.
+  struct Members {
+    std::vector<std::string> Keys;
+    std::vector<Json> Contents;
+  };
 
   /// null
   Json() = default;
@@ -40,15 +45,15 @@ class Json {
   /// Takes over all members of another object.
   void update(const Json& object);
 
-  /// Calls `visit` with std::monostate for null, bool, i64_t, ui64_t, double, std::string, or a vector of Json or Member.
+  /// Calls `visit` with std::monostate for null, bool, i64_t, ui64_t, double, std::string, a vector of Json, or Members.
   template <class Visitor>
   decltype(auto) Visit(Visitor&& visit) const {
     return std::visit(visit, m_Value);
   }
 
  private:
-  using Value = std::variant<std::monostate, bool, Ferro::i64_t, Ferro::ui64_t, double, std::string, std::vector<Json>,
-                             std::vector<Member>>;
+  using Value =
+      std::variant<std::monostate, bool, Ferro::i64_t, Ferro::ui64_t, double, std::string, std::vector<Json>, Members>;
 
   static Value Stored(bool is_true) { return is_true; }
   static Value Stored(std::signed_integral auto number) { return Ferro::i64_t{number}; }

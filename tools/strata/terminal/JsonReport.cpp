@@ -17,9 +17,9 @@ struct ToWritten {
     for (const Json& element : list) array.push_back(element.Visit(*this));
     return array;
   }
-  Written operator()(const std::vector<Json::Member>& members) const {
+  Written operator()(const Json::Members& members) const {
     Written object = Written::object();
-    for (const Json::Member& member : members) object[member.Key] = member.Content.Visit(*this);
+    for (size_t i = 0; i < members.Keys.size(); ++i) object[members.Keys[i]] = members.Contents[i].Visit(*this);
     return object;
   }
   template <class T>

@@ -4,8 +4,8 @@
 #include <Ferro/ILogSink.h>
 #include <Ferro/LogEntry.h>
 #include <Ferro/Mutex.h>
+#include <Ferro/mem_ptr.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,7 +29,7 @@ class FERRO_API FileLogSink : public ILogSink {
 
  private:
   struct State;
-  std::unique_ptr<State> m_State;
+  mem_ptr<State> m_State;
 };
 
 /// Keeps the messages, for tests and for showing them later.
