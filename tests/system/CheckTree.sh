@@ -131,8 +131,9 @@ directions() {
       beyond["toolkit/quire/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
       beyond["toolkit/cairn/"] = "^(archive|CLI|nlohmann|openjpeg)"
       beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["include/"]       = "^(archive|Sigil|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      beyond["src/"]           = "^(archive|Sigil|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["include/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["include/Strata/"] = "^(Sigil|StrataHost)"
+      beyond["src/"]           = "^(archive|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '
