@@ -144,8 +144,8 @@ const Case Cases[] = {
        const std::string size = std::to_string(fs::file_size(show.Path("Feature/picture-2.mxf")) + 300);
        EXPECT_NE(show.Read("Feature/PKL.xml").find("<Size>" + size), std::string::npos);
      },
-     "2\nerror: SampleFeature, reel 2, picture: The file does not have the size that the package lists. Expected 95793 "
-     "bytes, found 95493 bytes.\n    file  SHOW/Feature/picture-2.mxf\n" +
+     "2\nerror: SampleFeature, reel 2, picture: The file does not have the size that the package lists. Expected 95868 "
+     "bytes, found 95568 bytes.\n    file  SHOW/Feature/picture-2.mxf\n" +
          CopyAgain + WillNot},
     {"EmptyTrackFile",
      [](const BrokenShow& show) {

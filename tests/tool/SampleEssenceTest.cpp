@@ -7,6 +7,8 @@
 #include "TemporaryFolder.h"
 #include "ToneMeter.h"
 
+#include <QUIRE/CinemaProfile.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -84,6 +86,15 @@ TEST(SamplePicture, DecodedByOthersIsWhatWasDrawn) {
   const double psnr = 10 * std::log10(4095.0 * 4095.0 * double(pixels.size() / 2) / squares);
   EXPECT_GT(psnr, 40) << "decibels";
   RecordProperty("psnr", std::to_string(psnr));
+}
+
+TEST(SamplePicture, IsOfTheProfileForTwoThousandPixels) {
+  QUIRE::JP2K::CodestreamHeaders headers;
+  const auto codestream = SampleTrackFiles(SmallOptions()).Draw({"FEATURE", 2, {1000, 1000, 1000}}, 7).Encode(24);
+  ASSERT_TRUE(ParseHeaders(codestream, headers).Success());
+  for (const auto& finding : CheckCinemaProfile(headers, QUIRE::EditRate_24)) ADD_FAILURE() << finding.EncodeString();
+  EXPECT_EQ(headers.Quant.GuardBits, 1);
+  EXPECT_TRUE(headers.Coding.UsesComponentTransform);
 }
 
 TEST(SamplePicture, StaysWithinItsShareOfTheLargestRate) {

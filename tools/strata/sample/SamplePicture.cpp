@@ -17,7 +17,8 @@ namespace {
 constexpr Ferro::ui32_t GlyphWidth = 6;  // with the gap behind
 constexpr Ferro::ui32_t GlyphHeight = 7;
 constexpr Ferro::ui64_t LargestPicture = 2048 * 1080;  // pixels of the profile
-constexpr double Filling = 0.9;                        // of the largest rate: the encoder counts no main header
+constexpr Ferro::i32_t HalfScale = 2048;
+constexpr double Filling = 0.9;  // of the largest rate: the encoder counts no main header
 
 // The encoder writes to memory through these.
 struct MemoryStream {
@@ -69,10 +70,34 @@ ImagePtr NewImage(Ferro::ui32_t width, Ferro::ui32_t height) {
   return image;
 }
 
+/// Where the fields of the quantization default (QCD, ISO/IEC 15444-1, A.6.4) begin: behind the marker and its length.
+size_t FindQuantization(const std::vector<Ferro::ui8_t>& codestream) {
+  size_t at = 2;  // behind SOC
+  while (at + 4 < codestream.size() && codestream[at + 1] != 0x5c)
+    at += 2 + (size_t{codestream[at + 2]} << 8 | codestream[at + 3]);
+  if (at + 4 >= codestream.size()) throw std::runtime_error("a picture cannot be encoded: no quantization");
+  return at + 4;
+}
+
+/// The encoder always takes two guard bits, cinema encoders one. With one guard bit less and all exponents one higher the
+/// bit planes are as many as before, and so is all that is coded; steps are half as wide, for which pictures are given to
+/// the encoder with twice their contrast.
+void TakeOneGuardBit(std::vector<Ferro::ui8_t>& codestream) {
+  const size_t style = FindQuantization(codestream);
+  const size_t length = size_t{codestream[style - 2]} << 8 | codestream[style - 1];
+  if (codestream[style] >> 5 != 2 || (codestream[style] & 0x1f) != 2)
+    throw std::runtime_error("a picture cannot be encoded: the encoder quantizes otherwise than expected");
+  codestream[style] = 1 << 5 | 2;
+  constexpr Ferro::ui8_t OneMore = 1 << 3;  // the exponent stands above three bits of the mantissa
+  for (size_t at = style + 1; at < style - 2 + length; at += 2)
+    codestream[at] = static_cast<Ferro::ui8_t>(codestream[at] + OneMore);
+}
+
 std::vector<Ferro::ui8_t> EncodeImage(opj_image_t& image, Ferro::ui32_t images_per_second) {
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
   parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
+  parameters.tcp_mct = 1;  // the component transform, which is on in cinema
   const double share = Filling * double(image.x1) * image.y1 / LargestPicture * 24 / images_per_second;
   parameters.max_cs_size = static_cast<int>(OPJ_CINEMA_24_CS * share);
   parameters.max_comp_size = static_cast<int>(OPJ_CINEMA_24_COMP * share);
@@ -89,6 +114,7 @@ std::vector<Ferro::ui8_t> EncodeImage(opj_image_t& image, Ferro::ui32_t images_p
                        opj_start_compress(codec.get(), &image, stream.get()) != 0 &&
                        opj_encode(codec.get(), stream.get()) != 0 && opj_end_compress(codec.get(), stream.get()) != 0;
   if (!encoded) throw std::runtime_error("a picture cannot be encoded: the encoder refuses it");
+  TakeOneGuardBit(memory.Written);
   return memory.Written;
 }
 
@@ -122,7 +148,7 @@ void SamplePicture::Write(const std::string& text, Ferro::ui32_t top, Ferro::ui3
 std::vector<Ferro::ui8_t> SamplePicture::Encode(Ferro::ui32_t images_per_second) const {
   const ImagePtr image = NewImage(m_Width, m_Height);
   for (size_t c = 0; c < 3; ++c)
-    for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = m_Pixels[i][c];
+    for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = 2 * m_Pixels[i][c] - HalfScale;
   return EncodeImage(*image, images_per_second);
 }
 
