@@ -13,6 +13,9 @@
 
 #include <Ferro/UUID.h>
 #include <QUIRE/JP2KReader.h>
+#include <QUIRE/MXF/Descriptors.h>
+#include <QUIRE/MXF/OP1aHeader.h>
+#include <QUIRE/PCMReader.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -115,6 +118,26 @@ TEST_F(Wrap, CodestreamsComeBackInTheOrderOfTheirNumbers) {
   EXPECT_EQ(testsupport::PacketsByFFmpeg(Path("out.mxf")).size(), 12U);
 }
 
+TEST_F(Wrap, PicturesThatAreNotAsInCinemasAreWarnedOf) {
+  SamplePicture picture(96, 64, SamplePicture::White);
+  picture.Write("1", 8, 40, {0, 0, 0});
+  for (const char* name : {"sample/1.j2c", "sample/2.j2c"}) Write(name, picture.Encode(24));
+  ASSERT_EQ(RunWrap({Path("sample")}), 0);
+  EXPECT_EQ(m_Errors, "");
+  ASSERT_EQ(RunWrap({Path("sample"), "--rate", "100000", "--json"}), 0);
+  EXPECT_THAT(m_Errors,
+              testing::MatchesRegex("strata: warning: .*/sample/1.j2c: not as D-Cinema has it: .* bytes, more "
+                                    "than 312 \\(so it is in 2 pictures\\)\n(.*\n)*"));
+  ExpectMatchesSchema(m_Output, "strata-wrap-1");
+  const Json warnings = Json::parse(m_Output)["warnings"];
+  ASSERT_GE(warnings.size(), 1U);
+  EXPECT_EQ(m_Errors.substr(0, m_Errors.find('\n')), "strata: warning: " + warnings[0].get<std::string>());
+
+  Write("odd.j2c", testsupport::MakeCodestream(4096, 3000, 0));
+  ASSERT_EQ(RunWrap({Path("odd.j2c")}), 0);
+  EXPECT_THAT(m_Errors, HasSubstr("odd.j2c: not as D-Cinema has it: height 3000"));
+}
+
 TEST_F(Wrap, BothEyesComeBack) {
   WritePictures("left");
   WritePictures("right", 100);
@@ -136,6 +159,34 @@ TEST_F(Wrap, SoundComesBack) {
     EXPECT_EQ(facts["sample_rate"], std::to_string(rate));
     EXPECT_EQ(facts["channels"], "6");
   }
+}
+
+TEST_F(Wrap, SilenceThatFillsUpTheLastEditUnitIsTold) {
+  WriteWave("a.wav", {48000, 24, 2, ""}, SampleSound(2).Samples(0, 4100));
+  ASSERT_EQ(RunWrap({Path("a.wav"), "--rate", "24"}), 0) << m_Errors;
+  EXPECT_THAT(m_Output, HasSubstr("  padding   1900 samples of silence fill up the last edit unit\n"));
+  ASSERT_EQ(RunWrap({Path("a.wav"), "--rate", "24", "--json"}), 0) << m_Errors;
+  ExpectMatchesSchema(m_Output, "strata-wrap-1");
+  EXPECT_EQ(Json::parse(m_Output)["padding_samples"], 1900);
+  WriteWave("b.wav", {48000, 24, 2, ""}, SampleSound(2).Samples(0, 4000));
+  ASSERT_EQ(RunWrap({Path("b.wav"), "--rate", "24", "--json"}), 0) << m_Errors;
+  EXPECT_FALSE(Json::parse(m_Output).contains("padding_samples"));
+}
+
+TEST_F(Wrap, InteropSoundDoesNotSayWhichChannelIsWhich) {
+  WriteWave("a.wav", {48000, 24, 6, ""}, SampleSound(6).Samples(0, 48000));
+  ASSERT_EQ(RunWrap({Path("a.wav"), "--interop"}), 0) << m_Errors;
+  QUIRE::PCM::MXFReader reader;
+  QUIRE::PCM::AudioDescriptor descriptor;
+  ASSERT_TRUE(reader.OpenRead(Path("out.mxf")).Success());
+  ASSERT_TRUE(reader.FillAudioDescriptor(descriptor).Success());
+  EXPECT_EQ(descriptor.ChannelFormat, QUIRE::PCM::CF_NONE);
+  const auto* sound = dynamic_cast<const QUIRE::MXF::WaveAudioDescriptor*>(reader.OP1aHeader().EssenceDescriptor());
+  ASSERT_NE(sound, nullptr);
+  EXPECT_FALSE(sound->ChannelAssignment);
+  fs::remove(Path("out.mxf"));
+  EXPECT_EQ(RunWrap({Path("a.wav"), "--interop", "--channels", "51(L,R,C,LFE,Ls,Rs)"}), 1);
+  EXPECT_EQ(m_Errors, "strata: --channels: Interop track files do not say which channel is which\n");
 }
 
 TEST_F(Wrap, FilesOfOneChannelBecomeOne) {
@@ -229,6 +280,24 @@ TEST_F(Wrap, DataComeBack) {
   ASSERT_EQ(RunWrap({Path("data"), "--coding", "060e2b34.0401.0105.0e090604.00000000"}), 1);
   ASSERT_EQ(RunWrap({Path("data"), "--coding", "060e2b34040101050e09060400000000"}), 0) << m_Errors;
   EXPECT_EQ(Frame(1, "a.bin"), testsupport::MakeImmersiveFrame(1));
+}
+
+TEST_F(Wrap, ImmersiveAudioThatIsNoneIsWrappedOnlyByForce) {
+  Bytes data = testsupport::MakeImmersiveFrame(0);
+  for (const size_t spoiled : {size_t{0}, size_t{1}, size_t{21}}) {
+    Bytes odd = data;
+    odd[spoiled] = 0x7f;
+    Write("odd.bin", odd);
+    EXPECT_EQ(RunWrap({Path("odd.bin"), "--kind", "immersive"}), 2) << spoiled;
+    EXPECT_EQ(m_Errors, "strata: " + Path("odd.bin") +
+                            ": this is no edit unit of immersive audio; --force wraps it all the same\n");
+    EXPECT_FALSE(fs::exists(Path("out.mxf")));
+  }
+  data.pop_back();
+  Write("cut.bin", data);
+  EXPECT_EQ(RunWrap({Path("cut.bin"), "--kind", "immersive"}), 2);
+  ASSERT_EQ(RunWrap({Path("cut.bin"), "--kind", "immersive", "--force"}), 0) << m_Errors;
+  EXPECT_EQ(Frame(0, "a.bin"), data);
 }
 
 TEST_F(Wrap, EncryptedFileOpensWithItsKey) {

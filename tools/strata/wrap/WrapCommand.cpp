@@ -6,6 +6,7 @@
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
 
 #include <Ferro/Path.h>
@@ -45,11 +46,13 @@ WrapReport MakeReport(const WrapJob& job, EssenceKind kind, const Wrapped& wrapp
           .ID = job.Info().AssetUUID,
           .EditRate = wrapped.EditRate,
           .Duration = wrapped.Duration,
+          .Padding = wrapped.Padding,
           .Size = size,
           .Digest = DigestOf(filename, size),
           .Interop = job.Options().Interop,
           .Encrypted = job.Info().EncryptedEssence,
-          .KeyID = job.Info().CryptographicKeyID};
+          .KeyID = job.Info().CryptographicKeyID,
+          .Warnings = job.Warnings()};
 }
 
 Wrapped WrapKind(WrapJob& job, const WrapSources& sources) {
@@ -76,6 +79,7 @@ ExitCode Wrap(const CommandOptions& options) {
   const Wrapped wrapped = WrapKind(job, sources);
   try {
     const WrapReport report = MakeReport(job, sources.Kind, wrapped);
+    for (const std::string& warning : report.Warnings) TellWarning(warning);
     std::fputs((options.AsJson ? WrapReportJson(report) : WrapReportText(report)).c_str(), stdout);
   } catch (const CommandStopped&) {
     std::error_code ignored;
@@ -113,7 +117,7 @@ void AddOptions(Command& command, WrapOptions& options) {
   command.Add("--key-id", options.KeyID, "Identifier of that key").Called("UUID");
   command
       .Add("--channels", options.Channels,
-           "Sound: its channels, as 51(L,R,C,LFE,Ls,Rs) (default: 5.1 for six, else no loudspeakers)")
+           "Sound: its channels, as 51(L,R,C,LFE,Ls,Rs) (default: 5.1 for six, else no loudspeakers); Interop has none")
       .Called("NAMES");
   command.Add("--language", options.Language, "Sound and text: language, RFC 5646 (default: the document's)")
       .Called("TAG");
@@ -121,6 +125,7 @@ void AddOptions(Command& command, WrapOptions& options) {
   command.Add("--duration", options.Duration, "Text: length in edit units (default: up to the last line's end)")
       .Called("NUMBER")
       .CheckedBy(WholeNumber(1, std::numeric_limits<Ferro::ui32_t>::max()));
+  command.Add("--force", options.Force, "Immersive: wrap also what has not the form of immersive audio");
 }
 
 }  // namespace
@@ -133,6 +138,7 @@ void AddWrapCommand(Command& program) {
   command.SetFooter(
       "Sound has 24 bits at 48 or 96 kHz: one file with all channels, or several with one each. Fonts and images of a\n"
       "text lie beside it, named by their identifiers. The digest is what a packing list has.\n"
+      "Codestreams that are not as D-Cinema has them are wrapped, with a warning.\n"
       "Exit codes: 0 written, 1 there is no such thing, 2 broken or not to be written, 3 a font or image is missing,\n"
       "4 interrupted.\n"
       "Examples:\n"

@@ -9,9 +9,22 @@ namespace Tool {
 
 namespace {
 
-// Nothing in the files is read: the descriptor tells the most that such a frame usually holds.
+// What is in a frame is not read: the descriptor tells the most that such a frame usually holds.
 constexpr Ferro::ui16_t MostBedChannels = 10;
 constexpr Ferro::ui16_t MostObjects = 118;
+
+/// A preamble and a frame, each with its tag and length before it (ST 2098-2, 8.2).
+bool IsImmersive(const QUIRE::FrameBuffer& data) {
+  constexpr Ferro::ui64_t Header = 5;
+  Ferro::ui64_t at = 0;
+  for (const Ferro::ui8_t tag : {Ferro::ui8_t{1}, Ferro::ui8_t{2}}) {
+    if (at + Header > data.Size() || data.RoData()[at] != tag) return false;
+    Ferro::ui64_t length = 0;
+    for (size_t i = 1; i < Header; ++i) length = length << 8 | data.RoData()[at + i];
+    at += Header + length;
+  }
+  return at <= data.Size();
+}
 
 template <class Writer, class Descriptor>
 Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
@@ -23,6 +36,9 @@ Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
   Ferro::ui64_t done = 0;
   for (const std::string& file : sources.Files) {
     ReadIntoFrame(file, frame);
+    if (sources.Kind == EssenceKind::Immersive && !job.Options().Force && !IsImmersive(frame))
+      throw CommandError(ExitCode::NotPlayable,
+                         file + ": this is no edit unit of immersive audio; --force wraps it all the same");
     job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
     done += frame.Size();
     job.Progress(done, sources.TotalSize);

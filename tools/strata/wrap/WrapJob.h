@@ -13,6 +13,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tool {
@@ -40,6 +41,7 @@ struct WrapOptions {
   std::string Coding;          ///< data: the label of the payload
   Ferro::ui32_t Duration = 0;  ///< text: edit units; 0: up to the last line's end
   bool Interop = false;
+  bool Force = false;  ///< immersive: also what has not the form of it
 };
 
 /// One track file in the making: what the writers of all kinds need. Throws CommandError where the options make no sense.
@@ -57,6 +59,9 @@ class WrapJob {
 
   /// Throws CommandError where writing the track file failed.
   void Check(const Ferro::Result_t& result);
+  /// Keeps what is told beside the report: it was written, and may not be what was meant.
+  void Warn(std::string sentence) { m_Warnings.push_back(std::move(sentence)); }
+  [[nodiscard]] const std::vector<std::string>& Warnings() const { return m_Warnings; }
   /// Shows how far the work is, in bytes of the sources. Throws CommandStopped when the user wants to stop.
   void Progress(Ferro::ui64_t done, Ferro::ui64_t total);
 
@@ -68,6 +73,7 @@ class WrapJob {
   std::optional<QUIRE::Rational> m_EditRate;
   std::optional<QUIRE::AESEncContext> m_Cipher;
   std::optional<QUIRE::HMACContext> m_Integrity;
+  std::vector<std::string> m_Warnings;
   ProgressBar m_Bar;
   QuietLog m_Log;  // the writers say there why they fail
 };
@@ -76,6 +82,7 @@ class WrapJob {
 struct Wrapped {
   QUIRE::Rational EditRate;
   Ferro::ui32_t Duration = 0;  ///< edit units
+  Ferro::ui32_t Padding = 0;   ///< samples of silence at the end of the last edit unit of sound
 };
 
 /// Reads a whole file of at most 64 MiB into a frame, making room as needed. Throws CommandError.

@@ -2,8 +2,12 @@
 #include "WrapEssence.h"
 #include "terminal/CommandError.h"
 
+#include <QUIRE/CinemaProfile.h>
 #include <QUIRE/Codestream.h>
 #include <QUIRE/JP2KWriter.h>
+
+#include <map>
+#include <utility>
 
 namespace Tool {
 
@@ -22,10 +26,40 @@ std::string SizeOf(const PictureDescriptor& picture) {
   return std::to_string(picture.StoredWidth) + " x " + std::to_string(picture.StoredHeight) + " pixels";
 }
 
+/// Compares pictures with the D-Cinema profiles. Of what is wrong with many it keeps the first, and counts.
+class ProfileCheck {
+ public:
+  explicit ProfileCheck(const QUIRE::Rational& pictures_per_second) : m_Rate(pictures_per_second) {}
+
+  void Look(const std::string& filename, const QUIRE::FrameBuffer& codestream) {
+    QUIRE::JP2K::CodestreamHeaders headers;
+    const auto result = QUIRE::JP2K::ParseHeaders({codestream.RoData(), codestream.Size()}, headers);
+    if (result.Failure()) return Count(Unreadable, filename + ": the headers of this codestream are damaged");
+    for (const QUIRE::JP2K::ProfileFinding& finding : CheckCinemaProfile(headers, m_Rate))
+      Count(static_cast<int>(finding.Rule), filename + ": not as D-Cinema has it: " + finding.EncodeString());
+  }
+
+  void TellIn(WrapJob& job) const {
+    for (const auto& [rule, told] : m_Told) {
+      const auto& [sentence, count] = told;
+      job.Warn(sentence + (count == 1 ? "" : " (so it is in " + std::to_string(count) + " pictures)"));
+    }
+  }
+
+ private:
+  static constexpr int Unreadable = -1;  // before all rules
+
+  void Count(int rule, const std::string& sentence) { ++m_Told.try_emplace(rule, sentence, 0).first->second.second; }
+
+  QUIRE::Rational m_Rate;
+  std::map<int, std::pair<std::string, size_t>> m_Told;  // by rule
+};
+
 /// Reads codestreams, all of which are like the first.
 class CodestreamReader {
  public:
-  CodestreamReader(WrapJob& job, const WrapSources& sources) : m_Job(job), m_Total(sources.TotalSize) {}
+  CodestreamReader(WrapJob& job, const WrapSources& sources, const QUIRE::Rational& pictures_per_second)
+      : m_Job(job), m_Check(pictures_per_second), m_Total(sources.TotalSize) {}
 
   void Read(const std::string& filename, QUIRE::JP2K::FrameBuffer& frame) {
     ReadIntoFrame(filename, frame);
@@ -37,23 +71,26 @@ class CodestreamReader {
     if (picture.Rsiz != m_First.Rsiz || !(picture.PictureComponentSizing == m_First.PictureComponentSizing))
       throw CommandError(ExitCode::NotPlayable,
                          filename + ": this picture has another profile or another depth than the first");
+    m_Check.Look(filename, frame);
     m_Done += frame.Size();
     m_Job.Progress(m_Done, m_Total);
   }
   [[nodiscard]] const PictureDescriptor& First() const { return m_First; }
+  void TellWhatIsUnusual() const { m_Check.TellIn(m_Job); }
 
  private:
   WrapJob& m_Job;
+  ProfileCheck m_Check;
   PictureDescriptor m_First;
   Ferro::ui64_t m_Total;
   Ferro::ui64_t m_Done = 0;
 };
 
 Wrapped WrapStereoscopic(WrapJob& job, const WrapSources& sources) {
-  CodestreamReader reader(job, sources);
+  const QUIRE::Rational rate = job.EditRate();
+  CodestreamReader reader(job, sources, {rate.Numerator * 2, rate.Denominator});
   QUIRE::JP2K::MXFSWriter writer;
   QUIRE::JP2K::SFrameBuffer frame;
-  const QUIRE::Rational rate = job.EditRate();
   for (size_t i = 0; i < sources.Files.size(); ++i) {
     reader.Read(sources.Files[i], frame.Left);
     reader.Read(sources.Right[i], frame.Right);
@@ -66,6 +103,7 @@ Wrapped WrapStereoscopic(WrapJob& job, const WrapSources& sources) {
     job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
   }
   job.Check(writer.Finalize());
+  reader.TellWhatIsUnusual();
   return {rate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }
 
@@ -73,10 +111,10 @@ Wrapped WrapStereoscopic(WrapJob& job, const WrapSources& sources) {
 
 Wrapped WrapPicture(WrapJob& job, const WrapSources& sources) {
   if (!sources.Right.empty()) return WrapStereoscopic(job, sources);
-  CodestreamReader reader(job, sources);
+  const QUIRE::Rational rate = job.EditRate();
+  CodestreamReader reader(job, sources, rate);
   QUIRE::JP2K::MXFWriter writer;
   QUIRE::JP2K::FrameBuffer frame;
-  const QUIRE::Rational rate = job.EditRate();
   for (const std::string& file : sources.Files) {
     reader.Read(file, frame);
     if (!writer.IsOpen()) {
@@ -87,6 +125,7 @@ Wrapped WrapPicture(WrapJob& job, const WrapSources& sources) {
     job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
   }
   job.Check(writer.Finalize());
+  reader.TellWhatIsUnusual();
   return {rate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }
 

@@ -14,6 +14,8 @@ std::string WrapReportText(const WrapReport& report) {
   text += "  id        " + report.ID.EncodeString() + '\n';
   text += "  duration  " + std::to_string(report.Duration) + " edit units at " + RateText(report.EditRate) +
           " per second, " + TimeCodeText(report.Duration, report.EditRate) + '\n';
+  if (report.Padding > 0)
+    text += "  padding   " + std::to_string(report.Padding) + " samples of silence fill up the last edit unit\n";
   text += "  size      " + std::to_string(report.Size) + " bytes\n";
   return text + "  digest    " + report.Digest.EncodeBase64() + '\n';
 }
@@ -26,11 +28,13 @@ std::string WrapReportJson(const WrapReport& report) {
   json["edit_rate"] = report.EditRate.EncodeString();
   json["duration"] = report.Duration;
   json["duration_seconds"] = report.Duration / report.EditRate.Quotient();
+  if (report.Padding > 0) json["padding_samples"] = report.Padding;
   json["size_bytes"] = report.Size;
   json["digest"] = report.Digest.EncodeBase64();
   json["labels"] = report.Interop ? "Interop" : "SMPTE";
   json["encrypted"] = report.Encrypted;
   json["key_id"] = report.Encrypted ? report.KeyID.EncodeString() : "";
+  if (!report.Warnings.empty()) json["warnings"] = report.Warnings;
   return JsonText(json);
 }
 

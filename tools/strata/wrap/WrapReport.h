@@ -8,6 +8,7 @@
 #include <QUIRE/Rational.h>
 
 #include <string>
+#include <vector>
 
 namespace Tool {
 
@@ -18,11 +19,13 @@ struct WrapReport {
   Ferro::UUID ID;
   QUIRE::Rational EditRate;
   Ferro::ui32_t Duration = 0;  ///< edit units
+  Ferro::ui32_t Padding = 0;   ///< samples of silence at the end of the last edit unit of sound
   Ferro::ui64_t Size = 0;      ///< bytes
   Ferro::SHA1 Digest;          ///< of the whole file
   bool Interop = false;        ///< labels of Interop, else of SMPTE
   bool Encrypted = false;
   Ferro::UUID KeyID;  ///< of encrypted essence
+  std::vector<std::string> Warnings;
 };
 
 /// The report as lines of text.

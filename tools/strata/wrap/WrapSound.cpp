@@ -3,6 +3,7 @@
 #include "terminal/CommandError.h"
 
 #include <QUIRE/PCMWriter.h>
+#include <QUIRE/SampleCadence.h>
 #include <QUIRE/WAVReader.h>
 
 #include <algorithm>
@@ -40,6 +41,11 @@ class Source {
   }
 
   [[nodiscard]] const AudioDescriptor& Descriptor() const { return m_Descriptor; }
+  /// Samples of silence that fill up the last edit unit.
+  [[nodiscard]] ui32_t Padding() const {
+    const auto cadence = QUIRE::PCM::SampleCadence::Make(m_Descriptor.AudioSamplingRate, m_Descriptor.EditRate);
+    return static_cast<ui32_t>(cadence->FirstSample(m_Descriptor.ContainerDuration) - m_Reader.SampleCount());
+  }
 
   void RefuseUnlike(const AudioDescriptor& first) const {
     if (m_Descriptor.ChannelCount != 1 || first.ChannelCount != 1)
@@ -80,6 +86,8 @@ SourceList OpenAll(const WrapSources& sources, const QUIRE::Rational& rate) {
 QUIRE::PCM::MCALabelList LabelsOf(const WrapOptions& options, ui32_t channels) {
   QUIRE::PCM::MCALabelList labels;
   if (options.Channels.empty()) return labels;
+  if (options.Interop)
+    throw CommandError(ExitCode::Usage, "--channels: Interop track files do not say which channel is which");
   if (QUIRE::PCM::MakeMCALabels(options.Channels, options.Language, labels).Failure())
     throw CommandError(ExitCode::Usage,
                        "--channels " + options.Channels + ": this names no channels, as 51(L,R,C,LFE,Ls,Rs) does");
@@ -108,7 +116,8 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
   descriptor.BlockAlign = descriptor.ChannelCount * BytesPerSample;
   descriptor.AvgBps = 0;
   const QUIRE::PCM::MCALabelList labels = LabelsOf(job.Options(), descriptor.ChannelCount);
-  descriptor.ChannelFormat = !labels.empty()                ? QUIRE::PCM::CF_CFG_6
+  descriptor.ChannelFormat = job.Options().Interop          ? QUIRE::PCM::CF_NONE
+                             : !labels.empty()              ? QUIRE::PCM::CF_CFG_6
                              : descriptor.ChannelCount == 6 ? QUIRE::PCM::CF_CFG_1
                                                             : QUIRE::PCM::CF_CFG_4;
   QUIRE::PCM::MXFWriter writer;
@@ -134,7 +143,9 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
     job.Progress(sources.TotalSize * (number + 1) / duration, sources.TotalSize);
   }
   job.Check(writer.Finalize());
-  return {rate, duration};
+  ui32_t padding = 0;
+  for (const auto& source : list) padding = std::max(padding, source->Padding());
+  return {rate, duration, padding};
 }
 
 }  // namespace Tool

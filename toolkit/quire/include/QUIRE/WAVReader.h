@@ -31,6 +31,10 @@ class QUIRE_API WAVReader {
   /// @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillAudioDescriptor(AudioDescriptor& descriptor) const;
 
+  /// Samples of each channel; 0 when no file is open. What they lack to whole edit units ReadFrame fills up.
+  [[nodiscard]] ui64_t SampleCount() const {
+    return m_Descriptor.BlockAlign == 0 ? 0 : m_DataLength / m_Descriptor.BlockAlign;
+  }
   /// Reads one edit unit, filled up with silence at the end of the file.
   /// @return RESULT_OK; RESULT_INIT when no file is open; RESULT_RANGE beyond the end; RESULT_SMALLBUF when the frame
   /// exceeds the capacity; RESULT_READFAIL.
