@@ -56,6 +56,25 @@ TEST(Export, ShowPlaylistIsFlatAndValidBySchema) {
   EXPECT_EQ(Count(document, "<ShowPlaylist>"), 0U);
 }
 
+TEST(Export, ShowPlaylistHasTheTitleThatIsAskedFor) {
+  const BrokenShow show;
+  const std::string title = "Saturday & \"first\" <show>";
+  const std::string document = OutputOf({"export", "spl", show.Path(), "--title", title});
+  EXPECT_EQ(testsupport::ValidateDocuments(SHOW_PLAYLIST_SCHEMA, {document}), "");
+  const std::string file = show.Beside("flat.xml");
+  EXPECT_EQ(OutputOf({"export", "spl", show.Path(), "--title", title, "--out", file}), "");
+  const Json item = Json::parse(OutputOf({"info", file, "--json"}))["items"][0];
+  EXPECT_EQ(item["title"], title);
+  const Json original = Json::parse(OutputOf({"check", show.Path(), "--json"}));
+  EXPECT_EQ(Json::parse(OutputOf({"check", file, "--store", show.Path(), "--json"}))["compositions"],
+            original["compositions"]);
+  EXPECT_EQ(PlayingOf({file, "--store", show.Path()}), PlayingOf({show.Path()}));
+
+  StrataProgram refused({"export", "spl", show.Path(), "--title", "\x01"});
+  EXPECT_EQ(refused.Wait(), 2);
+  EXPECT_EQ(refused.Output(), "");
+}
+
 TEST(Export, ShowPlaylistGivesTheSameTimeline) {
   const BrokenShow show;
   const std::string file = show.Beside("flat.xml");
@@ -76,6 +95,18 @@ TEST(Export, PresentationListAnnouncesEachTextUnderTheBaseURL) {
   EXPECT_EQ(Count(document, "<ReelResources "), 3U);
   EXPECT_EQ(Count(document, ">http://192.168.1.20/captions/"), 6U);
   EXPECT_EQ(Count(document, "ResourceType=\"MainSubtitle\""), 3U);
+}
+
+TEST(Export, TextsOfThePresentationListEndWithTheirPicture) {
+  const BrokenShow show;
+  EXPECT_EQ(Count(OutputOf({"export", "rpl", show.Path("Feature")}), " Duration=\"24\""), 6U);
+  show.Replace("Feature/CPL.xml", "<Duration>24</Duration>", "<Duration>9</Duration>", "<MainPicture>");
+  show.Replace("Feature/CPL.xml", "<Duration>24</Duration>", "<Duration>5</Duration>", "<MainSubtitle>");
+  show.ListSize("Feature/CPL.xml");
+  const std::string document = OutputOf({"export", "rpl", show.Path("Feature"), "--base-url", " Duration=\"7"});
+  EXPECT_EQ(Count(document, " Duration=\"5\" IntrinsicDuration=\"24\""), 1U);
+  EXPECT_EQ(Count(document, " Duration=\"9\" IntrinsicDuration=\"24\""), 1U);
+  EXPECT_EQ(Count(document, " Duration=\"24\" IntrinsicDuration=\"24\""), 4U);
 }
 
 TEST(Export, PresentationListWithoutTextsSaysSo) {

@@ -10,6 +10,7 @@
 
 #include "Judges.h"
 
+#include <Ferro/FileText.h>
 #include <QUIRE/JP2KReader.h>
 
 #include <png.h>
@@ -194,6 +195,33 @@ TEST_F(Frame, SoundIsByteForByteThatOfTheFile) {
   const auto facts = testsupport::ProbeByFFmpeg(Beside("a.wav"));
   EXPECT_EQ(facts.at("codec_name"), "pcm_s24le");
   EXPECT_EQ(facts.at("channel_layout"), "5.1");
+}
+
+TEST_F(Frame, BeyondItsDurationSoundIsSilentAndTextIsNotThere) {
+  const auto shorten = [&](const std::string& asset) {
+    std::string text;
+    ASSERT_TRUE(Ferro::ReadFileIntoString(Show("Feature/CPL.xml"), text).Success());
+    const std::string duration = "<Duration>24<";
+    const size_t at = text.find(duration, text.find(asset));
+    ASSERT_NE(at, std::string::npos);
+    ASSERT_TRUE(Ferro::WriteStringIntoFile(Show("Feature/CPL.xml"), text.replace(at, duration.size(), "<Duration>9<"))
+                    .Success());
+  };
+  shorten("<MainSound>");
+  shorten("<MainSubtitle>");
+  ASSERT_EQ(Run(Show("Feature/CPL.xml"), "8", "a.wav", {"--count", "3"}), 0) << m_Errors;
+  const Bytes wave = ContentOf(Beside("a.wav"));
+  ASSERT_EQ(wave.size(), 104U + 3 * 2000 * 18);
+  const auto sound_end = wave.begin() + 104 + 2000 * 18;
+  EXPECT_EQ(Bytes(wave.begin() + 104, sound_end), SampleSound(6).Samples(16000, 2000));
+  EXPECT_EQ(Bytes(sound_end, wave.end()), Bytes(2 * 2000 * 18));
+  ASSERT_EQ(Run(Show("Feature/CPL.xml"), "9", "b.wav"), 0) << m_Errors;
+  EXPECT_THAT(m_Output, HasSubstr("which is silence that the show fills in"));
+
+  EXPECT_EQ(Run(Show("Feature/CPL.xml"), "8", "a.xml"), 0) << m_Errors;
+  EXPECT_EQ(Run(Show("Feature/CPL.xml"), "9", "b.xml"), 1);
+  EXPECT_EQ(m_Errors, "strata: the show has no subtitle at edit unit 9\n");
+  EXPECT_EQ(Run(Show("Feature/CPL.xml"), "9", "c.xml", {"--channel", "caption"}), 0) << m_Errors;
 }
 
 TEST_F(Frame, TextIsTheDocumentInForce) {

@@ -127,11 +127,24 @@ TEST_F(Timeline, EntryPointsAndMarkersOfCompositionsAreTold) {
   EXPECT_EQ(track.HeadTrim(), 5U);
   EXPECT_EQ(track.TailTrim(), 7U);
   EXPECT_EQ(track.Duration, 12U);
+  const TimelineTrack& sound = model.Lanes[1].Tracks[2];  // longer than its picture
+  EXPECT_EQ(sound.Duration, 12U);
+  EXPECT_EQ(sound.TailTrim(), 12U);
   EXPECT_EQ(model.Duration, 156U);
   ASSERT_EQ(model.Markers.size(), 5U);
   EXPECT_EQ(model.Markers[2].Label, "FFOC");
   EXPECT_TRUE(model.Markers[2].OfComposition);
   EXPECT_EQ(model.Markers[2].Position, 51U);
+}
+
+TEST_F(Timeline, SoundEndsWithItsDuration) {
+  m_Show.Replace("Feature/CPL.xml", "<Duration>24</Duration>", "<Duration>10</Duration>", "<MainSound>");
+  m_Show.ListSize("Feature/CPL.xml");
+  const TimelineModel model = Model();
+  const TimelineTrack& sound = model.Lanes[1].Tracks[2];
+  EXPECT_EQ(sound.Duration, 10U);
+  EXPECT_EQ(sound.TailTrim(), 14U);
+  EXPECT_EQ(model.Lanes[0].Tracks[2].Duration, 24U);
 }
 
 TEST_F(Timeline, TimeGoesOnWhereTheEditRateChanges) {

@@ -8,17 +8,24 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
+#include "terminal/Messages.h"
 
 #include <Strata/IPlaylist.h>
+#include <Strata/PlayedSpan.h>
+#include <Strata/ShowPlaylist.h>
 
+#include <charconv>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 namespace Tool {
 
 namespace {
+
+using Ferro::ui32_t;
 
 enum class ExportedIDs { Compositions, Encrypted, Keys };
 
@@ -26,6 +33,7 @@ struct ExportOptions {
   InputOptions Inputs;
   std::string OutputFile;  ///< empty: standard output
   std::string BaseURL;     ///< of an RPL
+  std::string Title;       ///< of a show playlist; empty: Untitled
   ExportedIDs Which = ExportedIDs::Compositions;
 };
 
@@ -36,17 +44,71 @@ std::optional<std::string> DocumentOrNone(const std::string& document) {
   return document.empty() ? std::nullopt : std::optional(document);
 }
 
-std::optional<std::string> ShowPlaylist(const Strata::IPlaylist& playlist, const ExportOptions&) {
+std::optional<std::string> ShowPlaylist(const Strata::IPlaylist& playlist, const ExportOptions& options) {
   std::string document;
   static_cast<void>(playlist.GetShowPlaylistForTimeline(document));
+  if (options.Title.empty() || document.empty()) return DocumentOrNone(document);
+  Strata::ShowPlaylist titled;
+  const bool is_read = titled.DecodeXML(document).Success();
+  titled.ShowTitle = options.Title;
+  titled.Label.clear();  // made from the title
+  document.clear();
+  if (is_read) static_cast<void>(titled.EncodeXML(document, Cairn::DFT_DCI_SMPTE));
   return DocumentOrNone(document);
+}
+
+/// The value of an attribute of the start tag at `tag`, with the blank before its name and the quotation mark behind the
+/// sign in `name`; empty where it has none. The list's writer leaves no "<" in values.
+std::string_view AttributeOf(std::string_view document, size_t tag, std::string_view name) {
+  const std::string_view rest = document.substr(tag, document.find('<', tag + 1) - tag);
+  const size_t at = rest.find(name);
+  if (at == std::string_view::npos) return {};
+  const std::string_view value = rest.substr(at + name.size());
+  return value.substr(0, value.find('"'));
+}
+
+ui32_t NumberOf(std::string_view text) {
+  ui32_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+/// Edit units of the reel that starts at `position`.
+ui32_t ReelDurationAt(const Strata::IPlaylist& playlist, ui32_t position) {
+  ui32_t reel_position = 0;
+  ui32_t reel = 0;
+  ui32_t duration = 0;
+  Strata::UUID composition;
+  QUIRE::Rational edit_rate;
+  bool distinct_coding = false;
+  playlist.TranslateReelPosition(position, reel_position, reel, duration, composition, edit_rate, distinct_coding);
+  return duration;
+}
+
+/// Ends the texts of a presentation list with the pictures of their reels: the engine lists them as long as their
+/// compositions have them.
+void EndTextsWithTheirReels(const Strata::IPlaylist& playlist, std::string& document) {
+  constexpr std::string_view Reel = "<ReelResources ";
+  constexpr std::string_view Resource = "<ReelResource ";
+  constexpr std::string_view Duration = " Duration=\"";
+  ui32_t reel_duration = 0;
+  for (size_t tag = document.find('<'); tag != std::string::npos; tag = document.find('<', tag + 1)) {
+    if (document.compare(tag, Reel.size(), Reel) == 0)
+      reel_duration = ReelDurationAt(playlist, NumberOf(AttributeOf(document, tag, " TimelineOffset=\"")));
+    if (document.compare(tag, Resource.size(), Resource) != 0) continue;
+    const std::string_view duration = AttributeOf(document, tag, Duration);
+    if (duration.empty()) continue;
+    const std::string played = std::to_string(Strata::PlayedDuration(NumberOf(duration), reel_duration));
+    document.replace(static_cast<size_t>(duration.data() - document.data()), duration.size(), played);
+  }
 }
 
 std::optional<std::string> PresentationList(const Strata::IPlaylist& playlist, const ExportOptions& options) {
   std::string document;
-  Ferro::ui32_t playout = 0;
+  ui32_t playout = 0;
   if (playlist.GetPresentationListForTimeline(options.BaseURL, document, playout) == Ferro::RESULT_FALSE)
-    std::fputs("strata: no reel of this show has subtitles or captions: the list names none\n", stderr);
+    TellRemark("no reel of this show has subtitles or captions: the list names none");
+  EndTextsWithTheirReels(playlist, document);
   return DocumentOrNone(document);
 }
 
@@ -74,7 +136,7 @@ ExitCode Write(const std::string& text, const std::string& file) {
   if (file.empty()) {
     std::fwrite(text.data(), 1, text.size(), stdout);  // whether it arrives is seen at the program's end
   } else if (const std::string problem = WriteWholeFile(file, text); !problem.empty()) {
-    std::fprintf(stderr, "strata: %s\n", problem.c_str());
+    TellError(problem);
     return ExitCode::NotPlayable;
   }
   return ExitCode::Fine;
@@ -83,18 +145,18 @@ ExitCode Write(const std::string& text, const std::string& file) {
 ExitCode ExportShow(const ExportOptions& options, const Export& make) {
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
-    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    TellError(inputs.Problem());
     return inputs.ProblemCode();
   }
   Ferro::mem_ptr<Strata::IPlaylist> playlist;
   if (Load(inputs, playlist).Failure()) return ReportLoadFailure(inputs);
   const std::optional<std::string> text = make(*playlist, options);
   if (Interrupt::Requested()) {
-    std::fputs("strata: interrupted; nothing was written\n", stderr);
+    TellRemark("interrupted; nothing was written");
     return ExitCode::Interrupted;
   }
   if (text) return Write(*text, options.OutputFile);
-  std::fputs("strata: this cannot be a document: some text in it holds characters that XML does not have\n", stderr);
+  TellError("this cannot be a document: some text in it holds characters that XML does not have");
   return ExitCode::NotPlayable;
 }
 
@@ -123,13 +185,14 @@ void AddExportCommand(Command& program) {
       "  strata export spl show --out flat.xml\n"
       "  strata export ids show --which keys");
 
-  AddKind(command, "spl", "One flat show playlist that plays the same", ShowPlaylist, options)
-      .SetFooter(
-          "Show playlists inside the show come out as their compositions, events as markers. The playlist has a new\n"
-          "identifier each time.\n"
-          "Examples:\n"
-          "  strata export spl show --out flat.xml\n"
-          "  strata check flat.xml --store show");
+  Command& spl = AddKind(command, "spl", "One flat show playlist that plays the same", ShowPlaylist, options);
+  spl.Add("--title", options->Title, "The title of the new show playlist (default: Untitled)").Called("TEXT");
+  spl.SetFooter(
+      "Show playlists inside the show come out as their compositions, events as markers. The playlist has a new\n"
+      "identifier each time.\n"
+      "Examples:\n"
+      "  strata export spl show --title 'Saturday, first show' --out flat.xml\n"
+      "  strata check flat.xml --store show");
 
   Command& rpl = AddKind(command, "rpl", "The resource presentation list (ST 430-11) of subtitles and captions",
                          PresentationList, options);

@@ -6,8 +6,10 @@
 #include "terminal/LogView.h"
 
 #include <QUIRE/FrameBuffer.h>
+#include <QUIRE/SampleCadence.h>
 #include <Strata/CompositionInfo.h>
 #include <Strata/FrameRequester.h>
+#include <Strata/PlayedSpan.h>
 
 namespace Tool {
 
@@ -20,12 +22,27 @@ std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
   return {frame.RoData(), frame.RoData() + frame.Size()};
 }
 
+CommandError NothingThere(const FrameChannel& channel, ui32_t position) {
+  return {ExitCode::Usage, "the show has no " + channel.Name() + " at edit unit " + std::to_string(position)};
+}
+
 bool IsText(Strata::TrackType_t type) {
   return type == Strata::TRKT_ON_SCREEN_TEXT || type == Strata::TRKT_OFF_SCREEN_TEXT;
 }
 
 SoundFormat FormatOf(const Strata::ITimelineTrack& track) {
   return {track.SampleRate(), track.SampleSize(), track.ChannelCount(), track.MCALabelString()};
+}
+
+/// What plays where a sound file's part of its reel is over.
+EditUnit SilenceOf(const Strata::ITimelineTrack& track, const QUIRE::Rational& edit_rate, ui32_t file_position) {
+  EditUnit unit;
+  unit.Coding = FrameCoding::PCM;
+  unit.Sound = FormatOf(track);
+  const QUIRE::Rational sampling_rate(static_cast<Ferro::i32_t>(unit.Sound.SampleRate), 1);
+  if (const auto cadence = QUIRE::PCM::SampleCadence::Make(sampling_rate, edit_rate))
+    unit.Bytes.resize(size_t{cadence->SampleCount(file_position)} * unit.Sound.Channels * ((unit.Sound.Bits + 7) / 8));
+  return unit;
 }
 
 }  // namespace
@@ -49,10 +66,15 @@ QUIRE::Rational ShowFrames::EditRate() const {
 
 EditUnit ShowFrames::Read(const FrameChannel& channel, ui32_t position) {
   Strata::ITimelineTrack& track = TrackFor(channel, position);
+  const ui32_t reel_position = m_Playlist->TranslateReelPosition(position);
+  const auto file_position = Strata::PlayedFilePosition(track, reel_position);
+  if (!file_position && channel.Type == Strata::TRKT_SOUND)
+    return SilenceOf(track, m_Playlist->GetCompositionInfoForPosition(position).EditRate, reel_position);
+  if (!file_position) throw NothingThere(channel, position);
   EditUnit unit;
   unit.Encrypted = track.KeyID().HasValue();
   if (track.AssetID().HasValue()) unit.AssetID = track.AssetID().EncodeString();
-  unit.FilePosition = track.EntryPoint() + m_Playlist->TranslateReelPosition(position);
+  unit.FilePosition = *file_position;
   if (IsText(channel.Type))
     ReadText(track, unit);
   else
@@ -64,9 +86,7 @@ Strata::ITimelineTrack& ShowFrames::TrackFor(const FrameChannel& channel, ui32_t
   Strata::ITimelineTrack* track = nullptr;
   if (channel.Number < m_Playlist->GetChannelCountForType(channel.Type, position))
     track = m_Playlist->GetReaderForChannel(channel.Type, channel.Number, position);
-  if (track == nullptr)
-    throw CommandError(ExitCode::Usage,
-                       "the show has no " + channel.Name() + " at edit unit " + std::to_string(position));
+  if (track == nullptr) throw NothingThere(channel, position);
   return *track;
 }
 

@@ -5,6 +5,8 @@
 #include "show/Description.h"
 #include "terminal/TextForms.h"
 
+#include <Strata/PlayedSpan.h>
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -152,7 +154,7 @@ class ModelMaker {
       track.Stereoscopic = from.Stereoscopic && asset.Kind == AssetKind::Picture;
       if (asset.Found) track.File = asset.Found->Info.RealFilename;
       if (!track.File.empty()) track.Description = Describe(ReadTrackFileFacts(track.File, asset.Found->Info.FileType));
-      track.Duration = std::min(track.Duration, asset.Asset.Duration);
+      track.Duration = Strata::PlayedDuration(asset.Asset.Duration, reel.Duration);
       track.Seconds = SecondsOf(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
       if (!asset.Found) track.State = TimelineState::Missing;
@@ -230,7 +232,7 @@ std::string TitleOf(const TimelineModel& model) {
 }  // namespace
 
 ui32_t TimelineTrack::TailTrim() const {
-  const Ferro::ui64_t end = Ferro::ui64_t{Asset.EntryPoint} + Asset.Duration;
+  const Ferro::ui64_t end = Ferro::ui64_t{Asset.EntryPoint} + Duration;
   return end < Asset.IntrinsicDuration ? static_cast<ui32_t>(Asset.IntrinsicDuration - end) : 0;
 }
 

@@ -214,7 +214,7 @@
       const share = units => Math.min(100, 100 * units / item.intrinsic_duration) + '%';
       const used = make('div');
       used.style.marginLeft = share(item.entry_point);
-      used.style.width = share(item.asset_duration);
+      used.style.width = share(item.duration);
       box.append(make('div', {class: 'used', title: 'The part of the file that plays'}, used));
     }
     box.hidden = false;
@@ -422,7 +422,7 @@
       if (isHead && room > 20) path('M0 0H9L0 9z', 'trim', drawn.from, y);
       x += 8;
     }
-    if (item.intrinsic_duration > item.entry_point + item.asset_duration && isTail && room > 20)
+    if (item.intrinsic_duration > item.entry_point + item.duration && isTail && room > 20)
       path('M0 0H-9L0 9z', 'trim', drawn.from + room, y);
     const rest = () => drawn.from + room - x;
     if (item.stereoscopic && !alarm && room > 14) {
