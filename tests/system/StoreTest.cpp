@@ -281,7 +281,7 @@ TEST_F(Store, FolderThatCannotBeReadIsAWarning) {
   MakeDeepFolders(m_Show.Path());
   const Answer added = Run({"add", m_Show.Path()});
   EXPECT_EQ(added.Code, 0);
-  EXPECT_THAT(added.Errors, StartsWith("warning: " + m_Show.Path("ddd")));
+  EXPECT_THAT(added.Errors, StartsWith("strata: warning: " + m_Show.Path("ddd")));
   EXPECT_THAT(added.Errors, HasSubstr(": folder left out: File name too long\n"));
   const Json report = Verify({}, 0);
   ASSERT_EQ(report["findings"].size(), 1U);

@@ -2,6 +2,7 @@
 #include "ArgumentParser.h"
 
 #include "HelpText.h"
+#include "terminal/Messages.h"
 
 #include <Strata/Version.h>
 #include <CLI/CLI.hpp>
@@ -111,7 +112,7 @@ void AddAll(const Command& from, CLI::App& app, const Command*& chosen) {
 const Command* ParseArguments(const Command& program, int argc, char** argv, ExitCode& code) {
   code = ExitCode::Usage;
   if (const char* option = OptionWithoutValue(argc, argv)) {
-    std::fprintf(stderr, "strata: %s: there is no value behind the sign\n", option);
+    TellError(std::string(option) + ": there is no value behind the sign");
     return nullptr;
   }
   CLI::App app(program.Description(), program.Name());

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
+#include "terminal/Messages.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -30,7 +31,7 @@ ExitCode Run(int argc, char** argv) {
 ExitCode FinishPrinting(ExitCode code) {
   const bool was_written = std::ferror(stdout) == 0;
   if (std::fflush(stdout) == 0 && was_written) return code;
-  std::fprintf(stderr, "strata: standard output cannot be written: %s\n", std::strerror(errno));
+  TellError(std::string("standard output cannot be written: ") + std::strerror(errno));
   return code == ExitCode::Fine ? ExitCode::NotPlayable : code;
 }
 

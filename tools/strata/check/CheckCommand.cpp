@@ -10,6 +10,7 @@
 #include "terminal/Command.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
+#include "terminal/Messages.h"
 
 #include <Strata/IPlaylist.h>
 
@@ -139,12 +140,12 @@ ExitCode Check(const CheckOptions& options) {
   const bool is_one = inputs.Open(options.Inputs);
   const bool is_folder = options.Inputs.Names.size() == 1 && !inputs.Choices().empty();
   if (!is_one && !is_folder) {
-    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    TellError(inputs.Problem());
     return inputs.ProblemCode();
   }
   const CheckReport report = is_one ? CheckOne(inputs, options.Hash) : CheckEach(inputs, options.Hash);
   if (Interrupt::Requested()) {
-    std::fputs("strata: interrupted\n", stderr);
+    TellRemark("interrupted");
     return ExitCode::Interrupted;
   }
   std::fputs((options.AsJson ? CheckJson(report) : CheckText(report)).c_str(), stdout);

@@ -62,7 +62,7 @@ std::string CheckText(const CheckReport& report) {
   if (!report.Shows.empty()) return text + CheckVerdict(report) + '\n';
   for (const CheckedComposition& composition : report.Compositions)
     if (composition.Reels > 0) text += CompositionLine(composition);  // of others a finding says what is wrong
-  for (const Finding& finding : report.Findings) text += FindingText(finding);
+  for (const Finding& finding : report.Findings) text += FindingText(finding, stdout);
   return text + CheckVerdict(report) + '\n';
 }
 

@@ -4,6 +4,7 @@
 #include "ShowFindings.h"
 #include "terminal/DisplayText.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
 
 #include <algorithm>
@@ -52,8 +53,9 @@ std::string FindingLine(const Finding& finding) {
   return DisplayText(line);
 }
 
-std::string FindingText(const Finding& finding) {
-  std::string text = std::string(SeverityName(finding.Level)) + ": " + FindingLine(finding);
+std::string FindingText(const Finding& finding, std::FILE* stream) {
+  const Tone tone = finding.Level == Severity::Warning ? Tone::Warning : Tone::Error;
+  std::string text = InTone(std::string(SeverityName(finding.Level)) + ':', tone, stream) + ' ' + FindingLine(finding);
   if (finding.AssetID.HasValue()) text += "\n    asset " + finding.AssetID.EncodeString();
   if (!finding.File.empty()) text += "\n    file  " + DisplayText(finding.File);
   if (!finding.Advice.empty()) text += "\n    " + finding.Advice;

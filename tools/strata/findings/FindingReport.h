@@ -5,6 +5,7 @@
 #include "show/ShowOutline.h"
 #include "terminal/ExitCode.h"
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,8 @@ namespace Tool {
 /// "Composition, reel 2, sound: What is wrong. Expected this, found that.": safe to print, without line end.
 [[nodiscard]] std::string FindingLine(const Finding& finding);
 /// The severity and FindingLine, then lines for identifier, file and advice, where it has them.
-[[nodiscard]] std::string FindingText(const Finding& finding);
+/// @param stream  where it is printed, which may show colours.
+[[nodiscard]] std::string FindingText(const Finding& finding, std::FILE* stream);
 /// "1 picture, 2 sounds": what is missing.
 [[nodiscard]] std::string MissingText(const std::vector<Finding>& findings);
 

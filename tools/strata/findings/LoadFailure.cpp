@@ -4,6 +4,7 @@
 #include "FindingReport.h"
 #include "show/ShowOutline.h"
 #include "terminal/LogView.h"
+#include "terminal/Messages.h"
 
 #include <cstdio>
 
@@ -15,11 +16,10 @@ ExitCode ReportLoadFailure(const Inputs& inputs) {
   bool is_told = false;
   for (const Finding& finding : findings)
     if (finding.Level != Severity::Warning || finding.ID == FindingID::FileUnreadable) {
-      std::fputs(FindingText(finding).c_str(), stderr);
+      std::fputs(FindingText(finding, stderr).c_str(), stderr);
       is_told |= finding.Level != Severity::Warning;
     }
-  std::fprintf(stderr, "strata: this show cannot be played%s\n",
-               is_told ? "" : "; `strata check` says what is wrong with it");
+  TellError(std::string("this show cannot be played") + (is_told ? "" : "; `strata check` says what is wrong with it"));
   const ExitCode code = ExitCodeFor(findings);
   return code == ExitCode::Fine ? ExitCode::NotPlayable : code;
 }

@@ -8,6 +8,7 @@
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
 #include "terminal/TextForms.h"
 
@@ -152,7 +153,7 @@ ExitCode Frame(FrameOptions& options) {
     WriteSound(*source, choice->Channel, position, options, unit);
   else
     files = WriteFrame(unit, options.Output);
-  if (unit.Encrypted) std::fputs("strata: warning: the track file is encrypted; ciphertext was written\n", stderr);
+  if (unit.Encrypted) TellWarning("the track file is encrypted; ciphertext was written");
   const FrameReport report = {.Channel = choice->Channel.Name(),
                               .Position = position,
                               .Count = options.Count,

@@ -4,6 +4,7 @@
 #include "show/Inputs.h"
 #include "show/StoreProgress.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -108,7 +109,7 @@ ExitCode ForEachName(const StoreOptions& options, bool may_create,
     if (Interrupt::Requested()) return StoreTrouble(ExitCode::Interrupted, "interrupted before " + name + '.');
     if (code = work(session, name); code != ExitCode::Fine) break;
   }
-  for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
+  for (const std::string& warning : session.Warnings()) TellWarning(warning);
   return code;
 }
 

@@ -7,6 +7,7 @@
 #include "show/Description.h"
 #include "show/DocumentTitle.h"
 #include "show/InfoKinds.h"
+#include "terminal/Messages.h"
 
 #include <Cairn/InitObjectWithFile.h>
 
@@ -78,7 +79,7 @@ ExitCode ListStore(const StoreOptions& options) {
     return code == ExitCode::Interrupted ? StoreTrouble(code, "interrupted") : code;
   const StoreList list = MakeList(session, session.Store(), selection);
   if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
-  for (const std::string& warning : session.Warnings()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
+  for (const std::string& warning : session.Warnings()) TellWarning(warning);
   std::fputs((options.AsJson ? StoreListJson(list) : StoreListText(list)).c_str(), stdout);
   return ExitCode::Fine;
 }

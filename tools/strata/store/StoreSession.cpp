@@ -5,6 +5,7 @@
 #include "show/Inputs.h"
 #include "show/StoreProgress.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 
 #include <Ferro/UUID.h>
 
@@ -17,7 +18,7 @@ namespace Tool {
 namespace fs = std::filesystem;
 
 ExitCode StoreTrouble(ExitCode code, const std::string& text) {
-  std::fprintf(stderr, "strata: %s\n", text.c_str());
+  TellError(text);
   return code;
 }
 

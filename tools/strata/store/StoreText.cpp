@@ -82,7 +82,7 @@ std::string StoreVerdict(const StoreVerification& verification) {
 
 std::string StoreVerifyText(const StoreVerification& verification) {
   std::string text;
-  for (const Finding& finding : verification.Findings) text += FindingText(finding);
+  for (const Finding& finding : verification.Findings) text += FindingText(finding, stdout);
   return text + StoreVerdict(verification) + '\n';
 }
 

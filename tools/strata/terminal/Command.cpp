@@ -2,9 +2,9 @@
 #include "Command.h"
 
 #include "CommandError.h"
+#include "Messages.h"
 
 #include <charconv>
-#include <cstdio>
 
 namespace Tool {
 
@@ -69,10 +69,10 @@ ExitCode Command::Run() const {
   try {
     return m_Work();
   } catch (const CommandError& error) {
-    std::fprintf(stderr, "strata: %s\n", error.what());
+    TellError(error.what());
     return error.Code();
   } catch (const CommandStopped& stopped) {
-    std::fprintf(stderr, "strata: interrupted%s\n", stopped.LeftBehind);
+    TellRemark(std::string("interrupted") + stopped.LeftBehind);
     return ExitCode::Interrupted;
   }
 }

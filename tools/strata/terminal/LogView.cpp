@@ -2,6 +2,7 @@
 #include "LogView.h"
 
 #include "DisplayText.h"
+#include "Messages.h"
 
 #include <cstdio>
 #include <string>
@@ -12,7 +13,11 @@ void LogView::WriteEntry(const Ferro::LogEntry& entry) {
   if (!m_All && entry.Level < Ferro::LogLevel::Warning) return;
   static constexpr const char* Names[] = {"debug", "info", "warning", "error"};
   const size_t level = static_cast<size_t>(entry.Level);
-  std::string line = std::string(level < 4 ? Names[level] : "log") + ": " + DisplayLines(entry.Message);
+  const std::string name = std::string(level < 4 ? Names[level] : "log") + ':';
+  std::string line = (entry.Level < Ferro::LogLevel::Warning
+                          ? name
+                          : InTone(name, entry.Level == Ferro::LogLevel::Error ? Tone::Error : Tone::Warning, stderr)) +
+                     ' ' + DisplayLines(entry.Message);
   if (line.empty() || line.back() != '\n') line += '\n';
   std::fputs(line.c_str(), stderr);
 }

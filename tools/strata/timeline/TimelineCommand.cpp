@@ -12,6 +12,7 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
+#include "terminal/Messages.h"
 #include "terminal/Terminal.h"
 
 #include <unistd.h>
@@ -55,7 +56,7 @@ unsigned ColumnsOfTerminal() {
 
 bool WriteFile(const std::string& name, const std::string& text) {
   const std::string problem = WriteWholeFile(name, text);
-  if (!problem.empty()) std::fprintf(stderr, "strata: %s\n", problem.c_str());
+  if (!problem.empty()) TellError(problem);
   return problem.empty();
 }
 
@@ -63,12 +64,12 @@ ExitCode Timeline(const TimelineOptions& options) {
   QuietLog log;  // what is wrong is told in other words
   Inputs inputs;
   if (!inputs.Open(options.Inputs)) {
-    std::fprintf(stderr, "strata: %s\n", inputs.Problem().c_str());
+    TellError(inputs.Problem());
     return inputs.ProblemCode();
   }
   const TimelineModel model = MakeTimelineModel(ShowOutline(inputs));
   if (Interrupt::Requested()) {
-    std::fputs("strata: interrupted; nothing was written\n", stderr);
+    TellRemark("interrupted; nothing was written");
     return ExitCode::Interrupted;
   }
   if (!options.SvgFile.empty() && !WriteFile(options.SvgFile, TimelineSvg(model))) return ExitCode::NotPlayable;
@@ -79,8 +80,7 @@ ExitCode Timeline(const TimelineOptions& options) {
     std::fputs(TimelineText(model, form).c_str(), stdout);
   }
   if (options.AsJson) std::fputs(TimelineJson(model).c_str(), stdout);
-  if (model.Code != ExitCode::Fine)
-    std::fprintf(stderr, "strata: %s `strata check` tells more.\n", TimelineVerdict(model).c_str());
+  if (model.Code != ExitCode::Fine) TellError(TimelineVerdict(model) + " `strata check` tells more.");
   return model.Code;
 }
 
