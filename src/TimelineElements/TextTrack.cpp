@@ -35,6 +35,7 @@ bool CopyTextDataBuffer(const TextBuffer& source, TextBuffer& out) {
   out.FrameNumber(source.FrameNumber());
   out.SourceLength(source.SourceLength());
   out.PlaintextOffset(source.PlaintextOffset());
+  out.IntegrityPack(source.IntegrityPack());
   out.AssetID(source.AssetID());
   out.MIMEType(source.MIMEType());
   return true;

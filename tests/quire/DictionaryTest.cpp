@@ -70,9 +70,10 @@ TEST(UL, ComparesWithoutTheVersionByteOnlyWhenAsked) {
 }
 
 TEST(QuireResult, EveryCodeIsFoundByItsValue) {
-  for (const Result_t& result : {RESULT_FORMAT, RESULT_RANGE, RESULT_CRYPT_CTX, RESULT_CRYPT_INIT, RESULT_CHECKFAIL,
-                                 RESULT_HMACFAIL, RESULT_HMAC_CTX, RESULT_RAW_ESS, RESULT_RAW_FORMAT, RESULT_SPHASE,
-                                 RESULT_LARGE_PTO, RESULT_DECRYPT_CTX, RESULT_ALGORITHM, RESULT_CUT}) {
+  for (const Result_t& result :
+       {RESULT_FORMAT, RESULT_RANGE, RESULT_CRYPT_CTX, RESULT_CRYPT_INIT, RESULT_CHECKFAIL, RESULT_HMACFAIL,
+        RESULT_HMAC_CTX, RESULT_RAW_ESS, RESULT_RAW_FORMAT, RESULT_SPHASE, RESULT_LARGE_PTO, RESULT_DECRYPT_CTX,
+        RESULT_ALGORITHM, RESULT_CUT, RESULT_NOT_ENCRYPTED, RESULT_SEQUENCE}) {
     EXPECT_LT(result.Value(), 0);
     EXPECT_STREQ(Result_t::Find(result.Value()).Symbol(), result.Symbol());
     EXPECT_STREQ(Result_t::Find(result.Value()).Label(), result.Label());

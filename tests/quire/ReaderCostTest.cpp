@@ -2,6 +2,8 @@
 #include "AllocationCount.h"
 #include "ReaderFixture.h"
 
+#include <QUIRE/FrameDecryption.h>
+
 #include <fstream>
 
 // What opening and reading may cost in bytes read, memory and allocations.
@@ -214,6 +216,27 @@ TEST(ReaderCost, PartitionsTakeAtMost16MiBAboveTheFile) {
       EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB) << count << ' ' << has_index;
     }
   }
+}
+
+TEST(ReaderCost, DecryptingATakenFrameAllocatesNothing) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+  builder.Key = Bytes(16, 3);
+  const TemporaryFile file(builder.Build());
+  JP2K::MXFReader reader;
+  JP2K::FrameBuffer frame;
+  TrackEncryption track;
+  FrameContexts contexts;
+  ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+  ASSERT_EQ(ReadTrackEncryption(file.Name(), track), RESULT_OK);
+  ASSERT_EQ(contexts.InitKey(std::span<const ui8_t, KeyLen>(builder.Key.data(), KeyLen), track.LabelSet), RESULT_OK);
+  ASSERT_EQ(frame.Capacity(1000), RESULT_OK);
+  ASSERT_EQ(reader.ReadFrame(1, frame), RESULT_OK);
+  Bytes plain(frame.SourceLength());
+  const size_t before = Allocations;
+  const Result_t result = VerifyAndDecrypt(track, frame, 2, &contexts, plain);
+  EXPECT_EQ(Allocations, before);
+  EXPECT_EQ(result, RESULT_OK);
+  EXPECT_EQ(plain, builder.Frames[1]);
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ Bytes MxfBuilder::Pack(ui8_t kind, ui8_t status, const PackFields& fields) const
                  ReferenceArray({Hex("060e2b34.04010103.0d010301.027f0100"), container}));
 }
 
-Bytes MxfBuilder::Triplet(const Bytes& key, const Bytes& value, ui64_t sequence) const {
+Bytes MxfBuilder::Triplet(const Bytes& key, const Bytes& value, std::optional<ui64_t> sequence) const {
   using namespace QUIRE;
   AESEncContext cipher;
   HMACContext hmac;
@@ -95,7 +95,8 @@ Bytes MxfBuilder::Triplet(const Bytes& key, const Bytes& value, ui64_t sequence)
   Bytes triplet = Length4(16) + ContextID() + Length4(8) + BE64(PlaintextOffset) + Length4(16) + key +
                   Length4(source_length.size()) + source_length + Length4(encrypted.size()) + encrypted;
   if (UseHMAC) {
-    const Bytes covered = encrypted + Length4(16) + AssetID() + Length4(8) + BE64(sequence) + Length4(20);
+    const Bytes number = sequence ? Length4(8) + BE64(*sequence) : Length4(0);
+    const Bytes covered = encrypted + Length4(16) + AssetID() + number + Length4(20);
     std::array<ui8_t, HMAC_SIZE> mic{};
     ok = ok && hmac.Update(covered).Success() && hmac.Finalize().Success() && hmac.GetHMACValue(mic).Success();
     triplet += Bytes(covered.begin() + static_cast<std::ptrdiff_t>(encrypted.size()), covered.end()) +
@@ -105,7 +106,7 @@ Bytes MxfBuilder::Triplet(const Bytes& key, const Bytes& value, ui64_t sequence)
   return triplet;
 }
 
-Bytes MxfBuilder::Element(const Bytes& key, const Bytes& value, ui64_t sequence) const {
+Bytes MxfBuilder::Element(const Bytes& key, const Bytes& value, std::optional<ui64_t> sequence) const {
   if (!Encrypted()) return key + LengthOf(value.size(), EssenceLengthSize) + value;
   const Bytes triplet = Triplet(key, value, sequence);
   const Bytes triplet_key =
@@ -120,7 +121,8 @@ Bytes MxfBuilder::Essence() {
   for (size_t i = 0; i < Frames.size(); ++i) {
     if (i > 0) essence += FillBetweenFrames;
     ElementAt.push_back(essence.size());
-    essence += Element(EssenceKey(), Frames[i], i + 1);
+    essence += Element(EssenceKey(), Frames[i],
+                       i < SequenceNumbers.size() ? SequenceNumbers[i] : std::optional<ui64_t>(i + 1));
   }
   return essence;
 }

@@ -4,6 +4,7 @@
 #include "MxfBytes.h"
 
 #include <map>
+#include <optional>
 #include <string>
 
 namespace testsupport {
@@ -41,6 +42,8 @@ class MxfBuilder {
   Bytes Key;  // 16 bytes
   bool UseHMAC = true;
   ui64_t PlaintextOffset = 0;
+  std::vector<std::optional<ui64_t>>
+      SequenceNumbers;     // of the triplets instead of 1, 2, 3; without value an empty item
   Bytes SourceLengthItem;  // replaces the 8-byte form when given
 
   // Structure.
@@ -124,8 +127,8 @@ class MxfBuilder {
   [[nodiscard]] Bytes Fill(size_t total) const;
   [[nodiscard]] Bytes Primer() const;
   [[nodiscard]] Bytes Metadata();
-  [[nodiscard]] Bytes Element(const Bytes& key, const Bytes& value, ui64_t sequence) const;
-  [[nodiscard]] Bytes Triplet(const Bytes& key, const Bytes& value, ui64_t sequence) const;
+  [[nodiscard]] Bytes Element(const Bytes& key, const Bytes& value, std::optional<ui64_t> sequence) const;
+  [[nodiscard]] Bytes Triplet(const Bytes& key, const Bytes& value, std::optional<ui64_t> sequence) const;
   [[nodiscard]] Bytes Essence();
   [[nodiscard]] std::vector<ui64_t> StreamOffsets() const;
   [[nodiscard]] Bytes IndexSegment(ui64_t start, const std::vector<ui64_t>& offsets) const;

@@ -7,7 +7,9 @@
 
 #include <Ferro/UUID.h>
 
+#include <array>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace QUIRE {
@@ -20,7 +22,8 @@ inline constexpr ui32_t NoFrame = 0xffffffff;
 /// The memory is allocated by Capacity and by nothing else: readers fill what is there and never make it grow (reading
 /// timed text is the exception, and says so). Owned by its creator; one thread at a time. The bytes are those of the
 /// essence element without key and length (ST 336), or, for encrypted essence that was not decrypted, the encrypted
-/// source value: initialization vector, check value, clear bytes, ciphertext (ST 429-6, 7.3).
+/// source value: initialization vector, check value, clear bytes, ciphertext (ST 429-6, 7.3). VerifyAndDecrypt in
+/// FrameDecryption.h goes on from there.
 class QUIRE_API FrameBuffer {
  public:
   FrameBuffer() = default;
@@ -54,7 +57,16 @@ class QUIRE_API FrameBuffer {
   void PlaintextOffset(ui32_t bytes) { m_PlaintextOffset = bytes; }
   [[nodiscard]] ui32_t PlaintextOffset() const { return m_PlaintextOffset; }
 
-  /// Drops the frame held and keeps the memory: size, source length and plaintext offset 0, frame number NoFrame.
+  /// The longest integrity pack, in bytes: three lengths of 9, and 16, 8 and 20 bytes.
+  static constexpr size_t MaxIntegrityPack = 3 * 9 + 16 + 8 + 20;
+  /// What follows the encrypted source value in the file (ST 429-6, 7.10), for whoever verifies the frame later: track
+  /// file identifier, sequence number and integrity code, each with its length. Of more than MaxIntegrityPack bytes, which
+  /// no sound file has, the first are kept. Empty for essence in clear and where the file has none.
+  void IntegrityPack(std::span<const ui8_t> pack);
+  [[nodiscard]] std::span<const ui8_t> IntegrityPack() const { return {m_IntegrityPack.data(), m_IntegrityPackSize}; }
+
+  /// Drops the frame held and keeps the memory: size, source length and plaintext offset 0, no integrity pack, frame number
+  /// NoFrame.
   void Clear();
 
  private:
@@ -64,6 +76,8 @@ class QUIRE_API FrameBuffer {
   ui32_t m_FrameNumber = NoFrame;
   ui32_t m_SourceLength = 0;
   ui32_t m_PlaintextOffset = 0;
+  std::array<ui8_t, MaxIntegrityPack> m_IntegrityPack{};
+  size_t m_IntegrityPackSize = 0;
 };
 
 namespace JP2K {

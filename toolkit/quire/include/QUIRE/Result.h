@@ -25,5 +25,7 @@ inline constexpr Result_t RESULT_ALGORITHM{-113, "ALGORITHM",
                                            "Encrypted or authenticated by an algorithm that is not known."};
 inline constexpr Result_t RESULT_CUT{-114, "CUT",
                                      "The file does not hold this edit unit: it is cut off or incomplete."};
+inline constexpr Result_t RESULT_NOT_ENCRYPTED{-115, "NOT_ENCRYPTED", "The frame is not encrypted."};
+inline constexpr Result_t RESULT_SEQUENCE{-116, "SEQUENCE", "The frame belongs to another place in the track file."};
 
 }  // namespace QUIRE

@@ -17,6 +17,7 @@ namespace QUIRE {
 class AESDecContext;
 class HMACContext;
 class h__Reader;
+struct TrackEncryption;
 
 /// What the readers of all kinds have in common. Only the kinds themselves are created.
 ///
@@ -35,13 +36,14 @@ class h__Reader;
 ///   decryption    with it, encrypted essence is delivered in clear; without, as it is stored;
 ///   integrity     with it, the integrity code of encrypted essence is verified, whether or not the essence is decrypted:
 ///                 it covers the stored bytes, the track file's identifier and the sequence number (ST 429-6, 7.10).
-///                 Stereoscopic pairs: the code of each eye, but not their sequence numbers.
+///                 Of a stereoscopic pair each eye has a number: see TrackEncryption::HasStandardSequence.
 /// and returns RESULT_OK; RESULT_INIT when no file is open; RESULT_RANGE at and beyond the container duration;
 /// RESULT_SMALLBUF when the frame exceeds the buffer's capacity; RESULT_CUT where the file does not hold an edit unit below
-/// the container duration; RESULT_CHECKFAIL for a wrong key; RESULT_HMACFAIL for an altered frame; RESULT_ALGORITHM when a
-/// context is given and the file names an algorithm that is not known; RESULT_INIT for a context without a key; RESULT_FORMAT
-/// where the file is broken; RESULT_READFAIL. RESULT_RANGE and RESULT_SMALLBUF leave `frame` unchanged, and so does a reader
-/// that is not open; after every other failure it holds no frame.
+/// the container duration; RESULT_CHECKFAIL for a wrong key; RESULT_HMACFAIL for an altered frame, one of another file, or
+/// one in clear where the file promises codes; RESULT_SEQUENCE for a frame of another place in the file, and where one eye
+/// is missing; RESULT_ALGORITHM when a context is given and the file names an algorithm that is not known; RESULT_INIT for a
+/// context without a key; RESULT_FORMAT where the file is broken; RESULT_READFAIL. RESULT_RANGE and RESULT_SMALLBUF leave
+/// `frame` unchanged, and so does a reader that is not open; after every other failure it holds no frame.
 class QUIRE_API TrackFileReader {
  public:
   TrackFileReader(const TrackFileReader&) = delete;
@@ -59,6 +61,10 @@ class QUIRE_API TrackFileReader {
   [[nodiscard]] Result_t FillWriterInfo(WriterInfo& info) const;
   /// The algorithms of encrypted essence. @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillEncryptionInfo(EncryptionInfo& info) const;
+
+  /// What there is to be known to decrypt frames that were delivered as they are stored. As ReadTrackEncryption says.
+  /// @return RESULT_OK, RESULT_INIT when no file is open, what reading the index returns; on failure `out` is unchanged.
+  [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& out);
 
   /// The header metadata. A file must be open (assertion); valid until it is closed.
   [[nodiscard]] MXF::OP1aHeader& OP1aHeader();

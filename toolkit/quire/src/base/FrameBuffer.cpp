@@ -3,6 +3,7 @@
 
 #include <Ferro/Assert.h>
 
+#include <algorithm>
 #include <new>
 
 namespace QUIRE {
@@ -22,11 +23,17 @@ void FrameBuffer::Size(ui32_t bytes) {
   m_Size = bytes;
 }
 
+void FrameBuffer::IntegrityPack(std::span<const ui8_t> pack) {
+  m_IntegrityPackSize = std::min(pack.size(), m_IntegrityPack.size());
+  std::copy_n(pack.begin(), m_IntegrityPackSize, m_IntegrityPack.begin());
+}
+
 void FrameBuffer::Clear() {
   m_Size = 0;
   m_FrameNumber = NoFrame;
   m_SourceLength = 0;
   m_PlaintextOffset = 0;
+  m_IntegrityPackSize = 0;
 }
 
 }  // namespace QUIRE

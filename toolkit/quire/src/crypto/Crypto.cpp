@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/Crypto.h>
 
+#include "CheckValue.h"
+
 #include <openssl/core_names.h>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -13,9 +15,6 @@ namespace QUIRE {
 
 namespace {
 
-// "CHUK" four times, in front of the essence in every chain (ST 429-6, 9.7).
-constexpr CipherBlock CheckValue = {0x43, 0x48, 0x55, 0x4b, 0x43, 0x48, 0x55, 0x4b,
-                                    0x43, 0x48, 0x55, 0x4b, 0x43, 0x48, 0x55, 0x4b};
 constexpr size_t MaxCipherPiece = size_t{1} << 30;  // the cipher library counts in int
 
 struct CipherDeleter {
@@ -266,11 +265,8 @@ Result_t DecryptFrame(std::span<const ui8_t> value, ui64_t source_length, ui64_t
   }
   if (out.size() != source_length) return Ferro::RESULT_SMALLBUF;
 
-  CipherBlock check;
-  Result_t result = context.SetIVec(value.first<CBC_BLOCK_SIZE>());
-  if (result.Success()) result = context.DecryptBlock(value.subspan(CBC_BLOCK_SIZE, CBC_BLOCK_SIZE), check);
+  Result_t result = TestKey(value.first<CheckedStart>(), context);
   if (result.Failure()) return result;
-  if (check != CheckValue) return RESULT_CHECKFAIL;
 
   const auto clear = value.subspan(2 * CBC_BLOCK_SIZE, static_cast<size_t>(plaintext_offset));
   const auto body = value.subspan(2 * CBC_BLOCK_SIZE + clear.size());

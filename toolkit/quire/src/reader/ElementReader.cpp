@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ElementReader.h"
 
+#include "crypto/CheckValue.h"
+#include "crypto/IntegrityPack.h"
 #include "essence/EssenceKind.h"
 
 #include <QUIRE/Crypto.h>
@@ -24,10 +26,6 @@ constexpr size_t WindowSize = 25 + TripletHead::MaxSize;
 constexpr size_t MaxPrefix = 1024;
 // More KLVs than this are not passed over in search of an element.
 constexpr size_t MaxPassed = 1024;
-
-constexpr ui64_t CheckedStart = 2 * CBC_BLOCK_SIZE;  // initialization vector and check value
-constexpr ui64_t Overhead = CheckedStart + CBC_BLOCK_SIZE;
-constexpr CipherBlock CheckValue = {'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K', 'C', 'H', 'U', 'K'};
 
 enum class Outcome { Found, PassedOver, Wrong, Malformed };
 
@@ -72,11 +70,14 @@ struct ElementReader::ScatterRead {
   void AddValue(FrameBuffer& frame, ui64_t length, bool decrypt) {
     if (!decrypt) return Add({frame.Data(), static_cast<size_t>(length)});
     Add(Start);
-    Add({frame.Data(), static_cast<size_t>(length - Overhead)});
+    Add({frame.Data(), static_cast<size_t>(length - ValueOverhead)});
     Add(LastBlock);
   }
   void AddTail(ui64_t length) {
     Add(std::span(Tail).first(static_cast<size_t>(std::min<ui64_t>(length, Tail.size()))));
+  }
+  [[nodiscard]] std::span<const ui8_t> TailOf(const ElementPlace& place) const {
+    return std::span(Tail).first(static_cast<size_t>(std::min<ui64_t>(place.TailLength(), Tail.size())));
   }
 };
 
@@ -114,13 +115,13 @@ Result_t ElementReader::Locate(ui64_t position, ui64_t limit, ElementKeys keys, 
   return Fail(RESULT_FORMAT, "no essence element", position);
 }
 
-Result_t ElementReader::Read(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+Result_t ElementReader::Read(const ElementPlace& place, Sequence sequence, const CryptoContexts& contexts,
                              FrameBuffer& frame) const {
   const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
   if (place.DeliveredLength(decrypt) > frame.Capacity()) return Ferro::RESULT_SMALLBUF;
   ScatterRead scatter;
   scatter.AddValue(frame, place.ValueLength, decrypt);
-  if (contexts.Integrity != nullptr && place.Triplet) scatter.AddTail(place.TailLength());
+  if (place.Triplet && (contexts.Integrity != nullptr || !decrypt)) scatter.AddTail(place.TailLength());
   const Result_t result = m_File.ReadPartsAt(place.ValueAt, std::span(scatter.Parts).first(scatter.PartCount));
   if (result.Failure()) {
     frame.Clear();
@@ -136,13 +137,13 @@ bool ElementReader::ReadPredicted(ui64_t position, ui64_t limit, const CryptoCon
   if (m_Prefix == 0 || m_Prefix > MaxPrefix || limit - position < surroundings) return false;
   const bool decrypt = contexts.Decryption != nullptr && m_Encrypted;
   const ui64_t length = limit - position - surroundings;
-  if (decrypt && length < Overhead) return false;
+  if (decrypt && length < ValueOverhead) return false;
   if ((decrypt ? length - CheckedStart : length) > frame.Capacity()) return false;
 
   const auto prefix = std::span(scatter.Prefix).first(static_cast<size_t>(m_Prefix));
   scatter.Add(prefix);
   scatter.AddValue(frame, length, decrypt);
-  if (contexts.Integrity != nullptr && m_Encrypted) scatter.AddTail(m_Suffix);
+  if (m_Encrypted && (contexts.Integrity != nullptr || !decrypt)) scatter.AddTail(m_Suffix);
   if (m_File.ReadPartsAt(position, std::span(scatter.Parts).first(scatter.PartCount)).Failure()) return false;
 
   place.End = position;
@@ -154,7 +155,7 @@ bool ElementReader::ReadPredicted(ui64_t position, ui64_t limit, const CryptoCon
   return m_Encrypted ? place.Triplet && place.ValueLength == length : !place.Triplet && place.ValueLength <= length;
 }
 
-Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence, const CryptoContexts& contexts,
+Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, Sequence sequence, const CryptoContexts& contexts,
                                   FrameBuffer& frame) {
   ElementPlace place;
   {
@@ -173,51 +174,46 @@ Result_t ElementReader::ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence
   return result;
 }
 
-Result_t ElementReader::Verify(const ElementPlace& place, ui64_t sequence, bool decrypted, HMACContext& integrity,
+Result_t ElementReader::Verify(const ElementPlace& place, Sequence sequence, bool decrypted, HMACContext& integrity,
                                const ScatterRead& scatter, const FrameBuffer& frame) const {
-  const auto tail_bytes =
-      std::span(scatter.Tail).first(static_cast<size_t>(std::min<ui64_t>(place.TailLength(), scatter.Tail.size())));
-  const auto tail = TripletTail::Parse(tail_bytes);
-  if (!tail) return Fail(RESULT_FORMAT, "malformed integrity pack of the element", place.Position);
-  if (!tail->MIC)
-    return m_UsesHMAC ? Fail(RESULT_HMACFAIL, "no integrity code in the element", place.Position) : RESULT_OK;
-
-  Result_t result = integrity.Reset();
-  if (result.Failure()) return Fail(result, "no key in the integrity context for the element", place.Position);
+  const ui64_t in_frame = decrypted ? place.ValueLength - ValueOverhead : place.ValueLength;
+  std::array<std::span<const ui8_t>, 3> pieces{{{}, {frame.RoData(), static_cast<size_t>(in_frame)}, {}}};
   if (decrypted) {
-    const auto body = std::span(frame.Data(), static_cast<size_t>(place.ValueLength - Overhead));
-    if (result.Success()) result = integrity.Update(scatter.Start);
-    if (result.Success()) result = integrity.Update(body);
-    if (result.Success()) result = integrity.Update(scatter.LastBlock);
-  } else if (result.Success()) {
-    result = integrity.Update({frame.Data(), static_cast<size_t>(place.ValueLength)});
+    pieces.front() = scatter.Start;
+    pieces.back() = scatter.LastBlock;
   }
-  if (result.Success()) result = integrity.Update(tail_bytes.first(tail->CoveredSize));
-  if (result.Success()) result = integrity.Finalize();
-  if (result.Success()) result = integrity.TestHMACValue(*tail->MIC);
-  if (result == RESULT_HMACFAIL) return Fail(result, "wrong integrity code of the element", place.Position);
-  if (result.Failure()) return Fail(result, "cannot compute the integrity code of the element", place.Position);
-  if (tail->TrackFileID.HasValue() && tail->TrackFileID != m_AssetID)
-    return Fail(RESULT_HMACFAIL, "element of another track file", place.Position);
-  if (sequence != 0 && tail->SequenceNumber && *tail->SequenceNumber != sequence)
-    return Fail(RESULT_HMACFAIL, "element of another place in the sequence", place.Position);
+  const IntegrityOutcome outcome =
+      TestIntegrity({m_AssetID, m_UsesHMAC, sequence}, pieces, scatter.TailOf(place), integrity);
+  return outcome.Result.Failure() ? Fail(outcome.Result, outcome.Words, place.Position) : RESULT_OK;
+}
+
+Result_t ElementReader::ReadSequence(const ElementPlace& place, Sequence& sequence) const {
+  sequence.reset();
+  if (!place.Triplet) return RESULT_OK;
+  ScatterRead scatter;
+  scatter.AddTail(place.TailLength());
+  const Result_t result = m_File.ReadPartsAt(place.ValueAt + place.ValueLength, std::span(scatter.Parts).first(1));
+  if (result.Failure()) return result;
+  const auto tail = TripletTail::Parse(scatter.TailOf(place));
+  if (!tail) return Fail(RESULT_FORMAT, "malformed integrity pack of the element", place.Position);
+  sequence = tail->SequenceNumber;
   return RESULT_OK;
+}
+
+// The check value comes first, so that a wrong key touches nothing.
+Result_t ElementReader::CheckKey(const ElementPlace& place, const ScatterRead& scatter,
+                                 AESDecContext& decryption) const {
+  const Result_t result = TestKey(scatter.Start, decryption);
+  if (result == RESULT_CHECKFAIL) return Fail(result, "the key does not decrypt the element", place.Position);
+  if (result == Ferro::RESULT_INIT) return Fail(result, "no key in the context to decrypt the element", place.Position);
+  return result;
 }
 
 namespace {
 
-// The check value comes first, so that a wrong key touches nothing.
-Result_t TestKey(std::span<const ui8_t, CheckedStart> start, AESDecContext& decryption) {
-  CipherBlock check;
-  Result_t result = decryption.SetIVec(start.first<CBC_BLOCK_SIZE>());
-  if (result.Success()) result = decryption.DecryptBlock(start.last<CBC_BLOCK_SIZE>(), check);
-  if (result.Failure()) return result;
-  return check == CheckValue ? RESULT_OK : RESULT_CHECKFAIL;
-}
-
 // Goes on with the chain that the check value began.
 Result_t Decrypt(const ElementPlace& place, AESDecContext& decryption, CipherBlock& last_block, FrameBuffer& frame) {
-  const size_t in_place = static_cast<size_t>(place.ValueLength - Overhead);
+  const size_t in_place = static_cast<size_t>(place.ValueLength - ValueOverhead);
   const auto body = std::span(frame.Data(), in_place).subspan(static_cast<size_t>(place.Triplet->PlaintextOffset));
   Result_t result = decryption.DecryptBlock(body, body);
   if (result.Success()) result = decryption.DecryptBlock(last_block, last_block);
@@ -228,16 +224,14 @@ Result_t Decrypt(const ElementPlace& place, AESDecContext& decryption, CipherBlo
 
 }  // namespace
 
-Result_t ElementReader::Deliver(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+Result_t ElementReader::Deliver(const ElementPlace& place, Sequence sequence, const CryptoContexts& contexts,
                                 ScatterRead& scatter, FrameBuffer& frame) const {
   const bool decrypt = contexts.Decryption != nullptr && place.Triplet;
   Result_t result = RESULT_OK;
-  if (decrypt) {
-    result = TestKey(scatter.Start, *contexts.Decryption);
-    if (result == RESULT_CHECKFAIL) result = Fail(result, "the key does not decrypt the element", place.Position);
-    if (result == Ferro::RESULT_INIT)
-      result = Fail(result, "no key in the context to decrypt the element", place.Position);
-  }
+  // An element in clear among encrypted ones was put there by somebody without the key.
+  if (contexts.Integrity != nullptr && m_UsesHMAC && !place.Triplet)
+    result = Fail(RESULT_HMACFAIL, "element in clear in an encrypted file", place.Position);
+  if (decrypt) result = CheckKey(place, scatter, *contexts.Decryption);
   if (result.Success() && contexts.Integrity != nullptr && place.Triplet)
     result = Verify(place, sequence, decrypt, *contexts.Integrity, scatter, frame);
   if (result.Success() && decrypt) result = Decrypt(place, *contexts.Decryption, scatter.LastBlock, frame);
@@ -247,6 +241,7 @@ Result_t ElementReader::Deliver(const ElementPlace& place, ui64_t sequence, cons
   if (place.Triplet && !decrypt) {
     frame.SourceLength(static_cast<ui32_t>(place.Triplet->SourceLength));
     frame.PlaintextOffset(static_cast<ui32_t>(place.Triplet->PlaintextOffset));
+    frame.IntegrityPack(scatter.TailOf(place));
   }
   return RESULT_OK;
 }

@@ -25,6 +25,9 @@ struct CryptoContexts {
   HMACContext* Integrity = nullptr;
 };
 
+/// The number of a triplet; none where a file has no numbers.
+using Sequence = std::optional<ui64_t>;
+
 /// Which keys count as the element looked for.
 enum class ElementKeys { Essence, GenericStream };
 
@@ -54,15 +57,19 @@ class ElementReader {
   /// line; what the file's reader returns.
   [[nodiscard]] Result_t Locate(ui64_t position, ui64_t limit, ElementKeys keys, ElementPlace& place) const;
 
-  /// Reads an element that was located. `sequence` is the number its triplet should bear, 0 where that is not known.
-  /// @return RESULT_OK; RESULT_SMALLBUF, with `frame` unchanged; RESULT_CHECKFAIL, RESULT_HMACFAIL, RESULT_FORMAT with one
-  /// log line; what the file's reader returns. On failures but the first `frame` holds no frame. Its number is not set.
-  [[nodiscard]] Result_t Read(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+  /// Reads an element that was located. `sequence` is the number its triplet should bear, none in a file without numbers.
+  /// @return RESULT_OK; RESULT_SMALLBUF, with `frame` unchanged; RESULT_CHECKFAIL, RESULT_HMACFAIL, RESULT_SEQUENCE,
+  /// RESULT_FORMAT with one log line; what the file's reader returns. On failures but the first `frame` holds no frame. Its
+  /// number is not set.
+  [[nodiscard]] Result_t Read(const ElementPlace& place, Sequence sequence, const CryptoContexts& contexts,
                               FrameBuffer& frame) const;
+  /// The sequence number in the integrity pack of an element that was located, not verified; none where it has none.
+  /// @return RESULT_OK; RESULT_FORMAT with one log line; what the file's reader returns.
+  [[nodiscard]] Result_t ReadSequence(const ElementPlace& place, Sequence& sequence) const;
 
   /// Reads the element in [position, limit), one that fills this range but for a constant number of bytes around its
   /// value, and fill after it. Remembers how many for the next call. Results are those of Locate and Read.
-  [[nodiscard]] Result_t ReadWhole(ui64_t position, ui64_t limit, ui64_t sequence, const CryptoContexts& contexts,
+  [[nodiscard]] Result_t ReadWhole(ui64_t position, ui64_t limit, Sequence sequence, const CryptoContexts& contexts,
                                    FrameBuffer& frame);
 
  private:
@@ -70,10 +77,12 @@ class ElementReader {
 
   [[nodiscard]] bool ReadPredicted(ui64_t position, ui64_t limit, const CryptoContexts& contexts, FrameBuffer& frame,
                                    ScatterRead& scatter, ElementPlace& place) const;
-  [[nodiscard]] Result_t Deliver(const ElementPlace& place, ui64_t sequence, const CryptoContexts& contexts,
+  [[nodiscard]] Result_t Deliver(const ElementPlace& place, Sequence sequence, const CryptoContexts& contexts,
                                  ScatterRead& scatter, FrameBuffer& frame) const;
-  [[nodiscard]] Result_t Verify(const ElementPlace& place, ui64_t sequence, bool decrypted, HMACContext& integrity,
+  [[nodiscard]] Result_t Verify(const ElementPlace& place, Sequence sequence, bool decrypted, HMACContext& integrity,
                                 const ScatterRead& scatter, const FrameBuffer& frame) const;
+  [[nodiscard]] Result_t CheckKey(const ElementPlace& place, const ScatterRead& scatter,
+                                  AESDecContext& decryption) const;
   [[nodiscard]] Result_t Fail(Result_t result, const char* what, ui64_t position) const;
 
   const Ferro::FileReader& m_File;

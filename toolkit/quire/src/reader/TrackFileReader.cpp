@@ -37,6 +37,10 @@ Result_t TrackFileReader::FillEncryptionInfo(EncryptionInfo& info) const {
   return Ferro::RESULT_OK;
 }
 
+Result_t TrackFileReader::FillTrackEncryption(TrackEncryption& out) {
+  return m_Reader ? m_Reader->FillTrackEncryption(out) : Ferro::RESULT_INIT;
+}
+
 MXF::OP1aHeader& TrackFileReader::OP1aHeader() {
   FERRO_ASSERT(m_Reader);
   return m_Reader->Header();

@@ -42,6 +42,19 @@ WriterInfo MakeWriterInfo(const MXF::OP1aHeader& header, const TrackFacts& facts
   return info;
 }
 
+TrackEncryption MakeTrackEncryption(const WriterInfo& info, const TrackFacts& facts) {
+  TrackEncryption encryption;
+  encryption.AssetID = info.AssetUUID;
+  encryption.IsEncrypted = info.EncryptedEssence;
+  encryption.KeyID = info.CryptographicKeyID;
+  encryption.LabelSet = info.LabelSetType;
+  encryption.UsesHMAC = info.UsesHMAC;
+  encryption.Algorithms = facts.Algorithms;
+  encryption.IsStereoscopic = facts.IsStereoscopic();
+  if (encryption.IsStereoscopic) encryption.Sequence = SequenceRule::OnePerTriplet;
+  return encryption;
+}
+
 ui64_t TotalLength(const std::vector<MXF::EssenceRun>& runs) {
   return runs.empty() ? 0 : runs.back().StreamOffset + runs.back().Length;
 }
@@ -73,6 +86,8 @@ Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::u
     Ferro::DefaultLogSink().Warn("%s: authenticated by an algorithm that is not known, %s\n", filename.c_str(),
                                  facts.Algorithms.MICAlgorithm.EncodeString().c_str());
   opened->m_Info = MakeWriterInfo(opened->Header(), facts);
+  opened->m_Encryption = MakeTrackEncryption(opened->m_Info, facts);
+  opened->m_KnowsSequenceRule = !facts.IsStereoscopic() || !opened->m_Info.UsesHMAC;
   opened->m_Elements.emplace(opened->m_File, facts.Type, facts.AssetID, opened->m_Info.UsesHMAC);
   reader = std::move(opened);
   return RESULT_OK;
@@ -229,70 +244,15 @@ Result_t h__Reader::TryFrame(ui32_t frame_number, const CryptoContexts& contexts
   Result_t result = FindEditUnit(frame_number, range);
   if (result.Success()) result = CheckAlgorithms(contexts);
   if (result.Success()) {
-    if (m_Facts.IsStereoscopic()) {
-      ElementPlace left;
-      result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, left);
-      if (result.Success()) result = m_Elements->Read(left, 0, contexts, frame);
-    } else {
-      result = m_Elements->ReadWhole(range.Position, range.Limit, ui64_t{frame_number} + 1, contexts, frame);
-    }
-  } else if (result != RESULT_RANGE) {
-    frame.Clear();
+    if (m_Facts.IsStereoscopic())
+      result = ReadLeftEye(frame_number, range, contexts, frame);
+    else
+      result = m_Elements->ReadWhole(range.Position, range.Limit, m_Encryption.SequenceNumber(frame_number), contexts,
+                                     frame);
   }
+  if (result.Failure() && result != RESULT_RANGE && result != Ferro::RESULT_SMALLBUF) frame.Clear();
   if (result.Success()) frame.FrameNumber(frame_number);
   return result;
-}
-
-Result_t h__Reader::ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame) {
-  Range range;
-  Result_t result = FindEditUnit(frame_number, range);
-  if (result == RESULT_RANGE) return result;
-  if (result.Success()) result = CheckAlgorithms(contexts);
-  if (result.Success())
-    result = ResultOf([&] {
-      return m_Facts.IsStereoscopic() ? ReadEyes(range, contexts, frame)
-                                      : ReadSingle(range, ui64_t{frame_number} + 1, contexts, frame);
-    });
-  if (result == Ferro::RESULT_SMALLBUF) return result;
-  if (result.Failure()) {
-    frame.Left.Clear();
-    frame.Right.Clear();
-    return result;
-  }
-  frame.Left.FrameNumber(frame_number);
-  frame.Right.FrameNumber(frame_number);
-  return RESULT_OK;
-}
-
-// One codestream alone serves both eyes.
-Result_t h__Reader::ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
-                               JP2K::SFrameBuffer& frame) {
-  const Result_t result = m_Elements->ReadWhole(range.Position, range.Limit, sequence, contexts, frame.Left);
-  if (result.Failure()) return result;
-  if (frame.Left.Size() > frame.Right.Capacity()) {
-    frame.Left.Clear();
-    return Ferro::RESULT_SMALLBUF;
-  }
-  std::copy_n(frame.Left.RoData(), frame.Left.Size(), frame.Right.Data());
-  frame.Right.Size(frame.Left.Size());
-  frame.Right.SourceLength(frame.Left.SourceLength());
-  frame.Right.PlaintextOffset(frame.Left.PlaintextOffset());
-  return RESULT_OK;
-}
-
-// Writers differ in how they number the triplets of a pair, so the sequence is not checked.
-Result_t h__Reader::ReadEyes(const Range& range, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame) {
-  ElementPlace left;
-  ElementPlace right;
-  Result_t result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, left);
-  if (result.Success()) result = m_Elements->Locate(left.End, range.Limit, ElementKeys::Essence, right);
-  if (result == Ferro::RESULT_NOT_FOUND) return ReadSingle(range, 0, contexts, frame);
-  if (result.Failure()) return result;
-  const bool decrypt = contexts.Decryption != nullptr;
-  if (left.DeliveredLength(decrypt) > frame.Left.Capacity() || right.DeliveredLength(decrypt) > frame.Right.Capacity())
-    return Ferro::RESULT_SMALLBUF;
-  result = m_Elements->Read(left, 0, contexts, frame.Left);
-  return result.Success() ? m_Elements->Read(right, 0, contexts, frame.Right) : result;
 }
 
 // The elements of a stream. A later partition whose pack does not say where in the stream it goes on belongs to another
@@ -329,11 +289,11 @@ Result_t h__Reader::JoinElements(const std::vector<ElementPlace>& elements, Fram
   return RESULT_OK;
 }
 
-Result_t h__Reader::ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
+Result_t h__Reader::ReadStream(ui32_t body_sid, Sequence sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   return ResultOf([&] { return TryStream(body_sid, sequence, contexts, frame); });
 }
 
-Result_t h__Reader::TryStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
+Result_t h__Reader::TryStream(ui32_t body_sid, Sequence sequence, const CryptoContexts& contexts, FrameBuffer& frame) {
   const LogSubject subject(m_File.Filename());
   std::vector<ElementPlace> elements;
   Result_t result = CheckAlgorithms(contexts);
@@ -344,6 +304,10 @@ Result_t h__Reader::TryStream(ui32_t body_sid, ui64_t sequence, const CryptoCont
   if (total > std::numeric_limits<ui32_t>::max()) return Ferro::RESULT_TOOLARGE;
   if (total > frame.Capacity()) result = frame.Capacity(static_cast<ui32_t>(total));
   if (result.Failure()) return result;
+  if (elements.size() > 1 && contexts.Integrity != nullptr && m_Info.UsesHMAC) {
+    frame.Clear();
+    return FormatError(elements[1].Position, "stream in several partitions of an encrypted file");
+  }
   return elements.size() == 1 ? m_Elements->Read(elements[0], sequence, contexts, frame)
                               : JoinElements(elements, frame);
 }

@@ -4,6 +4,7 @@
 #include "ElementReader.h"
 #include "essence/TrackFacts.h"
 
+#include <QUIRE/FrameDecryption.h>
 #include <QUIRE/MXF/FileStructure.h>
 #include <QUIRE/TrackFileReader.h>
 #include <QUIRE/WriterInfo.h>
@@ -14,6 +15,8 @@
 #include <vector>
 
 namespace QUIRE {
+
+struct EyeNumbers;
 
 /// An open track file: what the readers of all kinds share. Partitions and index are read when they are first needed.
 class h__Reader {
@@ -31,12 +34,14 @@ class h__Reader {
 
   [[nodiscard]] Result_t ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame);
   [[nodiscard]] Result_t ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
+  /// What there is to be known to decrypt the file's frames. Finds out by what rule a stereoscopic file is numbered.
+  [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& encryption);
   /// The index entry of a frame that was read; all zero where the index was of constant size.
   [[nodiscard]] MXF::IndexEntry Entry(ui32_t frame_number) const;
 
   /// Reads a stream's only element into a buffer that grows as needed. Makes one of all elements where a generic stream was
   /// divided among several partitions (ST 410).
-  [[nodiscard]] Result_t ReadStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
+  [[nodiscard]] Result_t ReadStream(ui32_t body_sid, Sequence sequence, const CryptoContexts& contexts,
                                     FrameBuffer& frame);
 
  private:
@@ -50,7 +55,7 @@ class h__Reader {
   [[nodiscard]] Result_t ReadIndex();
   [[nodiscard]] Result_t LoadIndex();
   [[nodiscard]] Result_t TryFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame);
-  [[nodiscard]] Result_t TryStream(ui32_t body_sid, ui64_t sequence, const CryptoContexts& contexts,
+  [[nodiscard]] Result_t TryStream(ui32_t body_sid, Sequence sequence, const CryptoContexts& contexts,
                                    FrameBuffer& frame);
   void CountEditUnits();
   void DropCutEditUnits();
@@ -59,9 +64,16 @@ class h__Reader {
   [[nodiscard]] Result_t CheckAlgorithms(const CryptoContexts& contexts) const;
   [[nodiscard]] Result_t FindEditUnit(ui32_t frame_number, Range& range);
   [[nodiscard]] ui64_t RunEnd(ui64_t position) const;
-  [[nodiscard]] Result_t ReadSingle(const Range& range, ui64_t sequence, const CryptoContexts& contexts,
+  [[nodiscard]] Result_t ReadSingle(ui32_t frame_number, const Range& range, const CryptoContexts& contexts,
                                     JP2K::SFrameBuffer& frame);
-  [[nodiscard]] Result_t ReadEyes(const Range& range, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
+  [[nodiscard]] Result_t ReadEyes(ui32_t frame_number, const Range& range, const CryptoContexts& contexts,
+                                  JP2K::SFrameBuffer& frame);
+  [[nodiscard]] Result_t ReadLeftEye(ui32_t frame_number, const Range& range, const CryptoContexts& contexts,
+                                     FrameBuffer& frame);
+  [[nodiscard]] Result_t CheckEyeIsNotMissing(ui32_t frame_number) const;
+  /// The numbers of an edit unit's triplets as they stand there; one triplet alone counts for both eyes.
+  [[nodiscard]] Result_t ReadNumbers(ui32_t frame_number, EyeNumbers& numbers);
+  [[nodiscard]] Result_t FindSequenceRule();
   [[nodiscard]] Result_t FindElements(ui32_t body_sid, std::vector<ElementPlace>& elements);
   [[nodiscard]] Result_t JoinElements(const std::vector<ElementPlace>& elements, FrameBuffer& frame) const;
 
@@ -77,7 +89,9 @@ class h__Reader {
   MXF::IndexTable m_Index;
   ui64_t m_EditUnits = 0;
   ui32_t m_EntriesPerEditUnit = 1;
-  MXF::RIP m_BuiltRIP;  // stands in where the file has none
+  TrackEncryption m_Encryption;
+  bool m_KnowsSequenceRule = false;  // m_Encryption.Sequence was looked for in the file, or needs not be
+  MXF::RIP m_BuiltRIP;               // stands in where the file has none
 };
 
 }  // namespace QUIRE
