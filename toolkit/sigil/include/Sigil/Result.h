@@ -25,5 +25,8 @@ inline constexpr Result_t RESULT_SG_NO_VALID_MESSAGE{-311, "SG_NO_VALID_MESSAGE"
                                                      "No key message for the composition serves now."};
 inline constexpr Result_t RESULT_SG_NO_KEY{-312, "SG_NO_KEY", "The composition's key message lacks a key."};
 inline constexpr Result_t RESULT_SG_DUPLICATE{-313, "SG_DUPLICATE", "The key message is there already."};
+inline constexpr Result_t RESULT_SG_KEY_FILE{-314, "SG_KEY_FILE", "The file is no list of keys."};
+inline constexpr Result_t RESULT_SG_KEY_CONFLICT{-315, "SG_KEY_CONFLICT",
+                                                 "Two different keys have the same identifier."};
 
 }  // namespace Sigil
