@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "xml/DocumentTree.h"
 
+#include <Cairn/DOMTreeErrorReporter.h>
 #include <Cairn/DocumentParser.h>
 #include <Ferro/LogSink.h>
 
@@ -31,6 +32,31 @@ void Check(const std::string& content, const std::function<void(const Element*)>
                  }),
             Ferro::RESULT_OK);
   EXPECT_TRUE(were_run);
+}
+
+TEST(DocumentTree, EachElementHasTheLineWhereItsStartTagEnds) {
+  Check("<a>\n<b\n x='1'/>\r\n<c/></a>", [](const Element* root) {
+    const Element* a = root->FirstChild;
+    EXPECT_EQ(root->Line, 1U);
+    EXPECT_EQ(a->Line, 1U);
+    EXPECT_EQ(a->FirstChild->Line, 3U);
+    EXPECT_EQ(a->LastChild->Line, 4U);
+  });
+}
+
+TEST(DocumentTree, ADocumentOfNoKnownKindIsParsedWhereItsKindDoesNotMatter) {
+  Ferro::MemoryLogSink log;
+  Cairn::DOMTreeErrorReporter reporter;
+  reporter.m_LogSink = &log;
+  std::string name;
+  const auto read = [&](const Element* root) {
+    name = Cairn::LocalName(root);
+    return Result_t(Ferro::RESULT_OK);
+  };
+  EXPECT_EQ(Cairn::ParseDocument("<x xmlns='urn:unknown'/>", reporter, log, read), Ferro::RESULT_OK);
+  EXPECT_EQ(name, "x");
+  EXPECT_EQ(Cairn::ParseDocument("<x>\n<y>\n</x>", reporter, log, read), Cairn::RESULT_XML_PARSE);
+  EXPECT_EQ(reporter.m_FirstErrorLine, 3U);
 }
 
 TEST(DocumentTree, NamesComeWithoutTheirPrefix) {

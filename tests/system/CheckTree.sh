@@ -45,9 +45,10 @@ toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
 toolkit/cairn: base xml document store
 toolkit/sigil: base certificate key signature message store
+toolkit/assay: base table form document run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
-tests: support ferro,quire,cairn,sigil,engine,tool system
+tests: support ferro,quire,cairn,sigil,assay,engine,tool system
 '
 
 # Each include of one file of the tree by another: includer, included, then of both the module, the height (100 for each
@@ -131,9 +132,10 @@ directions() {
       beyond["toolkit/quire/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
       beyond["toolkit/cairn/"] = "^(archive|CLI|nlohmann|openjpeg)"
       beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/assay/"] = "^(archive|xsec|sqlite3|CLI|nlohmann)"
       beyond["include/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      beyond["include/Strata/"] = "^(Sigil|StrataHost)"
-      beyond["src/"]           = "^(archive|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["include/Strata/"] = "^(Assay|Sigil|StrataHost)"
+      beyond["src/"]           = "^(archive|Assay|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '

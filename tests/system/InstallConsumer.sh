@@ -113,7 +113,7 @@ components() {
   build "$documents/examples/03-package" "$work/cmake-package"
   list "$work/cmake-package/package"
 
-  for component in cairn sigil strata; do
+  for component in cairn sigil assay strata; do
     project "find_package(Strata 2.0 REQUIRED COMPONENTS $component)"
     refused 'Component cairn needs what was not found: XercesC 3.2.'
   done
@@ -172,7 +172,7 @@ case $step in
   pkg-config)
     PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name strata.pc)")
     export PKG_CONFIG_PATH
-    for module in ferro quire cairn sigil strata; do
+    for module in ferro quire cairn sigil assay strata; do
       [[ $(pkg-config --modversion "$module") == 2.0.3 ]] || fail "$module: wrong version"
     done
     mapfile -t flags < <(pkg-config --cflags --libs strata | xargs -n 1)

@@ -32,6 +32,7 @@ class CAIRN_API DOMTreeErrorReporter : public xercesc::ErrorHandler {
   void resetErrors() override;
 
   ui32_t m_ErrorCount = 0;
+  ui64_t m_FirstErrorLine = 0;           ///< from 1; 0 without errors
   Ferro::ILogSink* m_LogSink = nullptr;  ///< not owned; null: the default sink
 
  private:

@@ -25,7 +25,7 @@ void DOMTreeErrorReporter::warning(const xercesc::SAXParseException& exception) 
 }
 
 void DOMTreeErrorReporter::error(const xercesc::SAXParseException& exception) {
-  ++m_ErrorCount;
+  if (++m_ErrorCount == 1) m_FirstErrorLine = exception.getLineNumber();
   if (TakeLine()) Log().Error("line %u: %s\n", LineNumber(exception), XMLChToUTF8(exception.getMessage()).c_str());
   if (m_ErrorCount >= MaxErrorCount) throw TooManyErrors{};
 }
@@ -36,6 +36,7 @@ void DOMTreeErrorReporter::fatalError(const xercesc::SAXParseException& exceptio
 
 void DOMTreeErrorReporter::resetErrors() {
   m_ErrorCount = 0;
+  m_FirstErrorLine = 0;
   m_LineCount = 0;
 }
 

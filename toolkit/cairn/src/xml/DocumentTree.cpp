@@ -5,6 +5,7 @@
 #include "base/Blanks.h"
 #include "base/UTF16.h"
 
+#include <Cairn/DOMTreeErrorReporter.h>
 #include <Cairn/DocumentParser.h>
 #include <Cairn/XMLLibraries.h>
 #include <Cairn/XMLNode.h>
@@ -64,6 +65,7 @@ class TreeParser : public BoundedParser {
     element.Root = &m_Elements.front();
     element.DocumentText = &m_Text;
     element.TextBegin = m_Text.size();
+    element.Line = getScanner()->getLocator()->getLineNumber();
     AppendTo(m_Open, element);
     m_Open = &element;
     if (is_empty) Close();
@@ -182,22 +184,27 @@ bool IsOwnElement(const Element* child) {
          (child->Parent != nullptr && *child->Namespace == *child->Parent->Namespace);
 }
 
-Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, const TreeReader& read) {
-  DCPFormat_t format = DFT_NONE;
-  if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
+Result_t ParseDocument(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log,
+                       const ElementReader& read) {
   try {
     init_xml_libs();
     ParserLease parser;
-    DOMTreeErrorReporter reporter;
-    reporter.m_LogSink = &log;
     parser->Reserve(xml.size());
     if (const Result_t result = parser->ParseText(xml, reporter, log); result.Failure()) return result;
-    const Result_t result = read(parser->Root(), format, log);
+    const Result_t result = read(parser->Root());
     if (xml.size() <= s_LargestKept) parser.Keep();
     return result;
   } catch (...) {
     return LogXMLException(log);
   }
+}
+
+Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, const TreeReader& read) {
+  DCPFormat_t format = DFT_NONE;
+  if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
+  DOMTreeErrorReporter reporter;
+  reporter.m_LogSink = &log;
+  return ParseDocument(xml, reporter, log, [&](const Element* root) { return read(root, format, log); });
 }
 
 }  // namespace Cairn

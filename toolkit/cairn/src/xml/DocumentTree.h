@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Cairn/DCPFormat.h>
+#include <Cairn/DocumentElement.h>
 #include <Cairn/Result.h>
 #include <Cairn/SignatureMode.h>
 #include <Cairn/X509CertificateList.h>
@@ -11,35 +12,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Cairn {
 
-// The tree that the documents of this library are read from. It has elements, their attributes and their text, which is
-// all that the documents have: building the parser's own tree takes several times as long as parsing, and a show of a
-// thousand compositions is a thousand documents.
-
-/// An element of a document. All that it points to lives as long as the document's tree.
-struct Element {
-  struct NamedValue {
-    const std::string* Name;  // with its prefix
-    std::u16string Value;
-  };
-
-  const std::string* Name = nullptr;       // without its prefix
-  const std::string* Namespace = nullptr;  // empty: in none
-  Element* Root = nullptr;
-  Element* Parent = nullptr;  // null for the document element
-  Element* FirstChild = nullptr;
-  Element* LastChild = nullptr;
-  Element* NextSibling = nullptr;
-  std::vector<NamedValue> Attributes;
-  const std::string* DocumentText = nullptr;  // all character data of the document, in its order, as UTF-8
-  size_t TextBegin = 0;                       // that of this element and of all below it
-  size_t TextEnd = 0;
-};
-
-// Walking it. Texts come as UTF-8. A null element gives empty texts and null.
+// Walking the tree of a document. Texts come as UTF-8. A null element gives empty texts and null.
 
 /// The name without its prefix.
 [[nodiscard]] const std::string& LocalName(const Element* element);

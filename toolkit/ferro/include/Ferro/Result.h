@@ -64,7 +64,7 @@ class FERRO_API ResultTable {
 };
 
 // The general results. Codes of this module are 1 to -99; QUIRE has -100 to -199, Cairn -200 to -299, Sigil -300 to
-// -399, the engine -1000 to -1035.
+// -399, Assay -400 to -499, the engine -1000 to -1035.
 inline constexpr Result_t RESULT_FALSE{1, "FALSE", "Successful, but the answer is no."};
 inline constexpr Result_t RESULT_OK{0, "OK", "Success."};
 inline constexpr Result_t RESULT_FAIL{-1, "FAIL", "An undefined error was detected."};
