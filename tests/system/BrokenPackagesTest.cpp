@@ -20,12 +20,11 @@ const std::string AskAgain = "    The package was made wrong: ask for a correcte
 const std::string StoreHint = "    Copy the package that holds it, or name its folder with --store.\n";
 const std::string WillNot = "This show will not play.\n";
 const std::string WillPlay =
-    "Nothing speaks against this show: 0:07. Contents were not read: --hash finds damage. Keys of 1 composition were "
-    "not "
-    "looked for.\n";
+    "This show needs keys for 1 composition: 0:07. Nothing else speaks against it. Contents were not read: --hash "
+    "finds "
+    "damage.\n";
 const std::string WillPlayByDigests =
-    "This show will play with its keys: 0:07. All files are as their packing lists say. Keys of 1 composition were not "
-    "looked for.\n";
+    "This show needs keys for 1 composition: 0:07. All files are as their packing lists say.\n";
 
 struct Case {
   std::string Name;

@@ -29,9 +29,9 @@ TEST_F(Check, SampleShowPlays) {
             "00:00:02:00  SampleFeature  (96×64, 24 fps, 5.1, en with en subtitles, captions, SMPTE, OV, 3 reels)\n"
             "00:00:05:00  SampleStereoscopic  (96×64 3D, 24 fps, 5.1, en, SMPTE, OV, 1 reel)\n"
             "00:00:06:00  SampleImmersive  (96×64, 24 fps, 5.1, immersive audio, en, SMPTE, OV, 1 reel)\n"
-            "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
-            "This show will play with its keys: 0:07. All files are as their packing lists say. Keys of 1 composition "
-            "were not looked for.\n");
+            "note: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
+            "    Ask for a key message, or name the one that is there with --kdm.\n"
+            "This show needs keys for 1 composition: 0:07. All files are as their packing lists say.\n");
   EXPECT_EQ(check.Errors(), "");
 }
 
@@ -40,7 +40,8 @@ TEST_F(Check, ReportsAsJson) {
   EXPECT_EQ(check.Wait(), 0);
   const Json report = Json::parse(check.Output());
   EXPECT_EQ(report["schema"], "strata-check-1");
-  EXPECT_EQ(report["playable"], true);
+  EXPECT_EQ(report["playable"], false);
+  EXPECT_EQ(report["needs_keys"], 1);
   EXPECT_EQ(report["exit_code"], 0);
   EXPECT_EQ(report["duration"], 168);
   EXPECT_EQ(report["duration_seconds"], 7);

@@ -47,7 +47,7 @@ toolkit/cairn: base xml document store
 toolkit/sigil: base certificate key signature message store
 toolkit/assay: base table form document run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
-tools/strata: terminal picture show findings check,play,info,timeline,frame,wrap,export,store,sample app
+tools/strata: terminal picture show keys findings check,play,info,timeline,frame,wrap,export,store,sample,kdm app
 tests: support ferro,quire,cairn,sigil,assay,engine,tool system
 '
 

@@ -86,9 +86,9 @@ TEST_F(MakeSampleInterop, IsCheckedAndPlaysAsItsFilesAre) {
             "00:00:01:00  SampleEncrypted  (96×64, 24 fps, 5.1, en, Interop, OV, encrypted, 1 reel)\n"
             "00:00:02:00  SampleFeature  (96×64, 24 fps, 5.1, en with en subtitles, captions, Interop, OV, 3 reels)\n"
             "00:00:05:00  SampleStereoscopic  (96×64 3D, 24 fps, 5.1, en, Interop, OV, 1 reel)\n"
-            "warning: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
-            "This show will play with its keys: 0:06. All files are as their packing lists say. Keys of 1 composition "
-            "were not looked for.\n");
+            "note: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
+            "    Ask for a key message, or name the one that is there with --kdm.\n"
+            "This show needs keys for 1 composition: 0:06. All files are as their packing lists say.\n");
   StrataProgram play({"play", Show(), "--verify", "--speed", "max"});
   EXPECT_EQ(play.Wait(), 0);
   EXPECT_THAT(play.Output(), HasSubstr("Verified 432 frames: all were read as they stand in their files. "));

@@ -24,6 +24,8 @@ namespace {
 
 struct CheckOptions {
   InputOptions Inputs;
+  KeyOptions Keys;
+  ShowTimeOptions Times;
   bool Hash = false;
   bool AsJson = false;
 };
@@ -76,16 +78,18 @@ Ferro::ui32_t SecondsOf(const ShowOutline& outline) {
   return static_cast<Ferro::ui32_t>(std::min(seconds + Rounding, 4e9));
 }
 
-CheckReport MakeReport(const Inputs& inputs, bool hash) {
+CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash) {
   const ShowOutline outline(inputs);
+  const ShowSecurity security(keys, outline);
   CheckReport report;
   report.Duration = outline.Duration();
   for (const OutlineComposition& composition : outline.Compositions())
     report.Compositions.push_back({composition.ID, composition.Title, composition.Path, composition.EditRate,
                                    composition.Start, composition.Duration, composition.Reels.size(),
-                                   composition.Stereoscopic, Describe(TraitsOf(composition))});
+                                   composition.Stereoscopic, Describe(TraitsOf(composition)),
+                                   security.Answers[report.Compositions.size()]});
   report.Hash = hash;
-  report.Findings = CheckShow(outline);
+  report.Findings = CheckShow(outline, &security);
   if (Interrupt::Requested()) return report;
   const EngineAnswer answer = LoadShow(inputs);
   report.DurationSeconds = answer.Loads ? answer.DurationSeconds : SecondsOf(outline);
@@ -101,8 +105,8 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
   const auto before = static_cast<Ferro::ui32_t>(all.Compositions.size());
   const bool is_composition = show.Type == Cairn::FT_CPL && report.Compositions.size() == 1;
   all.Shows.push_back({show.Title.empty() ? show.ID.EncodeString() : show.Title, show.Path,
-                       is_composition ? report.Compositions.front().Description : "", CheckVerdict(report),
-                       report.Code});
+                       is_composition ? report.Compositions.front().Description : "", CheckVerdict(report), report.Code,
+                       KeylessCount(report) > 0});
   for (CheckedComposition composition : report.Compositions) {
     composition.Start += all.Duration;
     all.Compositions.push_back(std::move(composition));
@@ -117,19 +121,19 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
 }
 
 /// Verifies and checks the show that `inputs` mean.
-CheckReport CheckOne(Inputs& inputs, bool hash) {
+CheckReport CheckOne(Inputs& inputs, ShowKeys& keys, bool hash) {
   if (hash) static_cast<void>(VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs))));
-  return Interrupt::Requested() ? CheckReport() : MakeReport(inputs, hash);
+  return Interrupt::Requested() ? CheckReport() : MakeReport(inputs, keys, hash);
 }
 
 /// Each of several shows by itself.
-CheckReport CheckEach(Inputs& inputs, bool hash) {
+CheckReport CheckEach(Inputs& inputs, ShowKeys& keys, bool hash) {
   CheckReport all;
   all.Hash = hash;
   for (const Candidate& show : inputs.Choices()) {
     if (Interrupt::Requested()) break;
     inputs.Choose(show);
-    Append(show, CheckOne(inputs, hash), all);
+    Append(show, CheckOne(inputs, keys, hash), all);
   }
   return all;
 }
@@ -143,7 +147,8 @@ ExitCode Check(const CheckOptions& options) {
     TellError(inputs.Problem());
     return inputs.ProblemCode();
   }
-  const CheckReport report = is_one ? CheckOne(inputs, options.Hash) : CheckEach(inputs, options.Hash);
+  ShowKeys keys(options.Keys, options.Times, FoldersOf(options.Inputs));
+  const CheckReport report = is_one ? CheckOne(inputs, keys, options.Hash) : CheckEach(inputs, keys, options.Hash);
   if (Interrupt::Requested()) {
     TellRemark("interrupted");
     return ExitCode::Interrupted;
@@ -158,13 +163,19 @@ void AddCheckCommand(Command& program) {
   const auto options = std::make_shared<CheckOptions>();
   Command& command = program.AddCommand("check", "Say whether a show will play, and what is wrong with it");
   options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
+  options->Keys.AddMessagesTo(command);
+  options->Times.AddTo(command);
   command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
   command.Add("--json", options->AsJson, "Print the report as JSON");
   command.SetFooter(
       "A folder without a show playlist may have several compositions: each is judged by itself, in one line.\n"
-      "Exit codes: 0 it plays, 2 it does not, 3 assets are missing, 4 interrupted.\n"
+      "Key messages that lie beside the show are found. Without any, an encrypted show needs keys; with some, each "
+      "composition\n"
+      "needs one that is valid from its start to its end in the show that begins now, or at the time named.\n"
+      "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata check show --hash\n"
+      "  strata check show --kdm messages.zip --at 20:00\n"
       "  strata check show/Feature --store show --json");
   command.Does([options] { return Check(*options); });
 }

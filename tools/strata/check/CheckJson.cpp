@@ -1,28 +1,32 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckReport.h"
 #include "findings/FindingJson.h"
+#include "keys/KeyReport.h"
 
 namespace Tool {
 
 namespace {
 
 Json CompositionJson(const CheckedComposition& composition) {
-  return Json{{"id", composition.ID.EncodeString()},
-              {"title", composition.Title},
-              {"file", composition.File},
-              {"edit_rate", composition.EditRate.EncodeString()},
-              {"start", composition.Start},
-              {"duration", composition.Duration},
-              {"reels", composition.Reels},
-              {"stereoscopic", composition.Stereoscopic},
-              {"description", composition.Description}};
+  Json json{{"id", composition.ID.EncodeString()},
+            {"title", composition.Title},
+            {"file", composition.File},
+            {"edit_rate", composition.EditRate.EncodeString()},
+            {"start", composition.Start},
+            {"duration", composition.Duration},
+            {"reels", composition.Reels},
+            {"stereoscopic", composition.Stereoscopic},
+            {"description", composition.Description}};
+  if (!composition.Keys.empty()) json["keys"] = KeyAnswersJson(composition.Keys);
+  return json;
 }
 
 }  // namespace
 
 std::string CheckJson(const CheckReport& report) {
   Json json = NewJsonReport("check");
-  json["playable"] = report.Code == ExitCode::Fine;
+  json["playable"] = report.Code == ExitCode::Fine && KeylessCount(report) == 0;
+  json["needs_keys"] = KeylessCount(report);
   json["exit_code"] = static_cast<int>(report.Code);
   json["duration"] = report.Duration;
   json["duration_seconds"] = report.DurationSeconds;

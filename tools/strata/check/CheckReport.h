@@ -2,6 +2,7 @@
 #pragma once
 
 #include "findings/Finding.h"
+#include "keys/KeyAnswer.h"
 #include "terminal/ExitCode.h"
 
 #include <QUIRE/Rational.h>
@@ -21,7 +22,8 @@ struct CheckedComposition {
   Ferro::ui32_t Duration = 0;  ///< edit units
   size_t Reels = 0;            ///< 0: it could not be read
   bool Stereoscopic = false;
-  std::string Description;  ///< "Flat 2K 1998×1080, 24 fps, 5.1, en, SMPTE, OV, 3 reels"
+  std::string Description;      ///< "Flat 2K 1998×1080, 24 fps, 5.1, en, SMPTE, OV, 3 reels"
+  std::vector<KeyAnswer> Keys;  ///< whether key messages serve it; empty where it needs none
 };
 
 /// One of several shows or compositions of a folder, each judged by itself.
@@ -31,6 +33,7 @@ struct CheckedShow {
   std::string Description;  ///< of a composition; empty for a show playlist
   std::string Verdict;
   ExitCode Code = ExitCode::Fine;
+  bool NeedsKeys = false;  ///< there are none, and it was not asked whether they fit
 };
 
 /// What `strata check` found out.
@@ -44,6 +47,8 @@ struct CheckReport {
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };
 
+/// How many compositions are encrypted while no key messages are there.
+[[nodiscard]] size_t KeylessCount(const CheckReport& report);
 /// The outcome in one sentence.
 [[nodiscard]] std::string CheckVerdict(const CheckReport& report);
 /// The report as lines of text.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckReport.h"
 #include "findings/FindingReport.h"
+#include "keys/KeyReport.h"
+#include "keys/Moment.h"
 #include "terminal/DisplayText.h"
 #include "terminal/TextForms.h"
 
@@ -15,25 +17,47 @@ std::string CompositionLine(const CheckedComposition& composition) {
          DisplayText(composition.Description) + ")\n";
 }
 
-std::string FineVerdict(const CheckReport& report) {
-  const auto encrypted = std::count_if(report.Findings.begin(), report.Findings.end(),
-                                       [](const Finding& finding) { return finding.ID == FindingID::KdmNone; });
-  const std::string duration = DurationText(report.DurationSeconds);
-  std::string text = !report.Hash     ? "Nothing speaks against this show: " + duration
-                     : encrypted == 0 ? "This show will play: " + duration
-                                      : "This show will play with its keys: " + duration;
-  text +=
-      report.Hash ? ". All files are as their packing lists say." : ". Contents were not read: --hash finds damage.";
-  if (encrypted > 0)
-    text += " Keys of " + std::to_string(encrypted) + (encrypted == 1 ? " composition" : " compositions") +
-            " were not looked for.";
+/// Whether keys are there, where that is not said by a finding alone.
+std::string KeyLines(const CheckedComposition& composition) {
+  std::string text;
+  for (const KeyAnswer& answer : composition.Keys)
+    if (answer.Choice.Best != nullptr || composition.Keys.size() > 1) text += "    " + KeyAnswerText(answer) + '\n';
   return text;
+}
+
+/// Until when the keys of all encrypted compositions are valid; empty where there are none.
+std::string KeysUntil(const CheckReport& report) {
+  const Ferro::Timestamp* until = nullptr;
+  for (const CheckedComposition& composition : report.Compositions) {
+    if (composition.Keys.empty() || composition.Keys.back().Choice.Best == nullptr) continue;
+    const Ferro::Timestamp& end = composition.Keys.back().Choice.Best->Message.NotAfter;
+    if (until == nullptr || end < *until) until = &end;
+  }
+  return until == nullptr ? "" : " Its keys are valid until " + LocalText(*until) + '.';
+}
+
+std::string FineVerdict(const CheckReport& report) {
+  const size_t keyless = KeylessCount(report);
+  const std::string duration = DurationText(report.DurationSeconds);
+  const std::string keys = "This show needs keys for " + std::to_string(keyless) +
+                           (keyless == 1 ? " composition: " : " compositions: ") + duration + '.';
+  if (report.Hash)
+    return (keyless > 0 ? keys : "This show will play: " + duration + '.') +
+           " All files are as their packing lists say." + KeysUntil(report);
+  return (keyless > 0 ? keys + " Nothing else speaks against it."
+                      : "Nothing speaks against this show: " + duration + '.') +
+         " Contents were not read: --hash finds damage." + KeysUntil(report);
 }
 
 std::string VerdictOfAll(const std::vector<CheckedShow>& shows) {
   const auto bad =
       std::count_if(shows.begin(), shows.end(), [](const CheckedShow& show) { return show.Code != ExitCode::Fine; });
-  if (bad == 0) return "Nothing speaks against any of the " + std::to_string(shows.size()) + ".";
+  const auto keyless =
+      std::count_if(shows.begin(), shows.end(), [](const CheckedShow& show) { return show.NeedsKeys; });
+  const std::string keys = keyless == 0   ? ""
+                           : keyless == 1 ? " One needs keys."
+                                          : ' ' + std::to_string(keyless) + " need keys.";
+  if (bad == 0) return "Nothing speaks against any of the " + std::to_string(shows.size()) + "." + keys;
   const auto worst =
       std::find_if(shows.begin(), shows.end(), [](const CheckedShow& show) { return show.Code != ExitCode::Fine; });
   return std::to_string(bad) + " of " + std::to_string(shows.size()) +
@@ -41,6 +65,13 @@ std::string VerdictOfAll(const std::vector<CheckedShow>& shows) {
 }
 
 }  // namespace
+
+size_t KeylessCount(const CheckReport& report) {
+  const auto is_keyless = [](const Finding& finding) {
+    return finding.ID == FindingID::KdmNone && finding.Level == Severity::Note;
+  };
+  return static_cast<size_t>(std::count_if(report.Findings.begin(), report.Findings.end(), is_keyless));
+}
 
 std::string CheckVerdict(const CheckReport& report) {
   if (!report.Shows.empty()) return VerdictOfAll(report.Shows);
@@ -61,7 +92,8 @@ std::string CheckText(const CheckReport& report) {
             ": " + show.Verdict + '\n';
   if (!report.Shows.empty()) return text + CheckVerdict(report) + '\n';
   for (const CheckedComposition& composition : report.Compositions)
-    if (composition.Reels > 0) text += CompositionLine(composition);  // of others a finding says what is wrong
+    if (composition.Reels > 0)
+      text += CompositionLine(composition) + KeyLines(composition);  // of others a finding says what is wrong
   for (const Finding& finding : report.Findings) text += FindingText(finding, stdout);
   return text + CheckVerdict(report) + '\n';
 }

@@ -198,7 +198,7 @@ class CompositionFindings {
 
   [[nodiscard]] bool HasErrorSince(size_t before) const {
     return std::any_of(m_Findings.begin() + static_cast<std::ptrdiff_t>(before), m_Findings.end(),
-                       [](const Finding& finding) { return finding.Level != Severity::Warning; });
+                       [](const Finding& finding) { return finding.Level > Severity::Warning; });
   }
 
   // Sound and data are as long as the picture, and so is Interop text; SMPTE text may end early (ST 429-2, 9.4).
@@ -214,7 +214,7 @@ class CompositionFindings {
   void AddProblems(const OutlineAsset& asset) {
     for (const Finding& finding : FindingsOfAsset(*asset.Found, m_Memory.Paths)) {
       Add(finding, asset);
-      if (finding.Level != Severity::Warning) return;
+      if (finding.Level > Severity::Warning) return;
     }
   }
 
@@ -361,11 +361,6 @@ class CompositionFindings {
       Add(FindingID::ReelSoundSome);
     if (m_Composition.EditRate.Numerator != 0 && !IsUsual(m_Composition.EditRate))
       Add(FindingID::PictureRate).Found = RateText(m_Composition.EditRate);
-    const bool encrypted = std::any_of(reels.begin(), reels.end(), [](const OutlineReel& reel) {
-      return std::any_of(reel.Assets.begin(), reel.Assets.end(),
-                         [](const OutlineAsset& asset) { return asset.Asset.KeyID.HasValue(); });
-    });
-    if (encrypted) Add(FindingID::KdmNone);
   }
 
   const OutlineComposition& m_Composition;

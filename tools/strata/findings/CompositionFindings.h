@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Finding.h"
+#include "SecurityFindings.h"
 #include "show/MappedPath.h"
 #include "show/ShowOutline.h"
 
@@ -19,6 +20,7 @@ namespace Tool {
 struct FindingMemory {
   std::set<std::string> UnlistedPackages;  ///< folders of packages whose packing list is missing
   MappedPaths Paths;
+  ToldCertificates Certificates;
 };
 
 /// Checks one composition, its files included, and appends what is wrong or unusual. Of an asset only the first cause is

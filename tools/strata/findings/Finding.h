@@ -13,8 +13,8 @@
 
 namespace Tool {
 
-/// How much a finding matters for playing the show.
-enum class Severity { Warning, Missing, Error };
+/// How much a finding matters for playing the show. What is up to a warning keeps nothing from playing.
+enum class Severity { Note, Warning, Missing, Error };
 
 /// What can be wrong or unusual, by document: asset map, packing list, file, composition, reel, picture, sound, text, keys,
 /// show, store. Each has its row in FindingKinds.
@@ -64,7 +64,50 @@ enum class FindingID {
   TextSchema,
   TextFontMissing,
   TextImageMissing,
+  SignMissing,
+  MicInvalid,
   KdmNone,
+  // Libsigil's, all of them and in its order.
+  CertVersion,
+  CertExtensions,
+  CertCritical,
+  CertKey,
+  CertAlgorithm,
+  CertThumbprint,
+  CertNames,
+  CertOrganization,
+  CertRole,
+  CertSerial,
+  CertConstraints,
+  CertKeyUsage,
+  CertAuthority,
+  CertDates,
+  CertDatesNested,
+  CertSignature,
+  CertChain,
+  CertExpiredToday,
+  CertLateEnd,
+  CertSignerCA,
+  SignInvalid,
+  SignForm,
+  SignMethod,
+  SignKeyInfo,
+  SignSigner,
+  KdmForm,
+  KdmArchive,
+  KdmSignature,
+  KdmChain,
+  KdmWindowSigner,
+  KdmEarly,
+  KdmLate,
+  KdmComposition,
+  KdmAuthenticator,
+  KdmKeyMissing,
+  KdmRecipient,
+  KdmRecipientName,
+  KdmDevice,
+  KdmKeyType,
+  KdmContent,
   ShowUnreadable,
   ShowLoop,
   ShowLength,

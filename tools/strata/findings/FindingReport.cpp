@@ -12,12 +12,13 @@
 
 namespace Tool {
 
-std::vector<Finding> CheckShow(const ShowOutline& outline) {
+std::vector<Finding> CheckShow(const ShowOutline& outline, const ShowSecurity* security) {
   ProgressBar bar("Checking", ProgressUnit::Compositions);
-  return FindingsOf(outline, [&](size_t done, size_t total) {
+  const auto progress = [&](size_t done, size_t total) {
     bar.Update(done, total);
     return !Interrupt::Requested();
-  });
+  };
+  return FindingsOf(outline, progress, security);
 }
 
 ExitCode ExitCodeFor(const std::vector<Finding>& findings) {
@@ -30,6 +31,8 @@ ExitCode ExitCodeFor(const std::vector<Finding>& findings) {
 
 const char* SeverityName(Severity severity) {
   switch (severity) {
+    case Severity::Note:
+      return "note";
     case Severity::Warning:
       return "warning";
     case Severity::Missing:
@@ -55,7 +58,9 @@ std::string FindingLine(const Finding& finding) {
 
 std::string FindingText(const Finding& finding, std::FILE* stream) {
   const Tone tone = finding.Level == Severity::Warning ? Tone::Warning : Tone::Error;
-  std::string text = InTone(std::string(SeverityName(finding.Level)) + ':', tone, stream) + ' ' + FindingLine(finding);
+  const std::string name = std::string(SeverityName(finding.Level)) + ':';
+  std::string text = finding.Level == Severity::Note ? name : InTone(name, tone, stream);
+  text += ' ' + FindingLine(finding);
   if (finding.AssetID.HasValue()) text += "\n    asset " + finding.AssetID.EncodeString();
   if (!finding.File.empty()) text += "\n    file  " + DisplayText(finding.File);
   if (!finding.Advice.empty()) text += "\n    " + finding.Advice;

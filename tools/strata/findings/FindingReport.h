@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Finding.h"
+#include "SecurityFindings.h"
 #include "show/ShowOutline.h"
 #include "terminal/ExitCode.h"
 
@@ -14,12 +15,12 @@
 namespace Tool {
 
 /// FindingsOf, while a progress bar tells how far it is; an interrupt ends it early.
-[[nodiscard]] std::vector<Finding> CheckShow(const ShowOutline& outline);
+[[nodiscard]] std::vector<Finding> CheckShow(const ShowOutline& outline, const ShowSecurity* security = nullptr);
 
 /// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
 [[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
 
-/// "warning", "missing", "error".
+/// "note", "warning", "missing", "error".
 [[nodiscard]] const char* SeverityName(Severity severity);
 /// "Composition, reel 2, sound: What is wrong. Expected this, found that.": safe to print, without line end.
 [[nodiscard]] std::string FindingLine(const Finding& finding);

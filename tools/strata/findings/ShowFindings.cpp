@@ -24,8 +24,8 @@ std::set<std::string> PackagesOf(const ShowOutline& outline) {
   return packages;
 }
 
-void AddPackageFindings(const ShowOutline& outline, const FindingMemory& memory, std::vector<Finding>& findings) {
-  const std::set<std::string> packages = PackagesOf(outline);
+void AddPackageFindings(const ShowOutline& outline, const std::set<std::string>& packages, const FindingMemory& memory,
+                        std::vector<Finding>& findings) {
   for (const Cairn::PackageRecord& package : outline.Store().Packages()) {
     if (!packages.contains(package.Folder)) continue;
     for (const Finding& finding : FindingsOfPackage(package)) {
@@ -74,13 +74,13 @@ void AddUnreadable(const Cairn::AssetStore& store, std::vector<Finding>& finding
 
 /// Checks one composition; `previous` is the last one that plays, and becomes this one where it does.
 void AddComposition(const ShowOutline& outline, size_t index, FindingMemory& memory,
-                    const OutlineComposition*& previous, const CheckProgress& progress,
+                    const OutlineComposition*& previous, const CheckProgress& progress, const ShowSecurity* security,
                     std::vector<Finding>& findings) {
   const OutlineComposition& composition = outline.Compositions()[index];
   std::vector<Finding> added;
   FindInComposition(composition, outline.Store(), memory, added,
                     [&] { return !progress || progress(index, outline.Compositions().size()); });
-  if (std::all_of(added.begin(), added.end(), [](const Finding& f) { return f.Level == Severity::Warning; })) {
+  if (std::all_of(added.begin(), added.end(), [](const Finding& f) { return f.Level <= Severity::Warning; })) {
     if (previous != nullptr && !(previous->EditRate == composition.EditRate)) {
       Finding& finding = added.emplace_back(FindingID::ShowRateChanges);
       finding.Composition = CompositionName(composition);
@@ -89,6 +89,7 @@ void AddComposition(const ShowOutline& outline, size_t index, FindingMemory& mem
     }
     previous = &composition;
   }
+  if (security != nullptr) FindInSecurity(composition, index, *security, memory.Certificates, added);
   for (Finding& finding : added) {
     finding.CompositionNumber = static_cast<Ferro::ui32_t>(index + 1);
     findings.push_back(std::move(finding));
@@ -97,7 +98,8 @@ void AddComposition(const ShowOutline& outline, size_t index, FindingMemory& mem
 
 }  // namespace
 
-std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress) {
+std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress,
+                                const ShowSecurity* security) {
   std::vector<Finding> findings;
   FindingMemory memory;
   AddShowFindings(outline, findings);
@@ -105,9 +107,14 @@ std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress&
   const size_t total = outline.Compositions().size();
   for (size_t index = 0; index < total; ++index) {
     if (progress && !progress(index, total)) break;
-    AddComposition(outline, index, memory, previous, progress, findings);
+    AddComposition(outline, index, memory, previous, progress, security, findings);
   }
-  AddPackageFindings(outline, memory, findings);
+  const std::set<std::string> packages = PackagesOf(outline);
+  AddPackageFindings(outline, packages, memory, findings);
+  if (security != nullptr) {
+    FindInPackingLists(outline, packages, *security, memory.Certificates, findings);
+    FindInMessages(*security, findings);
+  }
   AddUnreadable(outline.Store(), findings);
   return findings;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Finding.h"
+#include "SecurityFindings.h"
 #include "show/ShowOutline.h"
 
 #include <functional>
@@ -14,6 +15,8 @@ using CheckProgress = std::function<bool(size_t done, size_t total)>;
 
 /// What the documents, the store and the files show to be wrong, in playing order. Opens every file; less than all where
 /// `progress` ended it.
-[[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress = {});
+/// @param security  what is known of signatures and keys; null: they are not looked at.
+[[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress = {},
+                                              const ShowSecurity* security = nullptr);
 
 }  // namespace Tool

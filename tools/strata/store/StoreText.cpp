@@ -69,7 +69,7 @@ std::string StoreVerdict(const StoreVerification& verification) {
     return "Interrupted: what was verified is kept, and the next time it goes on from there.";
   if (verification.Code != ExitCode::Fine) {
     const auto bad = std::count_if(verification.Findings.begin(), verification.Findings.end(),
-                                   [](const Finding& finding) { return finding.Level != Severity::Warning; });
+                                   [](const Finding& finding) { return finding.Level > Severity::Warning; });
     return std::to_string(bad) + (bad == 1 ? " thing is" : " things are") + " missing or broken.";
   }
   const std::string text =

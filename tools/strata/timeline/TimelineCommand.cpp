@@ -31,6 +31,8 @@ constexpr unsigned MostColumns = 1000;
 
 struct TimelineOptions {
   InputOptions Inputs;
+  KeyOptions Keys;
+  ShowTimeOptions Times;
   std::string SvgFile;
   std::string HtmlFile;
   bool AsText = false;
@@ -67,7 +69,10 @@ ExitCode Timeline(const TimelineOptions& options) {
     TellError(inputs.Problem());
     return inputs.ProblemCode();
   }
-  const TimelineModel model = MakeTimelineModel(ShowOutline(inputs));
+  ShowKeys keys(options.Keys, options.Times, FoldersOf(options.Inputs));
+  const ShowOutline outline(inputs);
+  const ShowSecurity security(keys, outline);
+  const TimelineModel model = MakeTimelineModel(outline, &security);
   if (Interrupt::Requested()) {
     TellRemark("interrupted; nothing was written");
     return ExitCode::Interrupted;
@@ -90,6 +95,8 @@ void AddTimelineCommand(Command& program) {
   const auto options = std::make_shared<TimelineOptions>();
   Command& command = program.AddCommand("timeline", "Draw what plays when, to scale, and what is missing");
   options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
+  options->Keys.AddMessagesTo(command);
+  options->Times.AddTo(command);
   command.Add("--svg", options->SvgFile, "Draw a picture into this file").Called("FILE");
   command
       .Add("--html", options->HtmlFile,
@@ -107,7 +114,7 @@ void AddTimelineCommand(Command& program) {
       "missing,\n"
       "4 interrupted.\n"
       "Examples:\n"
-      "  strata timeline show\n"
+      "  strata timeline show --at 20:00\n"
       "  strata timeline show/Feature --store show --html timeline.html --svg timeline.svg");
   command.Does([options] { return Timeline(*options); });
 }

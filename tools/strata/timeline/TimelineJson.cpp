@@ -2,6 +2,7 @@
 #include "TimelineJson.h"
 
 #include "findings/FindingJson.h"
+#include "keys/KeyReport.h"
 
 namespace Tool {
 
@@ -28,6 +29,7 @@ Json CompositionJson(const TimelineComposition& composition) {
   json["edit_rate"] = composition.EditRate.EncodeString();
   json["stereoscopic"] = composition.Stereoscopic;
   json["encrypted"] = composition.Encrypted;
+  if (!composition.Keys.empty()) json["keys"] = KeyAnswersJson(composition.Keys);
   json["state"] = TimelineStateName(composition.State);
   json["problems"] = composition.Problems;
   AddSpan(json, composition);

@@ -37,6 +37,8 @@ std::string SentenceOf(const Finding& finding) {
 
 TimelineState StateOf(Severity severity) {
   switch (severity) {
+    case Severity::Note:
+      return TimelineState::Ready;
     case Severity::Warning:
       return TimelineState::Unusual;
     case Severity::Missing:
@@ -52,7 +54,8 @@ class FindingsByPlace {
  public:
   explicit FindingsByPlace(const std::vector<Finding>& findings) {
     for (const Finding& finding : findings)
-      m_Places[{finding.CompositionNumber, finding.Reel, finding.AssetID}].push_back(&finding);
+      if (finding.Level > Severity::Note)
+        m_Places[{finding.CompositionNumber, finding.Reel, finding.AssetID}].push_back(&finding);
   }
 
   /// Adds to the problems of something, and makes its state the worst of all. `composition` is an index; reel 0 is the
@@ -254,11 +257,13 @@ const char* TimelineStateName(TimelineState state) {
   return "";
 }
 
-TimelineModel MakeTimelineModel(const ShowOutline& outline) {
+TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security) {
   TimelineModel model;
-  model.Findings = CheckShow(outline);
+  model.Findings = CheckShow(outline, security);
   model.Code = ExitCodeFor(model.Findings);
   ModelMaker(outline, model).Make();
+  for (size_t index = 0; security != nullptr && index < model.Compositions.size(); ++index)
+    model.Compositions[index].Keys = security->Answers[index];
   model.Title = TitleOf(model);
   return model;
 }
@@ -281,6 +286,11 @@ std::string TimelineVerdict(const TimelineModel& model) {
   std::string text =
       missing == 0 ? "All assets are there" : std::to_string(missing) + " missing: " + MissingText(model.Findings);
   if (errors > 0) text += "; " + broken;
+  const auto keyless = std::count_if(model.Findings.begin(), model.Findings.end(), [](const Finding& finding) {
+    return finding.ID == FindingID::KdmNone && finding.Level == Severity::Note;
+  });
+  if (keyless > 0 && missing == 0)
+    text += "; " + std::to_string(keyless) + (keyless == 1 ? " composition needs keys" : " compositions need keys");
   return text + '.';
 }
 

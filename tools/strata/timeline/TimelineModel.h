@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "findings/Finding.h"
+#include "findings/SecurityFindings.h"
 #include "show/ShowOutline.h"
 #include "terminal/ExitCode.h"
 
@@ -89,6 +89,7 @@ struct TimelineComposition : TimelineSpan {
       TimelineState::Ready;  ///< of the document, which may have no reels where it is Missing or Broken
   std::vector<std::string> Problems;
   std::vector<TimelineReel> Reels;
+  std::vector<KeyAnswer> Keys;  ///< whether key messages serve it; empty where it needs none
 };
 
 /// A show playlist, and what of the show it makes up.
@@ -117,7 +118,8 @@ struct TimelineModel : TimelineSpan {
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };
 
-[[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline);
+/// @param security  what is known of signatures and keys; null: they are not looked at.
+[[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security = nullptr);
 
 /// Errors, then what is missing, then warnings; otherwise in the order in which they are.
 [[nodiscard]] std::vector<Finding> WorstFirst(std::vector<Finding> findings);

@@ -132,7 +132,7 @@
 
   function findings() {
     if (model.findings.length === 0) return '';
-    const grave = {error: 0, missing: 1, warning: 2};
+    const grave = {error: 0, missing: 1, warning: 2, note: 3};
     const list = make('ul', {class: 'findings'});
     for (const finding of [...model.findings].sort((a, b) => grave[a.severity] - grave[b.severity])) {
       const place = [finding.composition, finding.reel && 'reel ' + finding.reel, finding.asset_type].filter(Boolean);
@@ -141,7 +141,7 @@
       const text = `${finding.severity}: ${place.length ? place.join(', ') + ': ' : ''}${finding.message}${facts}`;
       const composition = model.compositions[finding.composition_number - 1];
       const act = () => showItem(finding.reel && composition.reels[finding.reel - 1] || composition);
-      list.append(make('li', finding.severity === 'warning' ? {} : {class: 'problem'}, composition ? link(text, act) : text));
+      list.append(make('li', grave[finding.severity] > 1 ? {} : {class: 'problem'}, composition ? link(text, act) : text));
     }
     return make('section', {}, make('h2', {}, 'Findings'), list);
   }

@@ -80,7 +80,7 @@ class Lists {
       Finding shown = worst[index];
       shown.Composition = FitColumns(shown.Composition, 60);
       const std::string text = std::string(SeverityName(shown.Level)) + ": " + FindingLine(shown);
-      const bool alarm = shown.Level != Severity::Warning;
+      const bool alarm = shown.Level > Severity::Warning;
       m_Out.Text(m_Place.X, m_Y + 12, FitPixels(text, 11, m_Place.Width), alarm ? "small alarm" : "small");
       m_Y += Line;
     }

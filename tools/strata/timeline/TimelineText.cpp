@@ -3,6 +3,7 @@
 
 #include "TimelineLayout.h"
 #include "findings/FindingReport.h"
+#include "keys/KeyReport.h"
 #include "terminal/DisplayText.h"
 #include "terminal/TextForms.h"
 
@@ -322,6 +323,8 @@ class TextTimeline {
       AddLine(number + "  " + TimelineTimeCode(m_Model, composition.Start) + "  " +
               TimeCodeText(composition.Duration, composition.EditRate) + "  " + composition.Title +
               (what.empty() ? "" : "  " + what));
+      for (const KeyAnswer& answer : composition.Keys)
+        if (answer.Choice.Best != nullptr || composition.Keys.size() > 1) AddLine("       " + KeyAnswerText(answer));
     }
     More(m_Model.Compositions.size());
   }
