@@ -62,7 +62,7 @@ SHA1 DigestText(std::string_view text) {
   return digest.Finish();
 }
 
-Result_t DigestFile(const std::string& filename, SHA1& out, const std::function<bool(fsize_t)>& progress) {
+Result_t DigestFile(const std::string& filename, SHA1& out, FunctionRef<bool(fsize_t)> progress) {
   FileReader reader;
   if (const Result_t result = reader.OpenRead(filename); result.Failure()) return result;
   reader.AdviseSequential();

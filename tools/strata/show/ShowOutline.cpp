@@ -60,6 +60,10 @@ double SecondsOf(const OutlineComposition& composition) {
                   : double(composition.Duration) / 24;
 }
 
+struct ShowOutline::ShowEntry {
+  const Strata::ShowPlaylist::CompositionItem& Item;
+};
+
 ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
   const QuietLog log;  // what cannot be read is told in Problems(), or found again by FindingsOf
   for (const Candidate& show : inputs.Shows()) {
@@ -88,8 +92,8 @@ void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths
     } else if (item->m_Type == Strata::ShowPlaylist::SIT_SHOW) {
       AddNested(static_cast<const Strata::ShowPlaylist::ShowPlaylistItem&>(*item).URI, paths);
     } else if (item->m_Type == Strata::ShowPlaylist::SIT_CPL) {
-      const auto& composition = static_cast<const Strata::ShowPlaylist::CompositionItem&>(*item);
-      AddComposition(composition.ID, "", &composition);
+      const ShowEntry entry{static_cast<const Strata::ShowPlaylist::CompositionItem&>(*item)};
+      AddComposition(entry.Item.ID, "", &entry);
     }
   }
   m_Shows[index].Duration = m_Duration - m_Shows[index].Start;
@@ -114,8 +118,7 @@ void ShowOutline::AddNested(const std::string& uri, std::vector<std::string>& pa
   paths.pop_back();
 }
 
-void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given_path,
-                                 const Strata::ShowPlaylist::CompositionItem* item) {
+void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given_path, const ShowEntry* entry) {
   OutlineComposition outline;
   outline.ID = id;
   outline.Path = given_path;
@@ -142,10 +145,10 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   if (outline.Problem == CompositionProblem::None) {
     if (!cpl.ReelList.empty()) outline.EditRate = cpl.ReelList.front().MainPicture.EditRate;
     for (const Cairn::Reel& reel : cpl.ReelList) AddReel(reel, outline);
-  } else if (item != nullptr) {
-    if (outline.Title.empty()) outline.Title = item->Annotation;
-    outline.EditRate = item->EditRate;
-    outline.Duration = item->Duration;
+  } else if (entry != nullptr) {
+    if (outline.Title.empty()) outline.Title = entry->Item.Annotation;
+    outline.EditRate = entry->Item.EditRate;
+    outline.Duration = entry->Item.Duration;
   }
   if (!Ferro::CheckedAdd(m_Duration, outline.Duration)) {
     m_Problems.push_back({OutlineProblemKind::TooLong, "", "", outline.ID});
@@ -153,8 +156,8 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   }
   // A marker beyond the composition's end stands on its last edit unit, or on its start where it has none.
   const Ferro::ui32_t last = outline.Duration == 0 ? 0 : outline.Duration - 1;
-  if (item != nullptr)
-    for (const auto& marker : item->MarkerList)
+  if (entry != nullptr)
+    for (const auto& marker : entry->Item.MarkerList)
       m_Markers.push_back({marker.Label, marker.Scope,
                            m_Duration + std::min(static_cast<Ferro::ui32_t>(marker.Offset), last),
                            m_Compositions.size()});

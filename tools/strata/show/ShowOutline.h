@@ -8,7 +8,6 @@
 #include <Cairn/DCPFormat.h>
 #include <Cairn/FileType.h>
 #include <QUIRE/Rational.h>
-#include <Strata/ShowPlaylist.h>
 
 #include <optional>
 #include <string>
@@ -118,11 +117,13 @@ class ShowOutline {
   [[nodiscard]] Ferro::ui32_t Duration() const { return m_Duration; }
 
  private:
+  /// What a show says of a composition.
+  struct ShowEntry;
+
   void AddShow(const Candidate& show, std::vector<std::string>& paths);
   void AddNested(const std::string& uri, std::vector<std::string>& paths);
   /// Adds a composition: from the document at `path`, or as the show has it when that is empty.
-  void AddComposition(const Cairn::UUID& id, const std::string& path,
-                      const Strata::ShowPlaylist::CompositionItem* item);
+  void AddComposition(const Cairn::UUID& id, const std::string& path, const ShowEntry* entry);
   void AddReel(const Cairn::Reel& reel, OutlineComposition& composition) const;
   [[nodiscard]] OutlineAsset Resolve(AssetKind kind, const Cairn::GenericAsset& asset,
                                      const std::string& language) const;

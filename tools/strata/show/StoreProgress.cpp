@@ -10,7 +10,7 @@ namespace Tool {
 
 namespace {
 
-Cairn::AssetStore::OnScan ShowScan(ProgressBar& bar) {
+auto ShowIn(ProgressBar& bar) {
   return [&bar](const Cairn::ScanProgress& now) {
     bar.Update(now.FilesDone, now.FilesTotal);
     return !Interrupt::Requested();
@@ -22,12 +22,12 @@ Cairn::AssetStore::OnScan ShowScan(ProgressBar& bar) {
 Cairn::Result_t ScanFolder(Cairn::AssetStore& store, const std::string& folder) {
   std::error_code error;
   ProgressBar bar("Scanning " + std::filesystem::canonical(folder, error).filename().string(), ProgressUnit::Files);
-  return store.AddFolder(folder, ShowScan(bar));
+  return store.AddFolder(folder, ShowIn(bar));
 }
 
 Cairn::Result_t RescanFolders(Cairn::AssetStore& store) {
   ProgressBar bar("Looking for changes", ProgressUnit::Files);
-  return store.Refresh(ShowScan(bar));
+  return store.Refresh(ShowIn(bar));
 }
 
 Cairn::Result_t VerifyDigests(Cairn::AssetStore& store, const Cairn::UUIDList& ids, Ferro::ui32_t threads) {

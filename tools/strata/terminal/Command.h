@@ -69,17 +69,17 @@ class Command {
 
   /// @param names  "--out", "-v,--verbose"; "show" is an argument.
   template <class T>
-  Option& Add(std::string names, T& value, std::string description) {
-    return AddOption(std::move(names), &value, std::move(description));
+  Option& Add(const std::string& names, T& value, const std::string& description) {
+    return AddOption(names, &value, description);
   }
   /// An option whose text `take` understands.
   Option& AddText(std::string names, TakeText take, std::string description);
   /// An option with a choice of values. The help shows the one that `value` has now as default.
   template <class T>
-  Option& AddChoice(std::string names, T& value, const std::vector<std::pair<const char*, T>>& choices,
-                    std::string description) {
+  Option& AddChoice(const std::string& names, T& value, const std::vector<std::pair<const char*, T>>& choices,
+                    const std::string& description) {
     const auto choose = [&value, choices](size_t number) { value = choices[number].second; };
-    Option& option = AddOption(std::move(names), choose, std::move(description));
+    Option& option = AddOption(names, choose, description);
     for (const auto& [name, choice] : choices) {
       option.Choices.emplace_back(name);
       if (choice == value) option.Default = name;

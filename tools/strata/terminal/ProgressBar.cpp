@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
@@ -14,9 +15,13 @@ namespace Tool {
 
 namespace {
 
-constexpr auto FirstShown = std::chrono::seconds(1);
-constexpr auto Interval = std::chrono::milliseconds(100);
+constexpr double FirstShown = 1;  // seconds
+constexpr double Interval = 0.1;
 constexpr unsigned BarWidth = 24;
+
+double Now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 std::string Name(ProgressUnit unit) {
   switch (unit) {
@@ -35,7 +40,11 @@ std::string Name(ProgressUnit unit) {
 }  // namespace
 
 ProgressBar::ProgressBar(std::string what, ProgressUnit unit)
-    : m_What(std::move(what)), m_Unit(unit), m_OnTerminal(isatty(STDERR_FILENO) != 0) {}
+    : m_What(std::move(what)),
+      m_Unit(unit),
+      m_OnTerminal(isatty(STDERR_FILENO) != 0),
+      m_Started(Now()),
+      m_Shown(m_Started) {}
 
 ProgressBar::~ProgressBar() {
   Hide();
@@ -47,13 +56,12 @@ void ProgressBar::Hide() {
 }
 
 void ProgressBar::Update(Ferro::ui64_t done, Ferro::ui64_t total) {
-  const Clock::time_point now = Clock::now();
+  const double now = Now();
   if (!m_OnTerminal || now - m_Started < FirstShown || now - m_Shown < Interval) return;
   m_Shown = now;
   m_IsShown = true;
-  const double seconds = std::chrono::duration<double>(now - m_Started).count();
   const unsigned columns = Terminal::Columns(STDERR_FILENO) - 1;
-  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, seconds, columns, m_Unit).c_str());
+  std::fprintf(stderr, "\r%s\x1b[K", Line(m_What, done, total, now - m_Started, columns, m_Unit).c_str());
   std::fflush(stderr);
 }
 

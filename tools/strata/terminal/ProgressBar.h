@@ -3,7 +3,6 @@
 
 #include <Ferro/Types.h>
 
-#include <chrono>
 #include <string>
 
 namespace Tool {
@@ -30,13 +29,11 @@ class ProgressBar {
                                         double seconds, unsigned columns, ProgressUnit unit = ProgressUnit::Bytes);
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   const std::string m_What;
   const ProgressUnit m_Unit;
   const bool m_OnTerminal;
-  const Clock::time_point m_Started = Clock::now();
-  Clock::time_point m_Shown = m_Started;
+  const double m_Started;  // seconds, on a clock that never goes back; so is m_Shown
+  double m_Shown;
   bool m_IsShown = false;
 };
 

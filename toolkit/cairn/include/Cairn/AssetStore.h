@@ -6,9 +6,9 @@
 #include <Cairn/IAssetLookup.h>
 #include <Cairn/StoreFailure.h>
 
+#include <Ferro/FunctionRef.h>
 #include <Ferro/mem_ptr.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,7 +49,10 @@ class CAIRN_API AssetStore : public IAssetLookup {
   AssetStore& operator=(const AssetStore&) = delete;
 
   /// Asked by the calling thread before each file; false cancels. It must not call operations that are not const.
-  using OnScan = std::function<bool(const ScanProgress&)>;
+  using OnScan = Ferro::FunctionRef<bool(const ScanProgress&)>;
+
+  /// Called by one thread at a time; false cancels.
+  using OnVerify = Ferro::FunctionRef<bool(const VerifyProgress&)>;
 
   /// Opens the index; one that is open already is closed first. Without a name the index lies in memory.
   /// @param busy_timeout_ms  how long each operation waits for another process that keeps the index locked.
@@ -66,10 +69,10 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// Adds a folder, or looks for changes in it when it was added before.
   /// @return RESULT_OK; RESULT_INIT before Open; RESULT_NOT_FOUND, RESULT_NO_PERM, RESULT_NOTAFILE (no folder);
   ///         RESULT_CANCELLED, the index then being as it was; RESULT_CN_STORE.
-  [[nodiscard]] Result_t AddFolder(const std::string& folder, const OnScan& progress = {});
+  [[nodiscard]] Result_t AddFolder(const std::string& folder, OnScan progress = {});
   /// Looks for changes in all folders, and in the files registered. A folder that is not there now is logged and keeps
   /// its assets, which are then missing. Cancelled, it leaves the folders not yet scanned as they were.
-  [[nodiscard]] Result_t Refresh(const OnScan& progress = {});
+  [[nodiscard]] Result_t Refresh(OnScan progress = {});
   /// Forgets a folder with its assets. RESULT_NOT_FOUND for one that was not added.
   [[nodiscard]] Result_t Forget(const std::string& folder);
   [[nodiscard]] std::vector<std::string> Folders() const;
@@ -98,8 +101,7 @@ class CAIRN_API AssetStore : public IAssetLookup {
   /// @param interval_ms  0: after each piece that was read.
   /// @return RESULT_OK when every listed digest is the file's; RESULT_FALSE when some is not, some file is missing or
   ///         some asset not known; RESULT_CANCELLED; RESULT_CN_STORE.
-  [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0,
-                                       const std::function<bool(const VerifyProgress&)>& progress = {},
+  [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0, OnVerify progress = {},
                                        ui32_t interval_ms = 100);
 
   [[nodiscard]] Result_t GetAssetIDList(UUIDList& out) const override;

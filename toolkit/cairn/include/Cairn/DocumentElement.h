@@ -5,7 +5,8 @@
 #include <Cairn/Result.h>
 #include <Cairn/Types.h>
 
-#include <functional>
+#include <Ferro/FunctionRef.h>
+
 #include <string>
 #include <vector>
 
@@ -43,12 +44,12 @@ struct Element {
 };
 
 /// Is given the document element, never null; the tree is gone when it returns.
-using ElementReader = std::function<Result_t(const Element* root)>;
+using ElementReader = Ferro::FunctionRef<Result_t(const Element* root)>;
 
 /// Parses a document of any kind within the limits of DocumentParser and has `read` read its tree. Every failure is
 /// logged.
 /// @return what `read` returns; before it RESULT_XML_PARSE or Ferro::RESULT_TOOLARGE. Any thread may call it.
 [[nodiscard]] CAIRN_API Result_t ParseDocument(const std::string& xml, DOMTreeErrorReporter& reporter,
-                                               Ferro::ILogSink& log, const ElementReader& read);
+                                               Ferro::ILogSink& log, ElementReader read);
 
 }  // namespace Cairn

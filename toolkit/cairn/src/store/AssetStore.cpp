@@ -54,7 +54,7 @@ class Contents {
 
   /// Brings the index up to date with a folder. All that takes time is done without the index: nobody waits for it.
   /// @param may_add  false: a folder that another process has forgotten stays forgotten.
-  Result_t Update(const std::string& folder, bool may_add, const AssetStore::OnScan& progress) {
+  Result_t Update(const std::string& folder, bool may_add, AssetStore::OnScan progress) {
     for (;;) {
       const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
       if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
@@ -260,7 +260,7 @@ Result_t AssetStore::Open(const std::string& index_file, ui32_t busy_timeout_ms)
   });
 }
 
-Result_t AssetStore::AddFolder(const std::string& folder, const OnScan& progress) {
+Result_t AssetStore::AddFolder(const std::string& folder, OnScan progress) {
   if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   std::string path;
   if (const Result_t result = CanonicalPath(folder, path); result.Failure()) return result;
@@ -278,7 +278,7 @@ Result_t AssetStore::AddFolder(const std::string& folder, const OnScan& progress
   });
 }
 
-Result_t AssetStore::Refresh(const OnScan& progress) {
+Result_t AssetStore::Refresh(OnScan progress) {
   return m_Impl->Run([&] {
     for (const std::string& folder : m_Impl->Open->Folders())
       if (const Result_t result = m_Impl->Open->Update(folder, false, progress); result.Failure()) {
@@ -337,8 +337,7 @@ void AssetStore::ClearFailure() {
   m_Impl->SetFailure({});
 }
 
-Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads,
-                                   const std::function<bool(const VerifyProgress&)>& progress, ui32_t interval_ms) {
+Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) {
   if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
   if (const Result_t result = Refresh(); result.Failure()) return result;
   const VerificationPlan plan(ids);

@@ -21,8 +21,7 @@ using Clock = std::chrono::steady_clock;
 /// Adds up what the threads have done and reports it.
 class ProgressReport {
  public:
-  ProgressReport(const std::vector<DigestJob>& jobs, ui32_t interval_ms,
-                 const std::function<bool(const VerifyProgress&)>& callback)
+  ProgressReport(const std::vector<DigestJob>& jobs, ui32_t interval_ms, AssetStore::OnVerify callback)
       : m_Callback(callback), m_Interval(interval_ms) {
     m_Progress.FilesTotal = static_cast<ui32_t>(jobs.size());
     for (const DigestJob& job : jobs) m_Progress.BytesTotal += job.Size;
@@ -43,7 +42,7 @@ class ProgressReport {
     return !m_Cancelled;
   }
 
-  void Finish(const DigestJob& job, const std::function<bool(const DigestJob&)>& finished) {
+  void Finish(const DigestJob& job, Ferro::FunctionRef<bool(const DigestJob&)> finished) {
     const std::lock_guard lock(m_Mutex);
     if (!finished(job)) m_Cancelled = true;
   }
@@ -54,7 +53,7 @@ class ProgressReport {
   }
 
  private:
-  const std::function<bool(const VerifyProgress&)>& m_Callback;
+  const AssetStore::OnVerify m_Callback;
   const std::chrono::milliseconds m_Interval;
   const Clock::time_point m_Started = Clock::now();
 
@@ -72,7 +71,7 @@ std::string FailureText(const std::string& path, Result_t result) {
   return text;
 }
 
-void Compute(DigestJob& job, ProgressReport& report, const std::function<bool(const DigestJob&)>& finished) {
+void Compute(DigestJob& job, ProgressReport& report, Ferro::FunctionRef<bool(const DigestJob&)> finished) {
   fsize_t reported = 0;
   const auto piece = [&](fsize_t done) {
     const fsize_t bytes = done - reported;
@@ -119,8 +118,7 @@ bool VerificationPlan::Concerns(const AssetRecord& asset) const {
 }
 
 Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t interval_ms,
-                        const std::function<bool(const DigestJob&)>& finished,
-                        const std::function<bool(const VerifyProgress&)>& progress) {
+                        Ferro::FunctionRef<bool(const DigestJob&)> finished, AssetStore::OnVerify progress) {
   ProgressReport report(jobs, interval_ms, progress);
   std::atomic<size_t> next = 0;
   const auto work = [&] {

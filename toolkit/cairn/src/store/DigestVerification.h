@@ -5,7 +5,6 @@
 
 #include <Cairn/AssetStore.h>
 
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -46,7 +45,7 @@ class VerificationPlan {
 ///                  finished its piece. May be empty.
 /// @return RESULT_OK, or RESULT_CANCELLED. Files that could not be read are logged.
 [[nodiscard]] Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t interval_ms,
-                                      const std::function<bool(const DigestJob&)>& finished,
-                                      const std::function<bool(const VerifyProgress&)>& progress);
+                                      Ferro::FunctionRef<bool(const DigestJob&)> finished,
+                                      AssetStore::OnVerify progress);
 
 }  // namespace Cairn

@@ -48,7 +48,7 @@ std::set<std::string> TouchedPackages(const FolderUpdate& update, const ScannedF
 }  // namespace
 
 std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedFiles& known,
-                                         const AssetStore::OnScan& progress) {
+                                         AssetStore::OnScan progress) {
   FolderUpdate update;
   ScanProgress now{0, static_cast<ui32_t>(found.size())};
   for (const auto& [path, stamp] : found) {
@@ -69,7 +69,7 @@ std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedF
 }
 
 std::optional<FolderUpdate> CompareFolder(const FileStamps& found, const ScannedFiles& known,
-                                          const AssetStore::OnScan& progress) {
+                                          AssetStore::OnScan progress) {
   std::optional<FolderUpdate> result = CompareFiles(found, known, progress);
   if (!result || result->Empty()) return result;
   FolderUpdate& update = *result;

@@ -30,10 +30,10 @@ struct FolderUpdate {
 /// @param found  the files there are now.
 /// @param known  what is known of the files that there were.
 [[nodiscard]] std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedFiles& known,
-                                                       const AssetStore::OnScan& progress);
+                                                       AssetStore::OnScan progress);
 
 /// Compares a folder: its files, and the packages that a change of files touches. Otherwise as CompareFiles.
 [[nodiscard]] std::optional<FolderUpdate> CompareFolder(const FileStamps& found, const ScannedFiles& known,
-                                                        const AssetStore::OnScan& progress);
+                                                        AssetStore::OnScan progress);
 
 }  // namespace Cairn

@@ -185,7 +185,7 @@ bool IsOwnElement(const Element* child) {
 }
 
 Result_t ParseDocument(const std::string& xml, DOMTreeErrorReporter& reporter, Ferro::ILogSink& log,
-                       const ElementReader& read) {
+                       ElementReader read) {
   try {
     init_xml_libs();
     ParserLease parser;
@@ -199,7 +199,7 @@ Result_t ParseDocument(const std::string& xml, DOMTreeErrorReporter& reporter, F
   }
 }
 
-Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, const TreeReader& read) {
+Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, TreeReader read) {
   DCPFormat_t format = DFT_NONE;
   if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
   DOMTreeErrorReporter reporter;

@@ -7,9 +7,9 @@
 #include <Cairn/SignatureMode.h>
 #include <Cairn/X509CertificateList.h>
 
+#include <Ferro/FunctionRef.h>
 #include <Ferro/ILogSink.h>
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -38,11 +38,11 @@ namespace Cairn {
 void ReadSignature(const Element* signature, SignatureMode_t& mode, X509CertificateList& chain);
 
 /// Is given the document element, never null, and the document's flavour.
-using TreeReader = std::function<Result_t(const Element* root, DCPFormat_t format, Ferro::ILogSink& log)>;
+using TreeReader = Ferro::FunctionRef<Result_t(const Element* root, DCPFormat_t format, Ferro::ILogSink& log)>;
 
 /// Classifies a document by its namespace, parses it within the limits of DocumentParser, and has `read` read it. Every
 /// failure is logged.
 /// @return what `read` returns; before it RESULT_XML_PARSE, RESULT_XML_NAMESPACE or Ferro::RESULT_TOOLARGE.
-[[nodiscard]] Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, const TreeReader& read);
+[[nodiscard]] Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, TreeReader read);
 
 }  // namespace Cairn

@@ -2,12 +2,12 @@
 #pragma once
 
 #include <Ferro/Export.h>
+#include <Ferro/FunctionRef.h>
 #include <Ferro/Result.h>
 #include <Ferro/Types.h>
 #include <Ferro/UUID.h>
 #include <Ferro/mem_ptr.h>
 
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -37,6 +37,6 @@ class FERRO_API SHA1Digest {
 /// The digest of a file's bytes. `progress`, when given, is called after each piece with the bytes done so far; false
 /// from it ends the operation with RESULT_CANCELLED. RESULT_ALLOC where memory ran out; otherwise as FileReader.
 [[nodiscard]] FERRO_API Result_t DigestFile(const std::string& filename, SHA1& out,
-                                            const std::function<bool(fsize_t)>& progress = {});
+                                            FunctionRef<bool(fsize_t)> progress = {});
 
 }  // namespace Ferro

@@ -6,8 +6,9 @@
 #include <QUIRE/Result.h>
 #include <QUIRE/Types.h>
 
+#include <Ferro/mem_ptr.h>
+
 #include <array>
-#include <memory>
 #include <span>
 
 namespace QUIRE {
@@ -42,7 +43,7 @@ class QUIRE_API AESEncContext {
 
  private:
   struct State;
-  std::unique_ptr<State> m_State;
+  Ferro::mem_ptr<State> m_State;
 };
 
 /// AES-128 CBC decryption; the counterpart of AESEncContext.
@@ -62,7 +63,7 @@ class QUIRE_API AESDecContext {
 
  private:
   struct State;
-  std::unique_ptr<State> m_State;
+  Ferro::mem_ptr<State> m_State;
 };
 
 /// Derives the integrity key from the content key: SMPTE by the second block of the generator of RFC 4187, Appendix A
@@ -95,7 +96,7 @@ class QUIRE_API HMACContext {
 
  private:
   struct State;
-  std::unique_ptr<State> m_State;
+  Ferro::mem_ptr<State> m_State;
 };
 
 // The encrypted source value of one frame (ST 429-6, 9.7): initialization vector 16, encrypted check value 16, the

@@ -8,7 +8,6 @@
 #include <Ferro/UUID.h>
 
 #include <array>
-#include <memory>
 #include <span>
 #include <string>
 
@@ -29,6 +28,7 @@ class QUIRE_API FrameBuffer {
   FrameBuffer() = default;
   FrameBuffer(const FrameBuffer&) = delete;
   FrameBuffer& operator=(const FrameBuffer&) = delete;
+  ~FrameBuffer();
 
   /// Allocates room for exactly `bytes` bytes, uninitialised, and drops the frame held. Asking for the present capacity
   /// changes nothing; asking for 0 frees the memory.
@@ -37,9 +37,9 @@ class QUIRE_API FrameBuffer {
   [[nodiscard]] ui32_t Capacity() const { return m_Capacity; }
 
   /// The buffer's memory, Capacity() bytes; null when that is 0. Valid until the next call of Capacity.
-  [[nodiscard]] ui8_t* Data() { return m_Data.get(); }
-  [[nodiscard]] const ui8_t* Data() const { return m_Data.get(); }
-  [[nodiscard]] const ui8_t* RoData() const { return m_Data.get(); }
+  [[nodiscard]] ui8_t* Data() { return m_Data; }
+  [[nodiscard]] const ui8_t* Data() const { return m_Data; }
+  [[nodiscard]] const ui8_t* RoData() const { return m_Data; }
 
   /// Bytes filled. Asserts that they do not exceed the capacity.
   void Size(ui32_t bytes);
@@ -70,7 +70,7 @@ class QUIRE_API FrameBuffer {
   void Clear();
 
  private:
-  std::unique_ptr<ui8_t[]> m_Data;
+  ui8_t* m_Data = nullptr;  // owned; m_Capacity bytes
   ui32_t m_Capacity = 0;
   ui32_t m_Size = 0;
   ui32_t m_FrameNumber = NoFrame;

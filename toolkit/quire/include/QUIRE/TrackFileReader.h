@@ -9,7 +9,8 @@
 #include <QUIRE/Result.h>
 #include <QUIRE/WriterInfo.h>
 
-#include <memory>
+#include <Ferro/mem_ptr.h>
+
 #include <string>
 
 namespace QUIRE {
@@ -55,7 +56,7 @@ class QUIRE_API TrackFileReader {
   [[nodiscard]] Result_t OpenRead(const std::string& filename);
   /// Closes the file. Header and random index pack references given out end here. RESULT_INIT when none is open.
   Result_t Close();
-  [[nodiscard]] bool IsOpen() const { return m_Reader != nullptr; }
+  [[nodiscard]] bool IsOpen() const { return !m_Reader.empty(); }
 
   /// @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillWriterInfo(WriterInfo& info) const;
@@ -76,7 +77,7 @@ class QUIRE_API TrackFileReader {
   explicit TrackFileReader(EssenceType_t kind);
   ~TrackFileReader();
 
-  std::unique_ptr<h__Reader> m_Reader;  // set while a file is open
+  Ferro::mem_ptr<h__Reader> m_Reader;  // set while a file is open
 
  private:
   EssenceType_t m_Kind;

@@ -7,7 +7,8 @@
 #include <QUIRE/WriterInfo.h>
 #include <QUIRE/WriterOptions.h>
 
-#include <memory>
+#include <Ferro/mem_ptr.h>
+
 #include <string>
 
 namespace QUIRE {
@@ -38,7 +39,7 @@ class QUIRE_API TrackFileWriter {
   TrackFileWriter(const TrackFileWriter&) = delete;
   TrackFileWriter& operator=(const TrackFileWriter&) = delete;
 
-  [[nodiscard]] bool IsOpen() const { return m_Writer != nullptr; }
+  [[nodiscard]] bool IsOpen() const { return !m_Writer.empty(); }
   /// Edit units written so far.
   [[nodiscard]] ui32_t EditUnitCount() const;
   /// Completes the file with footer, index and random index pack; it then stands under its name and the writer is ready
@@ -53,7 +54,7 @@ class QUIRE_API TrackFileWriter {
   TrackFileWriter();
   ~TrackFileWriter();
 
-  std::unique_ptr<h__Writer> m_Writer;  // set while a file is open
+  Ferro::mem_ptr<h__Writer> m_Writer;  // set while a file is open
 };
 
 }  // namespace QUIRE

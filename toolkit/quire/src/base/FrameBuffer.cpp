@@ -5,14 +5,19 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace QUIRE {
 
+FrameBuffer::~FrameBuffer() {
+  delete[] m_Data;
+}
+
 Result_t FrameBuffer::Capacity(ui32_t bytes) {
   if (bytes == m_Capacity) return Ferro::RESULT_OK;
-  std::unique_ptr<ui8_t[]> data(bytes == 0 ? nullptr : new (std::nothrow) ui8_t[bytes]);
-  if (bytes != 0 && !data) return Ferro::RESULT_ALLOC;
-  m_Data = std::move(data);
+  ui8_t* data = bytes == 0 ? nullptr : new (std::nothrow) ui8_t[bytes];
+  if (bytes != 0 && data == nullptr) return Ferro::RESULT_ALLOC;
+  delete[] std::exchange(m_Data, data);
   m_Capacity = bytes;
   Clear();
   return Ferro::RESULT_OK;

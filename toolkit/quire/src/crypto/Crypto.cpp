@@ -10,6 +10,7 @@
 #include <openssl/sha.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace QUIRE {
 
@@ -120,7 +121,7 @@ void DeriveInterop(std::span<const ui8_t, KeyLen> content_key, std::array<ui8_t,
 struct AESEncContext::State : CipherChain {
   State() : CipherChain(true) {}
 };
-AESEncContext::AESEncContext() : m_State(std::make_unique<State>()) {}
+AESEncContext::AESEncContext() : m_State(new State) {}
 AESEncContext::~AESEncContext() = default;
 AESEncContext::AESEncContext(AESEncContext&&) noexcept = default;
 AESEncContext& AESEncContext::operator=(AESEncContext&&) noexcept = default;
@@ -137,7 +138,7 @@ Result_t AESEncContext::EncryptBlock(std::span<const ui8_t> in, std::span<ui8_t>
 struct AESDecContext::State : CipherChain {
   State() : CipherChain(false) {}
 };
-AESDecContext::AESDecContext() : m_State(std::make_unique<State>()) {}
+AESDecContext::AESDecContext() : m_State(new State) {}
 AESDecContext::~AESDecContext() = default;
 AESDecContext::AESDecContext(AESDecContext&&) noexcept = default;
 AESDecContext& AESDecContext::operator=(AESDecContext&&) noexcept = default;
@@ -173,7 +174,7 @@ struct HMACContext::State {
   bool Finished = false;
 };
 
-HMACContext::HMACContext() : m_State(std::make_unique<State>()) {}
+HMACContext::HMACContext() : m_State(new State) {}
 HMACContext::~HMACContext() = default;
 HMACContext::HMACContext(HMACContext&&) noexcept = default;
 HMACContext& HMACContext::operator=(HMACContext&&) noexcept = default;

@@ -5,7 +5,6 @@
 #include "base/ResultOf.h"
 #include "h__Reader.h"
 
-#include <memory>
 
 namespace QUIRE {
 
@@ -14,7 +13,7 @@ Result_t ReadTrackEncryption(const std::string& filename, TrackEncryption& out) 
   const Result_t result = EssenceType(filename, type);
   if (result.Failure()) return result;
   return ResultOf([&] {
-    std::unique_ptr<h__Reader> reader;
+    Ferro::mem_ptr<h__Reader> reader;
     // What is none of the kinds is refused as a file of the wrong kind, with a line that says what is wrong.
     const Result_t opened = h__Reader::Open(filename, type <= ESS_MXF_OTHER ? ESS_JPEG_2000 : type, reader);
     return opened.Success() ? reader->FillTrackEncryption(out) : opened;

@@ -13,13 +13,13 @@ TrackFileReader::TrackFileReader(EssenceType_t kind) : m_Kind(kind) {}
 TrackFileReader::~TrackFileReader() = default;
 
 Result_t TrackFileReader::OpenRead(const std::string& filename) {
-  m_Reader.reset();
+  m_Reader.set(nullptr);
   return ResultOf([&] { return h__Reader::Open(filename, m_Kind, m_Reader); });
 }
 
 Result_t TrackFileReader::Close() {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  m_Reader.reset();
+  m_Reader.set(nullptr);
   return Ferro::RESULT_OK;
 }
 

@@ -61,8 +61,8 @@ ui64_t TotalLength(const std::vector<MXF::EssenceRun>& runs) {
 
 }  // namespace
 
-Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, std::unique_ptr<h__Reader>& reader) {
-  std::unique_ptr<h__Reader> opened(new h__Reader);
+Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, Ferro::mem_ptr<h__Reader>& reader) {
+  Ferro::mem_ptr<h__Reader> opened(new h__Reader);
   Result_t result = opened->m_File.OpenRead(filename);
   if (result.Failure()) return result;
   const LogSubject subject(filename);

@@ -9,7 +9,6 @@
 #include <QUIRE/TrackFileReader.h>
 #include <QUIRE/WriterInfo.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,7 +22,7 @@ class h__Reader {
  public:
   /// Opens the file and reads its header; checks that it is of a kind which readers of `kind` read.
   [[nodiscard]] static Result_t Open(const std::string& filename, EssenceType_t kind,
-                                     std::unique_ptr<h__Reader>& reader);
+                                     Ferro::mem_ptr<h__Reader>& reader);
 
   [[nodiscard]] MXF::OP1aHeader& Header() { return m_Structure.Header; }
   [[nodiscard]] const TrackFacts& Facts() const { return m_Facts; }

@@ -19,7 +19,7 @@ Result_t TrackFileWriter::Finalize() {
 }
 
 void TrackFileWriter::Abandon() {
-  m_Writer.reset();
+  m_Writer.set(nullptr);
 }
 
 }  // namespace QUIRE

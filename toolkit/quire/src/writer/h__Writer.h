@@ -12,7 +12,6 @@
 
 #include <Ferro/FileWriter.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -106,13 +105,13 @@ class h__Writer {
 /// Opens a writer whose descriptor `make` builds of copies of `facts`, what all kinds' OpenWrite have in common.
 /// @return what h__Writer::Open returns; RESULT_STATE when `writer` is set; RESULT_ALLOC.
 template <class... Facts>
-[[nodiscard]] Result_t OpenWriter(std::unique_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t type,
+[[nodiscard]] Result_t OpenWriter(Ferro::mem_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t type,
                                   const WriterInfo& info, const Rational& edit_rate, const WriterOptions& options,
                                   bool is_constant_size, MXF::FileDescriptor& (*make)(SetFactory&, const Facts&...),
                                   const Facts&... facts) {
   if (writer) return Ferro::RESULT_STATE;
   return ResultOf([&] {
-    auto opened = std::make_unique<h__Writer>();
+    Ferro::mem_ptr<h__Writer> opened(new h__Writer);
     if (is_constant_size) opened->UseConstantSize();
     const Result_t result =
         opened->Open(filename, type, info, edit_rate, options,
