@@ -93,6 +93,22 @@ Cairn::DCSubtitle Subtitle() {
   return document;
 }
 
+constexpr char TimedText[] =
+    "<SubtitleReel xmlns='http://www.smpte-ra.org/schemas/428-7/2014/DCST' IntrinsicPictureResolution='1998x1080'>"
+    "<Id>urn:uuid:00000000-0000-4000-8000-000000000001</Id><ContentTitleText>T</ContentTitleText>"
+    "<IssueDate>2026-02-03T04:05:06Z</IssueDate><ReelNumber>1</ReelNumber><Language>en</Language>"
+    "<EditRate>24 1</EditRate><TimeCodeRate>24</TimeCodeRate><StartTime>00:00:00:00</StartTime>"
+    "<DisplayType>MainSubtitle</DisplayType><LoadFont ID='F'>urn:uuid:00000000-0000-4000-8000-000000000002</LoadFont>"
+    "<SubtitleList><Font ID='F' Size='48' Color='FFFFFFFF' Effect='border' EffectColor='FF000000' Weight='bold'>"
+    "<Subtitle SpotNumber='1' TimeIn='00:00:04:00' TimeOut='00:00:06:03' FadeUpTime='00:00:00:02'>"
+    "<LoadVariableZ ID='z'>1</LoadVariableZ><Font Italic='yes' Spacing='0.1' AspectAdjust='0.8' Script='sub'>"
+    "<Text Halign='left' Hposition='-1.5' Valign='bottom' Vposition='8' Zposition='2' VariableZ='z'>a"
+    "<Font Underline='yes' Feather='yes' EffectSize='0.1'>b</Font><Ruby><Rb>c</Rb><Rt Size='0.4' Position='after' "
+    "Offset='0.1'>d</Rt></Ruby><Space Size='0.2'/><HGroup>12</HGroup><Rotate Direction='left'>e</Rotate></Text></Font>"
+    "<Image Valign='top' Vposition='8'>urn:uuid:00000000-0000-4000-8000-000000000003</Image></Subtitle>"
+    "<Subtitle TimeIn='00:00:05:00' TimeOut='00:00:05:20'><Text Direction='ttb'>f</Text></Subtitle>"
+    "</Font></SubtitleList></SubtitleReel>";
+
 class Seeds {
  public:
   explicit Seeds(std::string folder) : m_Folder(std::move(folder)) {}
@@ -136,6 +152,13 @@ int main(int argc, char** argv) {
   }
   seeds.AddDocument(CompositionWithExtensions(), Cairn::DFT_DCI_SMPTE);
   seeds.AddSubtitle(Subtitle());
+  seeds.Add(TimedText);
+  seeds.Add(
+      "<DCSubtitle Version='1.1'><SubtitleID>00000000-0000-4000-8000-000000000001</SubtitleID><LoadFont Id='F' "
+      "URI='f.ttf'/><Font Id='F' Spacing='0.1em'><Font Underlined='yes'><Subtitle SpotNumber='1' "
+      "TimeIn='00:00:01.5' TimeOut='00:00:02:125' FadeUpTime='20' FadeDownTime='00:00:00:020'><Text HAlign='right' "
+      "VPosition='8' Direction='vertical'>a<Font Size='9'>b<Font Size='8'>c</Font></Font></Text><Image>1.png</Image>"
+      "</Subtitle></Font></Font></DCSubtitle>");
   seeds.Add(
       "<?xml version='1.0' encoding='ISO-8859-1'?><DCSubtitle><!-- \xE9 "
       "--><Text><![CDATA[<]]>&#65;</Text></DCSubtitle>");

@@ -43,7 +43,7 @@ format() {
 order='
 toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
-toolkit/cairn: base xml document store
+toolkit/cairn: base xml document text store
 toolkit/sigil: base certificate key signature message store
 toolkit/assay: base table form document run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist

@@ -243,6 +243,17 @@ TEST_F(Wrap, TextIsAsLongAsItsLines) {
   EXPECT_EQ(report["edit_rate"], "25 1");
 }
 
+TEST_F(Wrap, TheStartTimeIsNoPartOfTheTextsLength) {
+  const std::string text =
+      "<SubtitleReel xmlns=\"http://www.smpte-ra.org/schemas/428-7/2010/DCST\"><Id>urn:uuid:" + std::string(TrackID) +
+      "</Id><EditRate>24 1</EditRate><TimeCodeRate>24</TimeCodeRate><StartTime>01:00:00:00</StartTime><SubtitleList>"
+      "<Subtitle TimeIn=\"01:00:01:00\" TimeOut=\"01:00:02:00\"><Text>a</Text></Subtitle>"
+      "</SubtitleList></SubtitleReel>";
+  Write("a.xml", Bytes(text.begin(), text.end()));
+  ASSERT_EQ(RunWrap({Path("a.xml"), "--json"}), 0) << m_Errors;
+  EXPECT_EQ(Json::parse(m_Output)["duration"], 48);
+}
+
 TEST_F(Wrap, MissingFontIsNamed) {
   const std::string text = testsupport::MakeTextDocument(TrackID, {FontID}, {}, QUIRE::EditRate_24);
   Write("a.xml", Bytes(text.begin(), text.end()));

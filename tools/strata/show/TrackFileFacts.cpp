@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TrackFileFacts.h"
 
-#include "TextReferences.h"
 #include "terminal/LogView.h"
 
 #include <Cairn/DCSubtitle.h>
 #include <Cairn/InitObjectWithFile.h>
+#include <Cairn/TimedText.h>
 #include <Ferro/FileReader.h>
 #include <Ferro/Path.h>
 #include <QUIRE/AtmosReader.h>
@@ -149,18 +149,18 @@ void ReadTimedText(const std::string& filename, bool header_only, TrackFileFacts
   std::string text;
   if (const Result_t result = reader.ReadTimedTextResource(text); result.Failure())
     return Fail(facts, TrackFileProblem::TextUnreadable, result);
-  TextReferences references;
-  if (const Result_t result = ReadTextReferences(text, references); result.Failure())
-    return Fail(facts, TrackFileProblem::TextIsNotXML, result);
-  const auto missing_of = [&](const std::vector<Ferro::UUID>& ids) {
-    const auto is_missing = [&](const Ferro::UUID& id) {
-      return std::find(resources.begin(), resources.end(), id) == resources.end();
-    };
-    const auto missing = std::find_if(ids.begin(), ids.end(), is_missing);
-    return missing == ids.end() ? std::string() : missing->EncodeString();
+  Cairn::TimedText document;
+  if (const Result_t result = document.DecodeXML(text); result.Failure())
+    return Fail(facts,
+                result == Cairn::RESULT_XML_PARSE ? TrackFileProblem::TextIsNotXML : TrackFileProblem::TextUnreadable,
+                result);
+  const auto note_missing = [&](const Ferro::UUID& id, std::string& missing) {
+    const bool is_there = !id.HasValue() || std::find(resources.begin(), resources.end(), id) != resources.end();
+    if (!is_there && missing.empty()) missing = id.EncodeString();
   };
-  facts.MissingFont = missing_of(references.Fonts);
-  facts.MissingImage = missing_of(references.Images);
+  for (const Cairn::LoadedFont& font : document.LoadFontList) note_missing(font.Resource.ID, facts.MissingFont);
+  for (const Cairn::TextInstance& instance : document.InstanceList)
+    for (const Cairn::TextImage& image : instance.ImageList) note_missing(image.Resource.ID, facts.MissingImage);
 }
 
 void ReadSubtitle(const std::string& filename, TrackFileFacts& facts) {

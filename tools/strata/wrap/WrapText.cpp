@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "WrapEssence.h"
-#include "show/TextReferences.h"
-#include "show/TimedTextFacts.h"
 #include "terminal/CommandError.h"
 
+#include <Cairn/TextSchedule.h>
+#include <Cairn/TimedText.h>
+#include <Ferro/CheckedMath.h>
 #include <Ferro/FileText.h>
 #include <Ferro/Path.h>
 #include <QUIRE/TimedTextWriter.h>
@@ -44,17 +45,25 @@ QUIRE::TimedText::MIMEType_t TypeOf(const QUIRE::FrameBuffer& resource) {
   return is_font ? QUIRE::TimedText::MT_OPENTYPE : QUIRE::TimedText::MT_BIN;
 }
 
-TimedTextDescriptor Describe(const WrapJob& job, const std::string& filename, const std::string& text) {
-  TimedTextFacts facts;
-  if (!ReadTimedTextFacts(text, facts))
+Cairn::TimedText ReadDocument(const std::string& filename, const std::string& text) {
+  Cairn::TimedText document;
+  if (document.DecodeXML(text).Failure() || document.DCPFormat != Cairn::DFT_DCI_SMPTE || !document.ID.IsPresent())
     throw CommandError(ExitCode::NotPlayable, filename + ": this is no timed-text document of ST 428-7");
+  return document;
+}
+
+TimedTextDescriptor Describe(const WrapJob& job, const std::string& filename, const Cairn::TimedText& document) {
   TimedTextDescriptor descriptor;
-  descriptor.EditRate = job.EditRate(facts.EditRate);
-  descriptor.AssetID = facts.ID;
-  descriptor.NamespaceName = facts.Namespace;
-  descriptor.RFC5646LanguageTagList = job.Options().Language.empty() ? facts.Language : job.Options().Language;
+  descriptor.EditRate = job.EditRate(document.EditRate.Value);
+  descriptor.AssetID = document.ID.Value;
+  descriptor.NamespaceName = document.NamespaceName;
+  const std::string language = document.Language.IsPresent() ? document.Language.Value : std::string();
+  descriptor.RFC5646LanguageTagList = job.Options().Language.empty() ? language : job.Options().Language;
   descriptor.ContainerDuration = job.Options().Duration;
-  if (descriptor.ContainerDuration == 0) descriptor.ContainerDuration = facts.EndInEditUnits(descriptor.EditRate);
+  if (descriptor.ContainerDuration == 0) {
+    const Cairn::TextSchedule schedule(document, descriptor.EditRate);
+    descriptor.ContainerDuration = Ferro::CheckedCast<Ferro::ui32_t>(schedule.End()).value_or(0);
+  }
   if (descriptor.ContainerDuration == 0)
     throw CommandError(ExitCode::Usage, filename + ": no line says when it ends; --duration says how long the text is");
   return descriptor;
@@ -73,15 +82,12 @@ Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
   std::string text;
   if (const auto result = Ferro::ReadFileIntoString(filename, text, LargestDocument); result.Failure())
     throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
-  TimedTextDescriptor descriptor = Describe(job, filename, text);
+  const Cairn::TimedText document = ReadDocument(filename, text);
+  TimedTextDescriptor descriptor = Describe(job, filename, document);
 
-  TextReferences named;
-  if (ReadTextReferences(text, named).Failure())
-    throw CommandError(ExitCode::NotPlayable, filename + ": this document is not well-formed XML");
-  std::vector<Ferro::UUID> references = named.Fonts;
-  references.insert(references.end(), named.Images.begin(), named.Images.end());
+  std::vector<Ferro::UUID> references;
+  for (const Cairn::TextResource& resource : document.Resources()) references.push_back(resource.ID);
   std::sort(references.begin(), references.end());
-  references.erase(std::unique(references.begin(), references.end()), references.end());
 
   std::vector<std::string> files;
   QUIRE::TimedText::FrameBuffer frame;

@@ -14,6 +14,9 @@ inline constexpr char NS_SMPTE_AM[] = "http://www.smpte-ra.org/schemas/429-9/200
 inline constexpr char NS_SMPTE_AM_2006[] = "http://www.smpte-ra.org/schemas/429-9/2006/AM";
 inline constexpr char NS_Interop_AM[] = "http://www.digicine.com/PROTO-ASDCP-AM-20040311#";
 inline constexpr char NS_Interop_VL[] = "http://www.digicine.com/PROTO-ASDCP-VL-20040311#";
+inline constexpr char NS_SMPTE_DCST_2007[] = "http://www.smpte-ra.org/schemas/428-7/2007/DCST";
+inline constexpr char NS_SMPTE_DCST_2010[] = "http://www.smpte-ra.org/schemas/428-7/2010/DCST";
+inline constexpr char NS_SMPTE_DCST_2014[] = "http://www.smpte-ra.org/schemas/428-7/2014/DCST";
 
 // Extension elements of a composition playlist.
 inline constexpr char NS_SMPTE_Stereo[] = "http://www.smpte-ra.org/schemas/429-10/2008/Main-Stereo-Picture-CPL";
