@@ -90,12 +90,16 @@ constexpr Step InteropListSteps[] = {{IDElement},        {InteropAnnotation, 0, 
 constexpr TypeForm SMPTEListType{ValueForm::Anything, "", {}, SMPTEListSteps};
 constexpr TypeForm InteropListType{ValueForm::Anything, "", {}, InteropListSteps};
 
+// Elements that have a form wherever they stand, which may be in the mark of a packing list.
+constexpr GlobalElement InteropMapElements[] = {{Cairn::NS_Interop_AM, "Asset", &InteropMapAssetType},
+                                                {Cairn::NS_Interop_AM, "Chunk", &InteropChunkType}};
+
 using enum DocumentKind;
 
 constexpr Grammar Documents[] = {
     {AssetMap, Cairn::DFT_DCI_SMPTE, {Cairn::NS_SMPTE_AM, "AssetMap", &SMPTEMapType}, {}},
     {AssetMap, Cairn::DFT_DCI_SMPTE, {Cairn::NS_SMPTE_AM_2006, "AssetMap", &SMPTEMapType}, {}},
-    {AssetMap, Cairn::DFT_Interop, {Cairn::NS_Interop_AM, "AssetMap", &InteropMapType}, {}},
+    {AssetMap, Cairn::DFT_Interop, {Cairn::NS_Interop_AM, "AssetMap", &InteropMapType}, InteropMapElements},
     {VolumeIndex, Cairn::DFT_DCI_SMPTE, {Cairn::NS_SMPTE_AM, "VolumeIndex", &VolumeType}, {}},
     {VolumeIndex, Cairn::DFT_DCI_SMPTE, {Cairn::NS_SMPTE_AM_2006, "VolumeIndex", &VolumeType}, {}},
     {VolumeIndex, Cairn::DFT_Interop, {Cairn::NS_Interop_VL, "VolumeIndex", &VolumeType}, {}},

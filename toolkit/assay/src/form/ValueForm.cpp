@@ -141,7 +141,8 @@ bool IsBase64(std::string_view text) {
   std::string packed;
   for (const std::string_view word : Words(text)) packed += word;
   if (packed.size() % 4 != 0) return false;
-  const size_t padding = packed.ends_with("==") ? 2 : packed.ends_with('=') ? 1 : 0;
+  const size_t padding = packed.size() - (packed.find_last_not_of('=') + 1);
+  if (padding > 2) return false;
   packed.resize(packed.size() - padding);
   if (packed.find_first_not_of(Base64Digits) != std::string::npos) return false;
   if (padding == 0) return true;
