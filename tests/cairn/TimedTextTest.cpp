@@ -10,10 +10,7 @@ using CairnTest::SampleID;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class TimedText : public CairnTest::TimedTextTest {
- protected:
-  static constexpr char Font1[] = "urn:uuid:00000000-0000-4000-8000-000000000002";
-};
+class TimedText : public CairnTest::TimedTextTest {};
 
 TextField<std::string> Said(const std::string& text, Cairn::ui64_t line) {
   return {text, line};
