@@ -36,11 +36,12 @@ IndexTableSegment Constant(ui32_t size, i64_t start, i64_t duration) {
   return segment;
 }
 
-std::vector<ui64_t> Offsets(std::vector<IndexTableSegment> segments) {
+std::vector<ui64_t> Offsets(const std::vector<IndexTableSegment>& segments) {
   IndexTable table;
-  EXPECT_EQ(table.Build(std::move(segments)), Ferro::RESULT_OK);
+  EXPECT_EQ(table.Build(segments), Ferro::RESULT_OK);
   std::vector<ui64_t> offsets;
-  for (const IndexEntry& entry : table.Entries()) offsets.push_back(entry.StreamOffset);
+  IndexEntry entry;
+  while (table.Lookup(offsets.size(), entry).Success()) offsets.push_back(entry.StreamOffset);
   EXPECT_EQ(table.Duration(), offsets.size());
   return offsets;
 }
@@ -56,6 +57,32 @@ TEST(IndexTable, VariableSizeIsLookedUpInTheEntries) {
   EXPECT_EQ(table.Lookup(3, entry), RESULT_RANGE);
   EXPECT_EQ(table.Lookup(~ui64_t{0}, entry), RESULT_RANGE);
   EXPECT_EQ(entry.StreamOffset, 20u);
+}
+
+TEST(IndexTable, EntriesKeepAllTheirFields) {
+  IndexTableSegment segment = Variable(0, 2, 2);
+  segment.IndexEntryArray = {{0, 0, 0, 0xc0}, {0xfedcba9876543210, -2, -12, 0x33}};
+  IndexTable table;
+  ASSERT_EQ(table.Build({segment}), Ferro::RESULT_OK);
+  IndexEntry entry;
+  for (const ui64_t i : {1U, 0U}) {
+    ASSERT_EQ(table.Lookup(i, entry), Ferro::RESULT_OK);
+    EXPECT_EQ(entry, segment.IndexEntryArray[i]);
+  }
+}
+
+TEST(IndexTable, RebasedItLeadsToTheStartOfTheStream) {
+  IndexTable table;
+  table.Rebase(5);
+  EXPECT_TRUE(table.IsEmpty());
+  table.Append({100, 1, -1, 0x80});
+  table.Append({170, 0, 0, 0});
+  table.Rebase(8);
+  IndexEntry entry;
+  ASSERT_EQ(table.Lookup(0, entry), Ferro::RESULT_OK);
+  EXPECT_EQ(entry, (IndexEntry{8, 1, -1, 0x80}));
+  ASSERT_EQ(table.Lookup(1, entry), Ferro::RESULT_OK);
+  EXPECT_EQ(entry, (IndexEntry{78, 0, 0, 0}));
 }
 
 TEST(IndexTable, ConstantSizeIsComputed) {

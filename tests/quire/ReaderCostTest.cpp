@@ -2,7 +2,12 @@
 #include "AllocationCount.h"
 #include "ReaderFixture.h"
 
+#include <QUIRE/EssenceType.h>
 #include <QUIRE/FrameDecryption.h>
+#include <QUIRE/MXF/Dump.h>
+#include <QUIRE/MXF/IndexTableSegment.h>
+
+#include <gmock/gmock.h>
 
 #include <fstream>
 
@@ -97,7 +102,7 @@ TEST(ReaderCost, FrameIsReadWithoutAllocation) {
   EXPECT_EQ(Allocations, before);
 }
 
-TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd16BytesPerIndexedEditUnit) {
+TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd12BytesPerIndexedEditUnit) {
   // Two files of different length show what an entry takes.
   size_t held[2] = {};
   const size_t counts[2] = {1000, 21000};
@@ -113,14 +118,15 @@ TEST(ReaderCost, OpenReaderHoldsAtMost180KiBAnd16BytesPerIndexedEditUnit) {
     ASSERT_EQ(reader.ReadFrame(5, frame), RESULT_OK);
     held[i] = HeldBytes - before;
   }
-  EXPECT_LE(held[0], 180u * 1024 + 1000 * 16);
-  EXPECT_LE(held[1] - held[0], (counts[1] - counts[0]) * 16 + 64);
+  EXPECT_LE(held[0], 180u * 1024 + 1000 * 12);
+  EXPECT_LE(held[1] - held[0], (counts[1] - counts[0]) * 12 + 1024);
 }
 
 struct Effort {
   size_t FileSize = 0;
   size_t Peak = 0;         // bytes held at once
   size_t Allocations = 0;  // how often memory was asked for
+  bool WasOpened = false;
 };
 
 // Opens the file, reads of it what a player reads, and asks what it is.
@@ -130,6 +136,7 @@ Effort EffortFor(MxfBuilder& builder) {
   LogCapture log;
   const size_t held = PeakBytes = HeldBytes;
   const size_t allocations = Allocations;
+  bool was_opened = false;
   {
     JP2K::MXFReader pictures;
     TimedText::MXFReader texts;
@@ -137,15 +144,17 @@ Effort EffortFor(MxfBuilder& builder) {
     TimedText::FrameBuffer resource;
     TrackFileIdentity identity;
     if (builder.Kind == MxfBuilder::TimedText) {
-      if (texts.OpenRead(file.Name()).Success()) (void)texts.ReadTimedTextResource(resource);
-    } else if (pictures.OpenRead(file.Name()).Success()) {
-      (void)pictures.ReadFrame(0, frame);
+      was_opened = texts.OpenRead(file.Name()).Success();
+      if (was_opened) (void)texts.ReadTimedTextResource(resource);
+    } else {
+      was_opened = pictures.OpenRead(file.Name()).Success();
+      if (was_opened) (void)pictures.ReadFrame(0, frame);
     }
     (void)pictures.Close();
     (void)texts.Close();
     EXPECT_EQ(IdentifyTrackFile(file.Name(), identity), RESULT_OK);
   }
-  return {bytes.size(), PeakBytes - held, Allocations - allocations};
+  return {bytes.size(), PeakBytes - held, Allocations - allocations, was_opened};
 }
 
 constexpr size_t SixteenMiB = size_t{16} << 20;
@@ -214,6 +223,7 @@ TEST(ReaderCost, PartitionsTakeAtMost16MiBAboveTheFile) {
       }
       const Effort effort = EffortFor(builder);
       EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB) << count << ' ' << has_index;
+      EXPECT_TRUE(effort.WasOpened);
     }
   }
 }
@@ -237,6 +247,63 @@ TEST(ReaderCost, DecryptingATakenFrameAllocatesNothing) {
   EXPECT_EQ(Allocations, before);
   EXPECT_EQ(result, RESULT_OK);
   EXPECT_EQ(plain, builder.Frames[1]);
+}
+
+// Segments of `length` entries, up to `count` edit units; all but the first two lead to the start of the essence.
+Bytes SegmentsOf(size_t count, size_t length) {
+  Bytes bytes;
+  for (size_t start = 2; start < count; start += length) {
+    MXF::IndexTableSegment segment;
+    segment.IndexEditRate = {24, 1};
+    segment.IndexStartPosition = static_cast<i64_t>(start);
+    segment.IndexDuration = static_cast<i64_t>(length);
+    segment.IndexSID = 129;
+    segment.BodySID = 1;
+    segment.IndexEntryArray.resize(length);
+    segment.Write(bytes);
+  }
+  return bytes;
+}
+
+TEST(ReaderCost, LongIndexTakesAtMost16MiBAboveTheFile) {
+  struct Index {
+    size_t EditUnits;
+    size_t PerSegment;
+    MxfBuilder::IndexPlace_t Place;
+  };
+  for (const Index& index : {Index{2'500'000, 5000, MxfBuilder::InFooter}, Index{2'500'000, 5000, MxfBuilder::InHeader},
+                             Index{150'000, 1, MxfBuilder::InFooter}}) {
+    MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+    builder.IndexPlace = index.Place;
+    builder.ExtraSegments = SegmentsOf(index.EditUnits, index.PerSegment);
+    const Effort effort = EffortFor(builder);
+    EXPECT_LE(effort.Peak, effort.FileSize + SixteenMiB) << index.PerSegment;
+    EXPECT_GE(effort.Peak, index.EditUnits * 11) << "not looked at";
+    EXPECT_TRUE(effort.WasOpened);
+  }
+}
+
+TEST(ReaderCost, DumpOfManyPartitionsTakesAtMost16MiBAboveTheFile) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::TimedText, 1);
+  for (size_t i = 0; i < 30000; ++i) {
+    Resource resource;
+    resource.ID = Bytes(8, 9) + BE64(i);
+    resource.Data = Bytes(4, 5);
+    resource.SID = static_cast<ui32_t>(10 + i % 5000);
+    resource.Listed = false;
+    builder.Resources.push_back(resource);
+  }
+  const Bytes bytes = builder.Build();
+  const TemporaryFile file(bytes);
+  for (const MXF::DumpForm form : {MXF::DumpForm::Text, MXF::DumpForm::JSON}) {
+    const size_t held = PeakBytes = HeldBytes;
+    Ferro::FileReader reader;
+    std::string text;
+    ASSERT_EQ(reader.OpenRead(file.Name()), RESULT_OK);
+    ASSERT_EQ(MXF::DumpFile(reader, form, text), RESULT_OK);
+    EXPECT_LE(PeakBytes - held, bytes.size() + SixteenMiB);
+    EXPECT_THAT(text, testing::HasSubstr("left out: "));
+  }
 }
 
 }  // namespace

@@ -166,7 +166,7 @@ Bytes MxfBuilder::IndexSegments() const {
   Bytes all;
   for (int copy = 0; copy < (SegmentsTwice ? 2 : 1); ++copy)
     for (const Bytes& segment : segments) all += segment;
-  return all;
+  return all += ExtraSegments;
 }
 
 Bytes MxfBuilder::GenericStreams(std::vector<std::pair<ui32_t, size_t>>& packs) const {

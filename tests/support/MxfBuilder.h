@@ -76,6 +76,7 @@ class MxfBuilder {
   ui32_t ExtraEntries = 0;          // after the last, at the end of the essence
   ui32_t EntriesPerEditUnit = 1;    // 2: doubled tables
   ui32_t IndexRateFactor = 1;       // index edit rate over the edit rate
+  Bytes ExtraSegments;              // whole KLVs after the index segments
 
   // Header sets: properties added to, replaced in (same tag), or with an empty value removed from the set of this name.
   // Dynamic tags are those of DynamicTag.

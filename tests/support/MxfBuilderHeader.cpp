@@ -180,10 +180,11 @@ void MxfBuilder::AddDataDescriptor(Bytes& out, Properties properties) {
       {DynamicTag("060e2b34.01010108.01020105.01000000"), UTF16("http://www.smpte-ra.org/schemas/428-7/2010/DCST")});
   AddSet(out, "Descriptor", SetKey(0x64, 0), std::move(properties));
   for (size_t i = 0; i < Resources.size(); ++i)
-    AddSet(out, "Resource" + std::to_string(i), SetKey(0x65, 0),
-           {{DynamicTag("060e2b34.0101010c.01011513.00000000"), Resources[i].ID},
-            {DynamicTag("060e2b34.01010107.04090201.00000000"), UTF16(Resources[i].MIMEType)},
-            {0x3f07, BE32(Resources[i].SID)}});
+    if (Resources[i].Listed)
+      AddSet(out, "Resource" + std::to_string(i), SetKey(0x65, 0),
+             {{DynamicTag("060e2b34.0101010c.01011513.00000000"), Resources[i].ID},
+              {DynamicTag("060e2b34.01010107.04090201.00000000"), UTF16(Resources[i].MIMEType)},
+              {0x3f07, BE32(Resources[i].SID)}});
 }
 
 void MxfBuilder::AddDescriptor(Bytes& out) {

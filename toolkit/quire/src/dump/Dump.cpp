@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "DumpSet.h"
+#include "DumpWriter.h"
 #include "klv/KLVScanner.h"
 
 #include <QUIRE/MXF/Dump.h>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace QUIRE::MXF {
 namespace {
@@ -47,24 +49,16 @@ void DescribePartition(const Partition& partition, DumpNode& group) {
   for (const UL& label : partition.EssenceContainers) labels.AddText("", DescribeLabel(label));
 }
 
-void DescribeRandomIndex(const RIP& index, DumpNode& list) {
-  for (const RIP::Pair& pair : index.PairArray) {
-    DumpNode& group = list.Add("Partition", Kind::Group);
-    group.AddNumber("BodySID", pair.BodySID);
-    group.AddNumber("ByteOffset", pair.ByteOffset);
-  }
-}
-
-void DescribeIndex(const IndexTable& index, ui32_t body_sid, DumpNode& list) {
-  DumpNode& group = list.Add("Stream", Kind::Group);
+void DescribeIndex(const IndexTable& index, ui32_t body_sid, DumpNode& group) {
   group.AddNumber("BodySID", body_sid);
   group.AddText("EditRate",
                 std::to_string(index.EditRate().Numerator) + '/' + std::to_string(index.EditRate().Denominator));
   group.AddNumber("EditUnitByteCount", index.EditUnitByteCount());
   group.AddNumber("Duration", index.Duration());
-  if (index.Entries().empty()) return;
-  group.AddNumber("FirstOffset", index.Entries().front().StreamOffset);
-  group.AddNumber("LastOffset", index.Entries().back().StreamOffset);
+  if (index.EditUnitByteCount() != 0) return;
+  IndexEntry entry;
+  if (index.Lookup(0, entry).Success()) group.AddNumber("FirstOffset", entry.StreamOffset);
+  if (index.Lookup(index.Duration() - 1, entry).Success()) group.AddNumber("LastOffset", entry.StreamOffset);
 }
 
 struct ElementSum {
@@ -85,59 +79,87 @@ void DescribeElements(const std::map<UL, ElementSum>& sums, DumpNode& list) {
   }
 }
 
-/// Builds the description of one file.
+/// Describes one file, part by part: a made-up file has tens of thousands of partitions.
 class FileDescriber {
  public:
-  explicit FileDescriber(const Ferro::FileReader& file) : m_File(file) {}
+  FileDescriber(const Ferro::FileReader& file, DumpForm form) : m_File(file), m_Out(form) {}
 
   Result_t Describe() {
     const Result_t result = m_Structure.ReadHeader(m_File);
     if (result.Failure()) return result;
     Note("partitions", m_Structure.ReadPartitions(m_File));
-    Root.AddNumber("Size", m_File.Size());
-    Root.AddNumber("RunIn", m_Structure.RunIn);
-    DumpNode& partitions = Root.Add("Partitions", Kind::List);
-    for (const Partition& partition : m_Structure.Partitions)
-      DescribePartition(partition, partitions.Add("Partition", Kind::Group));
-    DescribeRandomIndex(m_Structure.RandomIndex, Root.Add("RandomIndexPack", Kind::List));
-    Root.AddNumber("PrimerEntries", m_Structure.Header.Primer.Entries().size());
-    DumpNode& sets = Root.Add("HeaderMetadata", Kind::List);
+    AddNumber("Size", m_File.Size());
+    AddNumber("RunIn", m_Structure.RunIn);
+    DescribePartitions();
+    AddNumber("PrimerEntries", m_Structure.Header.Primer.Entries().size());
+    m_Out.BeginList("HeaderMetadata");
     for (const auto& object : m_Structure.Header.Objects())
-      DescribeSet(*object, &m_Structure.Header.Primer, sets.Add("Set", Kind::Group));
+      AddItem("Set", [&](DumpNode& group) { DescribeSet(*object, &m_Structure.Header.Primer, group); });
+    m_Out.EndList();
     DescribeStreams();
-    DumpNode& problems = Root.Add("Problems", Kind::List);
+    DumpNode problems{Kind::List, "Problems", {}, {}};
+    if (m_LeftOut != 0) Problem("left out: " + std::to_string(m_LeftOut) + " more entries");
     for (const std::string& problem : m_Problems) problems.AddText("", problem);
+    m_Out.Add(problems);
     return Ferro::RESULT_OK;
   }
 
-  DumpNode Root;
+  std::string TakeText() { return m_Out.Finish(); }
 
  private:
+  void AddNumber(const char* name, ui64_t value) { m_Out.Add({Kind::Word, name, std::to_string(value), {}}); }
+
+  // Calls describe(group) for the next item of a list, while there is room for it.
+  template <class Describe>
+  void AddItem(const char* name, const Describe& describe) {
+    if (m_Out.IsFull()) {
+      ++m_LeftOut;
+      return;
+    }
+    DumpNode group{Kind::Group, name, {}, {}};
+    describe(group);
+    m_Out.AddItem(group);
+  }
+
+  void DescribePartitions() {
+    m_Out.BeginList("Partitions");
+    for (const Partition& partition : m_Structure.Partitions)
+      AddItem("Partition", [&](DumpNode& group) { DescribePartition(partition, group); });
+    m_Out.EndList();
+    m_Out.BeginList("RandomIndexPack");
+    for (const RIP::Pair& pair : m_Structure.RandomIndex.PairArray)
+      AddItem("Partition", [&](DumpNode& group) {
+        group.AddNumber("BodySID", pair.BodySID);
+        group.AddNumber("ByteOffset", pair.ByteOffset);
+      });
+    m_Out.EndList();
+  }
+
   void DescribeStreams() {
     const std::set<ui32_t> streams = Streams();
     const std::set<ui32_t> indexed = IndexedStreams();
-    DumpNode indexes{Kind::List, "Index", {}, {}};
-    DumpNode essence{Kind::List, "Essence", {}, {}};
+    m_Out.BeginList("Index");
     for (const ui32_t stream : streams) {
-      const std::string name = "stream " + std::to_string(stream);
-      if (indexed.contains(stream)) {
-        IndexTable index;
-        Note("index of " + name, m_Structure.ReadIndex(m_File, stream, index));
-        if (!index.IsEmpty()) DescribeIndex(index, stream, indexes);
-      }
-      std::vector<EssenceRun> runs;
-      Note("essence of " + name, m_Structure.ReadEssenceRuns(m_File, stream, runs));
-      for (const EssenceRun& run : runs) DescribeRun(run, stream, essence.Add("Run", Kind::Group));
+      if (!indexed.contains(stream)) continue;
+      IndexTable index;
+      Note("index of stream " + std::to_string(stream), m_Structure.ReadIndex(m_File, stream, index));
+      if (!index.IsEmpty()) AddItem("Stream", [&](DumpNode& group) { DescribeIndex(index, stream, group); });
     }
-    Root.Children.push_back(std::move(indexes));
-    Root.Children.push_back(std::move(essence));
+    m_Out.EndList();
+    m_Out.BeginList("Essence");
+    for (const ui32_t stream : streams) {
+      std::vector<EssenceRun> runs;
+      Note("essence of stream " + std::to_string(stream), m_Structure.ReadEssenceRuns(m_File, stream, runs));
+      for (const EssenceRun& run : runs) AddItem("Run", [&](DumpNode& group) { DescribeRun(run, stream, group); });
+    }
+    m_Out.EndList();
   }
 
   std::set<ui32_t> Streams() {
     std::set<ui32_t> streams;
     for (const Partition& partition : m_Structure.Partitions)
       if (partition.BodySID != 0 && streams.size() < MaxStreams) streams.insert(partition.BodySID);
-    if (streams.size() == MaxStreams) m_Problems.push_back("more streams than are shown");
+    if (streams.size() == MaxStreams) Problem("more streams than are shown");
     return streams;
   }
 
@@ -168,15 +190,15 @@ class FileDescriber {
       if (sums.size() > MaxKeys) break;
       at = packet->End();
     }
-    if (at != run.FileOffset + run.Length) Problem("essence stops making sense", at);
+    if (at != run.FileOffset + run.Length) Problem("essence stops making sense at offset " + std::to_string(at));
     DescribeElements(sums, group.Add("Elements", Kind::List));
   }
 
   void Note(const std::string& what, const Result_t& result) {
-    if (result.Failure()) m_Problems.push_back(what + ": " + result.Label());
+    if (result.Failure()) Problem(what + ": " + result.Label());
   }
-  void Problem(const std::string& what, ui64_t offset) {
-    m_Problems.push_back(what + " at offset " + std::to_string(offset));
+  void Problem(std::string problem) {
+    if (m_Problems.size() < MaxProblems) m_Problems.push_back(std::move(problem));
   }
 
   // What a hostile file can make us look at. Track files have one container of one or two keys and one index; each
@@ -184,18 +206,21 @@ class FileDescriber {
   static constexpr size_t MaxKeys = 64;
   static constexpr size_t MaxStreams = 8192;
   static constexpr size_t MaxIndexedStreams = 16;
+  static constexpr size_t MaxProblems = 1024;
 
   const Ferro::FileReader& m_File;
+  DumpWriter m_Out;
   FileStructure m_Structure;
   std::vector<std::string> m_Problems;
+  size_t m_LeftOut = 0;  // items of lists
 };
 
 }  // namespace
 
 Result_t DumpFile(const Ferro::FileReader& file, DumpForm form, std::string& out) {
-  FileDescriber describer(file);
+  FileDescriber describer(file, form);
   const Result_t result = describer.Describe();
-  if (result.Success()) out = form == DumpForm::JSON ? describer.Root.AsJSON() : describer.Root.AsText();
+  if (result.Success()) out = describer.TakeText();
   return result;
 }
 

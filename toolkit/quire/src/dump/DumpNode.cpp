@@ -7,7 +7,6 @@
 // The tree is as deep as the code that builds it, whatever the file holds.
 
 namespace QUIRE::MXF {
-namespace {
 
 using Kind = DumpNode::Kind;
 
@@ -32,6 +31,8 @@ std::string Quoted(const std::string& text) {
   return quoted + '"';
 }
 
+namespace {
+
 // Line ends within a text would look like another value.
 std::string OneLine(std::string text) {
   std::replace_if(
@@ -51,34 +52,34 @@ std::string InLine(const DumpNode& node) {
   return text + ']';
 }
 
-void AppendText(const DumpNode& node, size_t depth, std::string& out) {
-  if (node.Is == Kind::Group || HasGroups(node)) {
-    if (!node.Name.empty()) out += Indent(depth) + node.Name + (node.Value.empty() ? "" : " " + node.Value) + ":\n";
-    for (const DumpNode& child : node.Children) AppendText(child, depth + 1, out);
+}  // namespace
+
+void DumpNode::AppendText(size_t depth, std::string& out) const {
+  if (Is == Kind::Group || HasGroups(*this)) {
+    if (!Name.empty()) out += Indent(depth) + Name + (Value.empty() ? "" : " " + Value) + ":\n";
+    for (const DumpNode& child : Children) child.AppendText(depth + 1, out);
   } else {
-    out += Indent(depth) + node.Name + ": " + InLine(node) + '\n';
+    out += Indent(depth) + Name + ": " + InLine(*this) + '\n';
   }
 }
 
-void AppendJSON(const DumpNode& node, size_t depth, std::string& out) {
-  if (node.Is == Kind::Word) {
-    out += node.Value;
-  } else if (node.Is == Kind::Text) {
-    out += Quoted(node.Value);
+void DumpNode::AppendJSON(size_t depth, std::string& out) const {
+  if (Is == Kind::Word) {
+    out += Value;
+  } else if (Is == Kind::Text) {
+    out += Quoted(Value);
   } else {
-    const bool group = node.Is == Kind::Group;
+    const bool group = Is == Kind::Group;
     out += group ? '{' : '[';
-    for (const DumpNode& child : node.Children) {
-      out += (&child == &node.Children.front() ? "\n" : ",\n") + Indent(depth + 1);
+    for (const DumpNode& child : Children) {
+      out += (&child == &Children.front() ? "\n" : ",\n") + Indent(depth + 1);
       if (group) out += Quoted(child.Name) + ": ";
-      AppendJSON(child, depth + 1, out);
+      child.AppendJSON(depth + 1, out);
     }
-    if (!node.Children.empty()) out += '\n' + Indent(depth);
+    if (!Children.empty()) out += '\n' + Indent(depth);
     out += group ? '}' : ']';
   }
 }
-
-}  // namespace
 
 DumpNode& DumpNode::Add(std::string name, Kind kind, std::string value) {
   return Children.emplace_back(DumpNode{kind, std::move(name), std::move(value), {}});
@@ -86,13 +87,13 @@ DumpNode& DumpNode::Add(std::string name, Kind kind, std::string value) {
 
 std::string DumpNode::AsText() const {
   std::string out;
-  for (const DumpNode& child : Children) AppendText(child, 0, out);
+  for (const DumpNode& child : Children) child.AppendText(0, out);
   return out;
 }
 
 std::string DumpNode::AsJSON() const {
   std::string out;
-  AppendJSON(*this, 0, out);
+  AppendJSON(0, out);
   return out + '\n';
 }
 

@@ -27,6 +27,15 @@ struct DumpNode {
   [[nodiscard]] std::string AsText() const;
   /// RFC 8259, indented by two blanks.
   [[nodiscard]] std::string AsJSON() const;
+
+  /// This node among the text of others, as AsText and AsJSON write it; depth 0 is not indented.
+  void AppendText(size_t depth, std::string& out) const;
+  void AppendJSON(size_t depth, std::string& out) const;
 };
+
+/// Two blanks for each level.
+[[nodiscard]] std::string Indent(size_t depth);
+/// A JSON string.
+[[nodiscard]] std::string Quoted(const std::string& text);
 
 }  // namespace QUIRE::MXF

@@ -30,8 +30,10 @@ std::optional<MXF::KLVPacket> OnlyElement(MXF::KLVScanner& scanner, const MXF::E
 
 bool IndexLeadsInto(const MXF::IndexTable& index, ui64_t element_length) {
   if (index.EditUnitByteCount() != 0) return index.EditUnitByteCount() < element_length;
-  const auto entries = index.Entries();
-  return entries.size() > 1 && entries[1].StreamOffset - entries[0].StreamOffset < element_length;
+  MXF::IndexEntry first;
+  MXF::IndexEntry second;
+  return index.Lookup(0, first).Success() && index.Lookup(1, second).Success() &&
+         second.StreamOffset - first.StreamOffset < element_length;
 }
 
 // Walks over the tile-parts of the element's first codestream; true when another one follows.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "IndexBuilder.h"
 #include "base/FormatError.h"
 #include "klv/KLVScanner.h"
 #include "klv/PartitionBounds.h"
@@ -44,7 +45,7 @@ class SegmentCollector {
     return Ferro::RESULT_OK;
   }
 
-  std::vector<IndexTableSegment> Segments;
+  IndexBuilder Segments;
 
  private:
   // Takes the whole KLVs at the start of `block`; `taken` receives their length. A KLV longer than a block is passed over.
@@ -76,9 +77,9 @@ class SegmentCollector {
     const bool other_index = m_IndexSID != 0 && segment.IndexSID != 0 && segment.IndexSID != m_IndexSID;
     if (other_body || other_index) return Ferro::RESULT_OK;
     m_EntryCount += segment.IndexEntryArray.size();
-    if (m_EntryCount > MaxIndexEntries || Segments.size() == MaxSegments)
+    if (m_EntryCount > MaxIndexEntries || Segments.Count() == MaxSegments)
       return FormatError(offset, "index with too many entries or segments");
-    Segments.push_back(std::move(segment));
+    Segments.Add(std::move(segment));
     return Ferro::RESULT_OK;
   }
 
@@ -99,40 +100,39 @@ class IndexRebuilder {
       at = packet->End();
       if (!IsEssenceKey(packet->Key)) continue;
       const ui64_t start = run.StreamOffset + (packet->Offset - run.FileOffset);
-      if (m_Count++ % m_Elements == 0) m_Starts.push_back({start, 0, 0, 0x80});
+      if (m_Count++ % m_Elements == 0) m_UnitStart = start;
+      if (m_Count % m_Elements == 0) m_Units.Append({m_UnitStart, 0, 0, 0x80});
       m_StreamEnd = start + (packet->End() - packet->Offset);
-      if (m_Starts.size() > MaxIndexEntries) return FormatError(packet->Offset, "too many edit units");
+      if (m_Units.Duration() > MaxIndexEntries) return FormatError(packet->Offset, "too many edit units");
     }
     return m_Scanner.LastRead();
   }
 
   IndexTable Table() {
-    if (m_Count % m_Elements != 0) {  // the file breaks off within an edit unit
-      m_StreamEnd = m_Starts.back().StreamOffset;
-      m_Starts.pop_back();
-    }
-    IndexTable table;
-    if (m_Starts.empty()) return table;
+    if (m_Count % m_Elements != 0) m_StreamEnd = m_UnitStart;  // the file breaks off within an edit unit
+    if (m_Units.IsEmpty()) return {};
     const ui64_t size = SizeOf(0);
-    bool constant = m_Starts[0].StreamOffset == 0 && size <= 0xffffffff;
-    for (size_t i = 0; constant && i < m_Starts.size(); ++i) constant = SizeOf(i) == size;
-    if (constant)
-      table.SetConstant({}, static_cast<ui32_t>(size), m_Starts.size());
-    else
-      table.SetEntries({}, std::move(m_Starts));
-    return table;
+    const ui64_t count = m_Units.Duration();
+    bool constant = StartOf(0) == 0 && size <= 0xffffffff;
+    for (ui64_t i = 0; constant && i < count; ++i) constant = SizeOf(i) == size;
+    if (constant) m_Units.SetConstant({}, static_cast<ui32_t>(size), count);
+    return std::move(m_Units);
   }
 
  private:
-  ui64_t SizeOf(size_t i) const {
-    return (i + 1 < m_Starts.size() ? m_Starts[i + 1].StreamOffset : m_StreamEnd) - m_Starts[i].StreamOffset;
+  // The stream's end for the edit unit after the last.
+  ui64_t StartOf(ui64_t i) const {
+    IndexEntry entry;
+    return m_Units.Lookup(i, entry).Success() ? entry.StreamOffset : m_StreamEnd;
   }
+  ui64_t SizeOf(ui64_t i) const { return StartOf(i + 1) - StartOf(i); }
 
   KLVScanner m_Scanner;
   ui32_t m_Elements;
-  ui64_t m_Count = 0;
+  ui64_t m_Count = 0;      // of elements
+  ui64_t m_UnitStart = 0;  // of the latest edit unit, which may still lack elements
   ui64_t m_StreamEnd = 0;
-  std::vector<IndexEntry> m_Starts;
+  IndexTable m_Units;  // the whole ones
 };
 
 // The key alone is looked at: one element with a damaged length does not make the index wrong for all others.
@@ -142,21 +142,14 @@ bool IsEssenceAt(const Ferro::FileReader& file, const std::vector<EssenceRun>& r
   return offset && file.ReadAt(*offset, key).Success() && (IsEssenceKey(UL(key)) || IsSystemItemKey(UL(key)));
 }
 
-// The entries, moved so that the first one leads to the start of the stream.
-IndexTable Rebased(const IndexTable& index, ui64_t stream_start) {
-  std::vector<IndexEntry> entries(index.Entries().begin(), index.Entries().end());
-  const ui64_t first = entries.front().StreamOffset;
-  for (IndexEntry& entry : entries) entry.StreamOffset = entry.StreamOffset - first + stream_start;
-  IndexTable rebased;
-  rebased.SetEntries(index.EditRate(), std::move(entries));
-  return rebased;
-}
-
 // Looks at the second edit unit of a constant size, and at the first and the last of a variable one.
 bool LeadsToEssence(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs, const IndexTable& index) {
-  if (index.EditUnitByteCount() == 0)
-    return IsEssenceAt(file, runs, index.Entries().front().StreamOffset) &&
-           IsEssenceAt(file, runs, index.Entries().back().StreamOffset);
+  if (index.EditUnitByteCount() == 0) {
+    IndexEntry first;
+    IndexEntry last;
+    return index.Lookup(0, first).Success() && index.Lookup(index.Duration() - 1, last).Success() &&
+           IsEssenceAt(file, runs, first.StreamOffset) && IsEssenceAt(file, runs, last.StreamOffset);
+  }
   const ui64_t second = runs.front().StreamOffset + index.EditUnitByteCount();
   return IsEssenceAt(file, runs, runs.front().StreamOffset) &&
          (!FilePosition(runs, second) || IsEssenceAt(file, runs, second));
@@ -186,7 +179,7 @@ Result_t FileStructure::ReadIndex(const Ferro::FileReader& file, ui32_t body_sid
     const Result_t result = collector.Read(file, content.IndexOffset, content.IndexLength);
     if (result.Failure()) return result;
   }
-  return index.Build(std::move(collector.Segments));
+  return collector.Segments.Build(index);
 }
 
 Result_t FileStructure::ReadOrRebuildIndex(const Ferro::FileReader& file, const std::vector<EssenceRun>& runs,
@@ -197,19 +190,17 @@ Result_t FileStructure::ReadOrRebuildIndex(const Ferro::FileReader& file, const 
   if (result.Success() && !index.IsEmpty()) {
     if (LeadsToEssence(file, runs, index)) return Ferro::RESULT_OK;
     if (index.EditUnitByteCount() == 0) {
-      IndexTable rebased = Rebased(index, runs.front().StreamOffset);
-      if (LeadsToEssence(file, runs, rebased)) {
-        index = std::move(rebased);
-        return Ferro::RESULT_OK;
-      }
+      index.Rebase(runs.front().StreamOffset);
+      if (LeadsToEssence(file, runs, index)) return Ferro::RESULT_OK;
     }
   }
+  const Rational edit_rate = index.EditRate();
+  index = IndexTable();  // not two of them at once
   IndexRebuilder rebuilder(file, std::max<ui32_t>(elements, 1));
   for (const EssenceRun& run : runs) {
     const Result_t scanned = rebuilder.Scan(run);
     if (scanned.Failure()) return scanned;
   }
-  const Rational edit_rate = index.EditRate();
   index = rebuilder.Table();
   index.SetEditRate(edit_rate);
   return Ferro::RESULT_OK;

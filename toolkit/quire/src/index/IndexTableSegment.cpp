@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "base/BigEndian.h"
+#include "PackedEntry.h"
 #include "base/FormatError.h"
 #include "metadata/FieldCodec.h"
 #include "metadata/SetCodec.h"
@@ -10,14 +10,21 @@
 
 #include <Ferro/Assert.h>
 
+#include <tuple>
 #include <utility>
 
 namespace QUIRE::MXF {
 namespace {
 
-constexpr ui64_t EntryLength = 11;
+constexpr ui64_t EntryLength = std::tuple_size_v<PackedIndexEntry>;
 constexpr ui64_t DeltaLength = 6;
 
+// A segment is a local set: items of tag (2 bytes), length (2), value. An array's value is the number of its items (4),
+// the bytes of each (4), then the items, which may be longer than what is known of them (ST 377-1, 11.2):
+//
+//   delta   position table index (1), slice (1), offset of the element within the slice (4)
+//   entry   temporal offset (1), key frame offset (1), flags (1), stream offset (8), then slice offsets and positions
+//
 // The tags of a segment are fixed; no primer is consulted (ST 377-1, 11.2.1).
 enum Tag : ui16_t {
   InstanceUIDTag = 0x3c0a,
@@ -64,9 +71,7 @@ bool ReadDeltas(std::span<const ui8_t> bytes, std::vector<DeltaEntry>& deltas) {
 
 bool ReadEntries(std::span<const ui8_t> bytes, std::vector<IndexEntry>& entries) {
   entries.clear();
-  return ReadArray(bytes, EntryLength, [&](const ui8_t* item) {
-    entries.push_back({LoadBE<ui64_t>(item + 3), static_cast<i8_t>(item[0]), static_cast<i8_t>(item[1]), item[2]});
-  });
+  return ReadArray(bytes, EntryLength, [&](const ui8_t* item) { entries.push_back(UnpackEntry(item)); });
 }
 
 bool TakeItem(const SetItem& item, IndexTableSegment& segment) {
@@ -127,12 +132,7 @@ void AppendArrays(std::vector<ui8_t>& out, const IndexTableSegment& segment) {
     }
   }
   AppendArrayHead(out, IndexEntryArrayTag, segment.IndexEntryArray.size(), EntryLength);
-  for (const IndexEntry& entry : segment.IndexEntryArray) {
-    AppendBE(out, entry.TemporalOffset);
-    AppendBE(out, entry.KeyFrameOffset);
-    AppendBE(out, entry.Flags);
-    AppendBE(out, entry.StreamOffset);
-  }
+  for (const IndexEntry& entry : segment.IndexEntryArray) AppendBytes(out, PackEntry(entry));
 }
 
 }  // namespace

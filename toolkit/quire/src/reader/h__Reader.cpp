@@ -156,9 +156,10 @@ void h__Reader::CountEditUnits() {
     m_EditUnits = TotalLength(m_Runs) / size;
     if (m_Index.Duration() != 0) m_EditUnits = std::min(m_EditUnits, m_Index.Duration());
   } else {
-    const auto entries = m_Index.Entries();
-    m_EditUnits = entries.size();
-    if (!entries.empty() && entries.back().StreamOffset == TotalLength(m_Runs)) --m_EditUnits;
+    m_EditUnits = m_Index.Duration();
+    MXF::IndexEntry last;
+    const bool has_entries = m_EditUnits != 0 && m_Index.Lookup(m_EditUnits - 1, last).Success();
+    if (has_entries && last.StreamOffset == TotalLength(m_Runs)) --m_EditUnits;
     if (declared != 0 && m_EditUnits / 2 == declared && m_EditUnits >= 2) {
       m_EntriesPerEditUnit = 2;
       m_EditUnits = declared;

@@ -7,6 +7,7 @@
 #include <QUIRE/Result.h>
 #include <QUIRE/Types.h>
 
+#include <array>
 #include <optional>
 #include <span>
 #include <vector>
@@ -21,6 +22,10 @@ struct IndexEntry {
   ui8_t Flags = 0;          ///< 0x80 random access, 0x40 sequence header, 0x20 forward, 0x10 backward prediction
   friend bool operator==(const IndexEntry&, const IndexEntry&) = default;
 };
+
+/// An entry as it stands in a segment, big-endian: temporal offset, key frame offset, flags (one byte each), stream offset
+/// (8 bytes). Slice offsets and position tables, which may follow there, are left out.
+using PackedIndexEntry = std::array<ui8_t, 11>;
 
 /// One entry of the delta array (ST 377-1, 11.2.3); tells nothing for a container of a single element.
 struct DeltaEntry {
