@@ -67,14 +67,15 @@ class STRATA_API IPlaylist {
   virtual void GetLastCPLContext(UUID& id, Ferro::ArchivableList<Cairn::AssetInfo>& assets) const = 0;
 
   /// Writes the timeline as a show playlist document; nested show playlists come out flat, events as markers. `document`
-  /// is empty where an event's label is no text for XML.
+  /// is empty where an event's label is no text for XML, and, logged, where the system has no random numbers.
   /// @return RESULT_OK.
   [[nodiscard]] virtual Result_t GetShowPlaylistForTimeline(std::string& document) const = 0;
   /// Writes the timeline's text tracks as a resource presentation list (ST 430-11).
   /// @param base_path   put in front of each resource's identifier to form its URL
   /// @param document    receives the XML text
   /// @param playout_id  receives the random number that names this playout
-  /// @return RESULT_OK; RESULT_FALSE when no reel has text, the document then having no reel.
+  /// @return RESULT_OK; RESULT_FALSE when no reel has text, the document then having no reel; RESULT_FAIL, logged, where
+  ///         the system has no random numbers, the document then being empty and `playout_id` 0.
   [[nodiscard]] virtual Result_t GetPresentationListForTimeline(const std::string& base_path, std::string& document,
                                                                 ui32_t& playout_id) const = 0;
 

@@ -47,7 +47,7 @@ class STRATA_API ResourcePresentationList {
   ui32_t PlayoutID = 0;                        ///< names one playout of the show
   std::list<ReelResources> ReelResourcesList;  ///< in timeline order
 
-  /// Takes a random playout identifier.
+  /// Takes a random playout identifier; 0 where the system has no random numbers, and never otherwise.
   void GenRandomIDValue();
 
   /// Writes the document. Counts are written as their low 32 bits: that is how wide receivers take them.

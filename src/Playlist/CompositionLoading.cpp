@@ -93,9 +93,14 @@ Result_t CompositionLoader::AppendReel(const Cairn::Reel& reel) {
     return QUIRE::RESULT_FORMAT;
   }
 
-  m_Target.ReelCount += 1;
   TimelineReel appended;
   appended.m_ID = UUID::Random();
+  if (!appended.m_ID.HasValue()) {
+    Ferro::DefaultLogSink().Error("No random numbers to identify reel %d of %s\n",
+                                  static_cast<int>(m_Info.TotalReels + 1), m_CPLText.c_str());
+    return Ferro::RESULT_FAIL;
+  }
+  m_Target.ReelCount += 1;
   appended.m_CPL = m_CPL->ID;
   appended.m_CPLReelID = reel.ID;
   appended.m_CPLReelNumber = m_Info.TotalReels++;

@@ -2,6 +2,7 @@
 #include "Playlist/TimelineExport.h"
 
 #include <Ferro/Assert.h>
+#include <Ferro/ILogSink.h>
 #include <Ferro/Path.h>
 
 #include <memory>
@@ -75,10 +76,17 @@ ResourcePresentationList::ReelResource ResourceFor(const ITimelineTrack& track, 
   return resource;
 }
 
+Result_t NoRandomNumbers(const char* document) {
+  Ferro::DefaultLogSink().Error("No random numbers to identify the %s of the timeline\n", document);
+  return Ferro::RESULT_FAIL;
+}
+
 }  // namespace
 
-void FillShowPlaylist(const Timeline_t& timeline, const EventList& events, ui32_t duration_seconds, ShowPlaylist& out) {
+Result_t FillShowPlaylist(const Timeline_t& timeline, const EventList& events, ui32_t duration_seconds,
+                          ShowPlaylist& out) {
   out.ID = UUID::Random();
+  if (!out.ID.HasValue()) return NoRandomNumbers("show playlist");
   out.Annotation = "Runtime playlist";
   out.EstimatedDuration = duration_seconds;
 
@@ -90,10 +98,12 @@ void FillShowPlaylist(const Timeline_t& timeline, const EventList& events, ui32_
       writer.ContinueComposition(reel);
   }
   if (!timeline.empty()) writer.PlaceMarkersBefore(timeline.back().End());
+  return Ferro::RESULT_OK;
 }
 
-void FillPresentationList(const Timeline_t& timeline, const std::string& base_path, ResourcePresentationList& out) {
+Result_t FillPresentationList(const Timeline_t& timeline, const std::string& base_path, ResourcePresentationList& out) {
   out.GenRandomIDValue();
+  if (out.PlayoutID == 0) return NoRandomNumbers("resource presentation list");
   for (const TimelineReel& reel : timeline) {
     ResourcePresentationList::ReelResources resources;
     resources.TimelineOffset = reel.m_Offset;
@@ -106,6 +116,7 @@ void FillPresentationList(const Timeline_t& timeline, const std::string& base_pa
     }
     if (!resources.ReelResourceList.empty()) out.ReelResourcesList.push_back(resources);
   }
+  return Ferro::RESULT_OK;
 }
 
 }  // namespace Strata

@@ -5,13 +5,13 @@
 
 namespace Strata {
 
-// The encoders cannot fail on what a timeline holds but for text that XML cannot carry. Neither operation reports that:
-// the document is then empty.
+// The encoders cannot fail on what a timeline holds but for text that XML cannot carry. Neither operation reports that,
+// nor does the first report anything else: the document is then empty.
 Result_t h__Playlist::GetShowPlaylistForTimeline(std::string& document) const {
   document.clear();
   ShowPlaylist spl;
-  FillShowPlaylist(m_Timeline, m_EventList, m_DurationSeconds, spl);
-  static_cast<void>(spl.EncodeXML(document, Cairn::DFT_NONE));
+  if (FillShowPlaylist(m_Timeline, m_EventList, m_DurationSeconds, spl).Success())
+    static_cast<void>(spl.EncodeXML(document, Cairn::DFT_NONE));
   return Ferro::RESULT_OK;
 }
 
@@ -19,7 +19,9 @@ Result_t h__Playlist::GetPresentationListForTimeline(const std::string& base_pat
                                                      ui32_t& playout_id) const {
   ResourcePresentationList rpl;
   document.clear();
-  FillPresentationList(m_Timeline, base_path, rpl);
+  playout_id = 0;
+  const Result_t result = FillPresentationList(m_Timeline, base_path, rpl);
+  if (result.Failure()) return result;
   static_cast<void>(rpl.EncodeXML(document));
   playout_id = rpl.PlayoutID;
   return rpl.ReelResourcesList.empty() ? Ferro::RESULT_FALSE : Ferro::RESULT_OK;

@@ -44,10 +44,12 @@ void AddReel(Ferro::XMLElement& parent, const RPL::ReelResources& reel) {
 }  // namespace
 
 void ResourcePresentationList::GenRandomIDValue() {
+  PlayoutID = 0;
   std::array<ui8_t, 16> bytes{};
-  if (Ferro::FillRandom(bytes).Failure()) return;
-  Ferro::MemIOReader reader(bytes);
-  static_cast<void>(reader.ReadUi32BE(&PlayoutID));  // four of sixteen are always there
+  while (PlayoutID == 0 && Ferro::FillRandom(bytes).Success()) {
+    Ferro::MemIOReader reader(bytes);
+    static_cast<void>(reader.ReadUi32BE(&PlayoutID));  // four of sixteen are always there
+  }
 }
 
 Result_t ResourcePresentationList::EncodeXML(std::string& out) const {

@@ -3,6 +3,7 @@
 // takes the place of the system's functions.
 #include "../support/LogCapture.h"
 #include "../support/PackageMaker.h"
+#include "../support/RandomFault.h"
 #include "../support/ThreadFault.h"
 
 #include <Strata/IPlaylist.h>
@@ -92,6 +93,29 @@ TEST_F(InitialisationFault, ExceptionOfTheLookupIsAFailureWithItsText) {
   EXPECT_EQ(Try([&](auto& playlist) { return playlist.InitWithUUIDList({CompositionID}, lookup, {}); }),
             Ferro::RESULT_FAIL);
   EXPECT_EQ(Log.Lines(Ferro::LogLevel::Error).back(), "The playlist cannot be initialised: the store is closed\n");
+}
+
+TEST_F(InitialisationFault, WithoutRandomNumbersNothingGetsAnEmptyIdentifier) {
+  const std::string composition = PackageMaker::Encode(Composition);
+  Ferro::mem_ptr<Strata::IPlaylist> playlist;
+  ASSERT_EQ(Strata::NewPlaylist(playlist), Ferro::RESULT_OK);
+  ASSERT_EQ(playlist->InitWithPlaylist(composition, Package.Lookup, {}), Ferro::RESULT_OK);
+  const testsupport::NoRandomBytes none;
+  std::string document = "as before";
+  Ferro::ui32_t playout = 1;
+  EXPECT_EQ(playlist->GetShowPlaylistForTimeline(document), Ferro::RESULT_OK);
+  EXPECT_EQ(document, "");
+  document = "as before";
+  EXPECT_EQ(playlist->GetPresentationListForTimeline("http://media", document, playout), Ferro::RESULT_FAIL);
+  EXPECT_EQ(document, "");
+  EXPECT_EQ(playout, 0U);
+  EXPECT_EQ(Try([&](auto& other) { return other.InitWithPlaylist(composition, Package.Lookup, {}); }),
+            Ferro::RESULT_FAIL);
+  EXPECT_EQ(
+      Log.Lines(Ferro::LogLevel::Error),
+      (std::vector<std::string>{"No random numbers to identify the show playlist of the timeline\n",
+                                "No random numbers to identify the resource presentation list of the timeline\n",
+                                "No random numbers to identify reel 1 of " + Composition.ID.EncodeString() + "\n"}));
 }
 
 TEST_F(InitialisationFault, MemoryThatRunsOutAnywhereIsNoException) {

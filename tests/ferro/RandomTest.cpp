@@ -1,36 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/RandomFault.h"
+
 #include <Ferro/FileWriter.h>
 #include <Ferro/Random.h>
 #include <Ferro/UUID.h>
 
 #include <gtest/gtest.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <vector>
 
 using namespace Ferro;
 
-namespace {
-bool s_Fails = false;  // the system has no random bytes
-}
-
-// Stands before the system's for the library too.
-extern "C" __attribute__((visibility("default"))) ssize_t getrandom(void* buffer, size_t length, unsigned flags) {
-  if (!s_Fails) return syscall(SYS_getrandom, buffer, length, flags);
-  errno = ENOSYS;
-  return -1;
-}
-
 TEST(Random, SystemWithoutRandomBytesIsAFailure) {
-  s_Fails = true;
+  const testsupport::NoRandomBytes none;
   std::vector<ui8_t> bytes(16);
   EXPECT_EQ(FillRandom(bytes), RESULT_FAIL);
   EXPECT_FALSE(UUID::Random().HasValue());
   FileWriter writer;
   EXPECT_EQ(writer.OpenWrite(testing::TempDir() + "no-random-name"), RESULT_FILEOPEN);
-  s_Fails = false;
 }
 
 // A byte stays 0 in all of 16 fills with probability 2^-128.

@@ -7,13 +7,20 @@
 #include "TrackFileMaker.h"
 
 #include <Ferro/LogSink.h>
+#include <QUIRE/AtmosWriter.h>
+#include <QUIRE/DCDataWriter.h>
 #include <QUIRE/Dictionary.h>
 #include <QUIRE/EssenceType.h>
 #include <QUIRE/JP2KWriter.h>
+#include <QUIRE/MPEG2Writer.h>
+#include <QUIRE/PCMWriter.h>
+#include <QUIRE/TimedTextWriter.h>
 
 #include <unistd.h>
 
+#include <array>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -140,6 +147,7 @@ class WritingInShortage : public ::testing::Test {
   }
   template <class Work>
   void Try(const Work& work) {
+    unlink(m_Path.c_str());  // from a try before
     FailEachRequest([&] {
       const Result_t result = work();
       FailingRequest = 0;
@@ -152,23 +160,124 @@ class WritingInShortage : public ::testing::Test {
   std::string m_Path;
 };
 
-TEST_F(WritingInShortage, PicturesEndInAResult) {
-  JP2K::FrameBuffer frame;
-  const Bytes codestream = MakeCodestream(64, 36, 1);
-  ASSERT_EQ(frame.Capacity(static_cast<ui32_t>(codestream.size())), RESULT_OK);
-  std::copy(codestream.begin(), codestream.end(), frame.Data());
-  frame.Size(static_cast<ui32_t>(codestream.size()));
-  JP2K::PictureDescriptor descriptor;
-  ASSERT_EQ(JP2K::ParseCodestream(codestream, descriptor), RESULT_OK);
-  descriptor.EditRate = descriptor.SampleRate = EditRate_24;
-  const WriterInfo info = MakeWriterInfo({});
-  const WriterOptions options = MakeWriterOptions();
-  Try([&] {
-    JP2K::MXFWriter writer;
-    Result_t result = writer.OpenWrite(m_Path, info, descriptor, options);
-    for (int i = 0; i < 3 && result.Success(); ++i) result = writer.WriteFrame(frame);
+// One kind of track file; all that is written is made before memory becomes short.
+template <class Writer, class Buffer, class Open>
+class FrameWriting {
+ public:
+  FrameWriting(TrackKind kind, const TrackFileSpec& spec, Open open)
+      : m_Info(MakeWriterInfo(spec)), m_Contexts(spec), m_Open(std::move(open)) {
+    for (ui32_t i = 0; i < 3; ++i) FillBuffer(MakeFrame(kind, spec, i), m_Frames[i]);
+  }
+
+  Result_t operator()(const std::string& path) {
+    Writer writer;
+    Result_t result = m_Open(writer, path, m_Info);
+    for (const Buffer& frame : m_Frames)
+      if (result.Success()) result = writer.WriteFrame(frame, m_Contexts.Encryption(), m_Contexts.Integrity());
     return result.Success() ? writer.Finalize() : result;
-  });
+  }
+
+ private:
+  const WriterInfo m_Info;
+  WriteContexts m_Contexts;
+  std::array<Buffer, 3> m_Frames;
+  Open m_Open;
+};
+
+template <class Writer, class Buffer, class Descriptor>
+auto WritingOf(TrackKind kind, const TrackFileSpec& spec, const Descriptor& descriptor) {
+  const auto open = [descriptor, options = MakeWriterOptions()](Writer& writer, const std::string& path,
+                                                                const WriterInfo& info) {
+    return writer.OpenWrite(path, info, descriptor, options);
+  };
+  return FrameWriting<Writer, Buffer, decltype(open)>(kind, spec, open);
+}
+
+// In clear and encrypted.
+std::array<TrackFileSpec, 2> BothSpecs() {
+  std::array<TrackFileSpec, 2> specs;
+  specs[1].Key.emplace();
+  return specs;
+}
+
+TEST_F(WritingInShortage, PicturesEndInAResult) {
+  for (const TrackFileSpec& spec : BothSpecs()) {
+    auto pictures =
+        WritingOf<JP2K::MXFWriter, JP2K::FrameBuffer>(TrackKind::Picture, spec, MakePictureDescriptor(spec));
+    Try([&] { return pictures(m_Path); });
+    auto videos = WritingOf<MPEG2::MXFWriter, MPEG2::FrameBuffer>(TrackKind::MPEG2, spec, MakeVideoDescriptor(spec));
+    Try([&] { return videos(m_Path); });
+  }
+}
+
+TEST_F(WritingInShortage, StereoscopicPicturesEndInAResult) {
+  for (const TrackFileSpec& spec : BothSpecs()) {
+    const WriterInfo info = MakeWriterInfo(spec);
+    const WriterOptions options = MakeWriterOptions();
+    const JP2K::PictureDescriptor descriptor = MakePictureDescriptor(spec, true);
+    WriteContexts contexts(spec);
+    JP2K::SFrameBuffer frame;
+    FillBuffer(MakeFrame(TrackKind::StereoscopicPicture, spec, 0), frame.Left);
+    FillBuffer(MakeFrame(TrackKind::StereoscopicPicture, spec, 0, true), frame.Right);
+    Try([&] {
+      JP2K::MXFSWriter writer;
+      Result_t result = writer.OpenWrite(m_Path, info, descriptor, options);
+      for (int i = 0; i < 2 && result.Success(); ++i)
+        result = writer.WriteFrame(frame, contexts.Encryption(), contexts.Integrity());
+      return result.Success() ? writer.Finalize() : result;
+    });
+  }
+}
+
+TEST_F(WritingInShortage, SoundEndsInAResult) {
+  for (TrackFileSpec spec : BothSpecs())
+    for (const char* labels : {"", "51(L,R,C,LFE,Ls,Rs)"}) {
+      spec.MCAConfiguration = labels;
+      const auto open = [descriptor = MakeAudioDescriptor(spec), list = MakeLabels(spec),
+                         options = MakeWriterOptions()](PCM::MXFWriter& writer, const std::string& path,
+                                                        const WriterInfo& info) {
+        return writer.OpenWrite(path, info, descriptor, list, options);
+      };
+      FrameWriting<PCM::MXFWriter, PCM::FrameBuffer, decltype(open)> sound(TrackKind::Sound, spec, open);
+      Try([&] { return sound(m_Path); });
+    }
+}
+
+TEST_F(WritingInShortage, DataEndsInAResult) {
+  for (const TrackFileSpec& spec : BothSpecs()) {
+    auto data = WritingOf<DCData::MXFWriter, DCData::FrameBuffer>(TrackKind::Data, spec, MakeDataDescriptor(spec));
+    Try([&] { return data(m_Path); });
+    auto immersive =
+        WritingOf<ATMOS::MXFWriter, DCData::FrameBuffer>(TrackKind::Atmos, spec, MakeAtmosDescriptor(spec));
+    Try([&] { return immersive(m_Path); });
+  }
+}
+
+TEST_F(WritingInShortage, TextEndsInAResult) {
+  for (TrackFileSpec spec : BothSpecs()) {
+    spec.FontSizes = {100};
+    spec.ImageSizes = {200};
+    const WriterInfo info = MakeWriterInfo(spec);
+    const WriterOptions options = MakeWriterOptions();
+    const TimedText::TimedTextDescriptor descriptor = MakeTextDescriptor(spec);
+    const std::string text = MakeText(spec);
+    const std::vector<Bytes> resources = MakeResources(spec);
+    std::vector<TimedText::FrameBuffer> buffers(resources.size());
+    for (size_t i = 0; i < resources.size(); ++i) {
+      FillBuffer(resources[i], buffers[i]);
+      buffers[i].AssetID(descriptor.ResourceList[i].ResourceID);
+    }
+    WriteContexts contexts(spec);
+    Try([&] {
+      TimedText::MXFWriter writer;
+      Result_t result = writer.OpenWrite(m_Path, info, descriptor, options);
+      if (result.Success()) result = writer.WriteTimedTextResource(text, contexts.Encryption(), contexts.Integrity());
+      for (const TimedText::FrameBuffer& buffer : buffers)
+        if (result.Success())
+          result = writer.WriteAncillaryResource(buffer, contexts.Encryption(), contexts.Integrity());
+      return result.Success() ? writer.Finalize() : result;
+    });
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // What the writers refuse, with which result, and what is left afterwards.
+#include "../support/RandomFault.h"
 #include "TemporaryFolder.h"
 #include "TrackFileMaker.h"
 
@@ -53,6 +54,15 @@ TrackFileSpec EncryptedSpec() {
   TrackFileSpec spec;
   spec.Key = TrackFileKey{};
   return spec;
+}
+
+TEST_F(WriterRefusals, SystemWithoutRandomNumbersIsAFailure) {
+  WriterOptions options = MakeWriterOptions();
+  options.Seed = {};
+  const testsupport::NoRandomBytes none;
+  EXPECT_EQ(m_Picture.OpenWrite(m_Path, MakeWriterInfo({}), MakePictureDescriptor({}), options), Ferro::RESULT_FAIL);
+  EXPECT_TRUE(Logged("cannot write a track file: the system has no random numbers."));
+  EXPECT_TRUE(FolderIsEmpty());
 }
 
 TEST_F(WriterRefusals, FactsThatAreMissingAreNamed) {

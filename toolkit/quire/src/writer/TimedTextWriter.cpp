@@ -72,11 +72,11 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const TimedTextDescriptor&
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info,
                               const TimedTextDescriptor& descriptor, const WriterOptions& options) {
   if (m_Writer) return Ferro::RESULT_STATE;
-  if (const char* fault = FindFault(info, descriptor)) {
-    Ferro::DefaultLogSink().Error("%s: cannot write the timed text: %s.\n", filename.c_str(), fault);
-    return Ferro::RESULT_PARAM;
-  }
-  return ResultOf([&] {
+  return ResultOf([&]() -> Result_t {
+    if (const char* fault = FindFault(info, descriptor)) {
+      Ferro::DefaultLogSink().Error("%s: cannot write the timed text: %s.\n", filename.c_str(), fault);
+      return Ferro::RESULT_PARAM;
+    }
     TimedTextDescriptor kept = descriptor;
     std::vector<bool> written(descriptor.ResourceList.size(), false);
     const Result_t result = OpenWriter(m_Writer, filename, ESS_TIMED_TEXT, info, descriptor.EditRate, options, false,

@@ -40,10 +40,15 @@ Result_t h__Writer::Open(const std::string& filename, EssenceType_t type, const 
     Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s.\n", filename.c_str(), fault);
     return Ferro::RESULT_PARAM;
   }
+  const Ferro::UUID seed = options.Seed.HasValue() ? options.Seed : Ferro::UUID::Random();
+  if (!seed.HasValue()) {  // all identifiers and initialization vectors follow from it
+    Ferro::DefaultLogSink().Error("%s: cannot write a track file: the system has no random numbers.\n",
+                                  filename.c_str());
+    return Ferro::RESULT_FAIL;
+  }
   const EssenceKind& kind = KindOf(type);
   m_Filename = filename;
-  m_Plan = {&kind, info, edit_rate, MXF::Timestamp(options.Date.value_or(Ferro::Timestamp())),
-            options.Seed.HasValue() ? options.Seed : Ferro::UUID::Random()};
+  m_Plan = {&kind, info, edit_rate, MXF::Timestamp(options.Date.value_or(Ferro::Timestamp())), seed};
   m_IVecs.emplace(m_Plan.Seed, "initialization vector");
   m_Descriptor = std::move(descriptor);
 
@@ -240,6 +245,8 @@ Result_t h__Writer::Finalize(ui32_t duration) {
   return Guard([&] { return Complete(duration); });
 }
 
+// What comes last is written first: only when index and random index pack are on disk does the header say that the file
+// is complete.
 Result_t h__Writer::Complete(ui32_t duration) {
   if (!m_File.IsOpen()) return Ferro::RESULT_STATE;
   const std::vector<ui8_t> index = MakeIndex();
