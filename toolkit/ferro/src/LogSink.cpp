@@ -3,11 +3,14 @@
 #include <Ferro/LogSink.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <mutex>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -33,6 +36,15 @@ std::string Format(const char* format, va_list arguments) {
   return message;
 }
 
+// Who has something to tell, of memory that ran out for one, must not be left with an exception instead.
+void Send(ILogSink& sink, LogLevel level, const char* format, va_list arguments) {
+  try {
+    sink.WriteEntry(LogEntry(level, Format(format, arguments)));
+  } catch (const std::bad_alloc&) {
+    // There is no memory for the message: it is lost.
+  }
+}
+
 /// The number of bytes written, which is less than all of them after an error of the system.
 size_t WriteText(int descriptor, std::string_view text) {
   size_t done = 0;
@@ -52,35 +64,36 @@ ILogSink::~ILogSink() = default;
 void ILogSink::Debug(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  WriteEntry(LogEntry(LogLevel::Debug, Format(format, arguments)));
+  Send(*this, LogLevel::Debug, format, arguments);
   va_end(arguments);
 }
 
 void ILogSink::Info(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  WriteEntry(LogEntry(LogLevel::Info, Format(format, arguments)));
+  Send(*this, LogLevel::Info, format, arguments);
   va_end(arguments);
 }
 
 void ILogSink::Warn(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  WriteEntry(LogEntry(LogLevel::Warning, Format(format, arguments)));
+  Send(*this, LogLevel::Warning, format, arguments);
   va_end(arguments);
 }
 
 void ILogSink::Error(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  WriteEntry(LogEntry(LogLevel::Error, Format(format, arguments)));
+  Send(*this, LogLevel::Error, format, arguments);
   va_end(arguments);
 }
 
 ILogSink& DefaultLogSink() {
   if (ILogSink* sink = s_DefaultSink.load()) return *sink;
-  // Never destroyed: destructors of static objects may still log.
-  static StdErrLogSink& first = *new StdErrLogSink;
+  // Never destroyed: destructors of static objects may still log. Not on the heap, which may be full.
+  alignas(StdErrLogSink) static std::array<std::byte, sizeof(StdErrLogSink)> s_Storage;
+  static StdErrLogSink& first = *new (s_Storage.data()) StdErrLogSink;
   return first;
 }
 

@@ -35,8 +35,8 @@ struct ScanProgress {
 /// files of no package, serve too. What a file is, is found by looking inside. All folders answer together, so that a
 /// supplemental package in one place finds its original in another. Nothing in a folder is ever changed.
 ///
-/// The index lies in memory, or in a file that survives restarts: a file whose size and time are as they were is not
-/// opened again. Several processes may use one index file at once; each change is one transaction, so that a process
+/// The index lies in memory, or in a file that survives restarts: a file whose size and time are as they were, and that
+/// may still be read, is not opened again. Several processes may use one index file at once; each change is one transaction, so that a process
 /// that dies leaves the index as it was before or after.
 ///
 /// Any thread may call the const operations at any time once Open has returned; the others belong to one thread at a
@@ -100,7 +100,7 @@ class CAIRN_API AssetStore : public IAssetLookup {
   ///                  const.
   /// @param interval_ms  0: after each piece that was read.
   /// @return RESULT_OK when every listed digest is the file's; RESULT_FALSE when some is not, some file is missing or
-  ///         some asset not known; RESULT_CANCELLED; RESULT_CN_STORE.
+  ///         some asset not known; RESULT_CANCELLED; RESULT_ALLOC, with some files not read; RESULT_CN_STORE.
   [[nodiscard]] Result_t VerifyDigests(const UUIDList& ids, ui32_t threads = 0, OnVerify progress = {},
                                        ui32_t interval_ms = 100);
 

@@ -9,6 +9,8 @@
 #include <chrono>
 #include <map>
 #include <mutex>
+#include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -89,6 +91,17 @@ void Compute(DigestJob& job, ProgressReport& report, Ferro::FunctionRef<bool(con
   report.Add(0, 1);
 }
 
+// Starts one thread less than `count`, since the caller works too. Where the system refuses more, fewer do all.
+template <class Work>
+void StartSome(size_t count, const Work& work, std::vector<std::jthread>& workers) {
+  try {
+    workers.reserve(count);
+    while (workers.size() + 1 < count) workers.emplace_back(work);
+  } catch (const std::system_error& error) {
+    Ferro::DefaultLogSink().Warn("Digests are computed in %zu threads: %s\n", workers.size() + 1, error.what());
+  }
+}
+
 }  // namespace
 
 std::vector<DigestJob> VerificationPlan::Jobs(const std::vector<AssetRecord>& assets) const {
@@ -121,16 +134,21 @@ Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t int
                         Ferro::FunctionRef<bool(const DigestJob&)> finished, AssetStore::OnVerify progress) {
   ProgressReport report(jobs, interval_ms, progress);
   std::atomic<size_t> next = 0;
+  std::atomic<bool> out_of_memory = false;
   const auto work = [&] {
-    for (size_t index = next++; index < jobs.size() && !report.Cancelled(); index = next++)
-      Compute(jobs[index], report, finished);
+    try {
+      for (size_t index = next++; index < jobs.size() && !report.Cancelled(); index = next++)
+        Compute(jobs[index], report, finished);
+    } catch (const std::bad_alloc&) {
+      out_of_memory = true;
+    }
   };
   {
     std::vector<std::jthread> workers;
-    const size_t count = std::min<size_t>(threads, jobs.size());
-    for (size_t i = 1; i < count; ++i) workers.emplace_back(work);
+    StartSome(std::min<size_t>(threads, jobs.size()), work, workers);
     work();
   }
+  if (out_of_memory) return Ferro::RESULT_ALLOC;
   return report.Cancelled() ? Ferro::RESULT_CANCELLED : Ferro::RESULT_OK;
 }
 

@@ -200,11 +200,15 @@ Result_t ParseDocument(const std::string& xml, DOMTreeErrorReporter& reporter, F
 }
 
 Result_t ReadDocument(const std::string& xml, Ferro::ILogSink& log, TreeReader read) {
-  DCPFormat_t format = DFT_NONE;
-  if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
-  DOMTreeErrorReporter reporter;
-  reporter.m_LogSink = &log;
-  return ParseDocument(xml, reporter, log, [&](const Element* root) { return read(root, format, log); });
+  try {
+    DCPFormat_t format = DFT_NONE;
+    if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
+    DOMTreeErrorReporter reporter;
+    reporter.m_LogSink = &log;
+    return ParseDocument(xml, reporter, log, [&](const Element* root) { return read(root, format, log); });
+  } catch (...) {
+    return LogXMLException(log);
+  }
 }
 
 }  // namespace Cairn

@@ -17,8 +17,8 @@ ParsingFrame::ParsingFrame() = default;
 ParsingFrame::~ParsingFrame() = default;
 
 Result_t ParsingFrame::ParseDocument(const std::string& xml, DCPFormat_t& format, Ferro::ILogSink& log) {
-  if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
   try {
+    if (const Result_t result = ClassifyXMLDocument(xml, format, log); result.Failure()) return result;
     init_xml_libs();
     m_parser.set(new DocumentParser);
     SetupParser(log);

@@ -8,7 +8,7 @@ namespace Ferro {
 class LogEntry;
 
 /// Where messages go. The printf-style operations build the whole message, then hand it over in one piece; any thread
-/// may call them. Messages end in "\n" by convention.
+/// may call them. Messages end in "\n" by convention. One that there is no memory for is lost, without an exception.
 class FERRO_API ILogSink {
  public:
   virtual ~ILogSink();
