@@ -110,6 +110,57 @@ TEST_F(AssetStoreScanTest, FileAndFolderWithoutPermissionSaySo) {
   EXPECT_THAT(Only(SampleID(20)).Reasons(), ElementsAre("The file cannot be opened: Permission denied."));
 }
 
+// Permission comes and goes without a change of size or time.
+TEST_F(AssetStoreScanTest, PermissionThatWentAndCameIsSeen) {
+  PackageMaker package(At("package"), 10);
+  package.AddComposition(20);
+  package.Write();
+  std::filesystem::permissions(Base.Folder(), std::filesystem::perms(0755));
+  ASSERT_EQ(Add("package"), RESULT_OK);
+  const std::vector<std::string> before = Describe();
+  const std::string composition = At("package/cpl_20.xml").string();
+  const uid_t user = geteuid();
+  for (const bool may_read : {false, false, true}) {
+    std::filesystem::permissions(composition, std::filesystem::perms(may_read ? 0644 : 0));
+    ASSERT_EQ(user == 0 ? seteuid(65534) : 0, 0);
+    const Result_t added = Add("package");
+    ASSERT_EQ(user == 0 ? seteuid(user) : 0, 0);
+    ASSERT_EQ(added, RESULT_OK);
+    if (may_read)
+      EXPECT_EQ(Describe(), before);
+    else
+      EXPECT_THAT(Only(SampleID(20)).Reasons(), ElementsAre("The file cannot be opened: Permission denied."));
+    EXPECT_EQ(Store.Unreadable().empty(), may_read);
+  }
+}
+
+// What stands beside packages: key messages, what other systems leave, other makers' documents.
+TEST_F(AssetStoreScanTest, StrayDocumentsAreNoAssets) {
+  PackageMaker package(At("package"), 10);
+  package.AddComposition(20);
+  package.Write();
+  const std::string id = "<Id>urn:uuid:00000000-0000-4000-8000-0000000000ab</Id>";
+  PutText(At("package/kdm.xml"),
+          "<DCinemaSecurityMessage xmlns=\"http://www.smpte-ra.org/schemas/430-3/2006/ETM\"><AuthenticatedPublic>"
+          "<MessageId>urn:uuid:00000000-0000-4000-8000-0000000000ab</MessageId><RequiredExtensions>CompositionPlaylist"
+          "</RequiredExtensions></AuthenticatedPublic></DCinemaSecurityMessage>");
+  PutText(At("package/._cpl_20.xml"), std::string_view("\0\x05\x16\x07\0\x02\0\0Mac OS X        ", 24));
+  PutText(At("package/vendor.xml"),
+          "<CompositionPlaylist xmlns=\"http://vendor.example/cpl\">" + id + "<PackingList/></CompositionPlaylist>");
+  PutText(At("package/ASSETMAP"), "<AssetMap xmlns=\"http://vendor.example/map\">" + id + "</AssetMap>");
+  PutText(At("package/list.xml"), "<PackingList>" + id + "</PackingList>");
+  PutText(At("package/note.xml"), "<!-- <CompositionPlaylist/> --><note>" + id + "</note>");
+  ASSERT_EQ(Add("package"), RESULT_OK);
+  std::vector<std::string> found;
+  for (const AssetRecord& record : Store.Assets())
+    found.push_back(std::filesystem::path(record.Info.RealFilename).filename());
+  EXPECT_THAT(found, testing::UnorderedElementsAre("cpl_20.xml", "pkl.xml"));
+  ASSERT_EQ(Store.Packages().size(), 1U);
+  EXPECT_THAT(Store.Packages().front().Findings, IsEmpty());
+  AssetInfo info;
+  EXPECT_EQ(Store.RegisterAsset(At("package/vendor.xml"), SHA1(), info), RESULT_CN_VALUE);
+}
+
 TEST_F(AssetStoreScanTest, RegisteredFileIsForgottenAndAFoldersFileStays) {
   AssetInfo info;
   ASSERT_EQ(Add("a"), RESULT_OK);

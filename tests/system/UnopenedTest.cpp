@@ -122,6 +122,18 @@ TEST_F(Unopened, CheckAdvisesPermissionForATrackFile) {
   EXPECT_THAT(check.Output, HasSubstr("Allow this user to read it, or copy it again."));
 }
 
+TEST_F(Unopened, CheckWithAnIndexSeesThatPermissionWent) {
+  const std::string index = m_Show.Beside("index");
+  fs::create_directory(index);
+  fs::permissions(index, fs::perms::all);
+  ASSERT_EQ(Run({"check", m_Show.Path(), "--index", index + "/index"}).Code, 0);
+  Close("Trailer/sound-1.mxf");
+  const Answer check = Run({"check", m_Show.Path(), "--index", index + "/index"});
+  EXPECT_EQ(check.Code, 2);
+  EXPECT_THAT(check.Output, HasSubstr("sound: The file cannot be opened: Permission denied.\n"));
+  EXPECT_THAT(check.Output, Not(HasSubstr("damaged")));
+}
+
 TEST_F(Unopened, CheckAdvisesPermissionForTheOnlyComposition) {
   Close("Trailer/CPL.xml");
   const Answer check = Run({"check", m_Show.Path("Trailer")});

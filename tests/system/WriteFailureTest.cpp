@@ -62,6 +62,21 @@ TEST_F(WriteFailure, FullDiskWhileMakingASampleIsSaidOnceAndNamesTheFileThatWasT
                             "/Trailer/picture-1.mxf: cannot write [0-9]+ bytes at offset [0-9]+: File too large\n"));
 }
 
+// An index that cannot keep what was found: the show is not said to be whole.
+TEST_F(WriteFailure, CheckSaysThatNotAllWasVerified) {
+  const std::string index = m_Show.Beside("index");
+  ASSERT_EQ(StrataProgram({"check", m_Show.Path(), "--index", index}).Wait(), 0);
+  std::unique_ptr<StrataProgram> check;
+  {
+    const Ferro::Test::FileSizeLimit limit(rlim_t{40} << 10);
+    check =
+        std::make_unique<StrataProgram>(std::vector<std::string>{"check", m_Show.Path(), "--hash", "--index", index});
+  }
+  EXPECT_EQ(check->Wait(), 2);
+  EXPECT_THAT(check->Output(),
+              testing::HasSubstr("error: Not all files could be verified: the asset index " + index + ": "));
+}
+
 TEST_F(WriteFailure, FolderForASampleThatCannotBeMadeIsNamed) {
   m_Show.Write("file", "");
   StrataProgram maker({"make-sample", m_Show.Path("file/sample"), "--length", "1"});

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace Tool {
 
@@ -78,7 +79,21 @@ Ferro::ui32_t SecondsOf(const ShowOutline& outline) {
   return static_cast<Ferro::ui32_t>(std::min(seconds + Rounding, 4e9));
 }
 
-CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash) {
+/// Why the verification did not get to its end; what it found of single files, other findings tell.
+std::optional<Finding> FindInVerification(const Cairn::AssetStore& store, const Cairn::Result_t& result) {
+  if (result.Success() || result == Ferro::RESULT_CANCELLED) return std::nullopt;
+  std::string reason = result.Label();
+  if (result == Cairn::RESULT_CN_STORE) {
+    const Cairn::StoreFailure failure = store.LastFailure();
+    reason = "the asset index" + (failure.File.empty() ? "" : ' ' + failure.File) + ": " + failure.Reason;
+  }
+  while (reason.ends_with('.')) reason.pop_back();
+  Finding finding(FindingID::StoreUnverified);
+  finding.Message = "Not all files could be verified: " + reason + '.';
+  return finding;
+}
+
+CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash, const std::optional<Finding>& unverified) {
   const ShowOutline outline(inputs);
   const ShowSecurity security(keys, outline);
   CheckReport report;
@@ -90,6 +105,7 @@ CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash) {
                                    security.Answers[report.Compositions.size()]});
   report.Hash = hash;
   report.Findings = CheckShow(outline, &security);
+  if (unverified) report.Findings.push_back(*unverified);
   if (Interrupt::Requested()) return report;
   const EngineAnswer answer = LoadShow(inputs);
   report.DurationSeconds = answer.Loads ? answer.DurationSeconds : SecondsOf(outline);
@@ -122,8 +138,10 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
 
 /// Verifies and checks the show that `inputs` mean.
 CheckReport CheckOne(Inputs& inputs, ShowKeys& keys, bool hash) {
-  if (hash) static_cast<void>(VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs))));
-  return Interrupt::Requested() ? CheckReport() : MakeReport(inputs, keys, hash);
+  Cairn::Result_t verified = Ferro::RESULT_OK;
+  if (hash) verified = VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs)));
+  if (Interrupt::Requested()) return CheckReport();
+  return MakeReport(inputs, keys, hash, FindInVerification(inputs.Store(), verified));
 }
 
 /// Each of several shows by itself.

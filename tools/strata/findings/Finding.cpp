@@ -144,12 +144,13 @@ constexpr std::array Kinds = {
     FindingKind{ShowRemark, "show-remark", Warning, "", ""},
     FindingKind{StoreFolderMissing, "store-folder-missing", Missing, "The folder is not there, nor what was in it.",
                 "Connect its disk, or forget the folder with `strata store forget`."},
+    FindingKind{StoreUnverified, "store-unverified", Error, "Not all files could be verified.", "Check it again."},
 };
 
 constexpr bool IsInOrder() {
   for (size_t index = 0; index < Kinds.size(); ++index)
     if (static_cast<size_t>(Kinds[index].ID) != index) return false;
-  return Kinds.size() == static_cast<size_t>(StoreFolderMissing) + 1;
+  return Kinds.size() == static_cast<size_t>(StoreUnverified) + 1;
 }
 static_assert(IsInOrder());
 

@@ -117,6 +117,7 @@ enum class FindingID {
   ShowRefused,
   ShowRemark,
   StoreFolderMissing,
+  StoreUnverified,
 };
 
 /// What is the same for all findings of one kind.

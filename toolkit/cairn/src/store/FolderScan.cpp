@@ -70,6 +70,7 @@ struct Scan {
   std::vector<std::string> Pending;  ///< folders still to be scanned
 };
 
+// A link to a folder could lead round in a circle, one to a file elsewhere to what is no part of a package.
 void ScanEntry(int directory, const char* name, const std::string& full, Scan& scan) {
   struct stat status = {};
   if (fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -99,6 +100,10 @@ bool StampFile(const std::string& path, FileStamp& stamp) {
   if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
   stamp = StampOf(status);
   return true;
+}
+
+bool MayBeRead(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0;
 }
 
 std::string OpenFailureOf(const std::string& path) {

@@ -27,6 +27,9 @@ using FileStamps = std::map<std::string, FileStamp>;
 /// What cannot be read, by path.
 using UnreadableEntries = std::map<std::string, UnreadableEntry>;
 
+/// True when this process may open the file to read it, by the permissions of the file and the folders around it.
+[[nodiscard]] bool MayBeRead(const std::string& path);
+
 /// Why a file cannot be opened, in the system's words; empty when it can.
 [[nodiscard]] std::string OpenFailureOf(const std::string& path);
 

@@ -56,12 +56,13 @@ std::optional<FolderUpdate> CompareFiles(const FileStamps& found, const ScannedF
     ++now.FilesDone;
     const auto before = known.find(path);
     const bool same = before != known.end() && before->second.Stamp == stamp;
-    if (same && before->second.Readable) continue;
+    // Whether a file may be read does not show in its size or time.
+    if (same && before->second.Readable && MayBeRead(path)) continue;
     ScannedFile file = Inspect(path, stamp);
     if (!file.Readable)
       if (std::string reason = OpenFailureOf(path); !reason.empty())
         update.Unreadable.try_emplace(path, UnreadableEntry{path, UK_FILE, std::move(reason)});
-    if (!same || file.Readable) update.Changed.emplace(path, std::move(file));
+    if (!same || file.Readable != before->second.Readable) update.Changed.emplace(path, std::move(file));
   }
   for (const auto& [path, file] : known)
     if (!found.contains(path)) update.Removed.push_back(path);
