@@ -136,6 +136,14 @@ TEST_F(AssetMapTest, AnEmptyPathIsNotWritten) {
   ExpectNotWritten("AssetMap cannot be written: Chunk Path is missing\n");
 }
 
+TEST_F(AssetMapTest, AMissingVolumeCountIsTold) {
+  EXPECT_EQ(m_Map.DecodeXML("<AssetMap xmlns=\"" + std::string(Smpte) +
+                            "\"><Id>urn:uuid:00000000-0000-4000-8000-000000000001</Id><AssetList/></AssetMap>"),
+            Ferro::RESULT_OK);
+  EXPECT_EQ(m_Map.VolumeCount, 0u);
+  EXPECT_EQ(Cairn::AssetMap().VolumeCount, 1u);  // of a map that is made
+}
+
 TEST_F(AssetMapTest, AVolumeCountOfZeroIsNotWritten) {
   m_Map = CairnTest::AssetMapSamples()[0].Model;
   m_Map.VolumeCount = 0;
@@ -163,6 +171,7 @@ TEST(VolumeIndex, AMissingIndexIsRefused) {
   Cairn::VolumeIndex volume;
   EXPECT_EQ(volume.DecodeXML("<VolumeIndex xmlns=\"" + std::string(Smpte) + "\"/>"), Cairn::RESULT_CN_VALUE);
   EXPECT_THAT(log.Errors(), ElementsAre("VolumeIndex: Index is missing\n"));
+  EXPECT_EQ(volume.Index, 0u);
 }
 
 TEST(VolumeIndex, AnotherDocumentIsNotAVolumeIndex) {

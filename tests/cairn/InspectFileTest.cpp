@@ -43,6 +43,40 @@ TEST(InspectFile, DocumentIsKnownByItsRootElement) {
   EXPECT_EQ(Inspect("<CompositionPlaylist xmlns=\"http://quayside.example/\"/>").Type, FT_XML);
 }
 
+TEST(InspectFile, ElementOfAnotherNamespaceIsAnotherDocument) {
+  const std::string id = "<Id>urn:uuid:00000000-0000-4000-8000-0000000000ab</Id>";
+  for (const char* root : {"CompositionPlaylist", "PackingList", "AssetMap", "VolumeIndex", "ShowPlaylist"})
+    for (const char* name :
+         {"", "http://vendor.example/2020/cpl", "urn:x", "http://www.digicine.com.vendor.example/"}) {
+      const std::string open = root + (" xmlns=\"" + std::string(name)) + "\"";
+      const FileContent content = Inspect("<" + open + ">" + id + "</" + root + ">");
+      EXPECT_EQ(content.Type, FT_XML) << open;
+      EXPECT_FALSE(content.ID.HasValue()) << open;
+    }
+}
+
+TEST(InspectFile, WhyADocumentCannotBeReadIsTold) {
+  const std::string name = " xmlns=\"http://www.smpte-ra.org/schemas/429-7/2006/CPL\"";
+  const std::string rest = "<CompositionPlaylist" + name + "><Id>urn:uuid:00000000-0000-4000-8000-0000000000ab</Id>";
+  const std::string end = "</CompositionPlaylist>";
+  const FileContent good = Inspect("<?xml version=\"1.0\"?>" + rest + end);
+  EXPECT_EQ(good.Problem, DP_NONE);
+  EXPECT_EQ(good.Reason, "");
+  const FileContent page = Inspect("<?xml version=\"1.0\" encoding=\"windows-1252\"?>" + rest + end);
+  EXPECT_EQ(page.Type, FT_CPL);
+  EXPECT_EQ(page.Problem, DP_ENCODING);
+  EXPECT_EQ(page.Reason, "the encoding \"WINDOWS-1252\" is not supported");
+  EXPECT_FALSE(page.ID.HasValue());
+  const FileContent wrong = Inspect("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + rest + end);
+  EXPECT_EQ(wrong.Problem, DP_ENCODING);
+  EXPECT_EQ(wrong.Reason, "the encoding \"UTF-16\" is declared, but the text is not UTF-16");
+  const FileContent cut = Inspect("<?xml version=\"1.0\"?>" + rest);
+  EXPECT_EQ(cut.Problem, DP_MALFORMED);
+  EXPECT_NE(cut.Reason, "");
+  EXPECT_EQ(cut.Reason.find('\n'), std::string::npos);
+  EXPECT_EQ(Inspect("<?xml version=\"1.0\" encoding=\"windows-1252\"?><html/>").Problem, DP_NONE);
+}
+
 TEST(InspectFile, InteropSubtitleBearsItsIDWithoutPrefix) {
   const FileContent content = Inspect(
       "\xef\xbb\xbf<DCSubtitle "

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace {
 
 TEST(ShowInABrokenPackage, LengthOfAShowWithMissingAssetsIsThatOfItsDocuments) {
@@ -57,6 +59,22 @@ TEST(ShowInABrokenPackage, TheOnlyCompositionOfAFolderIsNamedWhenItIsDamaged) {
       show.Check({show.Path("Trailer")}),
       "2\nstrata: SHOW/Trailer: there is no composition in this folder that can be used. Copy it again; wrong are:\n"
       "  SHOW/Trailer/CPL.xml: The file does not have the size that the package lists.\n");
+}
+
+// In a package, beside packages, and by its name.
+TEST(ShowInABrokenPackage, CompositionInAnotherEncodingSaysSo) {
+  const BrokenShow show;
+  show.Replace("Trailer/CPL.xml", "encoding=\"UTF-8\"", "encoding=\"windows-1252\"");
+  std::filesystem::create_directory(show.Beside("loose"));
+  std::filesystem::copy(show.Path("Trailer/CPL.xml"), show.Beside("loose/CPL.xml"));
+  const std::string reason = "cannot be read: the encoding \"WINDOWS-1252\" is not supported";
+  EXPECT_THAT(show.Check({show.Path("Trailer")}), testing::HasSubstr(reason));
+  const std::string file = show.Beside("loose/CPL.xml");
+  for (const std::string& name : {show.Beside("loose"), file}) {
+    StrataProgram check({"check", name});
+    EXPECT_EQ(check.Wait(), 2);
+    EXPECT_EQ(check.Errors(), "strata: " + file + ": this composition " + reason + ". Ask for it in UTF-8.\n");
+  }
 }
 
 TEST(ShowInABrokenPackage, TheOnlyCompositionOfAFolderIsMissedWhenItIsNotThere) {

@@ -122,7 +122,7 @@ void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
   for (const auto& asset : pkl.AssetList) {
     InfoFacts facts;
     facts.Set("id", asset.ID.EncodeString());
-    facts.Set("size", asset.Size);
+    if (asset.Size != 0) facts.Set("size", asset.Size);
     facts.Set("type", asset.Type);
     facts.Add("file", asset.OriginalFileName);
     assets.emplace_back(std::move(facts));
@@ -136,7 +136,7 @@ void Describe(const Cairn::AssetMap& map, InfoItem& item) {
   item.Facts.Add("issue_date", map.IssueDate);
   item.Facts.Add("issuer", map.Issuer);
   item.Facts.Add("creator", map.Creator);
-  item.Facts.Set("volumes", map.VolumeCount);
+  if (map.VolumeCount != 0) item.Facts.Set("volumes", map.VolumeCount);
   InfoList& assets = item.Facts.List("assets");
   for (const auto& asset : map.AssetList) {
     InfoFacts facts;
@@ -149,7 +149,7 @@ void Describe(const Cairn::AssetMap& map, InfoItem& item) {
 
 void Describe(const Cairn::VolumeIndex& volume, InfoItem& item) {
   item.Facts.Add("flavour", FormatName(volume.DCPFormat));
-  item.Facts.Set("volume", volume.Index);
+  if (volume.Index != 0) item.Facts.Set("volume", volume.Index);
 }
 
 InfoFacts SequenceItemFacts(const Strata::ShowPlaylist::ShowItem& item) {

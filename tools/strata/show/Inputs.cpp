@@ -93,6 +93,19 @@ bool IsDamaged(const std::string& path) {
   return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
 }
 
+bool IsPlaylist(Cairn::FileType_t type) {
+  return type == Cairn::FT_CPL || type == Cairn::FT_SHOW;
+}
+
+/// Why a composition or show playlist cannot be read though nothing of it is damaged; empty for all others.
+std::string EncodingTrouble(const std::string& path) {
+  Cairn::FileContent content;
+  const bool is_one = Cairn::InspectFile(path, content).Success() && IsPlaylist(content.Type);
+  if (!is_one || content.Problem != Cairn::DP_ENCODING) return "";
+  const char* what = content.Type == Cairn::FT_SHOW ? "show playlist" : "composition";
+  return path + ": this " + what + " cannot be read: " + content.Reason + ". Ask for it in UTF-8.";
+}
+
 /// The file that should be there, by the asset map, or else the identifier.
 std::string NameOfMissing(const Cairn::AssetRecord& record) {
   const std::string path = MappedPaths().Of(record);
@@ -210,6 +223,9 @@ bool Inputs::FailWithout(const std::string& folder) {
     problems |= Cairn::AP_UNREADABLE;
     unusable += "\n  " + entry.Path + ": It cannot be opened: " + entry.Reason + '.';
   }
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+    if (const std::string trouble = EncodingTrouble(entry.path()); !trouble.empty())
+      return Fail(trouble, ExitCode::NotPlayable);
   const char* advice = may_be_opened ? "Copy it again" : "Allow this user to read it, or copy it again";
   if (unusable.empty()) return Fail(folder + ": there is no show playlist and no composition in this folder.");
   return Fail(
@@ -231,6 +247,10 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
       return other.Path == root + '/' + entry.path().filename().string();
     });
     if (failure == unreadable.end() && !IsDamaged(entry.path())) continue;
+    if (const std::string trouble = EncodingTrouble(entry.path()); !trouble.empty()) {
+      Fail(trouble + (meant.empty() ? "" : " Or name what to take instead:" + ListOf(meant)), ExitCode::NotPlayable);
+      return true;
+    }
     const std::string what =
         failure == unreadable.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
     Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
@@ -246,6 +266,7 @@ bool Inputs::ResolveFile(const std::string& path) {
   Cairn::FileContent content;
   const Strata::Result_t result = Cairn::InspectFile(path, content);
   if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), ExitCode::NotPlayable);
+  if (const std::string trouble = EncodingTrouble(path); !trouble.empty()) return Fail(trouble, ExitCode::NotPlayable);
   if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(FolderOf(path));
   if (content.Type == Cairn::FT_UNKNOWN)
     return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.",
@@ -257,8 +278,7 @@ bool Inputs::ResolveFile(const std::string& path) {
     return Fail(path +
                 ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "
                 "is in it, `strata frame` takes frames out of it.");
-  if (content.Type != Cairn::FT_CPL && content.Type != Cairn::FT_SHOW)
-    return Fail(path + ": this is neither a composition nor a show playlist.");
+  if (!IsPlaylist(content.Type)) return Fail(path + ": this is neither a composition nor a show playlist.");
   if (!AddFolder("folder", FolderOf(path))) return false;
   m_Shows.push_back({content.Type, content.ID, DocumentTitle(content.Type, path), path});
   return true;

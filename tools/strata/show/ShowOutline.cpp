@@ -5,6 +5,7 @@
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
+#include <Cairn/InspectFile.h>
 #include <Ferro/CheckedMath.h>
 #include <Strata/ShowPlaylist.h>
 
@@ -28,6 +29,13 @@ std::optional<Cairn::AssetRecord> RecordOfFile(const Cairn::AssetStore& store, c
 
 const Cairn::AssetRecord* Usable(const std::vector<Cairn::AssetRecord>& places) {
   return places.empty() ? nullptr : &places.front();
+}
+
+/// Why a document cannot be read: an encoding that nobody here reads is no damage.
+std::string ReasonFor(const std::string& path, const Strata::Result_t& result) {
+  Cairn::FileContent content;
+  const bool was_looked_at = Cairn::InspectFile(path, content).Success();
+  return was_looked_at && content.Problem == Cairn::DP_ENCODING ? content.Reason + '.' : result.Label();
 }
 
 }  // namespace
@@ -134,7 +142,7 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
     outline.Problem = outline.Found ? CompositionProblem::FileMissing : CompositionProblem::Missing;
   } else if (const Strata::Result_t result = Cairn::InitObjectWithFile(cpl, outline.Path); result.Failure()) {
     outline.Problem = CompositionProblem::CannotBeRead;
-    outline.Reason = result.Label();
+    outline.Reason = ReasonFor(outline.Path, result);
   } else if (cpl.ReelList.empty()) {
     outline.Problem = CompositionProblem::HasNoReels;
   }

@@ -17,8 +17,8 @@ class CAIRN_API AssetMap {
   /// A file, or a part of one, that holds a stretch of an asset.
   struct Chunk {
     std::string Path;        ///< as written, trimmed; see AssetMapPath.h
-    ui64_t VolumeIndex = 1;  ///< counts from 1
-    ui64_t Offset = 0;       ///< bytes from the start of the asset
+    ui64_t VolumeIndex = 1;  ///< counts from 1, which stands for no element too
+    ui64_t Offset = 0;       ///< bytes from the start of the asset; 0 stands for no element too
     bool HasLength = false;  ///< false: the length of the file
     fsize_t Length = 0;      ///< bytes
 
@@ -38,8 +38,8 @@ class CAIRN_API AssetMap {
   UUID ID;
   std::string Annotation;
   std::string Creator;
-  ui64_t VolumeCount = 1;
-  std::string IssueDate;  ///< xs:dateTime text as written
+  ui64_t VolumeCount = 1;  ///< 0: the document that was read does not say
+  std::string IssueDate;   ///< xs:dateTime text as written
   std::string Issuer;
   std::list<Asset> AssetList;
   Cairn::DCPFormat_t DCPFormat = DFT_NONE;
@@ -56,7 +56,7 @@ class CAIRN_API AssetMap {
 class CAIRN_API VolumeIndex {
  public:
   std::string NamespaceName;  ///< of the document element as read; not written
-  ui64_t Index = 1;
+  ui64_t Index = 1;           ///< 0: the document that was read does not say
   Cairn::DCPFormat_t DCPFormat = DFT_NONE;
 
   /// As AssetMap::DecodeXML.

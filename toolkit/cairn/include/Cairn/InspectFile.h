@@ -10,10 +10,19 @@
 
 namespace Cairn {
 
+/// Why a document cannot be read.
+enum DocumentProblem_t : ui32_t {
+  DP_NONE = 0,       ///< it can, or it is none of digital cinema, or no document
+  DP_ENCODING = 1,   ///< its encoding is not supported, or is not the one that it declares
+  DP_MALFORMED = 2,  ///< it is not well-formed XML, or beyond the limits of DocumentParser
+};
+
 /// What a look inside a file tells.
 struct FileContent {
   FileType_t Type = FT_UNKNOWN;
   UUID ID;  ///< the file's own: a document's Id or SubtitleID, a track file's asset; no value where there is none
+  DocumentProblem_t Problem = DP_NONE;
+  std::string Reason;  ///< of the problem, part of a sentence: the encoding "WINDOWS-1252" is not supported
 };
 
 /// Finds out what a file holds from its bytes; its name does not count, and a document's namespace must be one of those of

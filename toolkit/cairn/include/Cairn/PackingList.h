@@ -21,7 +21,7 @@ class CAIRN_API PackingList {
     UUID ID;
     std::string Annotation;
     SHA1 Digest;       ///< of the file as stored; no value when the document has none (Interop)
-    fsize_t Size = 0;  ///< bytes of the whole file
+    fsize_t Size = 0;  ///< bytes of the whole file; 0 when the document has none
     std::string Type;  ///< MIME type as written, trimmed
     std::string OriginalFileName;
 

@@ -13,6 +13,15 @@ namespace {
 using Ferro::XMLElement;
 constexpr char DocumentName[] = "AssetMap";
 
+// AssetMap
+//   Id, AnnotationText?, Creator, VolumeCount, IssueDate, Issuer      Interop has Creator last
+//   AssetList
+//     Asset: Id, AnnotationText?, PackingList?
+//       ChunkList
+//         Chunk: Path, VolumeIndex?, Offset?, Length?
+//
+// (ST 429-9:2014, 5) Elements are read in whatever order they come.
+
 void ReadChunk(FieldReader& fields, const Element* element, AssetMap::Chunk& chunk) {
   bool has_path = false;
   ForEachOwnChild(element, [&](const Element* child, const std::string& name) {
@@ -93,6 +102,7 @@ void WriteAsset(FieldWriter& fields, XMLElement& list, const AssetMap::Asset& as
 
 Result_t AssetMap::DecodeXML(const std::string& xml) {
   *this = AssetMap();
+  VolumeCount = 0;  // nothing is read that is not there
   return ReadDocument(xml, Ferro::DefaultLogSink(),
                       [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
                         return ReadAssetMap(root, format, log, *this);

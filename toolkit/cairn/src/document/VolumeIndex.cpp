@@ -28,6 +28,7 @@ Result_t ReadVolumeIndex(const Element* root, DCPFormat_t format, Ferro::ILogSin
 
 Result_t VolumeIndex::DecodeXML(const std::string& xml) {
   *this = VolumeIndex();
+  Index = 0;  // nothing is read that is not there
   return ReadDocument(xml, Ferro::DefaultLogSink(),
                       [this](const Element* root, DCPFormat_t format, Ferro::ILogSink& log) {
                         return ReadVolumeIndex(root, format, log, *this);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Cairn/InspectFile.h>
 
+#include "xml/DocumentEncoding.h"
 #include "xml/DocumentTree.h"
 
 #include <Cairn/DocumentParser.h>
@@ -19,6 +20,7 @@
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace Cairn {
 
@@ -27,9 +29,13 @@ namespace {
 constexpr size_t HeadSize = 4096;
 constexpr fsize_t LargestDocument = DocumentParser::MaxDocumentSize;
 
-class SilentSink : public Ferro::ILogSink {
+/// Keeps the first message of a document's faults, without its end of line.
+class FirstMessageSink : public Ferro::ILogSink {
  public:
-  void WriteEntry(const Ferro::LogEntry&) override {}
+  void WriteEntry(const Ferro::LogEntry& entry) override {
+    if (Message.empty()) Message = entry.Message.substr(0, entry.Message.find('\n'));
+  }
+  std::string Message;
 };
 
 struct Signature {
@@ -91,9 +97,9 @@ UUID IdentifierIn(const Element* root) {
 FileType_t TypeOfDocument(const std::string& xml) {
   Ferro::XMLDocType doctype;
   if (!Ferro::GetXMLDocType(xml, doctype)) return FT_UNKNOWN;
-  SilentSink silent;
+  FirstMessageSink unheard;
   DCPFormat_t format = DFT_NONE;
-  if (ClassifyXMLDocument(xml, format, silent).Failure()) return FT_XML;
+  if (ClassifyXMLDocument(xml, format, unheard).Failure()) return FT_XML;
   for (const Root& root : Roots)
     if (doctype.ElementName == root.Element) return root.Type;
   return FT_XML;
@@ -105,12 +111,23 @@ Result_t InspectDocument(const std::string& filename, FileContent& content) {
   if (result == Ferro::RESULT_TOOLARGE) return Ferro::RESULT_OK;  // no document of ours is as large
   if (result.Failure()) return result;
   content.Type = TypeOfDocument(xml);
-  if (content.Type == FT_UNKNOWN || content.Type == FT_XML || content.Type == FT_VOLINDEX) return Ferro::RESULT_OK;
-  SilentSink silent;
-  static_cast<void>(ReadDocument(xml, silent, [&content](const Element* root, DCPFormat_t, Ferro::ILogSink&) {
-    content.ID = IdentifierIn(root);
+  if (content.Type == FT_UNKNOWN || content.Type == FT_XML) return Ferro::RESULT_OK;
+  std::string buffer;
+  std::string_view text;
+  content.Reason = DecodeDocumentText(xml, buffer, text);
+  if (!content.Reason.empty()) {
+    content.Problem = DP_ENCODING;
+    return Ferro::RESULT_OK;
+  }
+  FirstMessageSink faults;
+  const Result_t read = ReadDocument(xml, faults, [&](const Element* root, DCPFormat_t, Ferro::ILogSink&) {
+    if (content.Type != FT_VOLINDEX) content.ID = IdentifierIn(root);
     return Result_t(Ferro::RESULT_OK);
-  }));
+  });
+  if (read.Failure()) {
+    content.Problem = DP_MALFORMED;
+    content.Reason = std::move(faults.Message);
+  }
   return Ferro::RESULT_OK;
 }
 
