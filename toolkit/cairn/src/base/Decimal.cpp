@@ -29,6 +29,7 @@ std::optional<std::pair<ui64_t, ui64_t>> ParseDecimalPair(std::string_view text)
   return std::pair(*first, *second);
 }
 
+// "1.85" is 185/100. Digits after the ninth tell nothing of a picture's shape, and would not fit.
 std::optional<QUIRE::Rational> ParseDecimalFraction(std::string_view text) {
   const size_t point = std::min(text.find('.'), text.size());
   const std::string_view whole = text.substr(0, point);

@@ -6,6 +6,15 @@ namespace {
 
 constexpr char DocumentName[] = "CompositionPlaylist";
 
+// CompositionPlaylist
+//   Id, AnnotationText?, IconId?, IssueDate, Issuer?, Creator?
+//   ContentTitleText, ContentKind, ContentVersion, RatingList
+//   ReelList
+//     Reel: Id, AnnotationText?, AssetList          the assets are CompositionAssetReader.cpp's
+//   Signer?, Signature?
+//
+// (ST 429-7:2006, 6) Elements are read in whatever order they come; of other namespaces only assets are taken.
+
 void ReadRatingList(const Element* list, std::list<Rating>& out) {
   for (auto* child = FirstChildElement(list); child != nullptr; child = NextSiblingElement(child)) {
     if (LocalName(child) != "Rating" || !IsOwnElement(child)) continue;

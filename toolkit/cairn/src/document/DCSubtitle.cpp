@@ -11,6 +11,13 @@ namespace {
 
 constexpr char DocumentName[] = "DCSubtitle";
 
+// DCSubtitle Version
+//   SubtitleID, MovieTitle, ReelNumber, Language
+//   LoadFont* Id URI
+//   Font*                                       nested at will, around spots, texts and images
+//     Subtitle* SpotNumber TimeIn TimeOut
+//       Text*, Image*
+
 std::string TrimmedAttribute(const Element* element, const char* name) {
   return std::string(TrimBlanks(AttributeValue(element, name)));
 }

@@ -13,6 +13,14 @@ namespace {
 using Ferro::XMLElement;
 constexpr char DocumentName[] = "PackingList";
 
+// PackingList
+//   Id, AnnotationText?, IconId?, IssueDate, Issuer, Creator, GroupId?
+//   AssetList
+//     Asset: Id, AnnotationText?, Hash, Size, Type, OriginalFileName?   Interop may lack Hash
+//   Signer?, Signature?
+//
+// (ST 429-8:2007, 5) Elements are read in whatever order they come.
+
 void ReadAsset(FieldReader& fields, const Element* element, PackingList::Asset& asset) {
   bool has_size = false;
   ForEachOwnChild(element, [&](const Element* child, const std::string& name) {

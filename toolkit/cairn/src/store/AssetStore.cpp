@@ -55,7 +55,7 @@ class Contents {
   /// Brings the index up to date with a folder. All that takes time is done without the index: nobody waits for it.
   /// @param may_add  false: a folder that another process has forgotten stays forgotten.
   Result_t Update(const std::string& folder, bool may_add, AssetStore::OnScan progress) {
-    for (;;) {
+    for (;;) {  // again where another process changed the folder's rows meanwhile
       const StoreIndex::FolderState known = Ask([&](const StoreIndex& index) { return index.Folder(folder); });
       if (known.Revision == 0 && !may_add) return Ferro::RESULT_OK;
       FileStamps found;
@@ -73,7 +73,7 @@ class Contents {
       for (const std::string& path : update->Removed) m_ReadFailures.erase(path);
       if (known.Present && update->Empty()) return Ferro::RESULT_OK;
       Transaction transaction(m_Index.Connection(), Transaction::Writing);
-      if (m_Index.Revision(folder) != known.Revision) continue;  // another process was here: see what is left to do
+      if (m_Index.Revision(folder) != known.Revision) continue;
       m_Index.Apply(folder, *update);
       transaction.Commit();
       return Ferro::RESULT_OK;

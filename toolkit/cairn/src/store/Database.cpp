@@ -49,6 +49,7 @@ Database::Database(const std::string& filename, ui32_t busy_timeout_ms) : m_File
   Harden();
 }
 
+// Of a large file even the first query may read all: it is refused before it is opened.
 void Database::CheckFileSize() const {
   for (const char* suffix : {"", "-wal"}) {
     struct stat status = {};
@@ -57,6 +58,7 @@ void Database::CheckFileSize() const {
   }
 }
 
+// A schema from outside could have code run while it is read: triggers, views, functions with effects.
 void Database::Harden() const {
   sqlite3_limit(Handle(), SQLITE_LIMIT_LENGTH, MaxValueSize);
   sqlite3_db_config(Handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);

@@ -61,6 +61,7 @@ bool IsASCII(std::string_view text) {
 
 }  // namespace
 
+// The byte order mark first, then the declaration; without either the text is UTF-8.
 std::string DecodeDocumentText(std::string_view document, std::string& buffer, std::string_view& out) {
   if (document.starts_with("\x00\x00\xFE\xFF"sv) || document.starts_with("\xFF\xFE\x00\x00"sv))
     return "the encoding UTF-32 is not supported";

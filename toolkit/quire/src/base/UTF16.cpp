@@ -26,6 +26,7 @@ void AppendUTF8(std::string& out, ui32_t point) {
   put(0x80 | (point & 0x3f));
 }
 
+// Two units stand for a code point from U+10000 on: ten bits in the high surrogate, then ten in the low one.
 bool IsHighSurrogate(ui32_t unit) {
   return unit >= 0xd800 && unit < 0xdc00;
 }

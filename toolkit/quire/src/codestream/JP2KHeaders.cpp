@@ -73,6 +73,8 @@ bool ReadComponents(MemIOReader& reader, ImageAndTileSize& size) {
   return true;
 }
 
+// SIZ (A.5.1): profile (2 bytes); size, offset, tile size and tile offset, each as x and y (4 each); number of components
+// (2); for each component depth, horizontal and vertical separation (1 each).
 bool ReadSize(std::span<const ui8_t> segment, ImageAndTileSize& size) {
   MemIOReader reader(segment);
   if (!reader.ReadUi16BE(&size.Rsiz)) return false;
@@ -109,6 +111,8 @@ bool ReadStyle(MemIOReader& reader, bool has_precincts, CodingStyle& style) {
   return reader.Remainder() == 0;
 }
 
+// COD (A.6.1): flags (1), progression (1), layers (2), component transform (1), then the style. Kept as bytes too, as track
+// files repeat it.
 bool ReadCodingDefault(std::span<const ui8_t> segment, CodestreamHeaders& headers) {
   if (!headers.CodingStyleDefault.empty()) return false;
   MemIOReader reader(segment);

@@ -25,7 +25,7 @@ constexpr ui32_t PictureCodingExtensionID = 8;
 constexpr ui8_t MainAtHigh = 0x44;
 constexpr ui8_t FourTwoTwoAtHigh = 0x82;
 
-// One start code and the bytes up to the next.
+// One start code, 00 00 01 and its value, and the bytes up to the next.
 struct Section {
   ui8_t Code = 0;
   size_t Offset = 0;  // of the start code prefix

@@ -15,6 +15,9 @@ namespace {
 constexpr ui32_t MaxChunks = 1024;  // before the sound; real files have a handful
 constexpr ui16_t MaxChannels = 64;
 constexpr ui32_t Unknown32 = 0xffffffff;  // a length that stands in the ds64 chunk instead
+// The format chunk, little-endian: format tag (2 bytes), channels (2), samples per second (4), bytes per second (4), bytes
+// of one sample of all channels (2), bits (2). The extensible form goes on with the size of what follows (2), valid bits
+// (2), channel mask (4) and sub-format (16).
 constexpr size_t FormatLength = 16;
 constexpr size_t ExtensibleLength = 40;
 constexpr ui16_t TagPCM = 0x0001;
@@ -59,7 +62,9 @@ void WAVReader::Close() {
   m_DataLength = 0;
 }
 
-// Hops from chunk to chunk up to the sound; what follows it is of no interest.
+// Hops from chunk to chunk up to the sound; what follows it is of no interest. A chunk is a name (4 bytes), the length of
+// its contents (4), the contents, and a byte of padding where that length is odd. Files beyond 4 GiB have 0xffffffff for
+// the length of the sound, and the length itself in "ds64": file size (8), sound size (8), samples (8) (EBU Tech 3306).
 Result_t WAVReader::ReadChunks() {
   std::array<ui8_t, 12> head;
   if (const Result_t result = m_File.ReadAt(0, head); result.Failure()) {
@@ -141,6 +146,7 @@ Result_t WAVReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
   return Ferro::RESULT_OK;
 }
 
+// The last edit unit is filled up with silence where the samples end within it.
 Result_t WAVReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame) const {
   if (!m_File.IsOpen()) return Ferro::RESULT_INIT;
   if (frame_number >= m_Descriptor.ContainerDuration) return RESULT_RANGE;

@@ -20,6 +20,8 @@ constexpr size_t MaxHeaderLength = KeyLength + 9;
 
 }  // namespace
 
+// One byte below 0x80 is the length itself. Otherwise its low seven bits say how many bytes of length follow, the most
+// significant first (ST 377-1, 6.3.2).
 std::optional<BERField> ReadBER(std::span<const ui8_t> bytes) {
   if (bytes.empty()) return std::nullopt;
   if (bytes[0] < 0x80) return BERField{bytes[0], 1};
@@ -77,6 +79,7 @@ bool IsFillKey(const UL& key) {
   return DefaultSMPTEDict().Is(key, MDD_KLVFill);
 }
 
+// Byte 13 of a generic container key tells the item: 0x04 and 0x14 are system items (ST 379-1).
 bool IsSystemItemKey(const UL& key) {
   constexpr ui8_t compatible_with_cp = 0x04, generic = 0x14;
   const UL element = DefaultSMPTEDict().ul(MDD_WAVEssence);
@@ -84,6 +87,7 @@ bool IsSystemItemKey(const UL& key) {
   return in_container && (key.Value()[12] == compatible_with_cp || key.Value()[12] == generic);
 }
 
+// Short fill has a four-byte length too, so that it takes at least SmallestFill bytes.
 void AppendFill(std::vector<ui8_t>& out, ui64_t size) {
   FERRO_ASSERT(size >= SmallestFill);
   const bool wide = size - KLHeaderLength > MaxBER4;

@@ -16,7 +16,8 @@ namespace {
 constexpr ui64_t FixedLength = 88;  // the value without container labels
 constexpr ui32_t LabelLength = 16;
 
-// Bytes 14 and 15 of the key; no value for what is no partition pack.
+// Bytes 14 and 15 of the key: kind 2 to 4 (header, body, footer) and status 1 to 4; 3 and 0x11 for a generic stream
+// (ST 410). No value for what is no partition pack.
 std::optional<std::pair<PartitionKind, PartitionStatus>> KindOfKey(const UL& key) {
   const ui8_t kind = key.Value()[13];
   const ui8_t status = key.Value()[14];
@@ -30,6 +31,18 @@ std::optional<std::pair<PartitionKind, PartitionStatus>> KindOfKey(const UL& key
   return std::pair(PartitionKind{kind}, PartitionStatus{status});
 }
 
+// The value of a partition pack, all numbers big-endian (ST 377-1, 7.1):
+//
+//    0  version: major, minor                        2 bytes each
+//    4  KAG size                                     4
+//    8  offsets of this, previous, footer partition  8 each
+//   32  bytes of header metadata, of index           8 each
+//   48  index SID                                    4
+//   52  offset of the essence in its stream          8
+//   60  body SID                                     4
+//   64  operational pattern                          16
+//   80  number of container labels, bytes of each    4 each
+//   88  the labels
 Partition FixedFields(const ui8_t* value) {
   Partition read;
   read.MajorVersion = LoadBE<ui16_t>(value);

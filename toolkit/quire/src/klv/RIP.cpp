@@ -12,6 +12,8 @@
 namespace QUIRE::MXF {
 namespace {
 
+// The value of a random index pack (ST 377-1, 12): for each partition its body SID (4 bytes) and the offset of its pack
+// (8), in file order; then the length of the whole KLV (4), by which the pack is found from the end of the file.
 constexpr ui64_t PairLength = 12;
 constexpr ui64_t SmallestPack = 21;  // key, one byte of length, the closing word
 constexpr ui64_t ProbeLength = 256;  // holds the pack of a file of 19 partitions

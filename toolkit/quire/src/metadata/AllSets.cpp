@@ -9,6 +9,7 @@
 namespace QUIRE::MXF {
 namespace {
 
+// Every set that has a class; others are kept as bytes.
 constexpr const SetDefinition* s_AllSets[] = {
     &PrefaceSet,
     &IdentificationSet,

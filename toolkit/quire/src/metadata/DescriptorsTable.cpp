@@ -3,6 +3,7 @@
 
 #include <QUIRE/MXF/Descriptors.h>
 
+// The properties of essence descriptors (ST 377-1, annexes), those of the base set first: the order in which they are written.
 namespace QUIRE::MXF {
 namespace {
 

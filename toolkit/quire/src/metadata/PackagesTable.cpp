@@ -3,6 +3,7 @@
 
 #include <QUIRE/MXF/Packages.h>
 
+// The properties of packages, tracks and their components (ST 377-1, annexes), those of the base set first: the order in which they are written.
 namespace QUIRE::MXF {
 namespace {
 

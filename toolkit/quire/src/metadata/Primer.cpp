@@ -11,10 +11,12 @@
 namespace QUIRE::MXF {
 namespace {
 
+// The value (ST 377-1, 9.2): number of entries and bytes of each (4 bytes each), then the entries: tag (2), label (16).
 constexpr ui64_t EntryLength = 18;
 constexpr ui64_t MaxEntries = 65536;
 constexpr ui16_t FirstDynamicTag = 0x8000;
 
+// Writers disagree on the version byte of labels; it tells no two properties apart.
 Primer::Label_t WithoutVersion(Primer::Label_t label) {
   label[7] = 0;
   return label;

@@ -20,6 +20,16 @@ T Null() {
   return T(std::array<ui8_t, T::Size>{});
 }
 
+// The sets of a header, and what refers to what:
+//
+//   preface ─► identification
+//      └─► content storage ─► essence container data (which streams)
+//               ├─► material package ─► time code track, essence track ─► clip ──┐ by package and track
+//               └─► file package ─► time code track, essence track ◄────────────┘
+//                        ├─► cryptographic track ─► framework ─► context, where essence is encrypted
+//                        └─► descriptor ─► sub-descriptors
+//
+// Each track has a sequence, and that one component (ST 429-3, 7).
 class HeaderBuilder {
  public:
   HeaderBuilder(const HeaderPlan& plan, ui32_t duration)
@@ -166,12 +176,13 @@ class HeaderBuilder {
     return descriptor.InstanceUID;
   }
 
-  // Edit units per second, rounded up.
+  // Edit units per second, rounded up: 30 for 29.97.
   [[nodiscard]] ui16_t TimecodeBase() const {
     const auto [numerator, denominator] = std::pair(m_Plan.EditRate.Numerator, m_Plan.EditRate.Denominator);
     return static_cast<ui16_t>((i64_t{numerator} + denominator - 1) / denominator);
   }
 
+  // The last four bytes of the essence element's key (ST 379-1).
   [[nodiscard]] ui32_t TrackNumber() const {
     if (!m_Plan.Kind->TrackNumberFollowsKey) return 0;
     const UL key = m_Dict.ul(m_Plan.Kind->ElementKey);

@@ -21,7 +21,8 @@ void AddSubDescriptor(SetFactory& sets, MXF::FileDescriptor& owner, const Pictur
   if (!picture.QuantizationDefault.empty()) set.QuantizationDefault = picture.QuantizationDefault;
 }
 
-// X'Y'Z' in the depth of the codestream's first component (ST 429-4, 6.4.1).
+// X'Y'Z' in the depth of the codestream's first component (ST 429-4, 6.4.1). The pixel layout is pairs of a component's
+// code, 0xd8 to 0xda for X', Y' and Z', and its bits.
 MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const PictureDescriptor& picture) {
   auto& set = sets.Add<MXF::RGBAEssenceDescriptor>();
   set.SampleRate = picture.SampleRate;
@@ -58,6 +59,7 @@ Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encrypti
   return m_Writer->WriteEditUnit(frame, {}, encryption, integrity);
 }
 
+// An edit unit is a pair of pictures: the sample rate is twice the edit rate (ST 429-10).
 Result_t MXFSWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const PictureDescriptor& descriptor,
                                const WriterOptions& options) {
   return ResultOf([&]() -> Result_t {

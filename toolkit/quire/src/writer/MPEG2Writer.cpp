@@ -90,6 +90,8 @@ Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encrypti
   return result;
 }
 
+// The entry at a place in display order says how far from there the picture is stored: stored I P B B, displayed I B B P,
+// has the offsets 0 1 1 -2. A picture's place is known with its header, but its entry only when that place was reached.
 Result_t MXFWriter::Finalize() {
   if (!m_Writer) return Ferro::RESULT_INIT;
   auto& entries = m_Writer->Entries();

@@ -133,6 +133,7 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   return result;
 }
 
+// Fewer samples than the edit unit has are filled up with silence, and end the track: what followed would be late.
 Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
   if (!m_Writer) return Ferro::RESULT_INIT;
   if (m_HasShortFrame) return Ferro::RESULT_STATE;
