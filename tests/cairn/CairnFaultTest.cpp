@@ -71,5 +71,35 @@ TEST_F(StoreFaultTest, DigestsAreComputedWithoutFurtherThreads) {
   EXPECT_THAT(Log.Text(), testing::HasSubstr("Digests are computed in 1 threads: "));
 }
 
+// A folder is added with memory for more and more allocations, and in the end with enough.
+TEST_F(StoreFaultTest, MemoryThatRunsOutInAStoreIsAResult) {
+  PackageMaker package(At("package"), 0x100);
+  package.AddComposition(0x110);
+  package.Write();
+  const std::string folder = At("package");
+  const UUIDList none;
+  ASSERT_EQ(Store.AddFolder(folder), Ferro::RESULT_OK);  // the libraries below are initialised now
+  unsigned pieces = 0;
+  for (bool was_enough = false; !was_enough; ++pieces) {
+    AssetStore store;
+    ASSERT_EQ(store.Open(), Ferro::RESULT_OK);
+    const auto work = [&] {
+      AssetInfo info;
+      Result_t result = store.AddFolder(folder);
+      if (result.Success()) result = store.VerifyDigests(none, 1);
+      return result.Success() ? store.GetInfoForAssetID(SampleID(0x110), info, true) : result;
+    };
+    Result_t result = Ferro::RESULT_FAIL;
+    {
+      const NoMemory out(pieces);
+      ASSERT_NO_THROW(result = work());
+    }
+    was_enough = !NoMemory::WasMissed();
+    ASSERT_TRUE(!was_enough || result.Success()) << result.Label();
+    ASSERT_EQ(store.AddFolder(folder), Ferro::RESULT_OK);
+  }
+  EXPECT_GT(pieces, 100U);
+}
+
 }  // namespace
 }  // namespace CairnTest

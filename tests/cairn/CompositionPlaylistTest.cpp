@@ -418,11 +418,14 @@ TEST_F(CompositionPlaylistTest, MalformedMetadataIsOnlyReported) {
   EXPECT_EQ(Read("<m:CompositionMetadataAsset xmlns:m=\"http://www.smpte-ra.org/schemas/429-16/2014/CPL-Metadata\">" +
                  std::string(Fields) +
                  "<m:FullContentTitleText>T</m:FullContentTitleText><m:MainSoundSampleRate>x</m:MainSoundSampleRate>"
-                 "<y:MCASubDescriptors xmlns:y=\"http://isdcf.com/ns/cplmd/mca\"><y:z/></y:MCASubDescriptors>"
+                 "<m:VersionNumber>new</m:VersionNumber><y:MCASubDescriptors "
+                 "xmlns:y=\"http://isdcf.com/ns/cplmd/mca\"><y:z/></y:MCASubDescriptors>"
                  "</m:CompositionMetadataAsset>"),
             Ferro::RESULT_OK);
   EXPECT_EQ(m_CPL.Metadata.FullContentTitle, "T");
-  EXPECT_THAT(m_Log.Warnings(), ElementsAre("CompositionPlaylist: malformed MainSoundSampleRate \"x\"\n"));
+  EXPECT_FALSE(m_CPL.Metadata.HasVersionNumber);
+  EXPECT_THAT(m_Log.Warnings(), ElementsAre("CompositionPlaylist: malformed MainSoundSampleRate \"x\"\n",
+                                            "CompositionPlaylist: malformed VersionNumber \"new\"\n"));
 }
 
 TEST_F(CompositionPlaylistTest, ASignatureIsTakenDownAndNotTested) {

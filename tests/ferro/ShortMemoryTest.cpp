@@ -2,6 +2,7 @@
 // What is left behind when memory runs out in the middle of an operation.
 #include <Ferro/FileReader.h>
 #include <Ferro/FileWriter.h>
+#include <Ferro/LogSink.h>
 #include <Ferro/SHA1Digest.h>
 
 #include <dlfcn.h>
@@ -81,6 +82,17 @@ class ShortMemory : public testing::Test {
   const std::filesystem::path m_Folder;
   const std::string m_Name = m_Folder / "a name that is too long to be kept within a string";
 };
+
+TEST_F(ShortMemory, MessageIsLostWithoutAnException) {
+  MemoryLogSink sink;
+  const std::string text(1000, 'x');
+  s_AllocationsLeft = 0;
+  EXPECT_NO_THROW(sink.Error("%s\n", text.c_str()));
+  s_AllocationsLeft = -1;
+  EXPECT_TRUE(sink.Entries().empty());
+  sink.Error("%s\n", text.c_str());
+  EXPECT_EQ(sink.Entries().size(), 1U);
+}
 
 TEST_F(ShortMemory, ReaderLeavesNoFileOpen) {
   FileWriter writer;

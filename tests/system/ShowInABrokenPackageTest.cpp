@@ -65,6 +65,7 @@ TEST(ShowInABrokenPackage, TheOnlyCompositionOfAFolderIsNamedWhenItIsDamaged) {
 TEST(ShowInABrokenPackage, CompositionInAnotherEncodingSaysSo) {
   const BrokenShow show;
   show.Replace("Trailer/CPL.xml", "encoding=\"UTF-8\"", "encoding=\"windows-1252\"");
+  show.ListSize("Trailer/CPL.xml");
   std::filesystem::create_directory(show.Beside("loose"));
   std::filesystem::copy(show.Path("Trailer/CPL.xml"), show.Beside("loose/CPL.xml"));
   const std::string reason = "cannot be read: the encoding \"WINDOWS-1252\" is not supported";

@@ -166,6 +166,8 @@ TEST_F(Timeline, WritesAllFormsAtOnceAndTellsWhatIsMissing) {
   EXPECT_EQ(program.Wait(), 3);
   EXPECT_EQ(program.Errors(), "strata: 1 missing: 1 sound. `strata check` tells more.\n");
   EXPECT_THAT(program.Output(), HasSubstr("missing: SampleFeature, reel 2, sound: The file is missing."));
+  EXPECT_THAT(program.Output(), HasSubstr("\n    file  " + m_Show.Path("Feature/sound-2.mxf") + "\n"));
+  EXPECT_THAT(program.Output(), testing::ContainsRegex("\n    asset [0-9a-f-]{36}\n"));
   EXPECT_THAT(TextOf(m_Show.Beside("a.svg")), HasSubstr("class=\"missing\" x="));
   EXPECT_THAT(TextOf(m_Show.Beside("a.html")), HasSubstr("\"schema\":\"strata-timeline-1\""));
 }

@@ -344,6 +344,10 @@ class TextTimeline {
     if (!m_Model.Findings.empty()) m_Text += '\n';
     for (const Finding& finding : WorstFirst(m_Model.Findings)) {
       AddWrapped(std::string(SeverityName(finding.Level)) + ": " + FindingLine(finding));
+      if (finding.Level == Severity::Warning && finding.ID != FindingID::FileUnreadable) continue;
+      // Whole, however narrow the terminal: they are there to be copied.
+      if (finding.AssetID.HasValue()) m_Text += "    asset " + finding.AssetID.EncodeString() + '\n';
+      if (!finding.File.empty()) m_Text += "    file  " + Plain(DisplayText(finding.File)) + '\n';
     }
   }
 

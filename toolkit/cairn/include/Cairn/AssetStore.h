@@ -39,6 +39,8 @@ struct ScanProgress {
 /// may still be read, is not opened again. Several processes may use one index file at once; each change is one transaction, so that a process
 /// that dies leaves the index as it was before or after.
 ///
+/// Where memory runs out, operations return RESULT_ALLOC, and those that return no result answer nothing.
+///
 /// Any thread may call the const operations at any time once Open has returned; the others belong to one thread at a
 /// time. No operation of another process or thread that takes time keeps a const operation waiting.
 class CAIRN_API AssetStore : public IAssetLookup {

@@ -20,7 +20,7 @@ constexpr char DocumentName[] = "AssetMap";
 //       ChunkList
 //         Chunk: Path, VolumeIndex?, Offset?, Length?
 //
-// (ST 429-9:2014, 5) Elements are read in whatever order they come.
+// (ST 429-9:2014) Elements are read in whatever order they come.
 
 void ReadChunk(FieldReader& fields, const Element* element, AssetMap::Chunk& chunk) {
   bool has_path = false;

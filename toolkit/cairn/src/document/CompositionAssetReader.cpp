@@ -18,7 +18,14 @@ struct AssetElement {
   AssetKind Kind;
 };
 
-// The elements of a reel's asset list. Extension elements without their namespace are taken too.
+// The elements of a reel's asset list. Extension elements without their namespace are taken too. Each has
+//
+//   Id, AnnotationText?, EditRate, IntrinsicDuration, EntryPoint?, Duration?
+//   KeyId?, Hash?                              where it names a file
+//   FrameRate, ScreenAspectRatio               pictures
+//   Language?                                  sound and text
+//
+// (ST 429-7:2006, 7)
 constexpr AssetElement s_AssetElements[] = {
     {nullptr, "MainMarkers", AssetKind::Markers},
     {nullptr, "MainPicture", AssetKind::Picture},

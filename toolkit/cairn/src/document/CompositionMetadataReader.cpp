@@ -38,8 +38,8 @@ void ReadExtensions(const Element* list, std::list<ExtensionMetadata>& out) {
 }
 
 void ReadVersionNumber(FieldReader& fields, const Element* element, CompositionMetadata& metadata) {
-  metadata.HasVersionNumber = true;
-  if (!TrimmedText(element).empty()) fields.Count(element, metadata.VersionNumber);  // empty: the default, 1
+  // An empty element has the standard's default, 1.
+  metadata.HasVersionNumber = TrimmedText(element).empty() || fields.Count(element, metadata.VersionNumber);
   metadata.VersionStatus = AttributeValue(element, "status");
 }
 

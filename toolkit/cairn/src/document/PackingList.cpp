@@ -19,7 +19,7 @@ constexpr char DocumentName[] = "PackingList";
 //     Asset: Id, AnnotationText?, Hash, Size, Type, OriginalFileName?   Interop may lack Hash
 //   Signer?, Signature?
 //
-// (ST 429-8:2007, 5) Elements are read in whatever order they come.
+// (ST 429-8:2007) Elements are read in whatever order they come.
 
 void ReadAsset(FieldReader& fields, const Element* element, PackingList::Asset& asset) {
   bool has_size = false;

@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 
@@ -200,7 +201,10 @@ class Contents {
 
 class AssetStore::Impl {
  public:
-  /// Runs an operation of the open store; a failure of the index is kept and becomes a result.
+  /// What VerifyDigests does, but for failures of the index.
+  Result_t Verify(AssetStore& store, const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) const;
+
+  /// Runs an operation of the open store; a failure of the index, and want of memory, is kept and becomes a result.
   template <class Operation>
   Result_t Run(Operation operation) const {
     if (Open == nullptr) return Ferro::RESULT_INIT;
@@ -228,6 +232,10 @@ class AssetStore::Impl {
                                     failure.Reason.c_str());
       SetFailure(failure);
       return RESULT_CN_STORE;
+    } catch (const std::bad_alloc&) {
+      Ferro::DefaultLogSink().Error("Asset index: %s\n", Ferro::RESULT_ALLOC.Label());
+      SetFailure({SF_OTHER, {}, {}});
+      return Ferro::RESULT_ALLOC;
     }
   }
 
@@ -261,11 +269,10 @@ Result_t AssetStore::Open(const std::string& index_file, ui32_t busy_timeout_ms)
 }
 
 Result_t AssetStore::AddFolder(const std::string& folder, OnScan progress) {
-  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
-  std::string path;
-  if (const Result_t result = CanonicalPath(folder, path); result.Failure()) return result;
   // One file belongs to one folder: the outer one takes the inner ones in.
-  return m_Impl->Run([&] {
+  return m_Impl->Run([&]() -> Result_t {
+    std::string path;
+    if (const Result_t result = CanonicalPath(folder, path); result.Failure()) return result;
     std::vector<std::string> inner;
     for (const std::string& known : m_Impl->Open->Folders()) {
       if (known != path && IsInside(path, known)) return m_Impl->Open->Update(known, true, progress);
@@ -291,10 +298,11 @@ Result_t AssetStore::Refresh(OnScan progress) {
 }
 
 Result_t AssetStore::Forget(const std::string& folder) {
-  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
-  std::string path;
-  if (CanonicalPath(folder, path).Failure()) path = folder;  // a folder that is gone can be forgotten too
-  return m_Impl->Run([&] { return m_Impl->Open->Forget(path) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND; });
+  return m_Impl->Run([&] {
+    std::string path;
+    if (CanonicalPath(folder, path).Failure()) path = folder;  // a folder that is gone can be forgotten too
+    return m_Impl->Open->Forget(path) ? Ferro::RESULT_OK : Ferro::RESULT_NOT_FOUND;
+  });
 }
 
 std::vector<std::string> AssetStore::Folders() const {
@@ -314,10 +322,11 @@ std::vector<AssetRecord> AssetStore::FindAsset(const UUID& id) const {
 }
 
 std::vector<AssetRecord> AssetStore::FindFile(const std::string& filename) const {
-  std::string path;
-  if (CanonicalPath(filename, path).Failure()) path = filename;  // a file that is gone has its records too
-  return m_Impl->Ask<std::vector<AssetRecord>>(
-      [&] { return m_Impl->Open->AskRecords([&](const StoreIndex& index) { return index.FindFile(path); }); });
+  return m_Impl->Ask<std::vector<AssetRecord>>([&] {
+    std::string path;
+    if (CanonicalPath(filename, path).Failure()) path = filename;  // a file that is gone has its records too
+    return m_Impl->Open->AskRecords([&](const StoreIndex& index) { return index.FindFile(path); });
+  });
 }
 
 std::vector<PackageRecord> AssetStore::Packages() const {
@@ -338,21 +347,25 @@ void AssetStore::ClearFailure() {
 }
 
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) {
-  if (m_Impl->Open == nullptr) return Ferro::RESULT_INIT;
-  if (const Result_t result = Refresh(); result.Failure()) return result;
+  return m_Impl->Run([&] { return m_Impl->Verify(*this, ids, threads, progress, interval_ms); });
+}
+
+Result_t AssetStore::Impl::Verify(AssetStore& store, const UUIDList& ids, ui32_t threads, OnVerify progress,
+                                  ui32_t interval_ms) const {
+  if (const Result_t result = store.Refresh(); result.Failure()) return result;
   const VerificationPlan plan(ids);
-  std::vector<DigestJob> jobs = plan.Jobs(Assets());
+  std::vector<DigestJob> jobs = plan.Jobs(store.Assets());
   Result_t kept = Ferro::RESULT_OK;
   const auto keep = [&](const DigestJob& job) {
-    kept = m_Impl->Run([&] {
-      m_Impl->Open->KeepDigest(job);
+    kept = Run([&] {
+      Open->KeepDigest(job);
       return Ferro::RESULT_OK;
     });
     return kept.Success();
   };
   const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), interval_ms, keep, progress);
   if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
-  return plan.AreVerified(Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
+  return plan.AreVerified(store.Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
 }
 
 Result_t AssetStore::GetAssetIDList(UUIDList& out) const {
@@ -372,11 +385,13 @@ Result_t AssetStore::ForgetAsset(const UUID& id) {
 }
 
 Result_t AssetStore::GetInfoForAssetID(const UUID& id, AssetInfo& out, bool flag) const {
-  AssetInfoList found;
-  const Result_t result = GetInfoForAssetIDList({id}, found, flag);
-  if (result == Ferro::RESULT_FALSE) return Ferro::RESULT_NOT_FOUND;
-  if (result.Success()) out = found.front();
-  return result;
+  return m_Impl->Run([&]() -> Result_t {
+    AssetInfoList found;
+    const Result_t result = GetInfoForAssetIDList({id}, found, flag);
+    if (result == Ferro::RESULT_FALSE) return Ferro::RESULT_NOT_FOUND;
+    if (result.Success()) out = found.front();
+    return result;
+  });
 }
 
 Result_t AssetStore::GetInfoForAssetIDList(const UUIDList& ids, AssetInfoList& out, bool flag) const {

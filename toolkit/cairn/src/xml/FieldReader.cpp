@@ -38,10 +38,11 @@ void FieldReader::Count(const Element* element, ui64_t& out) {
   value ? static_cast<void>(out = *value) : Malformed(element);
 }
 
-void FieldReader::Count(const Element* element, ui32_t& out) {
+bool FieldReader::Count(const Element* element, ui32_t& out) {
   const auto value = ParseDecimal(TrimmedText(element));
-  if (!value || *value > std::numeric_limits<ui32_t>::max()) return Malformed(element);
-  out = static_cast<ui32_t>(*value);
+  const bool fits = value && *value <= std::numeric_limits<ui32_t>::max();
+  fits ? static_cast<void>(out = static_cast<ui32_t>(*value)) : Malformed(element);
+  return fits;
 }
 
 void FieldReader::Rate(const Element* element, QUIRE::Rational& out) {

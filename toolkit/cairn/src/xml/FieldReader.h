@@ -31,8 +31,9 @@ class FieldReader {
   void ID(const Element* element, UUID& out);
   /// A UUID with or without "urn:uuid:".
   void PlainID(const Element* element, UUID& out);
-  /// A decimal number from 0 to the largest that fits, a plus sign and leading zeros allowed.
-  void Count(const Element* element, ui32_t& out);
+  /// A decimal number from 0 to the largest that fits, a plus sign and leading zeros allowed. The first answers whether it
+  /// was one.
+  bool Count(const Element* element, ui32_t& out);
   void Count(const Element* element, ui64_t& out);
   /// Two positive numbers; given reduced.
   void Rate(const Element* element, QUIRE::Rational& out);

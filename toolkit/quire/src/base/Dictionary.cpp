@@ -63,6 +63,7 @@ const Dictionary& DefaultSMPTEDict() {
   return dictionary;
 }
 
+// Interop files bear some labels with the registry version of their time.
 const Dictionary& DefaultInteropDict() {
   static const Dictionary::Override overrides[] = {{MDD_OPAtom, 1}, {MDD_CryptEssence, 7}};
   static const Dictionary dictionary(overrides);

@@ -21,7 +21,7 @@ constexpr size_t MaxHeaderLength = KeyLength + 9;
 }  // namespace
 
 // One byte below 0x80 is the length itself. Otherwise its low seven bits say how many bytes of length follow, the most
-// significant first (ST 377-1, 6.3.2).
+// significant first (ST 377-1, 6.3).
 std::optional<BERField> ReadBER(std::span<const ui8_t> bytes) {
   if (bytes.empty()) return std::nullopt;
   if (bytes[0] < 0x80) return BERField{bytes[0], 1};

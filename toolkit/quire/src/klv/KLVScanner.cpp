@@ -14,6 +14,7 @@ constexpr ui64_t CloseDistance = 4096;
 
 }  // namespace
 
+// Elements as long as pictures are far apart: of each only key and length are read. Short ones share a block.
 std::optional<KLVPacket> KLVScanner::At(ui64_t offset, ui64_t limit) {
   limit = std::min<ui64_t>(limit, m_File.Size());
   if (offset >= limit) return std::nullopt;

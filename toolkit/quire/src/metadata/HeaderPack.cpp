@@ -29,7 +29,8 @@ Result_t ReadSome(const Ferro::FileReader& file, ui64_t offset, size_t wanted, s
   return result;
 }
 
-// The place of the pack in `bytes`, or their end.
+// The place of the pack in `bytes`, or their end. What precedes it, the run-in, may be anything but these bytes (ST 377-1,
+// 6.5).
 size_t FindHeaderPack(std::span<const ui8_t> bytes) {
   for (size_t at = 0; at + sizeof HeaderPackHead <= bytes.size() && at <= LongestRunIn; ++at) {
     const auto here = bytes.subspan(at, sizeof HeaderPackHead);

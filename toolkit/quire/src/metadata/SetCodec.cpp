@@ -13,7 +13,7 @@
 namespace QUIRE::MXF {
 namespace {
 
-// A set's value is a row of items: tag (2 bytes), length (2), value (ST 377-1, 9.3).
+// A set's value is a row of items: tag (2 bytes), length (2), value (ST 336).
 constexpr size_t ItemHeaderLength = 4;
 constexpr ui16_t InstanceUIDTag = 0x3c0a;
 

@@ -29,7 +29,7 @@ T Null() {
 //                        ├─► cryptographic track ─► framework ─► context, where essence is encrypted
 //                        └─► descriptor ─► sub-descriptors
 //
-// Each track has a sequence, and that one component (ST 429-3, 7).
+// Each track has a sequence, and that one component (ST 429-3).
 class HeaderBuilder {
  public:
   HeaderBuilder(const HeaderPlan& plan, ui32_t duration)
