@@ -129,11 +129,15 @@ TEST_F(TimedTextLine, TheDocumentsOwnLayoutIsNoText) {
       {"<Text> </Text>", " "},
       {"<Text>\n</Text>", ""},
       {"<Text>one \n</Text>", "one"},
-      {"<Text><Font>\n</Font><Font>\n</Font>one</Text>", "one"},
+      {"<Text><Font Size='9'>\n</Font><Font Size='8'>\n</Font>one</Text>", "one"},
       {"<Text></Text>", ""},
       {"<Text>\r\n one\r\n</Text>", "one"},
   };
-  for (const auto& [text, expected] : forms) EXPECT_EQ(ReadLine(text).Characters(), expected) << text;
+  for (const auto& [text, expected] : forms) {
+    EXPECT_EQ(ReadLine(text).Characters(), expected) << text;
+    for (const Cairn::TextRun& run : Line().RunList)
+      EXPECT_NE(run.Content, decltype(run.Content)(Cairn::TextCharacters())) << text;
+  }
 }
 
 TEST_F(TimedTextLine, AnEmptyLineIsALineWithoutRuns) {
