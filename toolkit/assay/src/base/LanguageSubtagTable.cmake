@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Makes LanguageSubtagTable.cpp in the build folder out of the lists of the package iso-codes.
+find_path(ISO_CODES_FOLDER iso_639-3.json PATH_SUFFIXES share/iso-codes/json iso-codes/json REQUIRED)
+
+# The codes under one key of a list, in lower case.
+function(assay_read_codes out list key)
+  file(STRINGS ${ISO_CODES_FOLDER}/${list}.json lines REGEX "\"${key}\": ")
+  list(TRANSFORM lines REPLACE ".*\"${key}\": \"([A-Za-z]+)\".*" "\\1")
+  list(TRANSFORM lines TOLOWER)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ISO_CODES_FOLDER}/${list}.json)
+  set(${out} ${lines} PARENT_SCOPE)
+endfunction()
+
+# One string of the codes, in order, each once.
+function(assay_join_codes out)
+  list(REMOVE_DUPLICATES ARGN)
+  list(SORT ARGN)
+  list(JOIN ARGN "" joined)
+  set(${out} ${joined} PARENT_SCOPE)
+endfunction()
+
+# In an entry, the code of two letters stands before that of three, which then is none of a tag.
+set(two)
+set(three)
+set(replaced)
+foreach(list iso_639-2 iso_639-3 iso_639-5)
+  assay_read_codes(codes ${list} "alpha_[23]")
+  set(has_two FALSE)
+  foreach(code IN LISTS codes)
+    if(code MATCHES "^[a-z][a-z]$")
+      list(APPEND two ${code})
+      set(has_two TRUE)
+    elseif(code MATCHES "^[a-z][a-z][a-z]$")
+      list(APPEND three ${code})
+      if(has_two)
+        list(APPEND replaced ${code})
+      endif()
+      set(has_two FALSE)
+    endif()
+  endforeach()
+endforeach()
+list(REMOVE_ITEM three ${replaced})
+assay_read_codes(scripts iso_15924 alpha_4)
+assay_read_codes(regions iso_3166-1 alpha_2)
+
+assay_join_codes(LANGUAGES_OF_TWO ${two})
+assay_join_codes(LANGUAGES_OF_THREE ${three})
+assay_join_codes(SCRIPTS ${scripts})
+assay_join_codes(REGIONS ${regions})
+configure_file(src/base/LanguageSubtagTable.cpp.in LanguageSubtagTable.cpp @ONLY)
