@@ -9,6 +9,7 @@ namespace {
 
 using Ferro::XMLElement;
 
+// Elements of an extension declare its namespace themselves, under a prefix: the document's own has none.
 XMLElement& AddExtension(XMLElement& list, const std::string& prefix, const char* name, const char* namespace_name) {
   XMLElement& element = list.AddChild(prefix + ":" + name);
   element.SetAttr("xmlns:" + prefix, namespace_name);

@@ -202,7 +202,22 @@ class Contents {
 class AssetStore::Impl {
  public:
   /// What VerifyDigests does, but for failures of the index.
-  Result_t Verify(AssetStore& store, const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) const;
+  Result_t Verify(AssetStore& store, const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) const {
+    if (const Result_t result = store.Refresh(); result.Failure()) return result;
+    const VerificationPlan plan(ids);
+    std::vector<DigestJob> jobs = plan.Jobs(store.Assets());
+    Result_t kept = Ferro::RESULT_OK;
+    const auto keep = [&](const DigestJob& job) {
+      kept = Run([&] {
+        Open->KeepDigest(job);
+        return Ferro::RESULT_OK;
+      });
+      return kept.Success();
+    };
+    const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), interval_ms, keep, progress);
+    if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
+    return plan.AreVerified(store.Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
+  }
 
   /// Runs an operation of the open store; a failure of the index, and want of memory, is kept and becomes a result.
   template <class Operation>
@@ -348,24 +363,6 @@ void AssetStore::ClearFailure() {
 
 Result_t AssetStore::VerifyDigests(const UUIDList& ids, ui32_t threads, OnVerify progress, ui32_t interval_ms) {
   return m_Impl->Run([&] { return m_Impl->Verify(*this, ids, threads, progress, interval_ms); });
-}
-
-Result_t AssetStore::Impl::Verify(AssetStore& store, const UUIDList& ids, ui32_t threads, OnVerify progress,
-                                  ui32_t interval_ms) const {
-  if (const Result_t result = store.Refresh(); result.Failure()) return result;
-  const VerificationPlan plan(ids);
-  std::vector<DigestJob> jobs = plan.Jobs(store.Assets());
-  Result_t kept = Ferro::RESULT_OK;
-  const auto keep = [&](const DigestJob& job) {
-    kept = Run([&] {
-      Open->KeepDigest(job);
-      return Ferro::RESULT_OK;
-    });
-    return kept.Success();
-  };
-  const Result_t computed = ComputeDigests(jobs, ThreadsOrDefault(threads), interval_ms, keep, progress);
-  if (kept.Failure() || computed.Failure()) return kept.Failure() ? kept : computed;
-  return plan.AreVerified(store.Assets()) ? Ferro::RESULT_OK : Ferro::RESULT_FALSE;
 }
 
 Result_t AssetStore::GetAssetIDList(UUIDList& out) const {

@@ -43,7 +43,7 @@ class VerificationPlan {
 /// @param finished  called with each file when it was read, or could not be; false from it ends the work.
 /// @param progress  called every now and then and at the end; false from it ends the work as soon as each thread has
 ///                  finished its piece. May be empty.
-/// @return RESULT_OK, or RESULT_CANCELLED. Files that could not be read are logged.
+/// @return RESULT_OK; RESULT_CANCELLED; RESULT_ALLOC, with some files not read. Files that could not be read are logged.
 [[nodiscard]] Result_t ComputeDigests(std::vector<DigestJob>& jobs, ui32_t threads, ui32_t interval_ms,
                                       Ferro::FunctionRef<bool(const DigestJob&)> finished,
                                       AssetStore::OnVerify progress);

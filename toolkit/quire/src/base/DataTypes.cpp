@@ -8,6 +8,8 @@
 namespace QUIRE::MXF {
 namespace {
 
+// Label of a basic identifier, how its halves were made, the number of bytes that follow (0x13), the instance 0 (ST 330).
+// The material number makes up the other half.
 constexpr ui8_t UMIDHead[16] = {0x06, 0x0a, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,
                                 0x01, 0x01, 0x0f, 0x20, 0x13, 0x00, 0x00, 0x00};
 

@@ -74,6 +74,8 @@ Result_t FileStructure::PreferBetterMetadata(const Ferro::FileReader& file) {
   return Ferro::RESULT_OK;
 }
 
+// A file that was written to its end lists its partitions in the random index pack. One without it may have a footer that
+// the header knows, from which each pack leads to the one before. A file that breaks off has neither: its KLVs are walked.
 Result_t FileStructure::ReadPartitions(const Ferro::FileReader& file) {
   if (m_HasAllPartitions) return Ferro::RESULT_OK;
   Partitions.resize(1);

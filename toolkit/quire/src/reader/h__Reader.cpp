@@ -205,6 +205,8 @@ MXF::IndexEntry h__Reader::Entry(ui32_t frame_number) const {
 }
 
 // The edit unit's first byte, and the first byte of what follows it: the next edit unit or the end of the partition.
+//
+//   edit unit ─► index ─► offset in the stream ─► run (partition) ─► place in the file
 Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
   const Result_t result = ReadIndex();
   if (result.Failure()) return result;

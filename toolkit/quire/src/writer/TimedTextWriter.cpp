@@ -13,6 +13,8 @@ namespace QUIRE::TimedText {
 
 namespace {
 
+// The document is the file's essence; each resource follows in a generic stream partition of its own, whose stream the
+// header's sub-descriptor names (ST 429-5).
 constexpr ui32_t FirstResourceSID = 10;
 
 // The stream ID of the resource at a place in the list; the index's own ID is left out.
