@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "FileSizeLimit.h"
 #include "TestFiles.h"
 
@@ -51,6 +53,24 @@ TEST(LogSink, DefaultIsStandardError) {
   testing::internal::CaptureStderr();
   DefaultLogSink().WriteEntry(EntryOf("message\n"));
   EXPECT_EQ(testing::internal::GetCapturedStderr(), s_LineStart + "message\n");
+}
+
+TEST(LogSink, DebugMessagesGoToStandardErrorOnlyWhereTheyAreAskedFor) {
+  const auto written = [](LogLevel least) {
+    SetStdErrLogLevel(least);
+    testing::internal::CaptureStderr();
+    DefaultLogSink().Debug("a\n");
+    DefaultLogSink().Info("b\n");
+    DefaultLogSink().Error("c\n");
+    const std::string text = testing::internal::GetCapturedStderr();
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  testing::internal::CaptureStderr();
+  DefaultLogSink().Debug("a\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(written(LogLevel::Debug), 3);
+  EXPECT_EQ(written(LogLevel::Error), 1);
+  EXPECT_EQ(written(LogLevel::Info), 2);
 }
 
 TEST(LogSink, AnotherDefaultCanBeSetAndTakenBack) {

@@ -22,6 +22,7 @@ namespace {
 
 constinit std::atomic<ILogSink*> s_DefaultSink = nullptr;
 constinit std::mutex s_StdErrMutex;
+constinit std::atomic<LogLevel> s_StdErrLevel = LogLevel::Info;
 
 std::string Format(const char* format, va_list arguments) {
   va_list again;
@@ -101,7 +102,12 @@ ILogSink* SetDefaultLogSink(ILogSink* sink) {
   return s_DefaultSink.exchange(sink);
 }
 
+void SetStdErrLogLevel(LogLevel least) {
+  s_StdErrLevel = least;
+}
+
 void StdErrLogSink::WriteEntry(const LogEntry& entry) {
+  if (entry.Level < s_StdErrLevel.load()) return;
   const std::string line = entry.EncodeLine() + '\n';
   const std::lock_guard lock(s_StdErrMutex);
   WriteText(STDERR_FILENO, line);

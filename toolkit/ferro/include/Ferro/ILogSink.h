@@ -25,7 +25,8 @@ class FERRO_API ILogSink {
   ILogSink& operator=(const ILogSink&) = default;
 };
 
-/// The sink used where none is passed. Standard error until SetDefaultLogSink is called.
+/// The sink used where none is passed. Until SetDefaultLogSink is called: standard error, without debug messages, which
+/// SetStdErrLogLevel lets through.
 [[nodiscard]] FERRO_API ILogSink& DefaultLogSink();
 /// Makes `sink` the default, or the first one again when null. The sink must outlive its use. Returns the one before
 /// (null for the first). Any thread may call it.

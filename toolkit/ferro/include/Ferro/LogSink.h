@@ -11,11 +11,15 @@
 
 namespace Ferro {
 
-/// Writes each message as one line to standard error.
+/// Writes each message as one line to standard error, but none below the level that is set for all of these sinks:
+/// LogLevel::Info until SetStdErrLogLevel is called.
 class FERRO_API StdErrLogSink : public ILogSink {
  public:
   void WriteEntry(const LogEntry& entry) override;
 };
+
+/// Sets the least level that goes to standard error: LogLevel::Debug lets all messages through. Any thread may call it.
+FERRO_API void SetStdErrLogLevel(LogLevel least);
 
 /// Appends each message as one line to a file, which is created when missing. Messages that cannot be written are
 /// counted, never thrown.
