@@ -70,8 +70,10 @@ TEST_F(CompositionPlaylistTest, AnotherDocumentIsNotACompositionPlaylist) {
 
 TEST_F(CompositionPlaylistTest, APlaylistOfTheInteroperableMasterFormatIsNotOne) {
   for (const char* ns : {"http://www.smpte-ra.org/schemas/2067-3/2013", "http://www.smpte-ra.org/schemas/2067-3/2016",
-                         "http://www.smpte-ra.org/ns/2067-3/2020"})
+                         "http://www.smpte-ra.org/ns/2067-3/2020"}) {
     EXPECT_EQ(m_CPL.DecodeXML("<CompositionPlaylist xmlns=\"" + std::string(ns) + "\"/>"), Cairn::RESULT_NOT_CPL);
+    EXPECT_EQ(m_CPL.DCPFormat, Cairn::DFT_IMF);
+  }
 }
 
 TEST_F(CompositionPlaylistTest, TheFlavourComesFromTheNamespace) {

@@ -66,7 +66,11 @@ bool IsMasterFormat(const std::string& namespace_name) {
 }
 
 Result_t ReadComposition(const Element* root, DCPFormat_t format, Ferro::ILogSink& log, CompositionPlaylist& cpl) {
-  if (LocalName(root) != "CompositionPlaylist" || IsMasterFormat(NamespaceName(root))) return RESULT_NOT_CPL;
+  if (LocalName(root) != "CompositionPlaylist") return RESULT_NOT_CPL;
+  if (IsMasterFormat(NamespaceName(root))) {
+    cpl.DCPFormat = DFT_IMF;
+    return RESULT_NOT_CPL;
+  }
   cpl.NamespaceName = NamespaceName(root);
   cpl.DCPFormat = format;
   FieldReader fields(DocumentName, log);
