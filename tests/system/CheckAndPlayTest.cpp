@@ -7,7 +7,9 @@
 
 #include <signal.h>
 
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 using namespace Tool;
 using testing::AllOf;
@@ -203,10 +205,13 @@ TEST_F(Play, TellsOfCompositionsReelsAndEventsInOrder) {
   const std::string output = play.Output();
   size_t at = 0;
   for (const char* line :
-       {"composition \"SampleTrailer\", reel 1 of 1\n", "event SHOW_START\n",
-        "composition \"SampleFeature\", reel 1 of 3\n", "event LIGHTS_DOWN\n",
-        "composition \"SampleFeature\", reel 2 of 3\n", "composition \"SampleFeature\", reel 3 of 3\n",
-        "event CREDITS\n", "composition \"SampleImmersive\", reel 1 of 1\n"}) {
+       {"composition \"SampleTrailer\", reel 1 of 1: 96\u00d764, 24 fps, 5.1, en, SMPTE, OV, 1 reel\n",
+        "event SHOW_START\n",
+        "composition \"SampleFeature\", reel 1 of 3: 96\u00d764, 24 fps, 5.1, en with en subtitles, captions, SMPTE, "
+        "OV, 3 reels\n",
+        "event LIGHTS_DOWN\n", "composition \"SampleFeature\", reel 2 of 3\n",
+        "composition \"SampleFeature\", reel 3 of 3\n", "event CREDITS\n",
+        "composition \"SampleImmersive\", reel 1 of 1: 96\u00d764, "}) {
     at = output.find(line, at);
     ASSERT_NE(at, std::string::npos) << line << output;
   }
@@ -221,9 +226,32 @@ TEST_F(Play, ObeysCommandsFromStandardInput) {
 }
 
 TEST_F(Play, SaysWhatACommandLooksLike) {
-  StrataProgram play({"play", Show(), "--paused"}, "?\nq\n");
+  StrataProgram play({"play", Show(), "--paused"}, "?\nx\nq\n");
   EXPECT_EQ(play.Wait(), 0);
-  EXPECT_THAT(play.Output(), HasSubstr("(f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"));
+  EXPECT_THAT(play.Output(), HasSubstr("  f b           play forwards, backwards\n"));
+  EXPECT_THAT(play.Output(), HasSubstr("In short: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"));
+}
+
+TEST_F(Play, SecondsLostWhileItWasStoppedAreCounted) {
+  StrataProgram play({"play", Show(), "--speed", "4", "--json"});
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));  // it lasts 1.75 s
+  play.Signal(SIGSTOP);
+  std::this_thread::sleep_for(std::chrono::milliseconds(3000));
+  play.Signal(SIGCONT);
+  EXPECT_EQ(play.Wait(), 0) << play.Errors();
+  ExpectMatchesSchema(play.Output(), "strata-play-1");
+  const Json summary = Json::parse(play.Output());
+  EXPECT_GT(summary["held_up_seconds"], 1.5);
+  EXPECT_LT(summary["held_up_seconds"], summary["seconds"]);
+  EXPECT_GE(summary["channels"][0]["late"], 20);  // of those that are played faster to catch up
+}
+
+TEST_F(Play, SaysThatItResumes) {
+  const std::string file = Beside("position");
+  std::ofstream(file) << "12882066-0fed-5c52-83e0-cf5e3b96e2bb 100\n";
+  StrataProgram play({"play", Show(), "--speed", "max", "--resume", file});
+  EXPECT_EQ(play.Wait(), 0);
+  EXPECT_THAT(play.Output(), testing::StartsWith("resuming at 00:00:04:04, edit unit 100 of 168\n"));
 }
 
 TEST_F(Play, BrokenShowIsNotPlayed) {

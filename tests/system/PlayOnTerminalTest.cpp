@@ -38,39 +38,41 @@ class PlayOnTerminal : public testing::Test {
 
 TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
   TerminalProgram play({"play", m_Show.Path(), "--paused", "--verify", "--resume", m_Position});
-  EXPECT_TRUE(
-      play.WaitFor("space pause   . , step   arrows jump   q quit   or a command and Enter: "
-                   "(f|b|l<n>|t<n>|j(b|f)|p|s|?)"));
-  EXPECT_TRUE(play.WaitFor("composition \"SampleTrailer\", reel 1 of 1\r\n"));
+  EXPECT_TRUE(play.WaitFor("space pause   . , step   arrows jump   q quit   ? help\r\n"));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleTrailer\", reel 1 of 1: 96\u00d764, 24 fps, "));
   EXPECT_TRUE(play.WaitFor("event SHOW_START\r\n"));
-  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  late 0  LIGHTS_DOWN in 0:02"));
+  EXPECT_TRUE(
+      play.WaitFor("00:00:00:00 of 0:07  0/168  pause  late 0  1/5 SampleTrailer  reel 1/1  next SampleEncrypted in "
+                   "0:01  LIGHTS_DOWN in 0:02"));
 
   play.Type(".");
-  EXPECT_TRUE(play.WaitFor("00:00:00:01 1/168  composition 1/5"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:01 of 0:07  1/168  pause  late 0  1/5 SampleTrailer"));
   play.Type("..");
-  EXPECT_TRUE(play.WaitFor("00:00:00:03 3/168"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:03 of 0:07  3/168"));
   play.Type(",");
-  EXPECT_TRUE(play.WaitFor("00:00:00:02 2/168"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:02 of 0:07  2/168"));
 
   play.Type("l48\r");
-  EXPECT_TRUE(play.WaitFor("composition \"SampleFeature\", reel 1 of 3\r\n"));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleFeature\", reel 1 of 3: "));
   EXPECT_TRUE(play.WaitFor("event LIGHTS_DOWN\r\n"));
-  EXPECT_TRUE(
-      play.WaitFor("00:00:02:00 48/168  composition 3/5  reel 1/3  pause 24 fps  late 0  FEATURE_SECOND_1 in 0:01"));
+  EXPECT_TRUE(play.WaitFor(
+      "00:00:02:00 of 0:07  48/168  pause  late 0  3/5 SampleFeature  reel 1/3  next SampleStereoscopic in "
+      "0:03  FEATURE_SECOND_1 in 0:01"));
   play.Type("l100\r");
-  EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168  composition 3/5  reel 3/3  pause 24 fps  late 0"));
-  play.Type("?\r");
-  EXPECT_TRUE(play.WaitFor("(f|b|l<n>|t<n>|j(b|f)|p|s|?)"));
+  EXPECT_TRUE(play.WaitFor("00:00:04:04 of 0:07  100/168  pause  late 0  3/5 SampleFeature  reel 3/3  next "));
+  play.Type("?");
+  EXPECT_TRUE(play.WaitFor("  right left    ten seconds on, back\r\n"));
+  EXPECT_TRUE(play.WaitFor("In short: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\r\n"));
   play.Type(Right);
-  EXPECT_TRUE(play.WaitFor("167/168  composition 5/5"));
+  EXPECT_TRUE(play.WaitFor("167/168  pause  late 0  5/5 SampleImmersive  reel 1/1  end in 0:00"));
   play.Type(Left);
-  EXPECT_TRUE(play.WaitFor("00:00:00:00 0/168  composition 1/5"));
+  EXPECT_TRUE(play.WaitFor("00:00:00:00 of 0:07  0/168  "));
 
   play.Type(" ");
-  EXPECT_TRUE(play.WaitFor("reel 1/1  play 24 fps"));
-  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1\r\n"));
+  EXPECT_TRUE(play.WaitFor("/168  play  "));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1: "));
   play.Type(" ");
-  EXPECT_TRUE(play.WaitFor("reel 1/1  pause 24 fps"));
+  EXPECT_TRUE(play.WaitFor("/168  pause  "));
   play.Type("q");
   EXPECT_EQ(play.Wait(), 0) << play.Screen();
   EXPECT_THAT(PositionKept(), MatchesRegex("12882066-0fed-5c52-83e0-cf5e3b96e2bb [0-9]+"));
@@ -80,7 +82,7 @@ TEST_F(PlayOnTerminal, ObeysKeysAndCommandsAndShowsWhereItIs) {
 TEST_F(PlayOnTerminal, LateFramesShowOnANarrowTerminalToo) {
   TerminalProgram play({"play", m_Show.Path(), "--paused"}, 80);
   EXPECT_TRUE(
-      play.WaitFor("\r00:00:00:00 0/168  composition 1/5  reel 1/1  pause 24 fps  late 0  LIGHTS_DOW\u2026\x1b[K"));
+      play.WaitFor("\r00:00:00:00 of 0:07  0/168  pause  late 0  1/5 SampleTrailer  reel 1/1  next S\u2026\x1b[K"));
   play.Type("q");
   EXPECT_EQ(play.Wait(), 0);
 }
@@ -101,7 +103,7 @@ TEST_F(PlayOnTerminal, EndsWithASummaryOfEveryChannel) {
   EXPECT_EQ(play.Wait(), 0) << play.Screen();
   for (const char* line :
        {"event SHOW_START\r\n", "event LIGHTS_DOWN\r\n", "event FEATURE_SECOND_1\r\n", "event CREDITS\r\n",
-        "composition \"SampleImmersive\", reel 1 of 1\r\n", "Played 168 edit units in 0:0"})
+        "composition \"SampleImmersive\", reel 1 of 1: ", "Played 168 edit units in 0:0"})
     EXPECT_TRUE(play.WaitFor(line)) << line << play.Screen();
   for (const char* channel : {"  picture                 168 delivered  ", "  sound                   168 delivered  ",
                               "  subtitle                 72 delivered  ", "  closed caption           72 delivered  ",
@@ -125,7 +127,7 @@ TEST_F(PlayOnTerminal, GoesOnWhereItWasLeft) {
   }
   EXPECT_EQ(PositionKept(), "12882066-0fed-5c52-83e0-cf5e3b96e2bb 100");
   TerminalProgram play({"play", m_Show.Path(), "--paused", "--resume", m_Position});
-  EXPECT_TRUE(play.WaitFor("00:00:04:04 100/168"));
+  EXPECT_TRUE(play.WaitFor("00:00:04:04 of 0:07  100/168"));
   play.Type("q");
   EXPECT_EQ(play.Wait(), 0);
 }
@@ -133,7 +135,7 @@ TEST_F(PlayOnTerminal, GoesOnWhereItWasLeft) {
 // Nothing but the position and the show is left, and the position is whole.
 TEST_F(PlayOnTerminal, InterruptedItKeepsItsPosition) {
   TerminalProgram play({"play", m_Show.Path(), "--resume", m_Position});
-  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1\r\n"));
+  EXPECT_TRUE(play.WaitFor("composition \"SampleEncrypted\", reel 1 of 1: "));
   play.Type("\x03");
   EXPECT_EQ(play.Wait(), 4) << play.Screen();
   EXPECT_TRUE(play.WaitFor("Played "));
@@ -171,9 +173,9 @@ TEST_F(PlayOnTerminal, ArrowsInPiecesAndOfTheApplicationModeAreArrows) {
 TEST_F(PlayOnTerminal, EscapeGivesUpACommand) {
   TerminalProgram play({"play", m_Show.Path(), "--paused"});
   play.Type("l10");
-  EXPECT_TRUE(play.WaitFor("\r> l10  00:00:00:00 0/168"));
+  EXPECT_TRUE(play.WaitFor("\r> l10  00:00:00:00 of 0:07  0/168"));
   play.Type("\x1b");
-  EXPECT_TRUE(play.WaitFor("\r00:00:00:00 0/168"));
+  EXPECT_TRUE(play.WaitFor("\r00:00:00:00 of 0:07  0/168"));
   play.Type("l2\r");
   EXPECT_TRUE(play.WaitFor(" 2/168"));
   play.Type("q");

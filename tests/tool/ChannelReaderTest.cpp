@@ -22,7 +22,7 @@ using Ferro::ui64_t;
 namespace fs = std::filesystem;
 
 constexpr ui32_t ReelLength = 5;
-constexpr std::chrono::duration<double> LongEditUnit(3600);  // nothing is late
+constexpr auto Never = ChannelReader::Clock::time_point::max();  // nothing is late
 
 /// A show of reels with a picture and a sound file each.
 class ChannelReaderTest : public testing::Test {
@@ -61,7 +61,7 @@ class ChannelReaderTest : public testing::Test {
     reader.OnFirstLacking([this](const std::string& name, ui32_t frame) { Told("unreadable", name, frame); });
     reader.OnFirstMissing([this](const std::string& name, ui32_t frame) { Told("missing", name, frame); });
     for (ui32_t position = 0; position < m_Playlist->GetDuration(); ++position)
-      reader.ReadEditUnit(position, position + 1, LongEditUnit, inspect);
+      reader.ReadEditUnit(position, position + 1, Never, inspect);
     std::map<std::string, ChannelStatistics> by_name;
     for (const ChannelStatistics& channel : reader.Statistics()) by_name[channel.Name] = channel;
     return by_name;
@@ -141,9 +141,9 @@ TEST_F(ChannelReaderTest, FileThatComesBackIsPlayed) {
   const std::string path = m_Files[0].Picture.RealFilename;
   fs::rename(path, path + ".away");
   ChannelReader reader(*m_Playlist);
-  reader.ReadEditUnit(0, 1, LongEditUnit);
+  reader.ReadEditUnit(0, 1, Never);
   fs::rename(path + ".away", path);
-  reader.ReadEditUnit(1, 2, LongEditUnit);
+  reader.ReadEditUnit(1, 2, Never);
   EXPECT_EQ(reader.Statistics().front().Missing, 1U);
   EXPECT_EQ(reader.Statistics().front().Delivered, 1U);
 }
@@ -193,9 +193,9 @@ TEST_F(ChannelReaderTest, ExceptionDuringInspectionReleasesTheFrame) {
   Load();
   ChannelReader reader(*m_Playlist);
   const auto fail = [](const DeliveredFrame&) { throw std::runtime_error("while it is inspected"); };
-  EXPECT_THROW(reader.ReadEditUnit(0, 1, LongEditUnit, fail), std::runtime_error);
-  reader.ReadEditUnit(1, 2, LongEditUnit);
-  reader.ReadEditUnit(3, std::nullopt, LongEditUnit);
+  EXPECT_THROW(reader.ReadEditUnit(0, 1, Never, fail), std::runtime_error);
+  reader.ReadEditUnit(1, 2, Never);
+  reader.ReadEditUnit(3, std::nullopt, Never);
   EXPECT_EQ(reader.Statistics().front().Delivered, 2U);
 }
 

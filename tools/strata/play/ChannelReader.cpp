@@ -29,8 +29,8 @@ std::span<const Ferro::ui8_t> BytesOf(const QUIRE::FrameBuffer& buffer) {
 
 }  // namespace
 
-void ChannelReader::ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next,
-                                 std::chrono::duration<double> length, const Inspect& inspect) {
+void ChannelReader::ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next, Clock::time_point over,
+                                 const Inspect& inspect) {
   // What was asked for elsewhere is taken first: moving on may put its track to rest.
   if (m_Expected != position) Settle();
   FindTracks(position);
@@ -53,7 +53,7 @@ void ChannelReader::ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui
     std::optional<Ferro::ui32_t> ahead;
     if (next_is_near) ahead = PlayedFilePosition(*channel.Track, m_Playlist.TranslateReelPosition(*next));
     if (channel.Requester)
-      Take(channel, *file_position, ahead, length, inspect);
+      Take(channel, *file_position, ahead, over, inspect);
     else
       CountMissing(channel, *file_position);
   }
@@ -86,13 +86,13 @@ void ChannelReader::SetTrack(Channel& channel, ITimelineTrack* track) {
 }
 
 void ChannelReader::Take(Channel& channel, Ferro::ui32_t file_position, std::optional<Ferro::ui32_t> next,
-                         std::chrono::duration<double> length, const Inspect& inspect) {
+                         Clock::time_point over, const Inspect& inspect) {
   ChannelStatistics& statistics = channel.Statistics;
   const Clock::time_point wanted_at = Clock::now();
   const auto frame = channel.Requester->Take(file_position, next);
-  const Clock::duration waited = Clock::now() - wanted_at;
-  statistics.Latency.Add(waited);
-  if (waited > length) ++statistics.Late;
+  const Clock::time_point came_at = Clock::now();
+  statistics.Latency.Add(came_at - wanted_at);
+  if (came_at > over) ++statistics.Late;
 
   if (frame.IsThere() && Deliver(channel, file_position, inspect)) return;
   ++statistics.Repeated;

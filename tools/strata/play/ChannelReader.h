@@ -55,8 +55,8 @@ class ChannelReader {
   ChannelReader& operator=(const ChannelReader&) = delete;
 
   /// Takes every channel's frame of `position`, and asks for that of `next` where it lies in the same reel.
-  /// @param length  of one edit unit; a frame that took longer counts as late.
-  void ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next, std::chrono::duration<double> length,
+  /// @param over  when the edit unit is over; a frame that comes later counts as late.
+  void ReadEditUnit(Ferro::ui32_t position, std::optional<Ferro::ui32_t> next, Clock::time_point over,
                     const Inspect& inspect = {});
 
   /// Sets what is called for the first frame of each track that cannot be read.
@@ -78,8 +78,8 @@ class ChannelReader {
 
   void FindTracks(Ferro::ui32_t position);
   void SetTrack(Channel& channel, Strata::ITimelineTrack* track);
-  void Take(Channel& channel, Ferro::ui32_t file_position, std::optional<Ferro::ui32_t> next,
-            std::chrono::duration<double> length, const Inspect& inspect);
+  void Take(Channel& channel, Ferro::ui32_t file_position, std::optional<Ferro::ui32_t> next, Clock::time_point over,
+            const Inspect& inspect);
   [[nodiscard]] bool Deliver(Channel& channel, Ferro::ui32_t file_position, const Inspect& inspect);
   void CountMissing(Channel& channel, Ferro::ui32_t file_position);
   void Settle();

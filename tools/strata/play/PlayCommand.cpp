@@ -63,8 +63,10 @@ void AddPlayCommand(Command& program) {
   command.Add("--paused", options->Paused, "Wait for a command before playing");
   command.Add("--json", options->AsJson, "Print only the summary, as JSON");
   command.SetFooter(
-      "Commands, typed or read from standard input as lines: (f|b|l<n>|t<n>|j(b|f)|p|s|?)\n"
-      "play forward, backward, locate to edit unit n, shuttle at rate n, jog, pause, stop; q quits.\n"
+      "Commands, typed or read from standard input as lines: f and b play forwards and backwards, l<n> locates edit\n"
+      "unit n, t<n> shuttles at n times the speed, jf and jb jog one edit unit on and back, p pauses, s stops, q "
+      "quits,\n"
+      "? tells of them and of the keys.\n"
       "Exit codes: 0 fine, 2 not playable, or frames differ or are lacking, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata play show\n"

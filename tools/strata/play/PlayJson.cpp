@@ -38,6 +38,7 @@ std::string PlayJson(const PlayReport& report) {
   json["duration"] = report.Duration;
   json["edit_units"] = report.EditUnits;
   json["seconds"] = report.Seconds;
+  json["held_up_seconds"] = report.HeldUpSeconds;
   json["channels"] = Json::Array();
   for (const ChannelStatistics& channel : report.Channels) json["channels"].push_back(ChannelJson(channel));
   json["bytes_per_second"] = report.BytesPerSecond();

@@ -9,6 +9,12 @@ namespace Tool {
 
 namespace {
 
+std::string SecondsText(double seconds) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f", seconds);
+  return text;
+}
+
 std::string ChannelText(const ChannelStatistics& channel) {
   char line[256];
   std::snprintf(line, sizeof line,
@@ -48,6 +54,8 @@ ExitCode PlayReport::Code() const {
 std::string PlayText(const PlayReport& report) {
   std::string text = "Played " + std::to_string(report.EditUnits) + " edit units in " + DurationText(report.Seconds) +
                      ", " + BytesText(report.BytesPerSecond()) + "/s\n";
+  if (report.HeldUpSeconds > 0)
+    text += "It was held up for " + SecondsText(report.HeldUpSeconds) + " s, as while the program was stopped.\n";
   for (const ChannelStatistics& channel : report.Channels) text += ChannelText(channel);
   if (const auto lacking = report.FramesLacking(); lacking > 0)
     text += std::to_string(lacking) + " frames could not be read: `strata check --hash` says which file is damaged.\n";

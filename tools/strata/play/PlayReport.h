@@ -25,6 +25,7 @@ struct PlayReport {
   Ferro::ui32_t Duration = 0;   ///< edit units of the show
   Ferro::ui64_t EditUnits = 0;  ///< how many were played
   double Seconds = 0;           ///< how long that took
+  double HeldUpSeconds = 0;     ///< of these, by which the show ended later than it should have
   std::vector<ChannelStatistics> Channels;
   std::optional<Verification> Verified;  ///< no value: it was not asked for
   std::vector<PlayedEvent> Events;

@@ -12,6 +12,7 @@
 
 #include <Strata/ITransportNotify.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +29,8 @@ struct PlayOptions {
   bool AsJson = false;
 };
 
+/// What keys and commands do, a line each.
+[[nodiscard]] std::string PlayHelp(bool has_keys);
 /// "late 5 (picture 3, sound 2)": the frames that came too late; "late 0".
 [[nodiscard]] std::string LateText(const std::vector<ChannelStatistics>& channels);
 
@@ -60,8 +63,18 @@ class PlaySession : private Strata::ITransportNotify {
   bool HandleKey(const std::string& key);
   void HandleLine(const std::string& line);
   [[nodiscard]] std::chrono::duration<double> EditUnitLength() const;
+  [[nodiscard]] Clock::time_point EndOfEditUnit();
+  /// The number of the composition at a position, from 0.
+  [[nodiscard]] size_t CompositionAt(Ferro::ui32_t position) const;
+  /// "96×64, 24 fps, 5.1, en, SMPTE, OV, 1 reel".
+  [[nodiscard]] const std::string& DescriptionOf(const OutlineComposition& composition);
+  [[nodiscard]] std::string StatusLine() const;
+  /// "next SampleFeature in 0:02  LIGHTS_DOWN in 0:01".
+  [[nodiscard]] std::string WhatComes(Ferro::ui32_t position) const;
+  [[nodiscard]] std::string TimeTo(Ferro::ui32_t position) const;
   void ShowStatus();
   void Say(const std::string& line);
+  void SayHelp(bool has_keys);
   void Warn(const std::string& line) const;
   void Resume();
   void KeepPosition();
@@ -78,8 +91,12 @@ class PlaySession : private Strata::ITransportNotify {
   std::unique_ptr<FrameVerifier> m_Verifier;
   std::optional<Ferro::ui32_t> m_Played;  // the edit unit whose frames were taken last
   Ferro::ui64_t m_EditUnits = 0;
-  std::string m_Typed;  // a command being typed at the terminal
+  std::string m_Typed;                  // a command being typed at the terminal
+  std::optional<size_t> m_Composition;  // that was told of last
+  std::map<Cairn::UUID, std::string> m_Descriptions;
   Clock::time_point m_Started;
+  Clock::time_point m_Due;  // when the edit unit that plays began, by the clock of the show
+  Clock::duration m_HeldUp{};
   Clock::time_point m_StatusShown;
   PositionFile m_PositionFile;
   bool m_KeepsPosition;
