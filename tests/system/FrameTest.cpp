@@ -8,7 +8,9 @@
 #include "sample/SampleSound.h"
 #include "sample/SampleTrackFiles.h"
 
+#include "EssenceMaker.h"
 #include "Judges.h"
+#include "MxfBuilder.h"
 
 #include <Ferro/FileText.h>
 #include <QUIRE/JP2KReader.h>
@@ -117,9 +119,8 @@ TEST_F(FrameStill, PictureIsWhatWasDrawn) {
   // 48 edit units of the nested show, 24 of the first reel.
   ASSERT_EQ(Run(Show(), "79", "b.png"), 0) << m_Errors;
   ExpectShows("b.png", FeatureReel2, 7);
-  EXPECT_EQ(m_Output, Beside("b.png") +
-                          "\npicture of edit unit 79 (00:00:03:07), edit unit 7 of "
-                          "e2819af1-5d8a-5965-ae88-9f0cdba2c071\n");
+  EXPECT_EQ(m_Output, Beside("b.png") + "\npicture of edit unit 79 (00:00:03:07), edit unit 7 of " +
+                          Show("Feature/picture-2.mxf") + '\n');
 
   ASSERT_EQ(Run(Show(), "00:00:03:07", "c.png"), 0) << m_Errors;
   ExpectShows("c.png", FeatureReel2, 7);
@@ -245,6 +246,31 @@ TEST_F(Frame, TextIsTheDocumentInForce) {
   EXPECT_THAT(std::string(caption.begin(), caption.end()), HasSubstr("Reel 2 caption of second 0"));
 }
 
+TEST_F(Frame, SoundAsStoredIsSaidToBeWhatItIs) {
+  ASSERT_EQ(Run(Show("Feature/sound-1.mxf"), "3", "a.bin"), 0) << m_Errors;
+  EXPECT_EQ(ContentOf(Beside("a.bin")), SampleSound(6).Samples(6000, 2000));
+  EXPECT_THAT(m_Output, HasSubstr("\n6 channels in turn, samples of 24 bits with the lowest byte first, 48 kHz\n"));
+}
+
+// The header says frames, and one element holds two codestreams.
+TEST_F(Frame, ClipsAreNoFrames) {
+  testsupport::MxfBuilder builder(testsupport::MxfBuilder::JP2K);
+  const Bytes codestream = testsupport::MakeCodestream(64, 64, 0);
+  Bytes clip = codestream;
+  clip.insert(clip.end(), codestream.begin(), codestream.end());
+  builder.Frames = {clip};
+  builder.Duration = 2;
+  builder.DurationGiven = true;
+  const Bytes file = builder.Build();
+  std::ofstream(Beside("clip.mxf"), std::ios::binary)
+      .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
+  EXPECT_EQ(Run(Beside("clip.mxf"), "0", "a.j2c"), 1);
+  EXPECT_THAT(m_Errors,
+              testing::MatchesRegex("strata: .*/clip.mxf: this is OP-Atom, clip-wrapped: not a D-Cinema track "
+                                    "file. No frames are taken out of it.\n"));
+  EXPECT_FALSE(std::filesystem::exists(Beside("a.j2c")));
+}
+
 TEST_F(Frame, DataAreThoseOfTheFile) {
   const Bytes expected = SampleImmersiveFrame(6, 24);
   ASSERT_EQ(Run(Show(), "150", "a.bin"), 0) << m_Errors;
@@ -256,7 +282,10 @@ TEST_F(Frame, DataAreThoseOfTheFile) {
 TEST_F(Frame, CiphertextIsWrittenAsItIsAndNotDecoded) {
   for (const char* out : {"a.png", "a.wav"}) {
     EXPECT_EQ(Run(Show(), "30", out), 2) << out;
-    EXPECT_THAT(m_Errors, HasSubstr(" is encrypted: only its ciphertext can be written, to a file *.bin\n"));
+    EXPECT_THAT(
+        m_Errors,
+        HasSubstr(": this track file is encrypted: without its key only ciphertext can be written, to a file *.bin\n"));
+    EXPECT_THAT(m_Errors, testing::StartsWith("strata: " + Show("Encrypted/")));
     EXPECT_FALSE(std::filesystem::exists(Beside(out)));
   }
   EXPECT_EQ(Run(Show(), "30", "a.bin", {"--channel", "picture"}), 0);
@@ -272,8 +301,14 @@ TEST_F(Frame, WhatIsNotThereIsAUsageError) {
     std::string Message;
   };
   const Case cases[] = {
-      {"168", "a.png", {}, "edit unit 168: there are 168, from 0 to 167"},
-      {"150", "a.wav", {"--count", "19"}, "19 edit units from 150 on: there are 168, from 0 to 167"},
+      {"168",
+       "a.png",
+       {},
+       "edit unit 168 cannot be taken: there are only 168, and the last is number 167, at 00:00:06:23"},
+      {"150",
+       "a.wav",
+       {"--count", "19"},
+       "19 edit units from 150 on cannot be taken: there are only 168, and the last is number 167"},
       {"-1",
        "a.png",
        {},
@@ -333,6 +368,7 @@ TEST_F(Frame, ReportsAsJson) {
   EXPECT_EQ(report["position"], 125);
   EXPECT_EQ(report["time_code"], "00:00:05:05");
   EXPECT_EQ(report["file_position"], 5);
+  EXPECT_EQ(report["track_file"], Show("Stereoscopic/picture-1.mxf"));
   EXPECT_EQ(report["encrypted"], false);
   EXPECT_EQ(report["files"], Json::array({Beside("a-left.png"), Beside("a-right.png")}));
 }

@@ -2,6 +2,7 @@
 #include "FileFrames.h"
 
 #include "terminal/CommandError.h"
+#include "terminal/ReasonText.h"
 
 #include <Ferro/FileReader.h>
 #include <QUIRE/AtmosReader.h>
@@ -40,6 +41,7 @@ class FileFrames : public FrameSource {
 
   [[nodiscard]] QUIRE::Rational EditRate() const override { return m_EditRate; }
   [[nodiscard]] ui32_t Duration() const override { return m_Duration; }
+  [[nodiscard]] std::optional<FrameChannel> OnlyChannel() const override { return FrameChannel{m_Type}; }
 
   [[nodiscard]] EditUnit Read(const FrameChannel& channel, ui32_t position) override {
     const bool fits = channel.Type == m_Type || (IsText() && channel.Type == Strata::TRKT_OFF_SCREEN_TEXT);
@@ -49,7 +51,9 @@ class FileFrames : public FrameSource {
     EditUnit unit;
     unit.Encrypted = m_Info.EncryptedEssence;
     unit.AssetID = m_Info.AssetUUID.EncodeString();
+    unit.File = m_Filename;
     unit.FilePosition = position;
+    m_Position = position;
     Fill(unit, position);
     return unit;
   }
@@ -57,6 +61,12 @@ class FileFrames : public FrameSource {
  protected:
   virtual void Fill(EditUnit& unit, ui32_t position) = 0;
 
+  /// Throws CommandError where the edit unit that is asked for cannot be read.
+  void CheckRead(Ferro::Result_t result) const {
+    if (result.Failure())
+      throw CommandError(ExitCode::NotPlayable, m_Filename + ": edit unit " + std::to_string(m_Position) +
+                                                    " cannot be read: " + ReasonText(result));
+  }
   /// A frame is never larger than its file.
   void MakeRoom(QUIRE::FrameBuffer& buffer) {
     Ferro::FileReader file;
@@ -64,7 +74,7 @@ class FileFrames : public FrameSource {
     Check(buffer.Capacity(static_cast<ui32_t>(std::min(file.Size(), LargestFrame))));
   }
   void Check(Ferro::Result_t result) const {
-    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
+    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + ReasonText(result));
   }
   template <class Descriptor>
   void Describe(const Descriptor& descriptor) {
@@ -82,6 +92,7 @@ class FileFrames : public FrameSource {
   QUIRE::WriterInfo m_Info;
   QUIRE::Rational m_EditRate;
   ui32_t m_Duration = 0;
+  ui32_t m_Position = 0;  // asked for last
 };
 
 class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
@@ -96,7 +107,7 @@ class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    Check(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
     unit.Bytes = BytesOf(m_Frame);
@@ -119,7 +130,7 @@ class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    Check(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
     unit.Bytes = BytesOf(m_Frame.Left);
@@ -141,7 +152,7 @@ class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    Check(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::MPEG2;
     unit.Bytes = BytesOf(m_Frame);
   }
@@ -165,7 +176,7 @@ class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    Check(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame));
     unit.Coding = FrameCoding::PCM;
     unit.Sound = m_Format;
     unit.Bytes = BytesOf(m_Frame);
@@ -213,7 +224,7 @@ class Data : public FileFrames<Reader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    this->Check(this->m_Reader.ReadFrame(position, m_Frame));
+    this->CheckRead(this->m_Reader.ReadFrame(position, m_Frame));
     unit.Bytes = BytesOf(m_Frame);
   }
 

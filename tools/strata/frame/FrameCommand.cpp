@@ -109,8 +109,10 @@ void CheckRange(ui32_t position, ui32_t count, const FrameSource& source) {
   if (position < duration && count <= duration - position) return;
   const std::string what = count == 1 ? "edit unit " + std::to_string(position)
                                       : std::to_string(count) + " edit units from " + std::to_string(position) + " on";
-  throw CommandError(ExitCode::Usage, what + ": there are " + std::to_string(duration) + ", from 0 to " +
-                                          std::to_string(Ferro::i64_t{duration} - 1));
+  if (duration == 0) throw CommandError(ExitCode::NotPlayable, what + " cannot be taken: there are none");
+  throw CommandError(ExitCode::Usage, what + " cannot be taken: there are only " + std::to_string(duration) +
+                                          ", and the last is number " + std::to_string(duration - 1) + ", at " +
+                                          TimeCodeText(duration - 1, source.EditRate()));
 }
 
 void WriteSound(FrameSource& source, const FrameChannel& channel, ui32_t position, const FrameOptions& options,
@@ -132,6 +134,13 @@ void WriteSound(FrameSource& source, const FrameChannel& channel, ui32_t positio
   wave.Finish();
 }
 
+/// What the bytes of sound are that are written as they are stored; empty for anything else.
+std::string RawSoundText(const EditUnit& unit) {
+  if (unit.Coding != FrameCoding::PCM || unit.Encrypted) return "";
+  return std::to_string(unit.Sound.Channels) + " channels in turn, samples of " + std::to_string(unit.Sound.Bits) +
+         " bits with the lowest byte first, " + SamplingRateText({static_cast<Ferro::i32_t>(unit.Sound.SampleRate), 1});
+}
+
 ExitCode Frame(FrameOptions& options) {
   const auto form = FrameFormOf(options.Output.Filename);
   if (!form)
@@ -139,12 +148,14 @@ ExitCode Frame(FrameOptions& options) {
         ExitCode::Usage,
         options.Output.Filename + ": what is written follows the extension: .png, .j2c, .m2v, .wav, .xml or .bin");
   options.Output.Form = *form;
-  const auto choice = ReadChannel(options.Channel.empty() ? UsualChannel(*form) : options.Channel);
+  auto choice = ReadChannel(options.Channel.empty() ? UsualChannel(*form) : options.Channel);
   if (!choice) throw CommandError(ExitCode::Usage, "--channel " + options.Channel + ": there is no such channel");
   if (options.Count > 1 && *form != FrameForm::Sound)
     throw CommandError(ExitCode::Usage, "--count: several edit units go only into a file *.wav");
   options.Output.Eyes = choice->Eyes;
   const auto source = OpenFrameSource(options.Inputs);
+  if (const auto only = source->OnlyChannel(); only && options.Channel.empty() && *form == FrameForm::Raw)
+    choice->Channel = *only;
   const ui32_t position = ReadPosition(options.At, *source);
   CheckRange(position, options.Count, *source);
   const EditUnit unit = source->Read(choice->Channel, position);
@@ -160,8 +171,10 @@ ExitCode Frame(FrameOptions& options) {
                               .TimeCode = TimeCodeText(position, source->EditRate()),
                               .AssetID = unit.AssetID,
                               .FilePosition = unit.FilePosition,
+                              .File = unit.File,
                               .Encrypted = unit.Encrypted,
-                              .Files = files};
+                              .Files = files,
+                              .Bytes = *form == FrameForm::Raw ? RawSoundText(unit) : ""};
   std::fputs((options.AsJson ? FrameJson(report) : FrameText(report)).c_str(), stdout);
   return ExitCode::Fine;
 }

@@ -125,8 +125,10 @@ void CheckFrameFits(const EditUnit& unit, const FrameOutputOptions& options) {
   const bool needs_plaintext =
       options.Form == FrameForm::Picture || options.Form == FrameForm::Sound || options.Form == FrameForm::Document;
   if (unit.Encrypted && needs_plaintext)
-    throw CommandError(ExitCode::NotPlayable, "the track file " + unit.AssetID +
-                                                  " is encrypted: only its ciphertext can be written, to a file *.bin");
+    throw CommandError(ExitCode::NotPlayable,
+                       unit.File +
+                           ": this track file is encrypted: without its key only ciphertext can be written, to "
+                           "a file *.bin");
 }
 
 std::vector<std::string> WriteFrame(const EditUnit& unit, const FrameOutputOptions& options) {

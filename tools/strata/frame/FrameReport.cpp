@@ -11,7 +11,8 @@ std::string FrameText(const FrameReport& report) {
   for (const std::string& file : report.Files) text += DisplayText(file) + '\n';
   text += report.Channel + " of edit unit " + std::to_string(report.Position) + " (" + report.TimeCode + ')';
   if (report.AssetID.empty()) return text + ", which is silence that the show fills in\n";
-  return text + ", edit unit " + std::to_string(report.FilePosition) + " of " + report.AssetID + '\n';
+  text += ", edit unit " + std::to_string(report.FilePosition) + " of " + DisplayText(report.File) + '\n';
+  return report.Bytes.empty() ? text : text + report.Bytes + '\n';
 }
 
 std::string FrameJson(const FrameReport& report) {
@@ -21,6 +22,7 @@ std::string FrameJson(const FrameReport& report) {
   json["count"] = report.Count;
   json["time_code"] = report.TimeCode;
   json["asset"] = report.AssetID;
+  AddUnlessEmpty(json, "track_file", report.File);
   json["file_position"] = report.FilePosition;
   json["encrypted"] = report.Encrypted;
   json["files"] = report.Files;

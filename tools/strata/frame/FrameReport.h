@@ -16,8 +16,10 @@ struct FrameReport {
   std::string TimeCode;            ///< of the position
   std::string AssetID;             ///< of the track file; empty: silence that the show fills in
   Ferro::ui32_t FilePosition = 0;  ///< edit units of the track file
+  std::string File;                ///< the track file; empty likewise
   bool Encrypted = false;          ///< ciphertext was written
   std::vector<std::string> Files;  ///< what was written, in order
+  std::string Bytes;               ///< what the bytes of sound as stored are; empty for anything else
 };
 
 /// The report as lines of text.

@@ -3,12 +3,15 @@
 
 #include "FileFrames.h"
 #include "ShowFrames.h"
+#include "show/InfoKinds.h"
 #include "terminal/CommandError.h"
 #include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 
 #include <Cairn/InspectFile.h>
 #include <Ferro/FileReader.h>
 #include <QUIRE/Dictionary.h>
+#include <QUIRE/EssenceType.h>
 #include <QUIRE/JP2KReader.h>
 #include <QUIRE/MXF/Descriptors.h>
 #include <QUIRE/MXF/FileStructure.h>
@@ -44,6 +47,15 @@ bool HasDamagedHeader(const std::string& name, const Cairn::FileContent& content
   return file.OpenRead(name).Success() && structure.ReadHeader(file).Failure();
 }
 
+/// Throws CommandError for MXF files without frames that a reader could find.
+void RefuseOtherMXF(const std::string& name) {
+  const QuietLog log;
+  QUIRE::TrackFileIdentity identity;
+  if (QUIRE::IdentifyTrackFile(name, identity).Failure() || identity.Fault == QUIRE::TrackFileFault::None) return;
+  throw CommandError(ExitCode::Usage,
+                     name + ": this is " + identity.EncodeString() + ". No frames are taken out of it.");
+}
+
 }  // namespace
 
 std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
@@ -52,12 +64,13 @@ std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
     const std::string& name = options.Names.front();
     Cairn::FileContent content;
     if (const Ferro::Result_t result = LookInto(name, content); result.Failure())
-      throw CommandError(ExitCode::NotPlayable, name + ": the file cannot be read: " + result.Label());
+      throw CommandError(ExitCode::NotPlayable, name + ": the file cannot be read: " + ReasonText(result));
     if (HasDamagedHeader(name, content))
       throw CommandError(ExitCode::NotPlayable,
                          name + ": the header of this MXF file is damaged: copy the file again.");
+    if (IsMXF(content.Type)) RefuseOtherMXF(name);
     if (auto file = OpenTrackFile(name, content.Type)) return file;
-    if (content.Type == Cairn::FT_UNKNOWN || content.Type == Cairn::FT_XML || content.Type == Cairn::FT_MXF)
+    if (content.Type == Cairn::FT_UNKNOWN || content.Type == Cairn::FT_XML)
       throw CommandError(ExitCode::Usage,
                          name + ": this is no track file of digital cinema, no composition and no show playlist.");
   }

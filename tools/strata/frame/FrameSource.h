@@ -9,6 +9,7 @@
 #include <Strata/TrackType.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,7 @@ struct EditUnit {
   FrameCoding Coding = FrameCoding::Data;
   bool Encrypted = false;
   std::string AssetID;             ///< of the track file; empty for silence that the show fills in
+  std::string File;                ///< the track file; empty likewise
   Ferro::ui32_t FilePosition = 0;  ///< edit units from the start of the track file
   std::vector<Ferro::ui8_t> Bytes;
   std::vector<Ferro::ui8_t> RightEye;  ///< empty unless stereoscopic; Bytes are then the left eye
@@ -62,6 +64,8 @@ class FrameSource {
   [[nodiscard]] virtual QUIRE::Rational EditRate() const = 0;
   /// Edit units.
   [[nodiscard]] virtual Ferro::ui32_t Duration() const = 0;
+  /// The channel that there is; no value where there may be several.
+  [[nodiscard]] virtual std::optional<FrameChannel> OnlyChannel() const { return std::nullopt; }
   /// Reads one edit unit. Of timed text it is the whole document in force, and what belongs to it.
   /// @param position  below Duration().
   /// Throws CommandError where the channel is not there or cannot be read.

@@ -23,7 +23,8 @@ std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
 }
 
 CommandError NothingThere(const FrameChannel& channel, ui32_t position) {
-  return {ExitCode::Usage, "the show has no " + channel.Name() + " at edit unit " + std::to_string(position)};
+  const char* const advice = channel.Type == Strata::TRKT_AUX_DATA ? "; --channel says what else is meant" : "";
+  return {ExitCode::Usage, "the show has no " + channel.Name() + " at edit unit " + std::to_string(position) + advice};
 }
 
 bool IsText(Strata::TrackType_t type) {
@@ -73,7 +74,12 @@ EditUnit ShowFrames::Read(const FrameChannel& channel, ui32_t position) {
   if (!file_position) throw NothingThere(channel, position);
   EditUnit unit;
   unit.Encrypted = track.KeyID().HasValue();
-  if (track.AssetID().HasValue()) unit.AssetID = track.AssetID().EncodeString();
+  if (track.AssetID().HasValue()) {
+    Cairn::AssetInfo info;
+    static_cast<void>(m_Inputs.Store().GetInfoForAssetID(track.AssetID(), info, false));
+    unit.AssetID = track.AssetID().EncodeString();
+    unit.File = info.RealFilename;
+  }
   unit.FilePosition = *file_position;
   if (IsText(channel.Type))
     ReadText(track, unit);
@@ -91,14 +97,13 @@ Strata::ITimelineTrack& ShowFrames::TrackFor(const FrameChannel& channel, ui32_t
 }
 
 void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const {
-  if (!IsReady(track))
-    throw CommandError(ExitCode::NotPlayable, "the track file " + unit.AssetID + " cannot be opened");
+  if (!IsReady(track)) throw CommandError(ExitCode::NotPlayable, unit.File + ": this track file cannot be opened");
   Strata::FrameRequester requester(track);
   {
     const auto frame = requester.Take(unit.FilePosition);
     if (!frame.IsThere())
-      throw CommandError(ExitCode::NotPlayable, "edit unit " + std::to_string(unit.FilePosition) +
-                                                    " of the track file " + unit.AssetID + " cannot be read");
+      throw CommandError(ExitCode::NotPlayable,
+                         unit.File + ": edit unit " + std::to_string(unit.FilePosition) + " cannot be read");
     unit.Bytes = BytesOf(track.FrameBuffer());
     if (track.HasStereoImage()) unit.RightEye = BytesOf(track.REyeFrameBuffer());
   }
@@ -117,7 +122,7 @@ void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
   unit.Coding = FrameCoding::TimedText;
   QUIRE::TimedText::FrameBuffer buffer;
   if (!track.GetTimedTextData(buffer))
-    throw CommandError(ExitCode::NotPlayable, "the text document " + unit.AssetID + " cannot be read");
+    throw CommandError(ExitCode::NotPlayable, unit.File + ": the text in it cannot be read");
   unit.Bytes = BytesOf(buffer);
   if (unit.Encrypted) return;
 
