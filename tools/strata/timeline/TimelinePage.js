@@ -140,7 +140,10 @@
           finding.found ? ` Found ${finding.found}.` : '';
       const text = `${finding.severity}: ${place.length ? place.join(', ') + ': ' : ''}${finding.message}${facts}`;
       const composition = model.compositions[finding.composition_number - 1];
-      const act = () => showItem(finding.reel && composition.reels[finding.reel - 1] || composition);
+      const act = () => {
+        showItem(finding.reel && composition.reels[finding.reel - 1] || composition);
+        tell(details, toldOf(finding));
+      };
       list.append(make('li', grave[finding.severity] > 1 ? {} : {class: 'problem'}, composition ? link(text, act) : text));
     }
     return make('section', {}, make('h2', {}, 'Findings'), list);
@@ -148,8 +151,8 @@
 
   function table(title, heads, rows) {
     if (rows.length === 0) return '';
-    // Columns of numbers stand in brackets; those of edit units give way on narrow screens.
-    const classOf = index => [typeof heads[index] === 'object' ? 'number' : '', /edit unit/.test(heads[index]) ? 'wide' : '']
+    // Columns of numbers stand in brackets; those of edit units and durations give way on narrow screens.
+    const classOf = index => [typeof heads[index] === 'object' ? 'number' : '', /edit unit|duration/.test(heads[index]) ? 'wide' : '']
         .filter(Boolean).join(' ');
     const cell = (name, index, content) => make(name, classOf(index) ? {class: classOf(index)} : {}, content);
     const body = make('tbody');
@@ -163,7 +166,7 @@
   function compositions() {
     return table('Compositions', [[''], ['starts at'], ['edit unit'], 'title', ['duration'], ['edit units'], ''],
         model.compositions.map((item, index) => ({
-          act: () => showItem(item), link: 3,
+          act: () => { showItem(item); tell(details, {heading: item.title, item}); }, link: 3,
           cells: [index + 1, placeAt(item.start_seconds).code, item.start, item.title,
                   timeCode(item.duration, rateOf(item)), item.duration,
                   isAlarm(item) ? item.state : item.description || '']})));
@@ -178,6 +181,15 @@
 
   // ---- what is told of an item
 
+  /** Of a finding: the track it is about, or else its composition. */
+  const toldOf = finding => {
+    for (const lane of model.lanes)
+      for (const item of lane.tracks)
+        if (item.composition === finding.composition_number && item.reel === finding.reel && item.asset_id === finding.asset_id)
+          return {heading: headingOf(lane, item), item};
+    const item = model.compositions[finding.composition_number - 1];
+    return {heading: item.title, item};
+  };
   const rowsOf = item => {
     const rows = [];
     const add = (name, value) => { if (value !== undefined && value !== '') rows.push([name, String(value)]); };
@@ -286,13 +298,19 @@
     const least = 90 * (view.to - view.from) / (width - left - right);
     const step = stepFor(least);
     nameLane('Time', 20);
+    context.font = '11px "Liberation Mono", "DejaVu Sans Mono", Consolas, monospace';
+    let free = 0;
     for (let number = Math.ceil(view.from / step - 1e-9); number * step <= view.to + 1e-9; ++number) {
       const x = placeOf(number * step);
       makeSvg(layers.grid, 'line', {class: 'grid', x1: x, x2: x, y1: y + 22, y2: 10000});
       makeSvg(layers.grid, 'line', {class: 'tick', x1: x, x2: x, y1: y + 17, y2: y + 22});
-      const anchor = x > width - right - 24 ? 'end' : x < left + 24 ? 'start' : 'middle';
-      makeSvg(layers.labels, 'text', {class: 'number over', x, y: y + 13, 'text-anchor': anchor},
-              step < 1 && isUniform ? placeAt(number * step + 1e-7).code : clock(number * step, step));
+      const text = step < 1 && isUniform ? placeAt(number * step + 1e-7).code : clock(number * step, step);
+      const room = context.measureText(text).width;
+      // At both ends labels stand inwards; those that would touch the one before are left out.
+      const start = Math.min(Math.max(x - room / 2, left), width - right - room);
+      if (start < free) continue;
+      free = start + room + 6;
+      makeSvg(layers.labels, 'text', {class: 'number over', x: start, y: y + 13}, text);
     }
     makeSvg(layers.grid, 'line', {class: 'axis', x1: left, x2: width - right, y1: y + 22, y2: y + 22});
     y += 26;
