@@ -134,7 +134,7 @@ const Case Cases[] = {
        show.ListSize("Feature/picture-2.mxf");
      },
      "2\nerror: SampleFeature, reel 2, picture: The track file is damaged or was cut short: edit unit 23 cannot be "
-     "read. The file does not hold this edit unit: it is cut off or incomplete.\n    file  "
+     "read: its end is missing.\n    file  "
      "SHOW/Feature/picture-2.mxf\n" +
          CopyAgain + WillNot},
     {"EndCut",
@@ -193,8 +193,8 @@ const Case Cases[] = {
        show.Write("Feature/CPL.xml", Garbage);
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: The XML document could not be "
-     "parsed.\n    file  SHOW/Feature/CPL.xml\n" +
+     "2\nerror: Feature, composition: The composition cannot be read: it is not well-formed "
+     "XML.\n    file  SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionIsEmpty", [](const BrokenShow& show) { show.Cut("Feature/CPL.xml", 0); },
      "2\nerror: Feature, composition: The file does not have the size that the package lists. Expected 5620 bytes, "
@@ -205,7 +205,7 @@ const Case Cases[] = {
        show.Cut("Feature/CPL.xml", 3000);
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: The XML document could not be parsed.\n    file  "
+     "2\nerror: Feature, composition: The composition cannot be read: line 77: unexpected end of input.\n    file  "
      "SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionOfAnUnknownNamespace",
@@ -213,7 +213,7 @@ const Case Cases[] = {
        show.Replace("Feature/CPL.xml", "http://www.smpte-ra.org/schemas/429-7/2006/CPL", "http://another.example/CPL");
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: The XML document is of an unknown namespace.\n   "
+     "2\nerror: Feature, composition: The composition cannot be read: its namespace is not known here.\n   "
      " file  SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionWithoutReels",
@@ -236,20 +236,19 @@ const Case Cases[] = {
     {"ShowIsNotXML", [](const BrokenShow& show) { show.Write("show.xml", Garbage); },
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowOfTheFolderIsNotXML", [](const BrokenShow& show) { show.Write("show.xml", Garbage); },
-     "2\nstrata: SHOW/show.xml: this document is damaged and cannot be understood. It may be the show that is meant: "
+     "2\nstrata: SHOW/show.xml: this document is damaged: it is not well-formed XML. It may be the show that is meant: "
      "copy it again, or name what to take instead:\n  a19e3273-74b1-59c2-bae2-438223953875  "
      "SHOW/before-the-feature.xml  \"Before the feature\"\n"},
     {"ShowIsEmpty", [](const BrokenShow& show) { show.Cut("show.xml", 0); },
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowIsCutOff", [](const BrokenShow& show) { show.Cut("show.xml", 700); },
-     "2\nerror: show playlist: The show playlist SHOW/show.xml cannot be read: The XML document could not be parsed.\n"
+     "2\nerror: show playlist: The show playlist SHOW/show.xml cannot be read: line 21: unexpected end of input.\n"
      "    Make the show playlist again.\n" +
          WillNot,
      "show.xml"},
     {"ShowOfAnUnknownNamespace",
      [](const BrokenShow& show) { show.Replace("show.xml", "http://www.strata.example/ra/xsd/", "http://a.example/"); },
-     "2\nstrata: SHOW/show.xml: this playlist is damaged, or its namespace is of a version that is unknown here.\n",
-     "show.xml"},
+     "2\nstrata: SHOW/show.xml: this playlist cannot be read: its namespace is not known here.\n", "show.xml"},
     {"ShowNamesAnUnknownComposition",
      [](const BrokenShow& show) {
        show.Replace("show.xml", "832bf129-513d-56ec-9f6e-00743329a00d", "00000000-0000-4000-8000-000000000001");
@@ -333,7 +332,7 @@ const Case Cases[] = {
        show.Remove("show.xml");
        EXPECT_EQ(mkfifo(show.Path("show.xml").c_str(), 0600), 0);
      },
-     "2\nstrata: SHOW/show.xml: the file cannot be read: Filename is not a regular file.\n", "show.xml"},
+     "2\nstrata: SHOW/show.xml: the file cannot be read: it is a folder, a device or a pipe.\n", "show.xml"},
     {"LinkToItself",
      [](const BrokenShow& show) {
        show.Remove("Feature/sound-1.mxf");

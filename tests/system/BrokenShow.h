@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-/// A copy of a sample show of seven seconds, and the hands to break it with. Names are paths below the show's folder; what is not there to be changed is a test failure.
+/// A copy of a sample show of seven seconds, and the hands to break it with. Names are paths below the show's folder; what
+/// is not there to be changed is a test failure.
 class BrokenShow {
  public:
   BrokenShow();

@@ -4,6 +4,8 @@
 // like a line of the command's own; and what cannot be printed at all is told.
 #include "BrokenShow.h"
 
+#include <Ferro/FileText.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -60,6 +62,39 @@ TEST_F(HostileText, JsonKeepsTitlesAsTheyAre) {
   StrataProgram check({"check", m_Show.Path("Trailer"), "--json"});
   EXPECT_EQ(check.Wait(), 0) << check.Errors();
   EXPECT_EQ(nlohmann::json::parse(check.Output())["compositions"][0]["title"], Title);
+}
+
+TEST_F(HostileText, JsonPrintsNoControlCharacters) {
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"check", m_Show.Path("Trailer"), "--json"},
+                                                    {"info", m_Show.Path("Trailer/CPL.xml"), "--json"},
+                                                    {"timeline", m_Show.Path("Trailer"), "--json"}}) {
+    StrataProgram run(arguments);
+    EXPECT_EQ(run.Wait(), 0) << run.Errors();
+    EXPECT_THAT(run.Output(), AllOf(HasSubstr("Sample\\u009b2J\\nThis"), Not(HasSubstr("\u009b")))) << arguments[0];
+  }
+}
+
+// An override that its title does not end reaches as far as the title.
+TEST_F(HostileText, DrawingsKeepTheDirectionOfTheirText) {
+  m_Show.Replace("Trailer/CPL.xml", "Sample", "\u202eSample");
+  m_Show.ListSize("Trailer/CPL.xml");
+  const std::string svg = m_Show.Beside("a.svg");
+  const std::string html = m_Show.Beside("a.html");
+  StrataProgram run({"timeline", m_Show.Path("Trailer"), "--svg", svg, "--html", html});
+  EXPECT_EQ(run.Wait(), 0) << run.Errors();
+  const auto text_of = [](const std::string& file) {
+    std::string text;
+    EXPECT_TRUE(Ferro::ReadFileIntoString(file, text).Success()) << file;
+    return text;
+  };
+  const auto isolates =
+      AllOf(HasSubstr("\uFFFDSample\uFFFD2J This"), HasSubstr("unicode-bidi: isolate"), Not(HasSubstr("\u009b")));
+  EXPECT_THAT(text_of(svg), AllOf(isolates, Not(HasSubstr("\u202e"))));
+  const std::string page = text_of(html);
+  EXPECT_THAT(page, AllOf(isolates, HasSubstr("Sample\\u009b2J")));
+  // Nothing but the model, which scripts put into elements of their own, has it as it is.
+  const std::string before_model = page.substr(0, page.find("id=\"model\""));
+  EXPECT_THAT(before_model, Not(HasSubstr("\u202e")));
 }
 
 TEST_F(HostileText, FileNamesDoNotCommandTheTerminal) {

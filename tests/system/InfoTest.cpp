@@ -169,6 +169,8 @@ class InfoOfMXF : public Info {
   static constexpr Ferro::ui16_t OperationalPattern = 0x3b09;
   static constexpr Ferro::ui16_t EssenceContainer = 0x3004;
   static constexpr Ferro::ui16_t PictureCoding = 0x3201;
+  static constexpr Ferro::ui16_t DisplayHeight = 0x3208;
+  static constexpr Ferro::ui16_t DisplayWidth = 0x3209;
 };
 
 TEST_F(InfoOfMXF, SystemItemsAreNoDamage) {
@@ -179,6 +181,20 @@ TEST_F(InfoOfMXF, SystemItemsAreNoDamage) {
   const Json item = Of(builder);
   EXPECT_EQ(item["problems"], Json({"This is OP1a, with system items: not a D-Cinema track file."}));
   EXPECT_EQ(item["index"], (Json{{"health", "good"}, {"covers", 3}}));
+}
+
+TEST_F(InfoOfMXF, DisplayedSizeStandsBesideTheStoredOne) {
+  testsupport::MxfBuilder builder = Pictures();
+  builder.Overrides["Descriptor"][DisplayHeight] = testsupport::Hex("00000010");
+  builder.Overrides["Descriptor"][DisplayWidth] = testsupport::Hex("00000020");
+  const testsupport::Bytes bytes = builder.Build();
+  const std::string path = Write("built.mxf", std::string(bytes.begin(), bytes.end()));
+  const Json picture = Info::Of(path)["picture"];
+  EXPECT_EQ(picture["display_width"], 32);
+  EXPECT_EQ(picture["display_height"], 16);
+  StrataProgram info({"info", path});
+  EXPECT_EQ(info.Wait(), 0);
+  EXPECT_THAT(info.Output(), HasSubstr(" stored, 32\u00d716 displayed\n"));
 }
 
 TEST_F(InfoOfMXF, ClipWrappedPicturesAreNotCutOff) {
@@ -234,11 +250,79 @@ TEST_F(Info, RawEssenceOutsideTrackFiles) {
 TEST_F(Info, TextHasEveryFactOnALine) {
   StrataProgram info({"info", Show("Trailer/picture-1.mxf"), Show("show.xml")});
   EXPECT_EQ(info.Wait(), 0);
+  EXPECT_THAT(
+      info.Output(),
+      AllOf(HasSubstr("picture-1.mxf: JPEG 2000 picture track file\n"),
+            HasSubstr("  description           96\u00d764, 24 fps, 0:01\n"),
+            HasSubstr("  edit rate             24 edit units per second\n"),
+            HasSubstr("  duration              0:01, 24 edit units\n"),
+            HasSubstr("    size                96\u00d764\n"), HasSubstr("    aspect ratio        1.50:1\n"),
+            HasSubstr("      body at byte 16384, stream 1\n"), HasSubstr("    marker SHOW_START\n"),
+            HasSubstr("      marker CREDITS at edit unit 48\n"), Not(HasSubstr("_text")), Not(HasSubstr("24 1"))));
+}
+
+TEST_F(Info, TextSpeaksOfSoundAndCompositionsInTheWordsOfTheTrade) {
+  StrataProgram info({"info", Show("Feature/sound-1.mxf"), Show("Feature/CPL.xml"), Show("Immersive/immersive-1.mxf")});
+  EXPECT_EQ(info.Wait(), 0);
   EXPECT_THAT(info.Output(),
-              AllOf(HasSubstr("picture-1.mxf: JPEG 2000 picture track file\n"),
-                    HasSubstr("  duration              24 (0:01)\n"), HasSubstr("    width               96\n"),
-                    HasSubstr("      body, offset 16384, body sid 1\n"), HasSubstr("    marker, SHOW_START\n"),
-                    Not(HasSubstr("_text"))));
+              AllOf(HasSubstr("  description           5.1, 48 kHz, 24 bit, 0:01\n"),
+                    HasSubstr("    channels            6: L, R, C, LFE, Ls, Rs\n"),
+                    HasSubstr("    sampling rate       48 kHz\n"), Not(HasSubstr("51(L")),
+                    HasSubstr("  description           24 fps, en with en subtitles, captions, SMPTE, 3 reels\n"),
+                    HasSubstr("      picture: plays 24 of 24 edit units, "),
+                    HasSubstr("      sound en: plays 24 of 24 edit units, "),
+                    HasSubstr("    coding              immersive audio\n"), Not(HasSubstr("060e2b34"))));
+}
+
+TEST_F(Info, MissingFilesAreToldByPathKindAndTitle) {
+  std::filesystem::remove(Show("Feature/sound-2.mxf"));
+  std::filesystem::remove(Show("Trailer/CPL.xml"));
+  const Json item = Of(Show(), 2);
+  const auto problem = [&](const std::string& text) {
+    const auto& all = item["problems"];
+    return std::find(all.begin(), all.end(), Json(text)) != all.end();
+  };
+  EXPECT_TRUE(problem(Show("Feature/sound-2.mxf") + ": SampleFeature, reel 2, sound: The file is missing."))
+      << item["problems"];
+  EXPECT_TRUE(problem(Show("Trailer/CPL.xml") + ": Trailer, composition: The file is missing.")) << item["problems"];
+  const auto is_sound = [&](const Json& asset) {
+    return asset.value("missing_file", "") == Show("Feature/sound-2.mxf");
+  };
+  const auto sound = std::find_if(item["assets"].begin(), item["assets"].end(), is_sound);
+  ASSERT_NE(sound, item["assets"].end());
+  EXPECT_EQ((*sound)["kind"], "missing file");
+  EXPECT_EQ((*sound)["use"], "SampleFeature, reel 2, sound");
+
+  StrataProgram text({"info", Show()});
+  EXPECT_EQ(text.Wait(), 2);
+  EXPECT_THAT(text.Output(),
+              AllOf(HasSubstr("    missing file, Feature/sound-2.mxf, of SampleFeature, reel 2, sound, "),
+                    HasSubstr("    composition playlist, Feature/CPL.xml, \"SampleFeature\", 24 fps, en with "
+                              "en subtitles, captions, SMPTE, 3 reels, "),
+                    Not(HasSubstr("unknown"))));
+}
+
+TEST_F(Info, CompositionOfAnIMFPackageIsSaidToBeOne) {
+  std::ofstream(Show("Trailer/CPL.xml"))
+      << "<CompositionPlaylist xmlns=\"http://www.smpte-ra.org/schemas/2067-3/2016\">"
+         "<Id>urn:uuid:58ce4e14-c900-51d0-9c92-8e0aeba732ae</Id><ContentTitle>A "
+         "master</ContentTitle></CompositionPlaylist>";
+  const std::string sentence = "This belongs to an IMF package; cinema servers do not play it.";
+  EXPECT_EQ(Of(Show("Trailer/CPL.xml"), 2)["problems"], Json({sentence}));
+  StrataProgram check({"check", Show("Trailer/CPL.xml")});
+  EXPECT_EQ(check.Wait(), 2);
+  EXPECT_THAT(check.Output(), AllOf(HasSubstr(sentence), HasSubstr("Ask for a digital cinema package of it."),
+                                    Not(HasSubstr("cannot be read")), Not(HasSubstr("opy "))));
+}
+
+TEST_F(Info, BrokenXMLIsToldWithItsLine) {
+  std::ofstream(Show("Trailer/CPL.xml")) << "<?xml version=\"1.0\"?>\n<CompositionPlaylist "
+                                            "xmlns=\"http://www.smpte-ra.org/schemas/429-7/2006/CPL\">\n<Id>x</ID>\n";
+  EXPECT_THAT(Of(Show("Trailer/CPL.xml"), 2)["problems"].dump(), HasSubstr("cannot be read in full: line 3: "));
+  StrataProgram check({"check", Show("Trailer/CPL.xml")});
+  EXPECT_EQ(check.Wait(), 2);
+  EXPECT_THAT(check.Output(), HasSubstr(", composition: The composition cannot be read: line 3: "));
+  EXPECT_THAT(check.Output(), Not(HasSubstr("00000000-0000")));
 }
 
 TEST_F(Info, WithoutAPathItIsAUsageError) {

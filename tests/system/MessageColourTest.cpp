@@ -28,7 +28,7 @@ class MessageColour : public testing::Test {
   void TearDown() override { unsetenv("NO_COLOR"); }
 
   [[nodiscard]] static std::string ScreenOf(const std::vector<std::string>& arguments) {
-    TerminalProgram program(arguments);
+    TerminalProgram program(arguments, 200, true);
     program.Wait();
     return program.Screen();
   }
@@ -37,9 +37,7 @@ class MessageColour : public testing::Test {
 };
 
 TEST_F(MessageColour, WarnsOnATerminal) {
-  EXPECT_THAT(ScreenOf({"check", m_Show.Path()}),
-              AllOf(HasSubstr(std::string(Red) + "missing:" + Plain + " SampleFeature"),
-                    HasSubstr(std::string(Magenta) + "warning:" + Plain + " SampleEncrypted")));
+  EXPECT_THAT(ScreenOf({"check", m_Show.Path()}), HasSubstr(std::string(Red) + "missing:" + Plain + " SampleFeature"));
   EXPECT_THAT(ScreenOf({"check", m_Show.Path("none")}), HasSubstr(std::string(Red) + "strata:" + Plain + ' '));
   EXPECT_THAT(ScreenOf({"frame", m_Show.Path("Encrypted"), "--at", "0", "--channel", "picture", "--out",
                         m_Show.Beside("a.bin")}),

@@ -12,7 +12,8 @@
 #include <array>
 #include <chrono>
 
-TerminalProgram::TerminalProgram(const std::vector<std::string>& arguments, unsigned short columns) {
+TerminalProgram::TerminalProgram(const std::vector<std::string>& arguments, unsigned short columns,
+                                 bool shows_colours) {
   std::vector<std::string> words = {STRATA_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
@@ -22,6 +23,7 @@ TerminalProgram::TerminalProgram(const std::vector<std::string>& arguments, unsi
   winsize size = {24, columns, 0, 0};
   m_Process = forkpty(&m_Terminal, nullptr, nullptr, &size);
   if (m_Process == 0) {
+    if (!shows_colours) setenv("NO_COLOR", "1", 1);
     execv(STRATA_PROGRAM, argv.data());
     _exit(127);
   }

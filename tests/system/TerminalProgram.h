@@ -9,7 +9,8 @@
 /// A run of the built program on a pseudo terminal, with a person's hands: it is typed to, and read from.
 class TerminalProgram {
  public:
-  explicit TerminalProgram(const std::vector<std::string>& arguments, unsigned short columns = 200);
+  explicit TerminalProgram(const std::vector<std::string>& arguments, unsigned short columns = 200,
+                           bool shows_colours = false);
   ~TerminalProgram();
   TerminalProgram(const TerminalProgram&) = delete;
   TerminalProgram& operator=(const TerminalProgram&) = delete;

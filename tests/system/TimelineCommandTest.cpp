@@ -36,7 +36,7 @@ std::vector<std::string> LaneNames(const TimelineModel& model) {
   return names;
 }
 
-std::vector<Ferro::ui32_t> starts(const TimelineModel& model) {
+std::vector<Ferro::ui32_t> StartsOf(const TimelineModel& model) {
   std::vector<Ferro::ui32_t> all;
   for (const TimelineComposition& composition : model.Compositions) all.push_back(composition.Start);
   return all;
@@ -55,7 +55,7 @@ TEST_F(Timeline, SampleShowHasItsLanesReelsAndMarkers) {
   EXPECT_EQ(model.Duration, 168U);
   EXPECT_DOUBLE_EQ(model.Seconds, 7);
   EXPECT_THAT(LaneNames(model), ElementsAre("Picture", "Sound", "Subtitle", "Caption 1", "Data 1"));
-  EXPECT_THAT(starts(model), ElementsAre(0, 24, 48, 120, 144));
+  EXPECT_THAT(StartsOf(model), ElementsAre(0, 24, 48, 120, 144));
   ASSERT_EQ(model.Lanes[0].Tracks.size(), 7U);
   EXPECT_TRUE(model.Lanes[0].Tracks[1].Encrypted());
   EXPECT_TRUE(model.Lanes[0].Tracks[5].Stereoscopic);
@@ -90,7 +90,7 @@ TEST_F(Timeline, MissingCompositionKeepsThePlaceThatTheShowGivesIt) {
   m_Show.Remove("Feature/CPL.xml");
   const TimelineModel model = Model();
   EXPECT_EQ(model.Code, ExitCode::AssetsMissing);
-  EXPECT_THAT(starts(model), ElementsAre(0, 24, 48, 120, 144));
+  EXPECT_THAT(StartsOf(model), ElementsAre(0, 24, 48, 120, 144));
   EXPECT_EQ(model.Compositions[2].State, TimelineState::Missing);
   EXPECT_EQ(model.Compositions[2].Title, "Feature");
   EXPECT_EQ(model.Compositions[2].Duration, 72U);

@@ -55,7 +55,7 @@ TEST(TrackFileFacts, TextThatIsNotWellFormedIsToldFromAnotherDocument) {
   const TrackFileFacts other =
       FactsOfText("<CompositionPlaylist xmlns=\"http://www.smpte-ra.org/schemas/429-7/2006/CPL\"/>");
   EXPECT_EQ(other.Problem, TrackFileProblem::TextUnreadable);
-  EXPECT_EQ(other.Reason, "The document is not a subtitle document.");
+  EXPECT_EQ(other.Reason, "the document is not a subtitle document");
 }
 
 }  // namespace

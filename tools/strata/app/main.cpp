@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ArgumentParser.h"
 #include "CommandLine.h"
+#include "LastCatch.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
 #include "terminal/Messages.h"
@@ -8,7 +9,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <exception>
 
 namespace Tool {
 
@@ -40,12 +40,5 @@ ExitCode FinishPrinting(ExitCode code) {
 }  // namespace Tool
 
 int main(int argc, char** argv) {
-  try {
-    return static_cast<int>(Tool::FinishPrinting(Tool::Run(argc, argv)));
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "strata: %s\n", error.what());
-  } catch (...) {
-    std::fputs("strata: an unknown error ended the program\n", stderr);
-  }
-  return static_cast<int>(Tool::ExitCode::NotPlayable);
+  return static_cast<int>(Tool::LastCatch([&] { return Tool::FinishPrinting(Tool::Run(argc, argv)); }));
 }

@@ -2,6 +2,7 @@
 #include "CompositionFindings.h"
 
 #include "AssetFindings.h"
+#include "show/DocumentFault.h"
 #include "show/TrackFileFacts.h"
 #include "terminal/TextForms.h"
 
@@ -70,23 +71,23 @@ Finding FindingOf(const TrackFileFacts& facts) {
       damaged.Message = "The file is no track file: it is damaged, or something else has its name.";
       return damaged;
     case TrackFileProblem::CannotBeOpened:
-      damaged.Message = "The track file is damaged and cannot be opened: " + facts.Reason;
+      damaged.Message = "The track file is damaged and cannot be opened: " + facts.Reason + '.';
       return damaged;
     case TrackFileProblem::FrameUnreadable:
       damaged.Message = "The track file is damaged or was cut short: edit unit " + std::to_string(facts.EditUnit) +
-                        " cannot be read. " + facts.Reason;
+                        " cannot be read: " + facts.Reason + '.';
       return damaged;
     case TrackFileProblem::ResourceUnreadable:
-      damaged.Message = "A font or image of the text cannot be read: " + facts.Resource + ". " + facts.Reason;
+      damaged.Message = "A font or image of the text cannot be read: " + facts.Resource + ": " + facts.Reason + '.';
       return damaged;
     case TrackFileProblem::TextUnreadable:
-      text.Message = "The text in the track file cannot be read: " + facts.Reason;
+      text.Message = "The text in the track file cannot be read: " + facts.Reason + '.';
       return text;
     case TrackFileProblem::TextIsNotXML:
       text.Message = "The text in the track file is not a well-formed XML document.";
       return text;
     case TrackFileProblem::SubtitleUnreadable:
-      text.Message = "The subtitle document cannot be read: " + facts.Reason;
+      text.Message = "The subtitle document cannot be read: " + facts.Reason + '.';
       return text;
   }
   return damaged;
@@ -139,8 +140,13 @@ class CompositionFindings {
     constexpr Ferro::ui32_t told = Cairn::FatalAssetProblems & ~Ferro::ui32_t{Cairn::AP_UNREADABLE};
     const auto& found = m_Composition.Found;
     if (found && ((found->Problems & told) != 0 || !found->OpenFailure.empty())) {
-      AddDocument(OfComposition(FindingsOfAsset(*found, m_Memory.Paths).front()));
-      return false;
+      const Finding finding = OfComposition(FindingsOfAsset(*found, m_Memory.Paths).front());
+      const bool is_known = m_Composition.Problem == CompositionProblem::CannotBeRead &&
+                            (finding.ID == FindingID::FileDamaged || m_Composition.Format == Cairn::DFT_IMF);
+      if (!is_known) {
+        AddDocument(finding);
+        return false;
+      }
     }
     if (found && m_Composition.Problem == CompositionProblem::None)
       for (const Finding& finding : FindingsOfAsset(*found, m_Memory.Paths))
@@ -156,7 +162,7 @@ class CompositionFindings {
         AddDocument(Finding(FindingID::PklAssetMissing)).Advice = NameStore;
         break;
       case CompositionProblem::CannotBeRead:
-        AddDocument(Finding(FindingID::CplSchema)).Message = "The composition cannot be read: " + m_Composition.Reason;
+        AddUnreadable();
         break;
       case CompositionProblem::HasNoReels:
         AddDocument(Finding(FindingID::CplNoReel));
@@ -166,6 +172,13 @@ class CompositionFindings {
         break;
     }
     return false;
+  }
+
+  void AddUnreadable() {
+    Finding& finding = AddDocument(Finding(FindingID::CplSchema));
+    const bool is_master = m_Composition.Format == Cairn::DFT_IMF;
+    finding.Message = is_master ? IMFPackage : "The composition cannot be read: " + m_Composition.Reason + '.';
+    if (is_master) finding.Advice = "Ask for a digital cinema package of it.";
   }
 
   /// What the finding about a file is called where the file is the composition.

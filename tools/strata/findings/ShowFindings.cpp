@@ -41,7 +41,7 @@ void AddShowFindings(const ShowOutline& outline, std::vector<Finding>& findings)
     Finding finding(FindingID::ShowUnreadable);
     switch (problem.Kind) {
       case OutlineProblemKind::CannotBeRead:
-        finding.Message = "The show playlist " + problem.Path + " cannot be read: " + problem.Reason;
+        finding.Message = "The show playlist " + problem.Path + " cannot be read: " + problem.Reason + '.';
         break;
       case OutlineProblemKind::ContainsItself:
         finding = Finding(FindingID::ShowLoop);

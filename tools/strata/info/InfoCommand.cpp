@@ -6,11 +6,13 @@
 #include "InfoItem.h"
 #include "InfoRaw.h"
 #include "InfoTrackFile.h"
+#include "show/Description.h"
 #include "show/InfoKinds.h"
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 #include "terminal/TextForms.h"
 
 #include <Cairn/InspectFile.h>
@@ -34,9 +36,14 @@ void DescribeFile(const std::string& path, InfoItem& item) {
   item.Kind = FileKindName(content.Type);
   std::error_code error;
   const auto size = std::filesystem::file_size(path, error);
-  if (!error) item.Facts.Set("size", {size, BytesText(size)});
-  if (result.Failure()) return item.AddProblem(std::string("The file cannot be read: ") + result.Label());
-  if (IsMXF(content.Type)) return DescribeTrackFile(path, item);
+  if (!error)
+    item.Facts.Set("size", {size, BytesText(size)})
+        .ShownAs(BytesText(size) + (size < 1000 ? "" : ", " + std::to_string(size) + " bytes"));
+  if (result.Failure()) return item.AddProblem(std::string("The file cannot be read: ") + ReasonText(result) + '.');
+  if (IsMXF(content.Type)) {
+    item.Facts.Add("description", Tool::Describe(ReadTrackFileFacts(path, content.Type)));
+    return DescribeTrackFile(path, item);
+  }
   switch (content.Type) {
     case Cairn::FT_UNKNOWN:
       return item.AddProblem(size == 0 ? "The file is empty."

@@ -2,7 +2,10 @@
 #include "InfoDocument.h"
 
 #include "InfoElements.h"
+#include "show/Description.h"
+#include "show/DocumentFault.h"
 #include "show/ShowOutline.h"
+#include "terminal/LogView.h"
 #include "terminal/TextForms.h"
 
 #include <Cairn/AssetMap.h>
@@ -49,6 +52,11 @@ InfoFacts AssetFacts(const char* kind, const Cairn::GenericAsset& asset, const s
   facts.Set("intrinsic_duration", asset.IntrinsicDuration);
   facts.Add("key_id", asset.KeyID);
   facts.Add("language", language);
+  facts.Line = std::string(kind) + (language.empty() ? "" : ' ' + language) + ": plays " +
+               std::to_string(asset.Duration) + " of " + std::to_string(asset.IntrinsicDuration) + " edit units" +
+               (asset.EntryPoint == 0 ? "" : " from " + std::to_string(asset.EntryPoint) + " on") + ", " +
+               asset.AssetID.EncodeString() +
+               (asset.KeyID.HasValue() ? ", encrypted with key " + asset.KeyID.EncodeString() : "");
   return facts;
 }
 
@@ -59,13 +67,16 @@ InfoList MarkersOf(const MarkerList& markers) {
     InfoFacts facts;
     facts.Set("label", marker.Label);
     facts.Set("offset", marker.Offset);
+    facts.Line = "marker " + marker.Label + " at edit unit " + std::to_string(marker.Offset);
     list.emplace_back(std::move(facts));
   }
   return list;
 }
 
-InfoFacts ReelFacts(const Cairn::Reel& reel, bool stereoscopic) {
+InfoFacts ReelFacts(const Cairn::Reel& reel, size_t number, bool stereoscopic) {
   InfoFacts facts;
+  facts.Line = "reel " + std::to_string(number) + ": " + std::to_string(reel.MainPicture.Duration) + " edit units, " +
+               reel.ID.EncodeString();
   facts.Set("id", reel.ID.EncodeString());
   facts.Set("duration", reel.MainPicture.Duration);
   InfoList assets;
@@ -85,6 +96,7 @@ InfoFacts ReelFacts(const Cairn::Reel& reel, bool stereoscopic) {
 }
 
 void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
+  item.Facts.Add("description", Describe(TraitsOf(cpl)));
   item.Facts.Add("id", cpl.ID);
   item.Facts.Add("flavour", FormatName(cpl.DCPFormat));
   item.Facts.Add("title", cpl.ContentTitle);
@@ -97,14 +109,23 @@ void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
   Ferro::ui64_t duration = 0;
   for (const Cairn::Reel& reel : cpl.ReelList) duration += reel.MainPicture.Duration;
   const QUIRE::Rational rate = cpl.ReelList.empty() ? QUIRE::Rational() : cpl.ReelList.front().MainPicture.EditRate;
-  item.Facts.Add("edit_rate", rate);
+  item.AddEditRate(rate);
   item.AddDuration(duration, rate);
   InfoList& ratings = item.Facts.List("ratings");
   for (const Cairn::Rating& rating : cpl.RatingList) ratings.emplace_back(rating.Agency + ' ' + rating.Label);
   InfoList& reels = item.Facts.List("reels");
-  for (const Cairn::Reel& reel : cpl.ReelList) reels.emplace_back(ReelFacts(reel, cpl.StereoscopicImage));
-  if (cpl.DCPFormat == Cairn::DFT_IMF)
-    item.AddProblem("This belongs to an IMF package; cinema servers do not play it.");
+  for (const Cairn::Reel& reel : cpl.ReelList)
+    reels.emplace_back(ReelFacts(reel, reels.size() + 1, cpl.StereoscopicImage));
+}
+
+/// What the document turned out to be, where that says more than why it cannot be read; else empty.
+template <class Document>
+std::string WhatElse(const Document&) {
+  return "";
+}
+
+std::string WhatElse(const Cairn::CompositionPlaylist& cpl) {
+  return cpl.DCPFormat == Cairn::DFT_IMF ? IMFPackage : "";
 }
 
 void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
@@ -117,7 +138,7 @@ void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
   item.Facts.Set("signed", pkl.SignatureMode != Cairn::SM_NONE);
   Ferro::ui64_t size = 0;
   for (const auto& asset : pkl.AssetList) size += asset.Size;
-  item.Facts.Set("total_size", {size, BytesText(size)});
+  item.Facts.Set("total_size", {size, BytesText(size)}).ShownAs(BytesText(size));
   InfoList& assets = item.Facts.List("assets");
   for (const auto& asset : pkl.AssetList) {
     InfoFacts facts;
@@ -125,6 +146,8 @@ void Describe(const Cairn::PackingList& pkl, InfoItem& item) {
     if (asset.Size != 0) facts.Set("size", asset.Size);
     facts.Set("type", asset.Type);
     facts.Add("file", asset.OriginalFileName);
+    facts.Line = (asset.OriginalFileName.empty() ? "" : asset.OriginalFileName + ", ") + asset.Type + ", " +
+                 (asset.Size == 0 ? "" : BytesText(asset.Size) + ", ") + asset.ID.EncodeString();
     assets.emplace_back(std::move(facts));
   }
 }
@@ -143,6 +166,8 @@ void Describe(const Cairn::AssetMap& map, InfoItem& item) {
     facts.Set("id", asset.ID.EncodeString());
     if (!asset.ChunkList.empty()) facts.Add("file", asset.ChunkList.front().Path);
     if (asset.IsPackingList) facts.Set("type", "packing list");
+    facts.Line = (asset.ChunkList.empty() ? "no file" : asset.ChunkList.front().Path) +
+                 (asset.IsPackingList ? ", packing list, " : ", ") + asset.ID.EncodeString();
     assets.emplace_back(std::move(facts));
   }
 }
@@ -161,12 +186,16 @@ InfoFacts SequenceItemFacts(const Strata::ShowPlaylist::ShowItem& item) {
     facts.Add("title", composition->Annotation);
     facts.Set("duration", composition->Duration);
     facts.Set("markers", MarkersOf(composition->MarkerList));
+    facts.Line = "composition" + (composition->Annotation.empty() ? "" : " \"" + composition->Annotation + '"') + ": " +
+                 std::to_string(composition->Duration) + " edit units, " + composition->ID.EncodeString();
   } else if (const auto* show = dynamic_cast<const ShowPlaylist::ShowPlaylistItem*>(&item)) {
     facts.Set("kind", "show playlist");
     facts.Set("id", Cairn::UUID::FromURN(show->URI).value_or(Cairn::UUID()).EncodeString());
+    facts.Line = "show playlist " + show->URI;
   } else if (const auto* marker = dynamic_cast<const ShowPlaylist::MarkerItem*>(&item)) {
     facts.Set("kind", "marker");
     facts.Set("label", marker->Label);
+    facts.Line = "marker " + marker->Label;
   } else {
     facts.Set("kind", "unknown");
   }
@@ -181,7 +210,8 @@ void Describe(const Strata::ShowPlaylist& spl, InfoItem& item) {
   item.Facts.Add("issuer", spl.Issuer);
   item.Facts.Add("creator", spl.Creator);
   item.Facts.Set("signed", spl.SignatureMode != Cairn::SM_NONE);
-  item.Facts.Set("duration_seconds", spl.GetDurationSeconds());
+  item.Facts.Tell("own duration", DurationText(spl.GetDurationSeconds()));
+  item.Facts.Set("duration_seconds", spl.GetDurationSeconds()).ShownAs("");
   InfoList& sequence = item.Facts.List("sequence");
   for (const auto& entry : spl.ShowSequence) sequence.emplace_back(SequenceItemFacts(*entry));
 }
@@ -201,8 +231,12 @@ template <class T>
 void DescribeFile(const std::string& path, InfoItem& item) {
   T document;
   ForgetDate(document);
+  QuietLog log;
   const auto result = Cairn::InitObjectWithFile(document, path);
-  if (result.Failure()) item.AddProblem(std::string("The document cannot be read in full: ") + result.Label() + '.');
+  const std::string what_else = WhatElse(document);
+  if (!what_else.empty()) return item.AddProblem(what_else);
+  if (result.Failure())
+    item.AddProblem("The document cannot be read in full: " + DocumentFault(path, result, log.Take()) + '.');
   Describe(document, item);
 }
 

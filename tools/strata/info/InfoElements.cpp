@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoElements.h"
 
+#include "show/DocumentFault.h"
+#include "terminal/LogView.h"
+#include "terminal/TextForms.h"
+
 #include <Cairn/DocumentParser.h>
 #include <Cairn/InitObjectWithFile.h>
 #include <Cairn/XMLNode.h>
 #include <Cairn/XercesCallWrapper.h>
 
 #include <map>
+#include <string_view>
 #include <utility>
 
 namespace Tool {
@@ -25,10 +30,12 @@ class Elements {
   std::map<std::string, Ferro::ui64_t> Found;  ///< by the element's name
 };
 
+constexpr std::string_view EditRateKey = "edit_rate";
+
 // The texts of the document element's children that are told, under the keys they are told by.
 constexpr std::pair<const char*, const char*> Texts[] = {
     {"ContentTitleText", "title"}, {"AnnotationText", "annotation"}, {"IssueDate", "issue_date"},
-    {"Language", "language"},      {"EditRate", "edit_rate"},        {"PlayoutID", "playout_id"},
+    {"Language", "language"},      {"EditRate", EditRateKey.data()}, {"PlayoutID", "playout_id"},
 };
 
 // What is counted.
@@ -70,9 +77,15 @@ Cairn::Result_t Elements::DecodeXML(const std::string& xml) {
 
 void DescribeByElements(const std::string& path, InfoItem& item) {
   Elements elements;
+  QuietLog log;
   if (const auto result = Cairn::InitObjectWithFile(elements, path); result.Failure())
-    item.AddProblem(std::string("The document cannot be read: ") + result.Label() + '.');
-  for (const auto& [key, value] : elements.Texts.All) item.Facts.Set(key, value);
+    item.AddProblem("The document cannot be read: " + DocumentFault(path, result, log.Take()) + '.');
+  for (const auto& [key, value] : elements.Texts.All) {
+    InfoValue& added = item.Facts.Set(key, value);
+    QUIRE::Rational rate;
+    if (key == EditRateKey && rate.DecodeString(std::get<std::string>(value.Value)))
+      added.ShownAs(RateText(rate) + " edit units per second");
+  }
   for (const auto& [name, key] : Counts)
     if (const auto found = elements.Found.find(name); found != elements.Found.end()) item.Facts.Set(key, found->second);
 }

@@ -21,8 +21,12 @@ void InfoFacts::Add(const char* key, const Ferro::UUID& id) {
   if (id.HasValue()) Set(key, id.EncodeString());
 }
 
-void InfoFacts::Add(const char* key, const QUIRE::Rational& rate) {
-  if (rate.Denominator != 0) Set(key, rate.EncodeString());
+void InfoFacts::Add(const char* key, const QUIRE::Rational& rate, std::string shown) {
+  if (rate.Denominator != 0) Set(key, rate.EncodeString()).ShownAs(std::move(shown));
+}
+
+void InfoFacts::Tell(const char* label, std::string text) {
+  Set(label, InfoValue(std::move(text))).IsForPeople = true;
 }
 
 InfoFacts& InfoFacts::Group(const char* key) {
@@ -33,9 +37,15 @@ InfoList& InfoFacts::List(const char* key) {
   return std::get<InfoList>(Set(key, InfoList()).Value);
 }
 
+void InfoItem::AddEditRate(const QUIRE::Rational& rate) {
+  Facts.Add("edit_rate", rate, RateText(rate) + " edit units per second");
+}
+
 void InfoItem::AddDuration(Ferro::ui64_t edit_units, const QUIRE::Rational& rate) {
   const bool has_rate = rate.Numerator > 0 && rate.Denominator > 0;
-  Facts.Set("duration", {edit_units, has_rate ? DurationText(double(edit_units) / rate.Quotient()) : ""});
+  const std::string time = has_rate ? DurationText(double(edit_units) / rate.Quotient()) : "";
+  Facts.Set("duration", {edit_units, time})
+      .ShownAs((has_rate ? time + ", " : "") + std::to_string(edit_units) + " edit units");
   Duration = edit_units;
 }
 

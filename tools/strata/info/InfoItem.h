@@ -17,19 +17,23 @@ struct InfoFacts;
 struct InfoValue;
 using InfoList = std::vector<InfoValue>;
 
-/// What there is to tell of something, in order: facts under the names that they have in JSON.
+/// What there is to tell of something, in order: facts under the names that they have in JSON. The text form tells the same
+/// in other words where those of JSON are for programs.
 struct InfoFacts {
   /// Adds a fact that is always told, or replaces it.
   InfoValue& Set(const char* key, InfoValue value);
   /// Adds a text unless it is empty, an identifier unless it has no value, a rate unless it is unknown.
   void Add(const char* key, const std::string& text);
   void Add(const char* key, const Ferro::UUID& id);
-  void Add(const char* key, const QUIRE::Rational& rate);
+  void Add(const char* key, const QUIRE::Rational& rate, std::string shown);
+  /// Adds what only the text form tells.
+  void Tell(const char* label, std::string text);
   /// Adds facts of a part, or a list, to be filled before the next fact is added.
   InfoFacts& Group(const char* key);
   InfoList& List(const char* key);
 
   std::vector<std::pair<const char*, InfoValue>> All;
+  std::string Line;  ///< what the text form tells of an element of a list; empty: all facts, one behind the other
 };
 
 /// A flag, a number, a text, facts of a part, or a list of them.
@@ -44,10 +48,14 @@ struct InfoValue {
   InfoValue(InfoFacts facts) : Value(std::move(facts)) {}
   InfoValue(InfoList list) : Value(std::move(list)) {}
 
+  /// Sets what the text form shows instead; empty: nothing.
+  void ShownAs(std::string text) { Shown = std::move(text); }
   [[nodiscard]] bool IsPlain() const { return Value.index() < 3; }
 
   std::variant<bool, Ferro::ui64_t, std::string, InfoFacts, InfoList> Value;
   std::string Readable;  ///< a number or label in other words, as "95.9 kB"; empty: there are none
+  std::optional<std::string> Shown;
+  bool IsForPeople = false;  ///< not in JSON
 };
 
 /// What `strata info` tells of one path.
@@ -59,6 +67,8 @@ struct InfoItem {
   std::optional<Ferro::ui64_t> Duration;  ///< edit units, of a track file that says so
 
   void AddProblem(std::string sentence) { Problems.push_back(std::move(sentence)); }
+  /// Adds edit units per second, where they are known.
+  void AddEditRate(const QUIRE::Rational& rate);
   /// Adds a length in edit units, and as time where the rate is known.
   void AddDuration(Ferro::ui64_t edit_units, const QUIRE::Rational& rate);
 };

@@ -26,6 +26,7 @@ struct ToJson {
 Json FactsJson(const InfoFacts& facts) {
   Json json = Json::Object();
   for (const auto& [key, value] : facts.All) {
+    if (value.IsForPeople) continue;
     json[key] = std::visit(ToJson(), value.Value);
     if (!value.Readable.empty()) json[key + std::string("_text")] = value.Readable;
   }

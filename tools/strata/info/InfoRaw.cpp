@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoRaw.h"
 
+#include "InfoPicture.h"
+#include "terminal/ReasonText.h"
+#include "terminal/TextForms.h"
+
 #include <Ferro/FileReader.h>
 #include <QUIRE/Codestream.h>
 #include <QUIRE/WAVReader.h>
@@ -27,8 +31,7 @@ void DescribeCodestream(const std::string& path, InfoItem& item) {
   if (QUIRE::JP2K::ParseCodestream(HeadOf(path), descriptor).Failure())
     return item.AddProblem("The main header of this codestream is damaged.");
   InfoFacts& picture = item.Facts.Group("picture");
-  picture.Set("width", descriptor.StoredWidth);
-  picture.Set("height", descriptor.StoredHeight);
+  SetPictureSize(picture, descriptor.StoredWidth, descriptor.StoredHeight);
   picture.Set("components", descriptor.Csiz);
   picture.Set("bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1);
 }
@@ -38,10 +41,9 @@ void DescribeStream(const std::string& path, InfoItem& item) {
   if (QUIRE::MPEG2::ParseSequence(HeadOf(path), descriptor).Failure())
     return item.AddProblem("The sequence header of this stream is damaged.");
   InfoFacts& picture = item.Facts.Group("picture");
-  picture.Set("width", descriptor.StoredWidth);
-  picture.Set("height", descriptor.StoredHeight);
-  picture.Add("sample_rate", descriptor.SampleRate);
-  picture.Set("bits_per_second", descriptor.BitRate);
+  SetPictureSize(picture, descriptor.StoredWidth, descriptor.StoredHeight);
+  picture.Add("sample_rate", descriptor.SampleRate, RateText(descriptor.SampleRate) + " pictures per second");
+  picture.Set("bits_per_second", descriptor.BitRate).ShownAs(BitRateText(descriptor.BitRate));
 }
 
 void DescribeSound(const std::string& path, InfoItem& item) {
@@ -50,12 +52,13 @@ void DescribeSound(const std::string& path, InfoItem& item) {
   const QUIRE::Rational per_second(1, 1);
   const auto result = reader.OpenRead(path, per_second);
   if (result.Failure() || reader.FillAudioDescriptor(descriptor).Failure())
-    return item.AddProblem(std::string("This WAVE file cannot be wrapped: ") + result.Label() + '.');
+    return item.AddProblem(std::string("This WAVE file cannot be wrapped: ") + ReasonText(result) + '.');
   InfoFacts& sound = item.Facts.Group("sound");
   sound.Set("channels", descriptor.ChannelCount);
   sound.Set("bits", descriptor.QuantizationBits);
-  sound.Add("sampling_rate", descriptor.AudioSamplingRate);
-  item.Facts.Set("duration_seconds", descriptor.ContainerDuration);
+  sound.Add("sampling_rate", descriptor.AudioSamplingRate, SamplingRateText(descriptor.AudioSamplingRate));
+  item.Facts.Tell("duration", DurationText(descriptor.ContainerDuration));
+  item.Facts.Set("duration_seconds", descriptor.ContainerDuration).ShownAs("");
 }
 
 // The header chunk comes first (ISO/IEC 15948, 11.2.2): signature, length, "IHDR", width, height, bit depth.
@@ -67,8 +70,7 @@ void DescribeImage(const std::string& path, InfoItem& item) {
            head[at + 3];
   };
   InfoFacts& picture = item.Facts.Group("picture");
-  picture.Set("width", number(16));
-  picture.Set("height", number(20));
+  SetPictureSize(picture, number(16), number(20));
   picture.Set("bits", head[24]);
 }
 

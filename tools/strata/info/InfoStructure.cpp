@@ -27,6 +27,10 @@ InfoFacts PartitionFacts(const Partition& partition) {
   facts.Set("offset", partition.FileOffset);
   if (partition.BodySID != 0) facts.Set("body_sid", partition.BodySID);
   if (partition.IndexSID != 0) facts.Set("index_sid", partition.IndexSID);
+  facts.Line = std::string(QUIRE::MXF::PartitionKindName(partition.Kind)) + " at byte " +
+               std::to_string(partition.FileOffset) +
+               (partition.BodySID == 0 ? "" : ", stream " + std::to_string(partition.BodySID)) +
+               (partition.IndexSID == 0 ? "" : ", index stream " + std::to_string(partition.IndexSID));
   return facts;
 }
 
@@ -105,7 +109,7 @@ void CheckIndex(const Ferro::FileReader& file, const FileStructure& structure, b
                     " is not where the index says, or the file ends before it does.");
   InfoFacts& facts = item.Facts.Group("index");
   facts.Set("health", item.Problems.size() > problems ? "damaged" : "good");
-  facts.Set("covers", covered);
+  facts.Set("covers", covered).ShownAs(std::to_string(covered) + " edit units");
   if (index.EditUnitByteCount() != 0) facts.Set("edit_unit_bytes", index.EditUnitByteCount());
 }
 

@@ -10,8 +10,9 @@ namespace {
 
 constexpr size_t LabelWidth = 24;
 
-/// A plain value. A number has its readable form behind it: "95874 (95.9 kB)"; a label is shown as what it means.
+/// A plain value, as it is shown. A number has its readable form behind it: "95874 (95.9 kB)"; a label is shown as what it means.
 std::string ValueText(const InfoValue& value) {
+  if (value.Shown) return DisplayText(*value.Shown);
   if (const auto* text = std::get_if<std::string>(&value.Value))
     return DisplayText(value.Readable.empty() ? *text : value.Readable);
   if (const auto* flag = std::get_if<bool>(&value.Value)) return *flag ? "yes" : "no";
@@ -27,6 +28,7 @@ std::string LabelOf(std::string key) {
 
 /// All facts of a part in one line.
 std::string LineOf(const InfoFacts& facts) {
+  if (!facts.Line.empty()) return DisplayText(facts.Line);
   std::string line;
   const auto append = [&line](const std::string& text) { line += (line.empty() ? "" : ", ") + text; };
   for (const auto& [key, value] : facts.All) {
@@ -57,6 +59,7 @@ void AppendFacts(const InfoFacts& facts, size_t indent, std::string& text) {
   for (const auto& [key, value] : facts.All) {
     const std::string label = std::string(indent, ' ') + LabelOf(key);
     const auto* list = std::get_if<InfoList>(&value.Value);
+    if (value.Shown && value.Shown->empty()) continue;
     if (value.IsPlain()) {
       text += label + std::string(std::max(LabelWidth, label.size() + 1) - label.size(), ' ') + ValueText(value) + '\n';
     } else if (list == nullptr) {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoTrackFile.h"
 
+#include "InfoPicture.h"
 #include "InfoStructure.h"
+#include "show/Description.h"
+#include "terminal/ReasonText.h"
 #include "terminal/TextForms.h"
 
 #include <QUIRE/AtmosReader.h>
@@ -10,11 +13,13 @@
 #include <QUIRE/JP2KReader.h>
 #include <QUIRE/LabelMeaning.h>
 #include <QUIRE/MPEG2Reader.h>
+#include <QUIRE/MXF/Descriptors.h>
 #include <QUIRE/MXF/OP1aHeader.h>
 #include <QUIRE/PCMReader.h>
 #include <QUIRE/TimedTextReader.h>
 #include <Strata/SoundConfiguration.h>
 
+#include <cstdio>
 #include <stdexcept>
 
 namespace Tool {
@@ -23,7 +28,10 @@ namespace {
 
 /// Adds a label with its meaning, where it has a value.
 void AddLabel(InfoFacts& facts, const char* key, const QUIRE::UL& label) {
-  if (label.HasValue()) facts.Set(key, {label.EncodeString(), QUIRE::LabelMeaning(label)});
+  if (!label.HasValue()) return;
+  const std::string meaning = QUIRE::LabelMeaning(label);
+  facts.Set(key, {label.EncodeString(), meaning})
+      .ShownAs(meaning.empty() ? "unknown, label " + label.EncodeString() : meaning);
 }
 
 const char* LabelSetName(QUIRE::LabelSet_t labels) {
@@ -70,16 +78,28 @@ void AddWriter(const QUIRE::TrackFileReader& reader, InfoItem& item) {
 
 template <class DescriptorT>
 void AddLength(const DescriptorT& descriptor, InfoItem& item) {
-  item.Facts.Add("edit_rate", descriptor.EditRate);
+  item.AddEditRate(descriptor.EditRate);
   item.AddDuration(descriptor.ContainerDuration, descriptor.EditRate);
 }
 
+/// What the header says is to be displayed.
+DisplaySize DisplaySizeOf(const QUIRE::MXF::OP1aHeader& header) {
+  const auto* picture = dynamic_cast<const QUIRE::MXF::GenericPictureEssenceDescriptor*>(header.EssenceDescriptor());
+  if (picture == nullptr || !picture->DisplayWidth || !picture->DisplayHeight) return {};
+  return {*picture->DisplayWidth, *picture->DisplayHeight};
+}
+
+std::string RatioText(const QUIRE::Rational& ratio) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f:1", ratio.Denominator == 0 ? 0 : ratio.Quotient());
+  return text;
+}
+
 template <class DescriptorT>
-InfoFacts& AddPicture(const DescriptorT& descriptor, InfoItem& item) {
+InfoFacts& AddPicture(const DescriptorT& descriptor, const QUIRE::MXF::OP1aHeader& header, InfoItem& item) {
   InfoFacts& picture = item.Facts.Group("picture");
-  picture.Set("width", descriptor.StoredWidth);
-  picture.Set("height", descriptor.StoredHeight);
-  picture.Add("aspect_ratio", descriptor.AspectRatio);
+  SetPictureSize(picture, descriptor.StoredWidth, descriptor.StoredHeight, DisplaySizeOf(header));
+  picture.Add("aspect_ratio", descriptor.AspectRatio, RatioText(descriptor.AspectRatio));
   AddLabel(picture, "coding", descriptor.PictureEssenceCoding);
   return picture;
 }
@@ -88,9 +108,9 @@ void Describe(QUIRE::JP2K::MXFSReader& reader, InfoItem& item) {
   QUIRE::JP2K::PictureDescriptor descriptor;
   if (reader.FillPictureDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  InfoFacts& picture = AddPicture(descriptor, item);
+  InfoFacts& picture = AddPicture(descriptor, reader.OP1aHeader(), item);
   picture.Set("stereoscopic", descriptor.Stereoscopic);
-  picture.Add("sample_rate", descriptor.SampleRate);
+  picture.Add("sample_rate", descriptor.SampleRate, RateText(descriptor.SampleRate) + " pictures per second");
   picture.Set("components", descriptor.Csiz);
   if (!descriptor.PictureComponentSizing.empty())
     picture.Set("bits", (descriptor.PictureComponentSizing.front().Ssiz & 0x7F) + 1);
@@ -100,9 +120,9 @@ void Describe(QUIRE::MPEG2::MXFReader& reader, InfoItem& item) {
   QUIRE::MPEG2::VideoDescriptor descriptor;
   if (reader.FillVideoDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
-  InfoFacts& picture = AddPicture(descriptor, item);
-  picture.Add("sample_rate", descriptor.SampleRate);
-  picture.Set("bits_per_second", descriptor.BitRate);
+  InfoFacts& picture = AddPicture(descriptor, reader.OP1aHeader(), item);
+  picture.Add("sample_rate", descriptor.SampleRate, RateText(descriptor.SampleRate) + " pictures per second");
+  picture.Set("bits_per_second", descriptor.BitRate).ShownAs(BitRateText(descriptor.BitRate));
 }
 
 // As the engine names it; a label that it cannot read leaves the text empty.
@@ -119,10 +139,14 @@ void Describe(QUIRE::PCM::MXFReader& reader, InfoItem& item) {
   if (reader.FillAudioDescriptor(descriptor).Failure()) return;
   AddLength(descriptor, item);
   InfoFacts& sound = item.Facts.Group("sound");
-  sound.Set("channels", descriptor.ChannelCount);
+  const std::string configuration = SoundConfiguration(reader);
+  const std::string names = ChannelNamesText(configuration);
+  sound.Set("channels", descriptor.ChannelCount)
+      .ShownAs(std::to_string(descriptor.ChannelCount) + (names.empty() ? "" : ": " + names));
   sound.Set("bits", descriptor.QuantizationBits);
-  sound.Add("sampling_rate", descriptor.AudioSamplingRate);
-  sound.Add("configuration", SoundConfiguration(reader));
+  sound.Add("sampling_rate", descriptor.AudioSamplingRate, SamplingRateText(descriptor.AudioSamplingRate));
+  // As the engine writes it, an unclosed bracket included: for programs that know it so.
+  if (!configuration.empty()) sound.Set("configuration", configuration).ShownAs("");
 }
 
 void Describe(QUIRE::TimedText::MXFReader& reader, InfoItem& item) {
@@ -176,7 +200,7 @@ template <class ReaderT>
 void DescribeFile(const std::string& path, InfoItem& item) {
   ReaderT reader;
   if (const auto result = reader.OpenRead(path); result.Failure())
-    return item.AddProblem(std::string("The track file cannot be opened: ") + result.Label() + '.');
+    return item.AddProblem(std::string("The track file cannot be opened: ") + ReasonText(result) + '.');
   Describe(reader, item);
   AddWriter(reader, item);
 }

@@ -5,6 +5,7 @@
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
+#include <Strata/ShowPlaylist.h>
 
 namespace Tool {
 
@@ -27,17 +28,35 @@ void AddUses(const Cairn::CompositionPlaylist& composition, std::map<Cairn::UUID
   }
 }
 
+void AddUses(const Strata::ShowPlaylist& show, std::map<Cairn::UUID, AssetUse>& uses) {
+  for (const auto& item : show.ShowSequence)
+    if (const auto* composition = dynamic_cast<const Strata::ShowPlaylist::CompositionItem*>(item.get()))
+      uses.try_emplace(
+          composition->ID,
+          AssetUse{composition->Annotation.empty() ? composition->ID.EncodeString() : composition->Annotation, 0, {}});
+}
+
+template <class Document>
+void AddUsesOf(const Cairn::AssetInfo& info, std::map<Cairn::UUID, AssetUse>& uses) {
+  Document document;
+  if (Cairn::InitObjectWithFile(document, info.RealFilename).Success()) AddUses(document, uses);
+}
+
 }  // namespace
+
+std::string AssetUse::Text() const {
+  if (!Kind) return Composition + ", composition";
+  return Composition + ", reel " + std::to_string(Reel) + ", " + AssetKindName(*Kind);
+}
 
 const AssetUse* AssetUses::Find(const Cairn::UUID& id) {
   if (!m_IsRead) {
     m_IsRead = true;
     const QuietLog log;  // what cannot be read has findings of its own
     for (const Cairn::AssetRecord& record : m_Store.Assets()) {
-      Cairn::CompositionPlaylist composition;
-      if (record.Info.FileType == Cairn::FT_CPL && !record.Info.RealFilename.empty() &&
-          Cairn::InitObjectWithFile(composition, record.Info.RealFilename).Success())
-        AddUses(composition, m_Uses);
+      if (record.Info.RealFilename.empty()) continue;
+      if (record.Info.FileType == Cairn::FT_CPL) AddUsesOf<Cairn::CompositionPlaylist>(record.Info, m_Uses);
+      if (record.Info.FileType == Cairn::FT_SHOW) AddUsesOf<Strata::ShowPlaylist>(record.Info, m_Uses);
     }
   }
   const auto use = m_Uses.find(id);

@@ -4,21 +4,26 @@
 #include "ShowOutline.h"
 
 #include <map>
+#include <optional>
+#include <string>
 
 namespace Tool {
 
-/// Where a composition uses an asset.
+/// Where a composition uses an asset, or a show playlist a composition.
 struct AssetUse {
-  std::string Composition;  ///< its title, or its identifier
-  Ferro::ui32_t Reel = 0;   ///< from 1
-  AssetKind Kind = AssetKind::Picture;
+  std::string Composition;        ///< its title, or its identifier
+  Ferro::ui32_t Reel = 0;         ///< from 1; 0 for the composition itself
+  std::optional<AssetKind> Kind;  ///< no value: it is the composition itself
+
+  /// "Feature, reel 2, sound", "Feature, composition".
+  [[nodiscard]] std::string Text() const;
 };
 
-/// What the compositions of a store use, to give missing files a name. They are read when first asked.
+/// What the compositions and show playlists of a store use, to give missing files a name. They are read when first asked.
 class AssetUses {
  public:
   explicit AssetUses(const Cairn::AssetStore& store) : m_Store(store) {}
-  /// The first use of an asset; null where no composition that can be read uses it.
+  /// The first use of an asset; null where nothing that can be read uses it.
   [[nodiscard]] const AssetUse* Find(const Cairn::UUID& id);
 
  private:

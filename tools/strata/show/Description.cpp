@@ -130,6 +130,10 @@ std::string SoundFormatText(Ferro::ui32_t channels, const std::string& configura
   return text;
 }
 
+std::string ChannelNamesText(const std::string& configuration) {
+  return configuration.empty() ? "" : Joined(ChannelsOf(configuration));
+}
+
 CompositionTraits TraitsOf(const Cairn::CompositionPlaylist& composition) {
   CompositionTraits traits;
   traits.Stereoscopic = composition.StereoscopicImage;
@@ -193,10 +197,7 @@ std::string Describe(const TrackFileFacts& facts) {
   const bool has_rate = facts.EditRate.Numerator > 0 && facts.EditRate.Denominator > 0;
   const std::string duration = has_rate ? DurationText(facts.Duration / facts.EditRate.Quotient()) : "";
   if (facts.Channels > 0)
-    return Joined({SoundFormatText(facts.Channels, facts.Configuration),
-                   facts.SamplingRate == QUIRE::SampleRate_48k   ? "48 kHz"
-                   : facts.SamplingRate == QUIRE::SampleRate_96k ? "96 kHz"
-                                                                 : RateText(facts.SamplingRate) + " Hz",
+    return Joined({SoundFormatText(facts.Channels, facts.Configuration), SamplingRateText(facts.SamplingRate),
                    std::to_string(facts.SampleBits) + " bit", duration, facts.Encrypted ? "encrypted" : ""});
   const bool is_stereoscopic = facts.Type == Cairn::FT_QUIRE_JP2K_J2C_S;
   return Joined({PictureFormatText(facts.Width, facts.Height) + (is_stereoscopic ? " 3D" : ""),

@@ -19,6 +19,9 @@ namespace Tool {
 /// @param configuration  "51/L,R,C,LFE,Ls,Rs", or empty.
 [[nodiscard]] std::string SoundFormatText(Ferro::ui32_t channels, const std::string& configuration);
 
+/// "L, R, C, LFE, Ls, Rs"; empty where the configuration does not say.
+[[nodiscard]] std::string ChannelNamesText(const std::string& configuration);
+
 /// What a composition is. What is not known is empty or 0, and is not told.
 struct CompositionTraits {
   Ferro::ui32_t Width = 0;   ///< pixels of the first picture, as stored

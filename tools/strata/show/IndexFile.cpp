@@ -2,6 +2,7 @@
 #include "IndexFile.h"
 
 #include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 
 #include <cstdlib>
 
@@ -55,7 +56,7 @@ bool OpenIndexFile(const std::string& index, Cairn::AssetStore& store, std::stri
   const Cairn::Result_t result = store.Open(index, busy_timeout_ms);
   if (result.Success()) return true;
   problem = IndexFailure(store, index);
-  if (problem.empty()) problem = ProblemText(index, result.Label(), Cairn::SF_NONE);
+  if (problem.empty()) problem = ProblemText(index, ReasonText(result), Cairn::SF_NONE);
   return false;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Inputs.h"
 
+#include "DocumentFault.h"
 #include "DocumentTitle.h"
 #include "IndexFile.h"
 #include "InfoKinds.h"
@@ -9,6 +10,7 @@
 #include "terminal/Command.h"
 #include "terminal/DisplayText.h"
 #include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
@@ -79,18 +81,21 @@ void KeepOneOfEach(std::vector<Candidate>& candidates) {
   std::erase_if(candidates, [&](const Candidate& candidate) { return !seen.insert(candidate.ID).second; });
 }
 
-/// True for a document that cannot be read to its end, and for one that means to be a playlist and is none.
-bool IsDamaged(const std::string& path) {
+/// Why a document cannot be read that means to be a playlist, or whose meaning cannot be seen; no value for others.
+std::optional<std::string> DamageOf(const std::string& path) {
   std::string text;
-  if (Ferro::ReadFileIntoString(path, text).Failure()) return true;
+  if (const auto result = Ferro::ReadFileIntoString(path, text); result.Failure()) return ReasonText(result);
   Cairn::FileContent content;
   static_cast<void>(Cairn::InspectFile(path, content));
-  if (content.Type == Cairn::FT_UNKNOWN) return true;
-  Cairn::CompositionPlaylist cpl;
-  Strata::ShowPlaylist spl;
   const std::string_view name = DocumentElement(text);
   const bool claims = name == "ShowPlaylist" || name == "CompositionPlaylist";
-  return claims && spl.DecodeXML(text).Failure() && cpl.DecodeXML(text).Failure();
+  if (content.Type != Cairn::FT_UNKNOWN && !claims) return std::nullopt;
+  Cairn::CompositionPlaylist cpl;
+  Strata::ShowPlaylist spl;
+  QuietLog log;
+  const auto result = name == "CompositionPlaylist" ? cpl.DecodeXML(text) : spl.DecodeXML(text);
+  const bool is_fine = claims && result.Success();
+  return is_fine ? std::nullopt : std::optional(DocumentFault(path, result, log.Take()));
 }
 
 bool IsPlaylist(Cairn::FileType_t type) {
@@ -155,7 +160,8 @@ bool Inputs::Fail(const std::string& problem, ExitCode code) {
 bool Inputs::AddFolder(const char* what, const std::string& folder) {
   const Strata::Result_t result = ScanFolder(m_Store, folder);
   if (result == Ferro::RESULT_CANCELLED) return Fail("interrupted.", ExitCode::Interrupted);
-  return result.Success() || Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + result.Label());
+  return result.Success() ||
+         Fail(std::string("The ") + what + ' ' + folder + " cannot be opened: " + ReasonText(result));
 }
 
 bool Inputs::Resolve(const std::string& name) {
@@ -246,13 +252,14 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
     const auto failure = std::find_if(unreadable.begin(), unreadable.end(), [&](const Cairn::UnreadableEntry& other) {
       return other.Path == root + '/' + entry.path().filename().string();
     });
-    if (failure == unreadable.end() && !IsDamaged(entry.path())) continue;
+    std::optional<std::string> damage;
+    if (failure == unreadable.end()) damage = DamageOf(entry.path());
+    if (failure == unreadable.end() && !damage) continue;
     if (const std::string trouble = EncodingTrouble(entry.path()); !trouble.empty()) {
       Fail(trouble + (meant.empty() ? "" : " Or name what to take instead:" + ListOf(meant)), ExitCode::NotPlayable);
       return true;
     }
-    const std::string what =
-        failure == unreadable.end() ? "is damaged and cannot be understood" : "cannot be opened: " + failure->Reason;
+    const std::string what = damage ? "is damaged: " + *damage : "cannot be opened: " + failure->Reason;
     Fail(entry.path().string() + ": this document " + what + ". It may be the show that is meant: " +
              (failure == unreadable.end() ? "" : "allow this user to read it, or ") + "copy it again" +
              (meant.empty() ? "." : ", or name what to take instead:" + ListOf(meant)),
@@ -265,15 +272,15 @@ bool Inputs::RefuseDamaged(const std::string& folder, const std::vector<Candidat
 bool Inputs::ResolveFile(const std::string& path) {
   Cairn::FileContent content;
   const Strata::Result_t result = Cairn::InspectFile(path, content);
-  if (result.Failure()) return Fail(path + ": the file cannot be read: " + result.Label(), ExitCode::NotPlayable);
+  if (result.Failure())
+    return Fail(path + ": the file cannot be read: " + ReasonText(result) + '.', ExitCode::NotPlayable);
   if (const std::string trouble = EncodingTrouble(path); !trouble.empty()) return Fail(trouble, ExitCode::NotPlayable);
   if (content.Type == Cairn::FT_ASSETMAP || content.Type == Cairn::FT_PKL) return ResolveFolder(FolderOf(path));
   if (content.Type == Cairn::FT_UNKNOWN)
     return Fail(path + ": this file is damaged, or no document of digital cinema: copy it again.",
                 ExitCode::NotPlayable);
-  if (content.Type == Cairn::FT_XML && IsDamaged(path))
-    return Fail(path + ": this playlist is damaged, or its namespace is of a version that is unknown here.",
-                ExitCode::NotPlayable);
+  if (const auto damage = content.Type == Cairn::FT_XML ? DamageOf(path) : std::nullopt)
+    return Fail(path + ": this playlist cannot be read: " + *damage + '.', ExitCode::NotPlayable);
   if (IsMXF(content.Type))
     return Fail(path +
                 ": this is a track file, and neither a composition nor a show playlist. `strata info` tells what "

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ShowOutline.h"
 
+#include "DocumentFault.h"
 #include "terminal/LogView.h"
 
 #include <Cairn/CompositionPlaylist.h>
 #include <Cairn/InitObjectWithFile.h>
-#include <Cairn/InspectFile.h>
 #include <Ferro/CheckedMath.h>
+#include <Ferro/Path.h>
 #include <Strata/ShowPlaylist.h>
 
 #include <algorithm>
@@ -29,13 +30,6 @@ std::optional<Cairn::AssetRecord> RecordOfFile(const Cairn::AssetStore& store, c
 
 const Cairn::AssetRecord* Usable(const std::vector<Cairn::AssetRecord>& places) {
   return places.empty() ? nullptr : &places.front();
-}
-
-/// Why a document cannot be read: an encoding that nobody here reads is no damage.
-std::string ReasonFor(const std::string& path, const Strata::Result_t& result) {
-  Cairn::FileContent content;
-  const bool was_looked_at = Cairn::InspectFile(path, content).Success();
-  return was_looked_at && content.Problem == Cairn::DP_ENCODING ? content.Reason + '.' : result.Label();
 }
 
 }  // namespace
@@ -86,8 +80,10 @@ ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
 
 void ShowOutline::AddShow(const Candidate& show, std::vector<std::string>& paths) {
   Strata::ShowPlaylist spl;
+  QuietLog log;
   if (const Strata::Result_t result = Cairn::InitObjectWithFile(spl, show.Path); result.Failure()) {
-    m_Problems.push_back({OutlineProblemKind::CannotBeRead, show.Path, result.Label(), {}});
+    m_Problems.push_back(
+        {OutlineProblemKind::CannotBeRead, show.Path, DocumentFault(show.Path, result, log.Take()), {}});
     return;
   }
   const size_t index = m_Shows.size();
@@ -133,16 +129,18 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
   outline.Start = m_Duration;
   if (!given_path.empty()) {
     outline.Found = RecordOfFile(m_Inputs.Store(), given_path);
+    if (!id.HasValue() && outline.Found) outline.ID = outline.Found->Info.ID;
   } else if (const auto places = m_Inputs.Store().FindAsset(id); !places.empty()) {
     outline.Path = places.front().Info.RealFilename;
     outline.Found = places.front();
   }
   Cairn::CompositionPlaylist cpl;
+  QuietLog log;
   if (outline.Path.empty()) {
     outline.Problem = outline.Found ? CompositionProblem::FileMissing : CompositionProblem::Missing;
   } else if (const Strata::Result_t result = Cairn::InitObjectWithFile(cpl, outline.Path); result.Failure()) {
     outline.Problem = CompositionProblem::CannotBeRead;
-    outline.Reason = ReasonFor(outline.Path, result);
+    outline.Reason = DocumentFault(outline.Path, result, log.Take());
   } else if (cpl.ReelList.empty()) {
     outline.Problem = CompositionProblem::HasNoReels;
   }
@@ -158,6 +156,8 @@ void ShowOutline::AddComposition(const Cairn::UUID& id, const std::string& given
     outline.EditRate = entry->Item.EditRate;
     outline.Duration = entry->Item.Duration;
   }
+  if (outline.Title.empty() && outline.Problem == CompositionProblem::CannotBeRead)
+    outline.Title = Ferro::PathBasename(outline.Path);
   if (!Ferro::CheckedAdd(m_Duration, outline.Duration)) {
     m_Problems.push_back({OutlineProblemKind::TooLong, "", "", outline.ID});
     return;

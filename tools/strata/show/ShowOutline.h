@@ -57,7 +57,7 @@ struct OutlineComposition {
   std::string Kind;   ///< of the content: "feature"; empty when not known
   std::string Path;   ///< of the document; empty when it could not be found
   CompositionProblem Problem = CompositionProblem::None;
-  std::string Reason;                       ///< why it cannot be read: the result's label
+  std::string Reason;                       ///< why it cannot be read, as DocumentFault
   std::optional<Cairn::AssetRecord> Found;  ///< no value: no store has it
   Cairn::DCPFormat_t Format = Cairn::DFT_NONE;
   bool Stereoscopic = false;
@@ -88,7 +88,7 @@ enum class OutlineProblemKind { CannotBeRead, ContainsItself, TooLong };
 struct OutlineProblem {
   OutlineProblemKind Kind = OutlineProblemKind::CannotBeRead;
   std::string Path;    ///< of the show playlist
-  std::string Reason;  ///< why it cannot be read: the result's label
+  std::string Reason;  ///< why it cannot be read, as DocumentFault
   Cairn::UUID ID;      ///< of the composition from which on the show cannot be counted
 };
 

@@ -2,6 +2,7 @@
 #include "TrackFileFacts.h"
 
 #include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 
 #include <Cairn/DCSubtitle.h>
 #include <Cairn/InitObjectWithFile.h>
@@ -32,7 +33,7 @@ constexpr Ferro::ui32_t Capacity = 16 * 1024 * 1024;  // bytes; more than any fr
 
 void Fail(TrackFileFacts& facts, TrackFileProblem problem, const Result_t& result) {
   facts.Problem = problem;
-  facts.Reason = result.Label();
+  facts.Reason = ReasonText(result);
 }
 
 /// What is common to the readers of all kinds: false, with the problem told, when the file cannot be opened.

@@ -27,7 +27,7 @@ enum class TrackFileProblem {
 /// have are 0.
 struct TrackFileFacts {
   TrackFileProblem Problem = TrackFileProblem::None;
-  std::string Reason;          ///< of the problem: the result's label
+  std::string Reason;          ///< of the problem, as ReasonText
   Ferro::ui32_t EditUnit = 0;  ///< that cannot be read
   std::string Resource;        ///< that cannot be read
   bool IsIncomplete = false;   ///< frames at its end, which are not played, cannot be read

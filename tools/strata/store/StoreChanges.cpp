@@ -5,6 +5,7 @@
 #include "show/StoreProgress.h"
 #include "terminal/Interrupt.h"
 #include "terminal/Messages.h"
+#include "terminal/ReasonText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -44,8 +45,9 @@ ExitCode AddFolder(StoreSession& session, const std::string& folder) {
   if (result == Ferro::RESULT_CANCELLED)
     return StoreTrouble(ExitCode::Interrupted, "interrupted; of " + folder + " the index knows what it knew before.");
   if (const ExitCode code = session.CheckIndex(); code != ExitCode::Fine) return code;
-  return result.Success() ? ExitCode::Fine
-                          : StoreTrouble(ExitCode::NotPlayable, folder + ": it cannot be scanned: " + result.Label());
+  return result.Success()
+             ? ExitCode::Fine
+             : StoreTrouble(ExitCode::NotPlayable, folder + ": it cannot be scanned: " + ReasonText(result));
 }
 
 ExitCode AddFile(StoreSession& session, const std::string& path) {
@@ -56,7 +58,7 @@ ExitCode AddFile(StoreSession& session, const std::string& path) {
     return StoreTrouble(ExitCode::Usage,
                         path + ": this file says no identifier of its own; add the folder of its package.");
   return result.Success() ? ExitCode::Fine
-                          : StoreTrouble(ExitCode::NotPlayable, path + ": it cannot be read: " + result.Label());
+                          : StoreTrouble(ExitCode::NotPlayable, path + ": it cannot be read: " + ReasonText(result));
 }
 
 ExitCode AddName(StoreSession& session, const std::string& name) {

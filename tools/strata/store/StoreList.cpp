@@ -28,8 +28,7 @@ std::string DescriptionOf(const Cairn::AssetInfo& info) {
 
 std::string UseOf(const Cairn::UUID& id, AssetUses& uses) {
   const AssetUse* use = uses.Find(id);
-  if (use == nullptr) return "";
-  return use->Composition + ", reel " + std::to_string(use->Reel) + ", " + AssetKindName(use->Kind);
+  return use == nullptr ? "" : use->Text();
 }
 
 ListedAsset ListAsset(const Cairn::AssetRecord& record, MappedPaths& paths, AssetUses& uses) {

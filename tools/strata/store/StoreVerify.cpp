@@ -34,7 +34,7 @@ class AssetCheck {
     if (use == nullptr) return;
     finding.Composition = use->Composition;
     finding.Reel = use->Reel;
-    finding.What = SubjectOf(use->Kind);
+    finding.What = use->Kind ? SubjectOf(*use->Kind) : Subject::Composition;
   }
 
   MappedPaths m_Paths;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CommandError.h"
 
+#include "ReasonText.h"
+
 #include <Ferro/FileWriter.h>
 
 namespace Tool {
@@ -8,7 +10,7 @@ namespace Tool {
 std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
   const std::string why = result == Ferro::RESULT_NOT_FOUND  ? "its folder is not there"
                           : result == Ferro::RESULT_NOTAFILE ? "a folder, device or pipe has this name"
-                          : reason.empty()                   ? result.Label()
+                          : reason.empty()                   ? ReasonText(result)
                                                              : reason;
   return filename + ": this file cannot be written: " + why;
 }

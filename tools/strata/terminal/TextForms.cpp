@@ -45,6 +45,10 @@ std::string TimeCodeText(Ferro::ui32_t edit_unit, const QUIRE::Rational& edit_ra
   return Format("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, edit_unit % base);
 }
 
+std::string SamplingRateText(const QUIRE::Rational& rate) {
+  return rate.Denominator == 0 ? "unknown" : Format("%.6g kHz", rate.Quotient() / 1000);
+}
+
 std::string RateText(const QUIRE::Rational& rate) {
   if (rate.Denominator == 0) return "unknown";
   return rate.Numerator % rate.Denominator == 0 ? std::to_string(rate.Numerator / rate.Denominator)

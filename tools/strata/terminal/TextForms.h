@@ -16,6 +16,8 @@ namespace Tool {
 [[nodiscard]] std::string DurationText(double seconds);
 /// Time code of an edit unit: "01:02:03:04" with whole edit units per second, the rate rounded up; no frames dropped.
 [[nodiscard]] std::string TimeCodeText(Ferro::ui32_t edit_unit, const QUIRE::Rational& edit_rate);
+/// "48 kHz", "44.1 kHz": samples per second.
+[[nodiscard]] std::string SamplingRateText(const QUIRE::Rational& rate);
 /// "24", "23.976": edit units per second.
 [[nodiscard]] std::string RateText(const QUIRE::Rational& rate);
 

@@ -8,6 +8,7 @@
 #include "terminal/Interrupt.h"
 #include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
+#include "terminal/ReasonText.h"
 
 #include <Ferro/Path.h>
 #include <Ferro/SHA1Digest.h>
@@ -34,7 +35,7 @@ Ferro::SHA1 DigestOf(const std::string& filename, Ferro::ui64_t size) {
     return !Interrupt::Requested();
   });
   if (result == Ferro::RESULT_CANCELLED) throw CommandStopped();
-  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
+  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + ReasonText(result));
   return digest;
 }
 

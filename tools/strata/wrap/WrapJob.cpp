@@ -3,6 +3,7 @@
 
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
+#include "terminal/ReasonText.h"
 
 #include <Ferro/FileReader.h>
 #include <Ferro/FileText.h>
@@ -47,7 +48,7 @@ std::string ReadKeyFile(const std::string& filename) {
   constexpr Ferro::fsize_t limit = 4096;
   std::string text;
   if (const Ferro::Result_t result = Ferro::ReadFileIntoString(filename, text, limit); result.Failure())
-    throw CommandError(ExitCode::Usage, "--key-file " + filename + ": it cannot be read: " + result.Label());
+    throw CommandError(ExitCode::Usage, "--key-file " + filename + ": it cannot be read: " + ReasonText(result));
   const size_t first = text.find_first_not_of(" \t\r\n");
   return first == text.npos ? "" : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
@@ -133,7 +134,7 @@ void ReadIntoFrame(const std::string& filename, QUIRE::FrameBuffer& frame) {
     MakeRoom(frame, file.Size());
     result = file.ReadAt(0, {frame.Data(), static_cast<size_t>(file.Size())});
   }
-  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
+  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + ReasonText(result));
   frame.Size(static_cast<Ferro::ui32_t>(file.Size()));
 }
 

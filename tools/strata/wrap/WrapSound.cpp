@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "WrapEssence.h"
 #include "terminal/CommandError.h"
+#include "terminal/ReasonText.h"
 
 #include <QUIRE/PCMWriter.h>
 #include <QUIRE/SampleCadence.h>
@@ -29,7 +30,7 @@ class Source {
     const Ferro::Result_t result = m_Reader.OpenRead(filename, rate);
     if (result.Failure() || m_Reader.FillAudioDescriptor(m_Descriptor).Failure())
       throw CommandError(ExitCode::NotPlayable,
-                         filename + ": this is no WAVE file that can be wrapped: " + result.Label());
+                         filename + ": this is no WAVE file that can be wrapped: " + ReasonText(result));
     if (m_Descriptor.QuantizationBits != 24)
       throw CommandError(ExitCode::NotPlayable, filename + ": its samples have " +
                                                     std::to_string(m_Descriptor.QuantizationBits) +
@@ -61,7 +62,7 @@ class Source {
 
   void Read(ui32_t number, QUIRE::PCM::FrameBuffer& frame) const {
     if (const Ferro::Result_t result = m_Reader.ReadFrame(number, frame); result.Failure())
-      throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
+      throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + ReasonText(result));
   }
 
  private:

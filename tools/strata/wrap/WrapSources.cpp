@@ -2,6 +2,7 @@
 #include "WrapSources.h"
 
 #include "terminal/CommandError.h"
+#include "terminal/ReasonText.h"
 
 #include <Cairn/InspectFile.h>
 #include <Ferro/Path.h>
@@ -53,10 +54,12 @@ std::optional<EssenceKind> KindByName(const std::string& filename) {
   return std::nullopt;
 }
 
+constexpr char SayWithKind[] = "say it with --kind: picture, video, sound, text, data or immersive";
+
 EssenceKind KindByContent(const std::string& filename) {
   Cairn::FileContent content;
   if (const Ferro::Result_t result = Cairn::InspectFile(filename, content); result.Failure())
-    throw CommandError(ExitCode::Usage, filename + ": " + result.Label());
+    throw CommandError(ExitCode::Usage, filename + ": " + ReasonText(result));
   switch (content.Type) {
     case Cairn::FT_J2C:
       return EssenceKind::Picture;
@@ -70,7 +73,7 @@ EssenceKind KindByContent(const std::string& filename) {
       throw CommandError(ExitCode::Usage,
                          filename + ": Interop packages keep subtitles as they are, not in a track file");
     default:
-      throw CommandError(ExitCode::Usage, filename + ": it cannot be seen what this is; --kind says it");
+      throw CommandError(ExitCode::Usage, filename + ": what this is cannot be seen from it; " + SayWithKind);
   }
 }
 
@@ -92,8 +95,7 @@ std::vector<std::string> FilesIn(const std::string& folder, std::optional<Essenc
   if (files.empty()) throw CommandError(ExitCode::Usage, folder + ": there is nothing to wrap in this folder");
   if (kinds.size() > 1)
     throw CommandError(ExitCode::Usage, folder + ": there are " + EssenceKindName(*kinds.begin()) + " and " +
-                                            EssenceKindName(*kinds.rbegin()) +
-                                            " in this folder; --kind says which is meant");
+                                            EssenceKindName(*kinds.rbegin()) + " in this folder; " + SayWithKind);
   kind = asked.value_or(*kinds.begin());
   std::sort(files.begin(), files.end(), NameComesBefore);
   return files;
@@ -114,7 +116,8 @@ WrapSources Find(const WrapOptions& options) {
     return sources;
   }
   if (options.Sources.empty()) throw CommandError(ExitCode::Usage, "nothing was named that could be wrapped");
-  if (options.Sources.size() == 1 && fs::is_directory(options.Sources.front())) {
+  std::error_code error;  // what cannot be looked at is told when it is read
+  if (options.Sources.size() == 1 && fs::is_directory(options.Sources.front(), error)) {
     sources.Files = FilesIn(options.Sources.front(), options.Kind, sources.Kind);
     return sources;
   }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "WrapEssence.h"
+#include "show/DocumentFault.h"
 #include "terminal/CommandError.h"
+#include "terminal/LogView.h"
+#include "terminal/ReasonText.h"
 
 #include <Cairn/TextSchedule.h>
 #include <Cairn/TimedText.h>
@@ -47,9 +50,12 @@ QUIRE::TimedText::MIMEType_t TypeOf(const QUIRE::FrameBuffer& resource) {
 
 Cairn::TimedText ReadDocument(const std::string& filename, const std::string& text) {
   Cairn::TimedText document;
-  if (document.DecodeXML(text).Failure() || document.DCPFormat != Cairn::DFT_DCI_SMPTE || !document.ID.IsPresent())
-    throw CommandError(ExitCode::NotPlayable, filename + ": this is no timed-text document of ST 428-7");
-  return document;
+  QuietLog log;
+  const auto result = document.DecodeXML(text);
+  if (result.Success() && document.DCPFormat == Cairn::DFT_DCI_SMPTE && document.ID.IsPresent()) return document;
+  const std::string reason =
+      result == Cairn::RESULT_XML_PARSE ? ": " + DocumentFault(filename, result, log.Take()) : "";
+  throw CommandError(ExitCode::NotPlayable, filename + ": this is no timed-text document of ST 428-7" + reason);
 }
 
 TimedTextDescriptor Describe(const WrapJob& job, const std::string& filename, const Cairn::TimedText& document) {
@@ -81,7 +87,7 @@ Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
   const std::string& filename = sources.Files.front();
   std::string text;
   if (const auto result = Ferro::ReadFileIntoString(filename, text, LargestDocument); result.Failure())
-    throw CommandError(ExitCode::NotPlayable, filename + ": " + result.Label());
+    throw CommandError(ExitCode::NotPlayable, filename + ": " + ReasonText(result));
   const Cairn::TimedText document = ReadDocument(filename, text);
   TimedTextDescriptor descriptor = Describe(job, filename, document);
 

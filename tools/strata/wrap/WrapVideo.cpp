@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "WrapEssence.h"
 #include "terminal/CommandError.h"
+#include "terminal/ReasonText.h"
 
 #include <Ferro/FileReader.h>
 #include <QUIRE/Codestream.h>
@@ -46,7 +47,7 @@ class StreamReader {
     m_AtEnd = count < Piece;
   }
   void Check(const Ferro::Result_t& result) const {
-    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + result.Label());
+    if (result.Failure()) throw CommandError(ExitCode::NotPlayable, m_Filename + ": " + ReasonText(result));
   }
 
   std::string m_Filename;

@@ -38,7 +38,8 @@ constexpr KnownLabel Labels[] = {
     {6, {0x02, 0x09, 0x02, 0x01, 0x01, 0x00}, "AES-128 CBC"},
     {5, {0x02, 0x09, 0x02, 0x02, 0x01}, "HMAC-SHA1"},
     {5, {0x02, 0x09, 0x02, 0x02, 0x02}, "HMAC-SHA1"},
-    // Immersive audio outside the generic container (ST 429-18).
+    // Immersive audio (ST 429-18): its coding as auxiliary data, and its container.
+    {4, {0x0e, 0x09, 0x06, 0x04}, "immersive audio"},
     {4, {0x0e, 0x09, 0x06, 0x05}, "immersive audio, frame-wrapped"},
 };
 
