@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <locale>
 #include <sstream>
 
 namespace Cairn {
