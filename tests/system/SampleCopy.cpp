@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <vector>
 
 namespace {
 
@@ -46,14 +47,17 @@ long long BuildTime() {
 
 }  // namespace
 
-void CopySampleShow(const std::string& folder) {
+void CopySampleShow(const std::string& folder, bool is_signed) {
   fs::create_directories(SAMPLE_FOLDER);
   const FileLock lock(SAMPLE_FOLDER "/lock");
-  const std::string sample = SAMPLE_FOLDER "/built-" + std::to_string(BuildTime());
+  const std::string build = "built-" + std::to_string(BuildTime());
+  const std::string sample = SAMPLE_FOLDER "/" + build + (is_signed ? "-signed" : "");
   if (!fs::exists(sample)) {
     for (const auto& entry : fs::directory_iterator(SAMPLE_FOLDER))
-      if (entry.is_directory()) fs::remove_all(entry.path());
-    StrataProgram maker({"make-sample", sample, "--length", "1", "--size", "96x64"});
+      if (entry.is_directory() && !entry.path().filename().string().starts_with(build)) fs::remove_all(entry.path());
+    std::vector<std::string> arguments = {"make-sample", sample, "--length", "1", "--size", "96x64"};
+    if (!is_signed) arguments.push_back("--unsigned");
+    StrataProgram maker(arguments);
     ASSERT_EQ(maker.Wait(), 0) << maker.Errors();
   }
   fs::copy(sample, folder, fs::copy_options::recursive);

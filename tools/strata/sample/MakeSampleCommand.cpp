@@ -126,10 +126,12 @@ void AddMakeSampleCommand(Command& program) {
       .Called("NUMBER")
       .CheckedBy(NumberThat([](auto) { return true; }, "a whole number from 0 to 18446744073709551615"))
       .ShowsDefault();
+  command.Add("--unsigned", sample.Unsigned, "Leave the documents unsigned, and make no key message");
   command.SetFooter(
-      "Equal options make equal files. Pictures tell reel, edit unit and time; each channel has a tone of its own, and "
-      "a\n"
-      "tick every second. Exit codes: 0 made, 1 the folder is not empty, 2 it cannot be written, 4 interrupted.\n"
+      "Equal options make equal files, but for the key message of the encrypted composition, which is valid for\n"
+      "a year. It is in the folder worthless-test-keys, with certificates and private keys. Pictures tell reel, edit\n"
+      "unit and time; each channel has a tone of its own, and a tick every second. Exit codes: 0 made, 1 the folder\n"
+      "is not empty, 2 it cannot be written, 4 interrupted.\n"
       "Examples:\n"
       "  strata make-sample sample --length 2\n"
       "  strata make-sample small --length 1 --size 96x64 --flavour interop");

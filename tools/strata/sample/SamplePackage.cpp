@@ -18,8 +18,9 @@ constexpr char PackingListName[] = "PKL.xml";
 
 }  // namespace
 
-SamplePackage::SamplePackage(const SampleSeed& seed, std::string folder, std::string title, Cairn::DCPFormat_t flavour)
-    : m_Seed(seed), m_Folder(std::move(folder)), m_Title(std::move(title)), m_Flavour(flavour) {
+SamplePackage::SamplePackage(const SampleSeed& seed, std::string folder, std::string title, Cairn::DCPFormat_t flavour,
+                             const SampleSigner* signer)
+    : m_Seed(seed), m_Folder(std::move(folder)), m_Title(std::move(title)), m_Flavour(flavour), m_Signer(signer) {
   std::filesystem::create_directory(m_Folder);
   m_PackingList.ID = m_Seed.ID(m_Title + "/packing-list");
   m_PackingList.Annotation = m_Title;
@@ -46,15 +47,15 @@ Ferro::SHA1 SamplePackage::Add(const Ferro::UUID& id, const std::string& filenam
 }
 
 void SamplePackage::AddComposition(const Cairn::CompositionPlaylist& composition, const std::string& filename) {
-  Write(composition, filename);
+  WriteSigned(filename, Encode(composition, filename));
   Add(composition.ID, filename, Cairn::FT_CPL);
 }
 
 void SamplePackage::Finish() {
   const std::string end = m_Flavour == Cairn::DFT_Interop ? "" : ".xml";
-  Write(m_PackingList, PackingListName);
-  Write(m_AssetMap, "ASSETMAP" + end);
-  Write(Cairn::VolumeIndex(), "VOLINDEX" + end);
+  WriteSigned(PackingListName, Encode(m_PackingList, PackingListName));
+  Write("ASSETMAP" + end, Encode(m_AssetMap, "ASSETMAP" + end));
+  Write("VOLINDEX" + end, Encode(Cairn::VolumeIndex(), "VOLINDEX" + end));
 }
 
 void SamplePackage::AddToMap(const Ferro::UUID& id, const std::string& filename, bool is_packing_list) {
@@ -65,11 +66,20 @@ void SamplePackage::AddToMap(const Ferro::UUID& id, const std::string& filename,
 }
 
 template <class DocumentT>
-void SamplePackage::Write(const DocumentT& document, const std::string& filename) const {
+std::string SamplePackage::Encode(const DocumentT& document, const std::string& filename) const {
   std::string text;
   SampleRequire(document.EncodeXML(text, m_Flavour), PathOf(filename));
+  return text;
+}
+
+void SamplePackage::Write(const std::string& filename, const std::string& text) const {
   if (const std::string problem = WriteWholeFile(PathOf(filename), text); !problem.empty())
     throw std::runtime_error(problem);
+}
+
+void SamplePackage::WriteSigned(const std::string& filename, std::string text) const {
+  if (m_Signer != nullptr) m_Signer->Sign(text, PathOf(filename));
+  Write(filename, text);
 }
 
 }  // namespace Tool

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SampleSeed.h"
+#include "SampleSigner.h"
 
 #include <Cairn/AssetMap.h>
 #include <Cairn/CompositionPlaylist.h>
@@ -20,7 +21,9 @@ inline constexpr char SampleIssuer[] = "Strata";
 class SamplePackage {
  public:
   /// Creates the folder, whose parent exists. All identifiers follow from `seed` and `title`.
-  SamplePackage(const SampleSeed& seed, std::string folder, std::string title, Cairn::DCPFormat_t flavour);
+  /// @param signer  signs composition and packing list, and outlives the package; null leaves them unsigned.
+  SamplePackage(const SampleSeed& seed, std::string folder, std::string title, Cairn::DCPFormat_t flavour,
+                const SampleSigner* signer = nullptr);
 
   [[nodiscard]] std::string PathOf(const std::string& filename) const;
   /// Takes a file of the folder, or of one in it, into packing list and asset map. Returns its digest.
@@ -32,12 +35,15 @@ class SamplePackage {
  private:
   void AddToMap(const Ferro::UUID& id, const std::string& filename, bool is_packing_list);
   template <class DocumentT>
-  void Write(const DocumentT& document, const std::string& filename) const;
+  [[nodiscard]] std::string Encode(const DocumentT& document, const std::string& filename) const;
+  void Write(const std::string& filename, const std::string& text) const;
+  void WriteSigned(const std::string& filename, std::string text) const;
 
   SampleSeed m_Seed;
   std::string m_Folder;
   std::string m_Title;
   Cairn::DCPFormat_t m_Flavour;
+  const SampleSigner* m_Signer;
   Cairn::PackingList m_PackingList;
   Cairn::AssetMap m_AssetMap;
 };

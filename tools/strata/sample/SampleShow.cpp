@@ -4,6 +4,7 @@
 #include "SampleFontFile.h"
 #include "SamplePackage.h"
 #include "SampleRequire.h"
+#include "SampleSigner.h"
 #include "SampleTrackFiles.h"
 #include "terminal/CommandError.h"
 #include "terminal/LogView.h"
@@ -15,6 +16,7 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <utility>
 
 namespace Tool {
@@ -103,15 +105,19 @@ Ferro::ui64_t PictureCount(const SampleOptions& options) {
 class ShowMaker {
  public:
   ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder, std::function<void()> on_picture)
-      : m_Options(options), m_Seed(options), m_Files(options, std::move(on_picture)), m_Folder(folder) {}
+      : m_Options(options), m_Seed(options), m_Files(options, std::move(on_picture)), m_Folder(folder) {
+    if (!options.Unsigned) m_Signer.emplace();
+  }
 
   void MakePackage(const Plan& plan) const {
-    SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour);
+    SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour,
+                          m_Signer ? &*m_Signer : nullptr);
     Cairn::CompositionPlaylist composition = Heading(plan);
     for (ui32_t number = 1; number <= plan.Reels; ++number)
       composition.ReelList.push_back(MakeReel(plan, number, package));
     package.AddComposition(composition, "CPL.xml");
     package.Finish();
+    if (plan.Encrypted && m_Signer) WriteKeys(plan, composition);
   }
 
   void MakeShows() const {
@@ -185,6 +191,20 @@ class ShowMaker {
     return result;
   }
 
+  void WriteKeys(const Plan& plan, const Cairn::CompositionPlaylist& composition) const {
+    std::vector<Sigil::ContentKey> keys;
+    for (ui32_t number = 1; number <= plan.Reels; ++number) {
+      const SampleTrackFiles::Reel reel = {plan.Title, number, plan.Background, plan.Stereoscopic, plan.Encrypted};
+      for (const auto& [kind, type] : {std::pair("picture", "MDIK"), std::pair("sound", "MDAK")}) {
+        Sigil::ContentKey& key = keys.emplace_back();
+        key.Entry = {m_Seed.ID(reel.NameOf(std::string(kind) + "-key")), type, ""};
+        SampleRequire(key.Key.Assign(m_Seed.Key(reel.NameOf(kind))) ? Ferro::RESULT_OK : Ferro::RESULT_ALLOC, "keys");
+      }
+    }
+    WriteSampleKeys(m_Folder.PathOf("worthless-test-keys"),
+                    m_Signer->MakeMessage(composition, std::move(keys), Ferro::Timestamp(), !IsInterop(m_Options)));
+  }
+
   void AddText(Cairn::Reel& result, const SampleTrackFiles::Reel& reel, SamplePackage& package) const {
     DescribeText(result.MainSubtitle, reel, "subtitle", package);
     Cairn::TimedTextAsset& caption = result.OffScreenText.emplace_back();
@@ -246,6 +266,7 @@ class ShowMaker {
   const SampleOptions& m_Options;
   SampleSeed m_Seed;
   SampleTrackFiles m_Files;
+  std::optional<SampleSigner> m_Signer;  // none: nothing is signed
   const UnfinishedFolder& m_Folder;
 };
 

@@ -9,8 +9,10 @@
 namespace Tool {
 
 /// Makes a sample show in options.Folder: packages with a trailer, a feature of three reels with subtitles and captions,
-/// and stereoscopic, immersive and encrypted shorts; a show playlist that plays them, and one nested in it. Equal options
-/// make equal files. Written beside the folder and put in its place when complete; otherwise nothing is left.
+/// and stereoscopic, immersive and encrypted shorts; a show playlist that plays them, and one nested in it. Compositions and
+/// packing lists are signed. A key message for the encrypted short lies in the folder worthless-test-keys, with all that it
+/// takes to open it. Equal options make equal files, but for that message. Written beside the folder and put in its place
+/// when complete; otherwise nothing is left.
 /// @param tell      called before each part with what comes.
 /// @param progress  called with how many pictures are written and how many there will be.
 /// @return false when the user stopped it.
