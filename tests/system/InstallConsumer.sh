@@ -41,6 +41,19 @@ END
   ! "$1" "$work/nothing" || fail "$1 played a folder that is not there"
 }
 
+# It decrypts the encrypted composition with the key message of the sample show, and with nothing else.
+decrypt() {
+  local keys=$work/show/worthless-test-keys
+  "$1" "$work/show" "$keys/key-message.xml" "$keys/recipient-key.pem" >"$work/decrypted" || fail "$1 failed"
+  grep -qE '^composition [0-9a-f-]{36}: keys until [0-9T:+-]+$' "$work/decrypted" || fail "$1 does not tell the window"
+  grep -qx '336 frames in clear, 48 decrypted, 0 failed' "$work/decrypted" || fail "$1: $(<"$work/decrypted")"
+  ! "$1" "$work/show" "$keys/key-message.xml" "$keys/signer-key.pem" >"$work/decrypted" 2>/dev/null ||
+    fail "$1 played with another's key"
+  grep -qF 'edit unit 0 of the file: The essence is encrypted: reading it takes its key.' "$work/decrypted" ||
+    fail "$1 does not say that a key is missing"
+  grep -qx '336 frames in clear, 0 decrypted, 48 failed' "$work/decrypted" || fail "$1: $(<"$work/decrypted")"
+}
+
 # It describes a track file and takes a codestream out of it.
 describe() {
   local file=$work/show/Trailer/picture-1.mxf
@@ -107,10 +120,10 @@ components() {
     >"$work/project/main.cpp"
   build "$work/project" "$work/cmake-project"
   "$work/cmake-project/ferro"
-  build "$documents/examples/02-track-file" "$work/cmake-track-file"
+  build "$documents/examples/03-track-file" "$work/cmake-track-file"
   describe "$work/cmake-track-file/track-file"
   hidden=("${strangers[@]}")
-  build "$documents/examples/03-package" "$work/cmake-package"
+  build "$documents/examples/04-package" "$work/cmake-package"
   list "$work/cmake-package/package"
 
   for component in cairn sigil assay strata; do
@@ -168,6 +181,8 @@ case $step in
     run "$work/cmake/consumer"
     build "$documents/examples/01-minimal-host" "$work/cmake-minimal-host"
     play "$work/cmake-minimal-host/minimal-host"
+    build "$documents/examples/02-encrypted-show" "$work/cmake-encrypted-show"
+    decrypt "$work/cmake-encrypted-show/encrypted-show"
     ;;
   pkg-config)
     PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name strata.pc)")
@@ -180,7 +195,7 @@ case $step in
       -o "$work/pkg-config-consumer"
     run "$work/pkg-config-consumer"
     mapfile -t flags < <(pkg-config --cflags --libs quire | xargs -n 1)
-    "${CXX:-c++}" -std=c++20 "$documents/examples/02-track-file/main.cpp" "${flags[@]}" \
+    "${CXX:-c++}" -std=c++20 "$documents/examples/03-track-file/main.cpp" "${flags[@]}" \
       "-Wl,-rpath,$(pkg-config --variable=libdir quire)" -o "$work/pkg-config-track-file"
     describe "$work/pkg-config-track-file"
     mapfile -t flags < <(pkg-config --cflags --libs strata cairn quire ferro | xargs -n 1)
