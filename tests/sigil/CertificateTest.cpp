@@ -87,6 +87,7 @@ TEST(Certificate, ADamagedFileIsRefusedAndChangesNothing) {
       {"", "Certificate refused: the file holds none\n"},
       {"hello", "Certificate refused: the file holds none\n"},
       {testsupport::TestKeyPEM("leaf"), "Certificate refused: the file holds none\n"},
+      {"-----BEGIN X509 CRL-----\nAAAA\n-----END X509 CRL-----\n", "Certificate refused: the file holds none\n"},
       {pem + damaged, "Certificate refused: a block of its PEM text is damaged\n"},
       {pem.substr(0, pem.size() - 30), "Certificate refused: a block of its PEM text is damaged\n"},
       {"\x30\x82\x01", "Certificate refused: it is no X.509 certificate\n"},

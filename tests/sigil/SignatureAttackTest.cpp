@@ -98,6 +98,22 @@ TEST(SignatureAttack, ObjectsAndPointersToKeysAreNotFollowed) {
             Refused("sign-form: The signature's KeyInfo has an element \"RetrievalMethod\", which is not followed."));
 }
 
+TEST(SignatureAttack, ListsOfRevokedCertificatesAreRefused) {
+  const auto with = [](const std::string& element) {
+    return Verdict(Replaced(Sound(), "<ds:X509Data>", "<ds:X509Data>" + element));
+  };
+  const auto in_key_info = [](const std::string& element) {
+    return Verdict(Replaced(Sound(), "<ds:KeyInfo><ds:X509Data>", "<ds:KeyInfo><ds:X509Data>" + element));
+  };
+  EXPECT_EQ(in_key_info("<ds:X509CRL>AAAA</ds:X509CRL>"),
+            Refused("sign-form: The signature has a list of revoked certificates, which is not followed."));
+  EXPECT_EQ(in_key_info("<ds:X509SKI>AAAA</ds:X509SKI>"), "valid\n");
+  // A certificate in another namespace is none.
+  EXPECT_EQ(in_key_info("<X509Certificate xmlns=\"urn:x\">AAAA</X509Certificate>"), "valid\n");
+  EXPECT_EQ(with("<ds:X509CRL/>"),  // in Signer, which is signed
+            Refused("sign-invalid: The digest is not the document's: it was changed after it was signed."));
+}
+
 TEST(SignatureAttack, AKeyBesideTheChainIsPassedOver) {
   const std::string value =
       "<ds:KeyValue><ds:RSAKeyValue><ds:Modulus>AQAB</ds:Modulus><ds:Exponent>AQAB</ds:Exponent></ds:RSAKeyValue></"

@@ -5,7 +5,6 @@
 #include "base/ResultOf.h"
 #include "h__Reader.h"
 
-
 namespace QUIRE {
 
 Result_t ReadTrackEncryption(const std::string& filename, TrackEncryption& out) {

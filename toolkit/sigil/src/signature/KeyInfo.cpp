@@ -44,6 +44,8 @@ class KeyInfoReader {
     for (const DOMElement* child = Cairn::FirstChildElement(data); child != nullptr;
          child = Cairn::NextSiblingElement(child)) {
       const std::string name = Cairn::LocalName(child);
+      if (Cairn::NamespaceName(child) != Cairn::NS_XMLDSig) continue;
+      if (name == "X509CRL") return "The signature has a list of revoked certificates, which is not followed.";
       if (name == "X509IssuerSerial") named = ReadIssuerSerial(child);
       if (name != "X509Certificate") continue;
       if (std::string reason = ReadCertificate(child); !reason.empty()) return reason;
