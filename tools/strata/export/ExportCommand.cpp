@@ -57,8 +57,8 @@ std::optional<std::string> ShowPlaylist(const Strata::IPlaylist& playlist, const
   return DocumentOrNone(document);
 }
 
-/// The value of an attribute of the start tag at `tag`, with the blank before its name and the quotation mark behind the
-/// sign in `name`; empty where it has none. The list's writer leaves no "<" in values.
+/// The value of an attribute of the start tag at `tag`; empty where it has none. The list's writer escapes "<" in values.
+/// @param name  with what stands around it: ` Duration="`.
 std::string_view AttributeOf(std::string_view document, size_t tag, std::string_view name) {
   const std::string_view rest = document.substr(tag, document.find('<', tag + 1) - tag);
   const size_t at = rest.find(name);

@@ -134,7 +134,7 @@ void WriteSound(FrameSource& source, const FrameChannel& channel, ui32_t positio
   wave.Finish();
 }
 
-/// What the bytes of sound are that are written as they are stored; empty for anything else.
+/// How sound that is written as it is stored is laid out; empty for anything else.
 std::string RawSoundText(const EditUnit& unit) {
   if (unit.Coding != FrameCoding::PCM || unit.Encrypted) return "";
   return std::to_string(unit.Sound.Channels) + " channels in turn, samples of " + std::to_string(unit.Sound.Bits) +

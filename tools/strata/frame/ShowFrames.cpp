@@ -35,7 +35,7 @@ SoundFormat FormatOf(const Strata::ITimelineTrack& track) {
   return {track.SampleRate(), track.SampleSize(), track.ChannelCount(), track.MCALabelString()};
 }
 
-/// What plays where a sound file's part of its reel is over.
+/// The silence that plays from the end of a sound track's duration to the end of its reel.
 EditUnit SilenceOf(const Strata::ITimelineTrack& track, const QUIRE::Rational& edit_rate, ui32_t file_position) {
   EditUnit unit;
   unit.Coding = FrameCoding::PCM;

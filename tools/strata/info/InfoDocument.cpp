@@ -118,7 +118,7 @@ void Describe(const Cairn::CompositionPlaylist& cpl, InfoItem& item) {
     reels.emplace_back(ReelFacts(reel, reels.size() + 1, cpl.StereoscopicImage));
 }
 
-/// What the document turned out to be, where that says more than why it cannot be read; else empty.
+/// What the document turned out to be instead, where that says more than a parser does; else empty.
 template <class Document>
 std::string WhatElse(const Document&) {
   return "";

@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t LabelWidth = 24;
 
-/// A plain value, as it is shown. A number has its readable form behind it: "95874 (95.9 kB)"; a label is shown as what it means.
+/// A plain value as the text form has it: a number with its readable form behind it, a label as what it means.
 std::string ValueText(const InfoValue& value) {
   if (value.Shown) return DisplayText(*value.Shown);
   if (const auto* text = std::get_if<std::string>(&value.Value))

@@ -114,7 +114,7 @@ std::chrono::duration<double> PlaySession::EditUnitLength() const {
   return std::chrono::duration<double>(seconds / m_Options.Speed.value_or(1));
 }
 
-// A show that falls far behind its clock, as where the whole program was stopped, goes on later.
+// Where the show falls far behind its clock, as while the whole program was stopped, the clock is set back.
 PlaySession::Clock::time_point PlaySession::EndOfEditUnit() {
   const Clock::time_point now = Clock::now();
   const auto length = std::chrono::duration_cast<Clock::duration>(EditUnitLength());

@@ -81,7 +81,7 @@ void KeepOneOfEach(std::vector<Candidate>& candidates) {
   std::erase_if(candidates, [&](const Candidate& candidate) { return !seen.insert(candidate.ID).second; });
 }
 
-/// Why a document cannot be read that means to be a playlist, or whose meaning cannot be seen; no value for others.
+/// Why a document that claims to be a playlist, or that makes no sense at all, cannot be read; no value for all others.
 std::optional<std::string> DamageOf(const std::string& path) {
   std::string text;
   if (const auto result = Ferro::ReadFileIntoString(path, text); result.Failure()) return ReasonText(result);

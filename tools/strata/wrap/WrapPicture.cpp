@@ -26,7 +26,7 @@ std::string SizeOf(const PictureDescriptor& picture) {
   return std::to_string(picture.StoredWidth) + " x " + std::to_string(picture.StoredHeight) + " pixels";
 }
 
-/// Compares pictures with the D-Cinema profiles. Of what is wrong with many it keeps the first, and counts.
+/// Compares pictures with the D-Cinema profiles. Of each rule it keeps the first picture that breaks it, and counts them.
 class ProfileCheck {
  public:
   explicit ProfileCheck(const QUIRE::Rational& pictures_per_second) : m_Rate(pictures_per_second) {}
