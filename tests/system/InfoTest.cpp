@@ -235,6 +235,16 @@ TEST_F(Info, NothingIsToldThatNoDocumentSays) {
   EXPECT_FALSE(subtitle.contains("reel_number"));
 }
 
+TEST_F(Info, VolumesThatNoDocumentCountsAreNotCounted) {
+  const std::string name = " xmlns=\"http://www.smpte-ra.org/schemas/429-9/2007/AM\">";
+  const std::string id = "<Id>urn:uuid:00000000-0000-4000-8000-000000000001</Id>";
+  const Json map = Of(Write("map.xml", "<AssetMap" + name + id + "<AssetList/></AssetMap>"));
+  EXPECT_FALSE(map.contains("volumes"));
+  const Json volume = Of(Write("volume.xml", "<VolumeIndex" + name + "</VolumeIndex>"), 2);
+  EXPECT_FALSE(volume.contains("volume"));
+  EXPECT_THAT(volume["problems"].at(0).get<std::string>(), HasSubstr("The document cannot be read in full: "));
+}
+
 TEST_F(Info, RawEssenceOutsideTrackFiles) {
   // The sizes stand in the header chunk alone; the rest of the image is not looked at.
   const Json image =
