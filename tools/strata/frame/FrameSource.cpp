@@ -4,6 +4,7 @@
 #include "FileFrames.h"
 #include "ShowFrames.h"
 #include "show/InfoKinds.h"
+#include "show/Paths.h"
 #include "terminal/CommandError.h"
 #include "terminal/LogView.h"
 #include "terminal/ReasonText.h"
@@ -18,7 +19,6 @@
 #include <QUIRE/MXF/OP1aHeader.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <string_view>
 
 namespace Tool {
@@ -59,8 +59,7 @@ void RefuseOtherMXF(const std::string& name) {
 }  // namespace
 
 std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
-  std::error_code error;
-  if (options.Names.size() == 1 && std::filesystem::is_regular_file(options.Names.front(), error)) {
+  if (options.Names.size() == 1 && IsRegularFile(options.Names.front())) {
     const std::string& name = options.Names.front();
     Cairn::FileContent content;
     if (const Ferro::Result_t result = LookInto(name, content); result.Failure())

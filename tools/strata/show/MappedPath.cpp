@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "MappedPath.h"
 
+#include "Paths.h"
+
 #include <Cairn/AssetMap.h>
 #include <Cairn/InitObjectWithFile.h>
 #include <Ferro/Path.h>
-
-#include <filesystem>
 
 namespace Tool {
 
@@ -16,8 +16,7 @@ std::map<Cairn::UUID, std::string> PathsOf(const std::string& folder) {
   for (const char* name : {"ASSETMAP.xml", "ASSETMAP"}) {
     const std::string file = Ferro::PathJoin(folder, name);
     Cairn::AssetMap map;
-    std::error_code error;
-    if (!std::filesystem::exists(file, error) || Cairn::InitObjectWithFile(map, file).Failure()) continue;
+    if (!PathExists(file) || Cairn::InitObjectWithFile(map, file).Failure()) continue;
     for (const auto& asset : map.AssetList) {
       if (asset.ChunkList.empty()) continue;
       const std::string& path = asset.ChunkList.front().Path;

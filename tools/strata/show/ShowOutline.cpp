@@ -2,6 +2,7 @@
 #include "ShowOutline.h"
 
 #include "DocumentFault.h"
+#include "Paths.h"
 #include "terminal/LogView.h"
 
 #include <Cairn/CompositionPlaylist.h>
@@ -11,7 +12,6 @@
 #include <Strata/ShowPlaylist.h>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace Tool {
 
@@ -69,8 +69,7 @@ struct ShowOutline::ShowEntry {
 ShowOutline::ShowOutline(const Inputs& inputs) : m_Inputs(inputs) {
   const QuietLog log;  // what cannot be read is told in Problems(), or found again by FindingsOf
   for (const Candidate& show : inputs.Shows()) {
-    std::error_code error;  // a file that cannot be found is told of when it is read
-    std::vector<std::string> paths{std::filesystem::weakly_canonical(show.Path, error).string()};
+    std::vector<std::string> paths{CanonicalPath(show.Path)};
     if (show.Type == Cairn::FT_SHOW)
       AddShow(show, paths);
     else

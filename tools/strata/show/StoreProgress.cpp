@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StoreProgress.h"
 
+#include "Paths.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ProgressBar.h"
 
-#include <filesystem>
+#include <Ferro/Path.h>
 
 namespace Tool {
 
@@ -20,8 +21,7 @@ auto ShowIn(ProgressBar& bar) {
 }  // namespace
 
 Cairn::Result_t ScanFolder(Cairn::AssetStore& store, const std::string& folder) {
-  std::error_code error;
-  ProgressBar bar("Scanning " + std::filesystem::canonical(folder, error).filename().string(), ProgressUnit::Files);
+  ProgressBar bar("Scanning " + Ferro::PathBasename(CanonicalPath(folder)), ProgressUnit::Files);
   return store.AddFolder(folder, ShowIn(bar));
 }
 

@@ -7,12 +7,12 @@
 #include "show/Description.h"
 #include "show/DocumentTitle.h"
 #include "show/InfoKinds.h"
+#include "show/Paths.h"
 #include "terminal/Messages.h"
 
 #include <Cairn/InitObjectWithFile.h>
 
 #include <cstdio>
-#include <filesystem>
 
 namespace Tool {
 
@@ -46,9 +46,8 @@ ListedAsset ListAsset(const Cairn::AssetRecord& record, MappedPaths& paths, Asse
 StoreList MakeList(const StoreSession& session, const Cairn::AssetStore& store, const StoreSelection& selection) {
   StoreList list;
   list.Index = session.IndexFile();
-  std::error_code error;
   for (const std::string& folder : store.Folders())
-    if (selection.HasFolder(folder)) list.Folders.push_back({folder, std::filesystem::is_directory(folder, error)});
+    if (selection.HasFolder(folder)) list.Folders.push_back({folder, IsFolder(folder)});
   for (const Cairn::PackageRecord& package : store.Packages())
     if (selection.HasFolder(package.Folder)) list.Packages.push_back({package, FindingsOfPackage(package)});
   MappedPaths paths;

@@ -5,11 +5,11 @@
 #include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
 #include "show/AssetUses.h"
+#include "show/Paths.h"
 #include "show/StoreProgress.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 
 namespace Tool {
 
@@ -44,8 +44,7 @@ class AssetCheck {
 /// Folders that are not there; what was in them is not told one by one.
 std::vector<std::string> AbsentFolders(const Cairn::AssetStore& store) {
   std::vector<std::string> folders = store.Folders();
-  std::error_code error;
-  std::erase_if(folders, [&](const std::string& folder) { return std::filesystem::is_directory(folder, error); });
+  std::erase_if(folders, IsFolder);
   return folders;
 }
 

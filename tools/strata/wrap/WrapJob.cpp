@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "WrapJob.h"
 
+#include "show/Paths.h"
 #include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/ReasonText.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 
 namespace Tool {
 
@@ -79,9 +79,8 @@ const char* EssenceKindName(EssenceKind kind) {
 }
 
 WrapJob::WrapJob(const WrapOptions& options) : m_Options(options), m_Bar("Wrapping") {
-  std::error_code error;
   const std::string folder = Ferro::PathDirname(options.Out);
-  if (!folder.empty() && !std::filesystem::is_directory(folder, error)) Check(Ferro::RESULT_NOT_FOUND);
+  if (!folder.empty() && !IsFolder(folder)) Check(Ferro::RESULT_NOT_FOUND);
   m_Info.AssetUUID = ReadID("--id", options.ID);
   m_Info.ProductUUID = Ferro::UUID::FromHex("51b3e2a4-6f0d-4a58-9d3c-6d1f0c8f2b17").value();
   m_Info.ProductVersion = Strata::Version();

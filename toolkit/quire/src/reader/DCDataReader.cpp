@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include <QUIRE/AtmosReader.h>
 #include <QUIRE/DCDataReader.h>
 
-#include "FillDCData.h"
+#include "h__Reader.h"
+
+#include <QUIRE/MXF/SubDescriptors.h>
 
 namespace QUIRE {
 
+namespace {
+
+// What the descriptors of auxiliary data and of immersive audio have in common.
 Result_t FillDCData(h__Reader& reader, DCData::DCDataDescriptor& descriptor) {
   const auto* data = dynamic_cast<const MXF::GenericDataEssenceDescriptor*>(reader.Facts().Descriptor);
   if (data == nullptr) return RESULT_FORMAT;
@@ -15,6 +21,8 @@ Result_t FillDCData(h__Reader& reader, DCData::DCDataDescriptor& descriptor) {
   if (data->DataEssenceCoding) descriptor.DataEssenceCoding = *data->DataEssenceCoding;
   return Ferro::RESULT_OK;
 }
+
+}  // namespace
 
 namespace DCData {
 
@@ -33,3 +41,34 @@ Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecCon
 }  // namespace DCData
 
 }  // namespace QUIRE
+
+namespace QUIRE::ATMOS {
+
+MXFReader::MXFReader() : TrackFileReader(ESS_ATMOS) {}
+
+Result_t MXFReader::FillAtmosDescriptor(AtmosDescriptor& descriptor) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  AtmosDescriptor filled;
+  const Result_t result = FillDCData(*m_Reader, filled);
+  if (result.Failure()) return result;
+  for (const Ferro::UUID& id : m_Reader->Facts().Descriptor->SubDescriptors) {
+    const auto* sub = m_Reader->Header().Resolve<MXF::IADataEssenceSubDescriptor>(id);
+    if (sub == nullptr) continue;
+    filled.FirstFrame = sub->FirstFrame.value_or(0);
+    filled.MaxChannelCount = sub->MaxChannelCount.value_or(0);
+    filled.MaxObjectCount = sub->MaxObjectCount.value_or(0);
+    filled.AtmosID = sub->ImmersiveAudioID.value_or(Ferro::UUID());
+    filled.AtmosVersion = sub->ImmersiveAudioVersion.value_or(0);
+    break;
+  }
+  descriptor = filled;
+  return Ferro::RESULT_OK;
+}
+
+Result_t MXFReader::ReadFrame(ui32_t frame_number, DCData::FrameBuffer& frame, AESDecContext* decryption,
+                              HMACContext* integrity) {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  return m_Reader->ReadFrame(frame_number, {decryption, integrity}, frame);
+}
+
+}  // namespace QUIRE::ATMOS

@@ -2,6 +2,7 @@
 #include "h__Writer.h"
 
 #include <QUIRE/MXF/KLV.h>
+#include <QUIRE/TrackFileWriter.h>
 
 #include <Ferro/ILogSink.h>
 
@@ -283,6 +284,23 @@ Result_t h__Writer::Write(std::span<const ui8_t> bytes) {
     m_File.Abandon();
   }
   return result;
+}
+
+TrackFileWriter::TrackFileWriter() = default;
+TrackFileWriter::~TrackFileWriter() = default;
+
+ui32_t TrackFileWriter::EditUnitCount() const {
+  return m_Writer ? m_Writer->EditUnitCount() : 0;
+}
+
+Result_t TrackFileWriter::Finalize() {
+  if (!m_Writer) return Ferro::RESULT_INIT;
+  const auto writer = std::move(m_Writer);
+  return writer->Finalize(writer->EditUnitCount());
+}
+
+void TrackFileWriter::Abandon() {
+  m_Writer.set(nullptr);
 }
 
 }  // namespace QUIRE
