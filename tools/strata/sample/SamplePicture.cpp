@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SamplePicture.h"
 
+#include "CodestreamEncoder.h"
 #include "SampleFont.h"
 
-#include <openjpeg.h>
-
 #include <algorithm>
-#include <cstring>
-#include <memory>
 #include <stdexcept>
 
 namespace Tool {
@@ -19,56 +16,6 @@ constexpr Ferro::ui32_t GlyphHeight = 7;
 constexpr Ferro::ui64_t LargestPicture = 2048 * 1080;  // pixels of the profile
 constexpr Ferro::i32_t HalfScale = 2048;
 constexpr double Filling = 0.9;  // of the largest rate: the encoder counts no main header
-
-// The encoder writes to memory through these.
-struct MemoryStream {
-  std::vector<Ferro::ui8_t> Written;
-  size_t Position = 0;
-};
-
-OPJ_SIZE_T WriteBytes(void* buffer, OPJ_SIZE_T size, void* user) {
-  auto& stream = *static_cast<MemoryStream*>(user);
-  stream.Written.resize(std::max(stream.Written.size(), stream.Position + size));
-  std::memcpy(stream.Written.data() + stream.Position, buffer, size);
-  stream.Position += size;
-  return size;
-}
-
-OPJ_OFF_T SkipBytes(OPJ_OFF_T count, void* user) {
-  static_cast<MemoryStream*>(user)->Position += static_cast<size_t>(count);
-  return count;
-}
-
-OPJ_BOOL SeekBytes(OPJ_OFF_T position, void* user) {
-  static_cast<MemoryStream*>(user)->Position = static_cast<size_t>(position);
-  return OPJ_TRUE;
-}
-
-template <auto Function>
-struct Deleter {
-  template <class T>
-  void operator()(T* object) const {
-    Function(object);
-  }
-};
-using ImagePtr = std::unique_ptr<opj_image_t, Deleter<opj_image_destroy>>;
-using CodecPtr = std::unique_ptr<opj_codec_t, Deleter<opj_destroy_codec>>;
-using StreamPtr = std::unique_ptr<opj_stream_t, Deleter<opj_stream_destroy>>;
-
-ImagePtr NewImage(Ferro::ui32_t width, Ferro::ui32_t height) {
-  opj_image_cmptparm_t components[3] = {};
-  for (auto& component : components) {
-    component.dx = component.dy = 1;
-    component.w = width;
-    component.h = height;
-    component.prec = 12;
-  }
-  ImagePtr image(opj_image_create(3, components, OPJ_CLRSPC_SRGB));
-  if (!image) throw std::runtime_error("a picture cannot be encoded: no memory");
-  image->x1 = width;
-  image->y1 = height;
-  return image;
-}
 
 /// Where the fields of the quantization default (QCD, ISO/IEC 15444-1, A.6.4) begin: behind the marker and its length.
 size_t FindQuantization(const std::vector<Ferro::ui8_t>& codestream) {
@@ -93,7 +40,7 @@ void TakeOneGuardBit(std::vector<Ferro::ui8_t>& codestream) {
     codestream[at] = static_cast<Ferro::ui8_t>(codestream[at] + OneMore);
 }
 
-std::vector<Ferro::ui8_t> EncodeImage(opj_image_t& image, Ferro::ui32_t images_per_second) {
+std::vector<Ferro::ui8_t> EncodeInProfile(opj_image_t& image, Ferro::ui32_t images_per_second) {
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
   parameters.rsiz = OPJ_PROFILE_CINEMA_2K;
@@ -101,21 +48,9 @@ std::vector<Ferro::ui8_t> EncodeImage(opj_image_t& image, Ferro::ui32_t images_p
   const double share = Filling * double(image.x1) * image.y1 / LargestPicture * 24 / images_per_second;
   parameters.max_cs_size = static_cast<int>(OPJ_CINEMA_24_CS * share);
   parameters.max_comp_size = static_cast<int>(OPJ_CINEMA_24_COMP * share);
-
-  MemoryStream memory;
-  const CodecPtr codec(opj_create_compress(OPJ_CODEC_J2K));
-  const StreamPtr stream(opj_stream_create(1 << 20, OPJ_FALSE));
-  if (!codec || !stream) throw std::runtime_error("a picture cannot be encoded: no memory");
-  opj_stream_set_write_function(stream.get(), WriteBytes);
-  opj_stream_set_skip_function(stream.get(), SkipBytes);
-  opj_stream_set_seek_function(stream.get(), SeekBytes);
-  opj_stream_set_user_data(stream.get(), &memory, nullptr);
-  const bool encoded = opj_setup_encoder(codec.get(), &parameters, &image) != 0 &&
-                       opj_start_compress(codec.get(), &image, stream.get()) != 0 &&
-                       opj_encode(codec.get(), stream.get()) != 0 && opj_end_compress(codec.get(), stream.get()) != 0;
-  if (!encoded) throw std::runtime_error("a picture cannot be encoded: the encoder refuses it");
-  TakeOneGuardBit(memory.Written);
-  return memory.Written;
+  std::vector<Ferro::ui8_t> codestream = EncodeImage(image, parameters);
+  TakeOneGuardBit(codestream);
+  return codestream;
 }
 
 }  // namespace
@@ -149,7 +84,7 @@ std::vector<Ferro::ui8_t> SamplePicture::Encode(Ferro::ui32_t images_per_second)
   const ImagePtr image = NewImage(m_Width, m_Height);
   for (size_t c = 0; c < 3; ++c)
     for (size_t i = 0; i < m_Pixels.size(); ++i) image->comps[c].data[i] = 2 * m_Pixels[i][c] - HalfScale;
-  return EncodeImage(*image, images_per_second);
+  return EncodeInProfile(*image, images_per_second);
 }
 
 }  // namespace Tool
