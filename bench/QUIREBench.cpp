@@ -134,7 +134,7 @@ class Contest {
   }
 
  private:
-  // In the file's order the demuxer goes on where it was, but for the start of the file.
+  // In the file's order the demuxer continues where it was, but for the start of the file.
   void Choose(size_t repetition) {
     const size_t first = repetition * m_Count % m_Essence.Frames.size();
     m_Positions = Positions(m_Essence.Frames.size(), m_Count, m_Random, m_Random ? repetition : first);

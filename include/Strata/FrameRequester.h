@@ -44,7 +44,7 @@ class FrameRequester {
     bool m_IsThere;
   };
 
-  /// @param track  ready while the object is used, its destruction included; used by nobody else meanwhile
+  /// @param track  ready while the object is used, its destruction included; not used by anything else meanwhile
   explicit FrameRequester(ITimelineTrack& track) : m_Track(track) {}
   ~FrameRequester() { Settle(); }
   FrameRequester(const FrameRequester&) = delete;

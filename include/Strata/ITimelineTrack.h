@@ -60,7 +60,7 @@ class STRATA_API ITimelineTrack {
   [[nodiscard]] virtual const std::string& AssetName() const = 0;
   /// RFC 5646 language tag; empty when not stated.
   [[nodiscard]] virtual const std::string& Language() const = 0;
-  /// Sets over how many edit units the same text goes on, reels that follow without a break included.
+  /// Sets for how many edit units the same text continues, reels that follow without a break included.
   virtual void SetSpanDuration(const ui32_t& duration) = 0;
   [[nodiscard]] virtual ui32_t GetSpanDuration() const = 0;
 
@@ -117,8 +117,8 @@ class STRATA_API ITimelineTrack {
 };
 
 /// Whether frames may be taken from a track: a track file is open from a MakeReady that could open it until MakeDormant;
-/// silence and text are always ready. Asked after IPlaylist::GetReaderForChannel, it tells a file that has vanished since
-/// the show was loaded: the track stays dormant, and the host goes on without it. Any thread may ask.
+/// silence and text are always ready. Called after IPlaylist::GetReaderForChannel, it reveals a file that vanished since
+/// the show was loaded: its track stays dormant, and the host continues without it. Any thread may call it.
 [[nodiscard]] STRATA_API bool IsReady(const ITimelineTrack& track);
 
 }  // namespace Strata

@@ -14,7 +14,7 @@
 //                        entry point        + duration
 //     sound file    ~~~~~|----------- plays -----------|-------|~~~~     its end is not played
 //
-// Past its duration a track is asked for nothing: sound is silent there, text and data are nothing. The file may hold
+// Past its duration a track has no frames to ask for: sound is silent there, text and data are absent. The file may hold
 // more, but what lies outside the duration is no part of the show.
 
 namespace Strata {

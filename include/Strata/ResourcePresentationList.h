@@ -12,7 +12,7 @@
 
 namespace Strata {
 
-/// What tells an auxiliary device, a caption display for instance, which resources of which reels play at which point
+/// Lists for an auxiliary device, a caption display for instance, which resources of which reels play at which point
 /// of the show (ST 430-11:2010). A plain model; one thread at a time.
 class STRATA_API ResourcePresentationList {
  public:

@@ -5,7 +5,7 @@
 
 namespace Strata {
 
-/// Makes one track type ready around a reel and puts it to rest elsewhere. The ready span is the reel with two on each
+/// Makes one track type ready around a reel and dormant elsewhere. The ready span is the reel with two on each
 /// side; outside it reels are put to rest outwards from the span, each walk ending at the first reel that was at rest:
 ///
 ///     ... at rest <- put to rest |  r-2  r-1  r  r+1  r+2  | put to rest -> at rest ...

@@ -18,7 +18,7 @@ struct SpanEntry {
   Ferro::ui32_t duration = 0;       ///< the track's share, edit units
 };
 
-/// Finds text track files that run on across reels, and tells each of their tracks how long the file still plays from
+/// Finds text track files that run on across reels, and sets for each of their tracks how long the file still plays from
 /// the start of its reel to the end of the span:
 ///
 ///     reel          |   1    |     2      |  3  |

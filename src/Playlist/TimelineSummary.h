@@ -11,7 +11,7 @@ namespace Strata {
 
 using EventList = Ferro::ArchivableList<PlaylistEvent>;
 
-/// What is known of a timeline as a whole.
+/// Totals and properties of a whole timeline.
 struct TimelineSummary {
   UUIDList CPLs;               ///< the compositions, once per appearance, in playing order
   UUIDList Keys;               ///< the content keys of encrypted tracks, each once, by first occurrence
@@ -19,7 +19,7 @@ struct TimelineSummary {
   ui32_t DurationSeconds = 0;  ///< of the pictures, rounded half up
 };
 
-/// Gathers the summary in one pass over the reels. On the way it tells the on-screen text tracks their span durations.
+/// Gathers the summary in one pass over the reels. It also sets the span durations of the on-screen text tracks.
 [[nodiscard]] TimelineSummary SummariseTimeline(const Timeline_t& timeline);
 
 /// Sorts events by position, those at one position staying in order.

@@ -9,7 +9,7 @@
 
 #include <Ferro/Assert.h>
 
-// What a server tells of the playlist that it plays: the archive forms, and what is printed.
+// The records that a server sends about the playlist it plays: their archive forms and how they are printed.
 
 namespace Strata {
 namespace {

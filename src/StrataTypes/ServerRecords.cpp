@@ -12,7 +12,7 @@
 #include <ostream>
 #include <sstream>
 
-// What a server tells of itself: the archive forms, and what is printed.
+// The records that a server sends about itself: their archive forms and how they are printed.
 
 namespace Strata {
 

@@ -264,7 +264,7 @@ class EssenceReaderThread : public Ferro::Thread {
     return false;
   }
 
-  /// One label for every kind of essence: whoever watches the log looks for it. Where memory is out, the line is lost
+  /// One label for every kind of essence: log watchers search for it. Where memory is out, the line is lost
   /// rather than the answer.
   static void LogFailedRead(ui32_t position, const char* reason) {
     try {

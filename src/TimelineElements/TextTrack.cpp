@@ -84,7 +84,7 @@ bool BelongsToDocument(const std::string& document, const std::string& name) {
     return false;
   std::error_code error;
   const fs::path file = fs::canonical(fs::path(document).parent_path() / relative, error);
-  if (error) return true;  // it cannot be opened either, for a reason that opening tells
+  if (error) return true;  // opening it fails too, and says why
   const auto holds_file = [&](const fs::path& folder) {
     return !error && std::mismatch(folder.begin(), folder.end(), file.begin(), file.end()).first == folder.end();
   };
@@ -215,7 +215,7 @@ Result_t TextTimelineTrack::InitWithInteropFilename(const Ferro::FileReader& fil
   return Ferro::RESULT_OK;
 }
 
-/// Nobody is served by a show that stops for one font, so what cannot be loaded is logged and left out.
+/// A show does not stop for one font: what cannot be loaded is logged and left out.
 void TextTimelineTrack::LoadInteropResource(const std::string& document, const std::string& name) {
   const std::string path = Ferro::PathJoin(Ferro::PathDirname(document), name);
   TextBuffer& buffer = m_AncillaryResourceNameMap[name];

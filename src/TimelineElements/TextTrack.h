@@ -37,7 +37,7 @@ class TextTimelineTrack : public ITimelineTrack {
  public:
   ~TextTimelineTrack() override;
 
-  /// What the composition says of the track, set by whoever creates it.
+  /// What the composition says of the track, set by its creator.
   void SetIdentity(TrackType_t type, ui32_t channel_id, const std::string& asset_name, const std::string& language);
 
   /// Loads the document and its resources. A file whose first four bytes are those of an MXF key is taken for ST 429-5,

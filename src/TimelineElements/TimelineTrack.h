@@ -34,7 +34,7 @@ class TimelineTrack : public TextlessTrack, public Readiness {
     m_TrackFile.set(nullptr);
   }
 
-  /// What the composition says of the track, set by whoever creates it.
+  /// What the composition says of the track, set by its creator.
   void SetIdentity(TrackType_t type, ui32_t channel_id, const std::string& asset_name, const std::string& language) {
     m_TrackType = type;
     m_ChannelID = channel_id;

@@ -30,7 +30,7 @@ class BrokenShow {
   void Unlist(const std::string& name) const;
 
   /// What `strata check` answers: its exit code in the first line, then its messages, on standard output and error. The
-  /// lines that tell of compositions and of their keys are left out, and so are identifiers of assets; the show's folder
+  /// lines about compositions and their keys are left out, and so are identifiers of assets; the show's folder
   /// is called SHOW.
   [[nodiscard]] std::string Check(std::vector<std::string> arguments = {}) const;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // Titles and file names come from anyone's disks. What a command prints of them neither commands the terminal nor looks
-// like a line of the command's own; and what cannot be printed at all is told.
+// like a line of the command's own; and what cannot be printed at all is reported.
 #include "BrokenShow.h"
 
 #include <Ferro/FileText.h>

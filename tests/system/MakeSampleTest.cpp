@@ -238,7 +238,7 @@ TEST_F(MakeSample, SoundIsWhatOthersTakeForIt) {
   EXPECT_EQ(testsupport::AskMediaInfo(Show("Trailer/sound-1.mxf"), "Audio", "%ChannelLayout%"), "L R C LFE Ls Rs");
 }
 
-/// Judges documents by the schemas of the standards. Where STRATA_SCHEMAS does not tell of them, the test is reported
+/// Judges documents by the schemas of the standards. Where STRATA_SCHEMAS does not name them, the test is reported
 /// as skipped.
 class MakeSampleValidated : public MakeSample {
  protected:

@@ -115,7 +115,7 @@ TEST_P(EachSort, TrackFileOfAnotherEditRateIsRefused) {
   EXPECT_EQ(Installed(), 1u);
 }
 
-// Of two rules that an asset breaks, the one checked first is told.
+// Of two rules that an asset breaks, the one checked first is reported.
 
 TEST_P(EachSort, EditRateIsCheckedBeforeTheType) {
   AddAsset(Picture()).EditRate = Rational(25, 1);

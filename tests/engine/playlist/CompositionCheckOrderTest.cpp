@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Of two rules that a composition breaks, the one that is checked first is told, alone. The order that sound, text and
+// Of two rules that a composition breaks, only the one checked first is reported. The order that sound, text and
 // auxiliary data have in common is tested with their loaders.
 #include "CompositionLoadingFixture.h"
 

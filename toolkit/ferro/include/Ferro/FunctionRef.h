@@ -10,7 +10,7 @@ template <class Signature>
 class FunctionRef;
 
 /// A parameter that takes anything callable, for the time of one call: a progress callback, a visitor. It owns nothing and
-/// allocates nothing, so it must not outlive what it was made from; whoever keeps a callable takes std::function.
+/// allocates nothing, so it must not outlive what it was made from; for a callable that is kept there is std::function.
 template <class Result, class... Arguments>
 class FunctionRef<Result(Arguments...)> {
  public:

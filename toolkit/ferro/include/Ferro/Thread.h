@@ -11,7 +11,7 @@
 namespace Ferro {
 
 /// A named thread as a base class. On the new thread run ThreadInit, then, if that succeeded, ThreadBody, and at last
-/// ThreadFini with the result so far. Whoever owns a started thread stops it before destroying it: the destructor
+/// ThreadFini with the result so far. The owner of a started thread stops it before destroying it: the destructor
 /// asserts that no thread is running (one that has ended by itself it only joins). Start and Stop belong to the owner's
 /// thread, which must not be this one. An exception that leaves one of the four operations ends the process.
 class FERRO_API Thread {
