@@ -89,7 +89,8 @@ std::string SMPTEHead(const std::string& title) {
 
 std::string MapAsset(const char* id, const std::string& path, const std::string& mark = "") {
   return "<Asset>\n" + ID(id) + mark + "<ChunkList><Chunk><Path>" + path +
-         "</Path><VolumeIndex>1</VolumeIndex><Offset>0</Offset><Length>1</Length></Chunk></ChunkList>\n</Asset>\n";
+         "</Path><VolumeIndex>1</VolumeIndex><Offset>0</Offset>" +
+         (path.ends_with(".xml") ? "" : "<Length>1</Length>") + "</Chunk></ChunkList>\n</Asset>\n";
 }
 
 std::string ListAsset(const char* id, const std::string& type, const std::string& name) {

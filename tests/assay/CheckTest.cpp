@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FindingCases.h"
+#include "SampleDocuments.h"
+
+#include <Cairn/AssetStore.h>
+
+#include <filesystem>
+
+namespace {
+
+using Assay::CheckReport;
+using Assay::CheckRequest;
+using Assay::Depth;
+using Assay::DepthSet;
+using Assay::FindingClass;
+using testsupport::Names;
+using testsupport::SamplePackage;
+
+TEST(Check, WithoutFoldersThereIsNothingToCheck) {
+  CheckReport report;
+  EXPECT_EQ(Check({}, report), Assay::RESULT_AY_NOTHING);
+}
+
+TEST(Check, AFolderThatIsNotThereIsAFailure) {
+  CheckRequest request;
+  request.Folders = {"/no/such/folder"};
+  CheckReport report;
+  EXPECT_EQ(Check(request, report), Ferro::RESULT_NOT_FOUND);
+}
+
+TEST(Check, OtherDepthsAreRefused) {
+  const testsupport::TemporaryFolder folder;
+  CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  request.Depths = DepthSet::UpTo(Depth::Files);
+  CheckReport report;
+  EXPECT_EQ(Check(request, report), Assay::RESULT_AY_DEPTH);
+}
+
+TEST(Check, DepthsAreASet) {
+  constexpr DepthSet files = DepthSet::UpTo(Depth::Files);
+  EXPECT_TRUE(files.Has(Depth::Documents) && files.Has(Depth::Files));
+  EXPECT_FALSE(files.Has(Depth::Frames));
+  EXPECT_TRUE(DepthSet().IsEmpty());
+  EXPECT_EQ(DepthSet({Depth::Documents}), DepthSet::UpTo(Depth::Documents));
+}
+
+TEST(Check, TheReportTellsWhatWasMetAndLookedAt) {
+  const CheckReport report = SamplePackage().Report(Assay::Profile::Plays);
+  ASSERT_EQ(report.Packages.size(), 1U);
+  EXPECT_FALSE(report.Packages[0].Worst.has_value());
+  ASSERT_EQ(report.Compositions.size(), 1U);
+  EXPECT_EQ(report.Compositions[0].Document, "CPL.xml");
+  EXPECT_EQ(report.Compositions[0].ID.EncodeString(), "0f0f0f0f-1111-4222-8333-000000000003");
+  EXPECT_FALSE(report.Compositions[0].Worst.has_value());
+  EXPECT_EQ(report.LookedAt, DepthSet{Depth::Documents});
+  EXPECT_FALSE(report.IsCancelled);
+}
+
+TEST(Check, WhatCountsIsTheProfiles) {
+  const auto worst = [](Assay::Profile profile) {
+    return SamplePackage().Edit("CPL.xml", "<Label>FFMC", "<Label>LFMC").Report(profile).Compositions[0].Worst;
+  };
+  EXPECT_EQ(worst(Assay::Profile::Plays), std::nullopt);
+  EXPECT_EQ(worst(Assay::Profile::Interop), std::nullopt);
+  EXPECT_EQ(worst(Assay::Profile::SMPTE), FindingClass::Profile);
+}
+
+TEST(Check, AFindingInACompositionIsItsPackagesToo) {
+  const CheckReport report = SamplePackage().Edit("CPL.xml", "<Issuer>", "<Unknown/><Issuer>").Report();
+  EXPECT_EQ(report.Packages[0].Worst, FindingClass::Error);
+  EXPECT_EQ(report.Compositions[0].Worst, FindingClass::Error);
+  ASSERT_EQ(report.Findings.size(), 1U);
+  EXPECT_STREQ(report.Findings[0].Sentence(), RuleOf(Assay::FindingID::CplSchema).Sentence);
+}
+
+/// A version file that takes a picture from its original.
+SamplePackage VersionFile() {
+  const std::string id = "<Id>urn:uuid:0f0f0f0f-1111-4222-8333-000000000012</Id>\n";
+  SamplePackage version;
+  version.Remove("file_12.mxf")
+      .Edit("ASSETMAP.xml",
+            "<Asset>\n" + id +
+                "<ChunkList><Chunk><Path>file_12.mxf</Path><VolumeIndex>1</VolumeIndex><Offset>0</Offset>"
+                "<Length>1</Length></Chunk></ChunkList>\n</Asset>\n",
+            "")
+      .Edit("PKL.xml",
+            "<Asset>\n" + id +
+                "<Hash>AAAAAAAAAAAAAAAAAAAAAAAAAAA=</Hash>\n<Size>1</Size>\n<Type>application/mxf</Type>\n"
+                "<OriginalFileName>file_12.mxf</OriginalFileName>\n</Asset>\n",
+            "");
+  for (const char* document : {"CPL.xml", "PKL.xml"}) version.EditAll(document, "_OV", "_VF");
+  return version;
+}
+
+TEST(Check, AVersionFileFindsItsOriginalAmongTheFolders) {
+  EXPECT_EQ(VersionFile().Findings(), Names{"cpl-asset-external"});
+  const testsupport::TemporaryFolder folder;
+  VersionFile().Write(folder.Path("version"));
+  SamplePackage().EditAll("CPL.xml", "000000000003</Id>", "0000000000e3</Id>").Write(folder.Path("original"));
+  CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(report.Packages.size(), 2U);
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"cpl-id"});  // of the original, which the test renamed
+}
+
+TEST(Check, AVersionFileFindsItsOriginalInAStore) {
+  const testsupport::TemporaryFolder folder;
+  VersionFile().Write(folder.Path("version"));
+  SamplePackage().Write(folder.Path("original"));
+  Cairn::AssetStore store;
+  ASSERT_TRUE(store.Open().Success());
+  ASSERT_TRUE(store.AddFolder(folder.Path("original")).Success());
+  CheckRequest request;
+  request.Folders = {folder.Path("version")};
+  request.Store = &store;
+  CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{});
+}
+
+TEST(Check, ItIsCancelledBetweenPackagesAndKeepsWhatWasFound) {
+  const testsupport::TemporaryFolder folder;
+  SamplePackage().Remove("VOLINDEX.xml").Write(folder.Path("a"));
+  SamplePackage().Remove("VOLINDEX.xml").Write(folder.Path("b"));
+  CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  std::vector<size_t> done;
+  request.OnProgress = [&](const Assay::CheckProgress& progress) {
+    EXPECT_EQ(progress.PackageCount, 2U);
+    done.push_back(progress.PackagesDone);
+    return progress.PackagesDone < 1;
+  };
+  CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(done, (std::vector<size_t>{0, 1}));
+  EXPECT_TRUE(report.IsCancelled);
+  EXPECT_TRUE(report.LookedAt.IsEmpty());
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"vi-missing"});
+}
+
+TEST(Check, AnEmptyFolderIsAPackageWithoutAssetMap) {
+  const testsupport::TemporaryFolder folder;
+  CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"am-missing"});
+}
+
+}  // namespace

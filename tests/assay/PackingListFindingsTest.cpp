@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FindingCases.h"
+#include "SampleDocuments.h"
+
+#include <filesystem>
+
+namespace {
+
+using testsupport::After;
+using testsupport::ExpectEach;
+using testsupport::Names;
+using testsupport::SamplePackage;
+
+constexpr char List[] = "PKL.xml";
+constexpr char MadeUpHash[] = "<Hash>AAAAAAAAAAAAAAAAAAAAAAAAAAA=</Hash>";
+const std::string Entry12 = std::string("<Asset>\n<Id>urn:uuid:0f0f0f0f-1111-4222-8333-000000000012</Id>\n") +
+                            MadeUpHash + "\n<Size>1</Size>\n<Type>application/mxf</Type>\n";
+
+TEST(PackingListFindings, ValuesOfTheList) {
+  ExpectEach({
+      {List, "<Issuer>Issuer</Issuer>\n", "", {"pkl-schema"}},
+      {List, "<Creator>", "<Other/><Creator>", {"pkl-schema"}},
+      {List, "2007/PKL", "2008/PKL", {"pkl-schema"}},
+      {List, "2007/PKL", "2006/PKL", {}},
+      {List, "000000000002</Id>", "0000000000aa</Id>", {"pkl-id"}},
+      {List, "2024-03-01T09:31:00+00:00", "2024-03-01T09:31:00", {"pkl-issue-date"}},
+      {List, "2024-03-01T09:31:00+00:00", "2024-03-01", {"pkl-issue-date"}},
+      {List, "2024-03-01T09:31:00+00:00", "2024-06-01T00:00:00Z", {}},
+      {List, "2024-03-01T09:31:00+00:00", "2024-06-01T00:00:01Z", {"pkl-issue-date"}},
+      {List, "<AnnotationText>SoundFilm", "<AnnotationText>Other", {"pkl-annotation"}},
+      {List, "000000000012</Id>", "000000000099</Id>", {"pkl-asset-unmapped", "pkl-unlisted"}},
+      {List, Entry12, Entry12 + "</Asset>\n" + Entry12, {"pkl-duplicate-id"}},
+      {List, "<Type>application/mxf", "<Type>text/xml", {"pkl-asset-type"}},
+      {List, "<Type>application/mxf", "<Type>Application/MXF", {}},
+      {List, "<Type>text/xml", "<Type>text/xml;asdcpKind=CPL", {"pkl-asset-type"}},
+      {List, "<Size>1</Size>\n<Type>application/mxf", "<Size>2</Size>\n<Type>application/mxf", {"pkl-asset-size"}},
+      {List,
+       "<Size>1</Size>\n<Type>application/mxf",
+       "<Size>0</Size>\n<Type>application/mxf",
+       {"pkl-asset-size", "pkl-schema"}},
+  });
+}
+
+TEST(PackingListFindings, InteropTypesTellTheKind) {
+  for (const auto& [from, to] : {std::pair("asdcpKind=Picture", "asdcpKind=Sound"),
+                                 {"asdcpKind=CPL", "asdcpKind=Subtitle"},
+                                 {"text/xml;asdcpKind=Subtitle", "text/xml"},
+                                 {"application/ttf", "font/ttf"}})
+    EXPECT_EQ(SamplePackage(SamplePackage::Kind::Interop).Edit(List, from, to).Findings(),
+              (Names{"package-interop", "pkl-asset-type"}))
+        << to;
+  EXPECT_EQ(SamplePackage(SamplePackage::Kind::Interop)
+                .Edit(List, "text/xml;asdcpKind=CPL", "text/xml; asdcpkind=cpl")
+                .Findings(),
+            Names{"package-interop"});
+}
+
+TEST(PackingListFindings, FilesThatAreNotThere) {
+  const Names gone = SamplePackage().Remove("file_12.mxf").Findings();
+  EXPECT_EQ(gone, Names{"pkl-asset-missing"});
+  EXPECT_EQ(SamplePackage().Remove(List).Findings(), Names{"pkl-missing"});
+}
+
+TEST(PackingListFindings, WhatNoListNamesIsTold) {
+  EXPECT_EQ(After(List, Entry12 + "<OriginalFileName>file_12.mxf</OriginalFileName>\n</Asset>\n", ""),
+            Names{"pkl-unlisted"});
+}
+
+TEST(PackingListFindings, TwoListsMayNotDisagree) {
+  std::string other = testsupport::SMPTEPackingList();
+  const auto with = [&](const std::string& text) {
+    return SamplePackage()
+        .Put("PKL2.xml", text)
+        .Edit("ASSETMAP.xml", "</AssetList>",
+              "<Asset><Id>urn:uuid:0f0f0f0f-1111-4222-8333-0000000000a2</Id><PackingList>true</PackingList>"
+              "<ChunkList><Chunk><Path>PKL2.xml</Path></Chunk></ChunkList></Asset>\n</AssetList>")
+        .Findings();
+  };
+  other.replace(other.find("000000000002"), 12, "0000000000a2");
+  const size_t first = other.find("<Asset>");
+  other.erase(first, other.find("</Asset>", first) + 9 - first);  // the composition's entry, whose digest is made up
+  EXPECT_EQ(with(other), Names{});
+  other.replace(other.find("<Hash>AAAA"), 10, "<Hash>BBBB");
+  EXPECT_EQ(with(other), Names{"pkl-disagree"});
+}
+
+TEST(PackingListFindings, AGroupIsToldWithItsOtherLists) {
+  const testsupport::TemporaryFolder folder;
+  const std::string group = "<GroupId>urn:uuid:0f0f0f0f-1111-4222-8333-0000000000b1</GroupId>\n<AssetList>";
+  EXPECT_EQ(After(List, "<AssetList>", group), Names{});
+  for (const char* name : {"a", "b"}) {
+    SamplePackage package;
+    package.Edit(List, "<AssetList>", group);
+    std::filesystem::create_directory(folder.Path(name));
+    package.Write(folder.Path(name));
+  }
+  Assay::CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  Assay::CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-group-id"});
+  EXPECT_EQ(report.Findings[0].Found, folder.Path("a") + "/PKL.xml");
+}
+
+}  // namespace

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <Assay/Export.h>
+#include <Assay/Finding.h>
+#include <Assay/Result.h>
+#include <Assay/Types.h>
+
+#include <functional>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Cairn {
+class IAssetLookup;
+}
+
+/// What is wrong with D-Cinema packages. This header alone is all that a host includes.
+namespace Assay {
+
+/// Which depths a check has.
+class DepthSet {
+ public:
+  constexpr DepthSet() = default;
+  constexpr DepthSet(std::initializer_list<Depth> depths) {
+    for (const Depth depth : depths) m_Bits |= BitOf(depth);
+  }
+  /// All depths up to that one.
+  [[nodiscard]] static constexpr DepthSet UpTo(Depth depth) {
+    DepthSet set;
+    for (ui32_t i = 0; i <= static_cast<ui32_t>(depth); ++i) set.m_Bits |= 1U << i;
+    return set;
+  }
+  [[nodiscard]] constexpr bool Has(Depth depth) const { return (m_Bits & BitOf(depth)) != 0; }
+  [[nodiscard]] constexpr bool IsEmpty() const { return m_Bits == 0; }
+
+  friend constexpr bool operator==(const DepthSet&, const DepthSet&) = default;
+
+ private:
+  static constexpr ui32_t BitOf(Depth depth) { return 1U << static_cast<ui32_t>(depth); }
+
+  ui32_t m_Bits = 0;
+};
+
+/// How far a check has come.
+struct CheckProgress {
+  std::string Package;  ///< the folder that is looked at
+  size_t PackagesDone = 0;
+  size_t PackageCount = 0;
+};
+
+/// What to check, and how.
+struct CheckRequest {
+  /// Packages, or folders with packages in them. All are looked at together: a version file finds its original.
+  std::vector<std::string> Folders;
+  /// Where else files of compositions may be; not owned, may be null.
+  const Cairn::IAssetLookup* Store = nullptr;
+  Assay::Profile Profile = Profile::Plays;
+  DepthSet Depths = {Depth::Documents};
+  /// Called before each package; false ends the check, which keeps what was found. It must not throw.
+  std::function<bool(const CheckProgress&)> OnProgress;
+  /// The time by which dates lie in the future, in seconds since 1970-01-01T00:00:00Z; without value the system's.
+  std::optional<i64_t> Now;
+};
+
+/// A composition that was met.
+struct CheckedComposition {
+  UUID ID;
+  std::string Title;
+  std::string Package;                ///< folder
+  std::string Document;               ///< from the package's folder on
+  std::optional<FindingClass> Worst;  ///< of the findings that count by the profile; no value: none
+};
+
+/// A package that was met.
+struct CheckedPackage {
+  std::string Folder;
+  std::optional<FindingClass> Worst;  ///< of all its findings that count, those of its compositions too
+};
+
+/// What a check found out. A plain value.
+struct CheckReport {
+  std::vector<CheckedPackage> Packages;
+  std::vector<CheckedComposition> Compositions;
+  FindingList Findings;  ///< by package; within it the package's own first, then each composition's
+  DepthSet LookedAt;     ///< what was looked at to the end
+  bool IsCancelled = false;
+};
+
+/// Checks packages. A damaged or hostile package is a finding, never a failure. Reads files only, and opens no
+/// connection. Of the depths only Documents is there yet.
+/// @return RESULT_OK, also when cancelled; RESULT_AY_NOTHING without folders; RESULT_AY_DEPTH for another depth than
+/// Documents; RESULT_NOT_FOUND for a folder that is not there, `report` then being empty. Any thread may call it.
+[[nodiscard]] ASSAY_API Result_t Check(const CheckRequest& request, CheckReport& report);
+
+}  // namespace Assay

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "DocumentFile.h"
+
+#include "base/Text.h"
+
+#include <utility>
+
+namespace Assay {
+namespace {
+
+/// Where a fault of form has a finding of its own, which says better what follows from it.
+struct OwnFinding {
+  DocumentKind Kind;
+  const char* Name;  ///< of the element or attribute concerned
+  FaultKind Fault;
+  FindingID ID;
+};
+
+constexpr OwnFinding OwnFindings[] = {
+    {DocumentKind::PackingList, "IssueDate", FaultKind::WrongValue, FindingID::PklIssueDate},
+    {DocumentKind::Composition, "IssueDate", FaultKind::WrongValue, FindingID::CplIssueDate},
+    {DocumentKind::Composition, "ContentVersion", FaultKind::MissingElement, FindingID::CplContentVersion},
+    {DocumentKind::Composition, "LabelText", FaultKind::MissingElement, FindingID::CplContentVersion},
+    {DocumentKind::Composition, "Reel", FaultKind::MissingElement, FindingID::CplNoReel},
+    {DocumentKind::Composition, "ReelList", FaultKind::MissingElement, FindingID::CplNoReel},
+    {DocumentKind::Composition, "Language", FaultKind::WrongValue, FindingID::CplLanguage},
+    {DocumentKind::Composition, "language", FaultKind::WrongValue, FindingID::CplLanguage},
+    {DocumentKind::Composition, "xml:lang", FaultKind::WrongValue, FindingID::CplLanguage},
+    {DocumentKind::Composition, "Agency", FaultKind::WrongValue, FindingID::CplRatingAgency},
+    {DocumentKind::Composition, "VersionNumber", FaultKind::WrongValue, FindingID::MetaVersion},
+    {DocumentKind::Composition, "FullContentTitleText", FaultKind::MissingElement, FindingID::MetaTitle},
+    {DocumentKind::Composition, "MainSubtitleLanguageList", FaultKind::WrongValue, FindingID::MetaLanguage},
+    {DocumentKind::Composition, "MainSoundConfiguration", FaultKind::MissingElement, FindingID::MetaSoundConfiguration},
+    {DocumentKind::Composition, "MainSoundSampleRate", FaultKind::MissingElement, FindingID::MetaSoundRate},
+    {DocumentKind::Composition, "MainPictureStoredArea", FaultKind::MissingElement, FindingID::MetaStoredArea},
+    {DocumentKind::Composition, "MainPictureActiveArea", FaultKind::MissingElement, FindingID::MetaActiveArea},
+    {DocumentKind::Composition, "Luminance", FaultKind::WrongValue, FindingID::MetaLuminance},
+};
+
+FindingID SchemaFindingOf(DocumentKind kind) {
+  switch (kind) {
+    case DocumentKind::AssetMap:
+    case DocumentKind::Other:
+      return FindingID::AmSchema;
+    case DocumentKind::VolumeIndex:
+      return FindingID::ViIndex;
+    case DocumentKind::PackingList:
+      return FindingID::PklSchema;
+    case DocumentKind::Composition:
+      return FindingID::CplSchema;
+    case DocumentKind::SMPTEText:
+    case DocumentKind::InteropText:
+      return FindingID::TextSchema;
+  }
+  return FindingID::AmSchema;
+}
+
+/// Whether a fault is one that the rules about the element's value find themselves, and tell better.
+bool IsToldByRules(DocumentKind kind, const FormFault& fault) {
+  if (fault.Kind != FaultKind::WrongValue || kind != DocumentKind::AssetMap) return false;
+  if (fault.Name == "VolumeCount" || fault.Name == "VolumeIndex") return HasForm(ValueForm::Integer, fault.Found);
+  return fault.Name == "Path";
+}
+
+FindingID FindingOf(DocumentKind kind, const FormFault& fault) {
+  const bool is_id = fault.Name == "Id" || fault.Name == "IconId" || fault.Name == "GroupId" || fault.Name == "KeyId";
+  if (fault.Kind == FaultKind::WrongValue && is_id && IDOf(fault.Element)) return FindingID::AmIDForm;
+  for (const OwnFinding& own : OwnFindings)
+    if (own.Kind == kind && own.Fault == fault.Kind && own.Name == fault.Name) return own.ID;
+  return SchemaFindingOf(kind);
+}
+
+void FindForm(const DocumentFile& document, FindingList& findings) {
+  bool has_volume_finding = false;
+  for (const FormFault& fault : CheckForm(*document.Root(), *document.Grammar)) {
+    if (IsToldByRules(document.Kind(), fault)) continue;
+    const FindingID id = FindingOf(document.Kind(), fault);
+    if (id == FindingID::ViIndex && std::exchange(has_volume_finding, true)) continue;
+    Finding& finding = findings.emplace_back(id);
+    finding.Place = document.At(nullptr);
+    finding.Place.Line = fault.Line;
+    finding.Expected = fault.Expected;
+    finding.Found = DescribeFault(fault);
+  }
+}
+
+/// The value of a pseudo-attribute of the XML declaration: version, encoding, standalone. Empty where there is none.
+std::string_view DeclaredValue(std::string_view declaration, std::string_view name) {
+  const size_t at = declaration.find(name);
+  if (at == std::string_view::npos) return {};
+  const size_t open = declaration.find_first_of("\"'", at);
+  if (open == std::string_view::npos) return {};
+  const size_t close = declaration.find(declaration[open], open + 1);
+  return close == std::string_view::npos ? std::string_view() : declaration.substr(open + 1, close - open - 1);
+}
+
+/// What is not plain about a document's characters; empty where it is plain.
+std::string CharactersFault(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) return "a byte order mark";
+  if (!text.starts_with("<?xml")) return "no XML declaration in UTF-8";
+  const std::string_view declaration = text.substr(0, text.find("?>"));
+  if (DeclaredValue(declaration, "version") != "1.0") return "another version than 1.0";
+  const std::string_view encoding = DeclaredValue(declaration, "encoding");
+  if (!encoding.empty() && ToLower(encoding) != "utf-8") return "encoding " + Quoted(encoding);
+  if (DeclaredValue(declaration, "standalone") == "yes") return "standalone=\"yes\"";
+  for (size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1))
+    if (at + 1 == text.size() || text[at + 1] != '\n') return "a carriage return without line feed";
+  return {};
+}
+
+}  // namespace
+
+void FindInDocument(const DocumentFile& document, FindingList& findings) {
+  if (!document.Parsed.Root) {
+    Finding& finding = findings.emplace_back(FindingID::XmlMalformed);
+    finding.Place = document.At(nullptr);
+    finding.Place.Line = document.Parsed.ErrorLine;
+    finding.Found = document.Parsed.Error;
+    return;
+  }
+  if (document.Grammar == nullptr) return;
+  if (!document.IsInterop()) {
+    if (const std::string fault = CharactersFault(document.Text); !fault.empty()) {
+      Finding& finding = findings.emplace_back(FindingID::XmlConstraints);
+      finding.Place = document.At(nullptr);
+      finding.Expected = "UTF-8 with a declaration of XML 1.0";
+      finding.Found = fault;
+    }
+  }
+  FindForm(document, findings);
+}
+
+}  // namespace Assay

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PackageFindings.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+
+namespace Assay {
+namespace {
+
+constexpr ui64_t MaxInteropFont = 655'360;  // bytes
+
+/// Whether the documents agree about the kind of package; the first that does not is told.
+void FindFlavour(const Package& package, FindingList& findings) {
+  const DocumentFile* first = nullptr;
+  for (const DocumentFile& document : package.Documents) {
+    if (document.Root() == nullptr) continue;
+    if (first == nullptr) first = &document;
+    if (document.IsInterop() == first->IsInterop()) continue;
+    Add(findings, Finding(FindingID::PackageMixed), document.At(nullptr), first->IsInterop() ? "Interop" : "SMPTE",
+        document.IsInterop() ? "Interop" : "SMPTE");
+    return;
+  }
+  if (first != nullptr && first->IsInterop()) Add(findings, Finding(FindingID::PackageInterop), FolderPlace(package));
+}
+
+void FindFiles(const Package& package, FindingList& findings) {
+  for (const auto& [path, file] : package.Files) {
+    FindingPlace place = FolderPlace(package);
+    place.Document = path;
+    if (file.IsHidden) {
+      Add(findings, Finding(FindingID::PackageHiddenFile), place);
+      continue;
+    }
+    if (package.IsInterop() && ToLower(path).ends_with(".ttf") && file.Size > MaxInteropFont)
+      Add(findings, Finding(FindingID::TextFontSize), place, std::to_string(MaxInteropFont) + " bytes at most",
+          std::to_string(file.Size) + " bytes");
+    const bool is_known =
+        package.MapAssets.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
+        std::ranges::any_of(package.MapAssets, [&](const MapAsset& asset) { return asset.File == path; });
+    if (!is_known) Add(findings, Finding(FindingID::PackageForeignFile), place);
+  }
+  for (const std::string& folder : package.EmptyFolders) {
+    FindingPlace place = FolderPlace(package);
+    place.Document = folder;
+    Add(findings, Finding(FindingID::PackageEmptyFolder), place);
+  }
+  for (const std::string& path : package.Unreadable) {
+    FindingPlace place = FolderPlace(package);
+    place.Document = path;
+    Add(findings, Finding(FindingID::FileUnreadable), place);
+  }
+}
+
+/// Whether each identifier is written alike in all documents.
+class IDCase {
+ public:
+  void Look(const DocumentFile& document, const Node& node, FindingList& findings) {
+    if (node.Children.empty() && node.Text.size() < 100) Look(document, node, TextOf(&node), findings);
+    for (const Node& child : node.Children) Look(document, child, findings);
+  }
+
+ private:
+  struct Written {
+    std::string Digits;
+    const DocumentFile* Document;
+  };
+
+  void Look(const DocumentFile& document, const Node& node, std::string_view text, FindingList& findings) {
+    const auto id = IDOf(&node);
+    if (!id) return;
+    const std::string digits(text.substr(text.find_last_of(':') + 1));
+    const auto [known, is_new] = m_Known.try_emplace(id->EncodeString(), Written{digits, &document});
+    if (is_new || known->second.Document == &document || known->second.Digits == digits || m_IsTold) return;
+    if (ToLower(known->second.Digits) != ToLower(digits)) return;  // another form, which is told by itself
+    m_IsTold = true;                                               // one stands for all
+    FindingPlace place = AssetPlace(document, &node, id);
+    Add(findings, Finding(FindingID::PackageIDCase), place, known->second.Digits, digits);
+  }
+
+  std::map<std::string, Written> m_Known;
+  bool m_IsTold = false;
+};
+
+}  // namespace
+
+void FindInPackage(const Package& package, i64_t now, FindingList& findings) {
+  for (const DocumentFile& document : package.Documents) FindInDocument(document, findings);
+  FindInAssetMap(package, findings);
+  FindInPackingLists(package, now, findings);
+  FindFlavour(package, findings);
+  FindFiles(package, findings);
+  IDCase cases;
+  for (const DocumentFile& document : package.Documents)
+    if (document.Root() != nullptr) cases.Look(document, *document.Root(), findings);
+}
+
+}  // namespace Assay

@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Package.h"
+
+#include "base/Text.h"
+
+#include <Cairn/AssetMapPath.h>
+
+#include <Ferro/FileText.h>
+#include <Ferro/Path.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace Assay {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t MaxFiles = 200'000;
+constexpr int MaxFolderDepth = 16;
+
+bool IsSystemFile(std::string_view name) {
+  return name.starts_with('.') || ToLower(name) == "thumbs.db" || ToLower(name) == "desktop.ini";
+}
+
+/// The name behind the last slash.
+std::string_view NameOf(std::string_view path) {
+  return path.substr(path.find_last_of('/') + 1);
+}
+
+bool HasMap(const fs::path& folder) {
+  std::error_code error;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
+    if (IsMapName(entry.path().filename().string())) return true;
+  return false;
+}
+
+/// Notes the files of a folder and of those in it, but of no other package's.
+class FolderWalk {
+ public:
+  explicit FolderWalk(Package& package) : m_Package(package) {}
+
+  void Walk(const fs::path& folder, const std::string& prefix, int depth) {
+    std::error_code error;
+    fs::directory_iterator entries(folder, error);
+    if (error) {
+      m_Package.Unreadable.push_back(prefix);
+      return;
+    }
+    bool is_empty = true;
+    for (const fs::directory_entry& entry : entries) {
+      is_empty = false;
+      Note(entry, prefix + entry.path().filename().string(), depth);
+    }
+    if (is_empty && !prefix.empty()) m_Package.EmptyFolders.insert(prefix.substr(0, prefix.size() - 1));
+  }
+
+ private:
+  void Note(const fs::directory_entry& entry, const std::string& path, int depth) {
+    std::error_code error;
+    if (entry.is_directory(error)) {
+      if (entry.is_symlink(error) || depth == MaxFolderDepth || HasMap(entry.path())) return;
+      Walk(entry.path(), path + '/', depth + 1);
+      return;
+    }
+    if (!entry.is_regular_file(error) || m_Package.Files.size() == MaxFiles) return;
+    PackagedFile& file = m_Package.Files[path];
+    file.Size = entry.file_size(error);
+    file.IsHidden = IsSystemFile(NameOf(path));
+  }
+
+  Package& m_Package;
+};
+
+const DocumentFile* Read(Package& package, const std::string& path) {
+  for (const DocumentFile& document : package.Documents)
+    if (document.Path == path) return &document;
+  std::string text;
+  if (Ferro::ReadFileIntoString(Ferro::PathJoin(package.Folder, path), text, MaxPackageDocument).Failure()) {
+    package.Unreadable.push_back(path);
+    return nullptr;
+  }
+  return &package.Documents.emplace_back(DocumentFile::FromText(package.Folder, path, std::move(text)));
+}
+
+/// The file that a path of the asset map leads to, as it stands in the folder.
+std::string FileOf(const Package& package, const std::string& written, bool& has_other_case) {
+  std::vector<std::string> candidates;
+  if (Cairn::AssetMapPathCandidates(written, candidates).Failure()) return {};
+  for (const std::string& candidate : candidates)
+    if (package.Files.contains(candidate)) return candidate;
+  for (const std::string& candidate : candidates)
+    for (const auto& [path, file] : package.Files)
+      if (path.size() == candidate.size() && ToLower(path) == ToLower(candidate)) {
+        has_other_case = true;
+        return path;
+      }
+  return {};
+}
+
+std::vector<MapAsset> ReadMap(const Package& package, const DocumentFile& document) {
+  std::vector<MapAsset> assets;
+  const Node* list = document.Root() == nullptr ? nullptr : document.Root()->Child("AssetList");
+  if (list == nullptr) return assets;
+  for (const Node& element : list->Children) {
+    if (element.Name != "Asset") continue;
+    MapAsset& asset = assets.emplace_back();
+    asset.Element = &element;
+    asset.ID = IDOf(element.Child("Id"));
+    const Node* mark = element.Child("PackingList");
+    asset.IsPackingList = mark != nullptr && TextOf(mark) != "false" && TextOf(mark) != "0";
+    const Node* chunks = element.Child("ChunkList");
+    const Node* chunk = chunks == nullptr ? nullptr : chunks->Child("Chunk");
+    if (chunk == nullptr) continue;
+    asset.Written = TextOf(chunk->Child("Path"));
+    asset.IsWhole = chunks->Children.size() == 1 && CountOf(chunk->Child("Offset")).value_or(0) == 0;
+    asset.File = FileOf(package, asset.Written, asset.HasOtherCase);
+  }
+  return assets;
+}
+
+/// Of several asset maps, the one that leads to most files.
+void ChooseMap(Package& package) {
+  size_t best = 0;
+  for (const DocumentFile* map : package.Maps) {
+    std::vector<MapAsset> assets = ReadMap(package, *map);
+    const auto there =
+        static_cast<size_t>(std::ranges::count_if(assets, [](const MapAsset& asset) { return !asset.File.empty(); }));
+    if (package.Map != nullptr && there <= best) continue;
+    package.Map = map;
+    package.MapAssets = std::move(assets);
+    best = there;
+  }
+}
+
+ListFile ReadList(const DocumentFile& document) {
+  ListFile list;
+  list.Document = &document;
+  list.ID = IDOf(document.Root()->Child("Id"));
+  const Node* assets = document.Root()->Child("AssetList");
+  if (assets == nullptr) return list;
+  for (const Node& element : assets->Children) {
+    if (element.Name != "Asset") continue;
+    list.Assets.push_back({&element, IDOf(element.Child("Id")), HashOf(element.Child("Hash")),
+                           CountOf(element.Child("Size")), std::string(TextOf(element.Child("Type")))});
+  }
+  return list;
+}
+
+/// Reads what the asset map has of documents, or, without one, the documents of the top folder.
+void ReadDocuments(Package& package) {
+  for (const MapAsset& asset : package.MapAssets)
+    if (ToLower(asset.File).ends_with(".xml") || (asset.IsPackingList && !asset.File.empty()))
+      Read(package, asset.File);
+  if (!package.MapAssets.empty()) return;
+  for (const auto& [path, file] : package.Files)
+    if (path.find('/') == std::string::npos && ToLower(path).ends_with(".xml") && !file.IsHidden) Read(package, path);
+}
+
+void Sort(Package& package) {
+  for (const DocumentFile& document : package.Documents) {
+    if (document.Root() == nullptr) continue;
+    if (document.Kind() == DocumentKind::PackingList) package.Lists.push_back(ReadList(document));
+    if (document.Kind() == DocumentKind::Composition) package.Compositions.push_back(&document);
+  }
+}
+
+}  // namespace
+
+bool IsMapName(std::string_view name) {
+  const std::string lower = ToLower(name);
+  return lower == "assetmap" || lower == "assetmap.xml";
+}
+
+bool IsVolumeIndexName(std::string_view name) {
+  const std::string lower = ToLower(name);
+  return lower == "volindex" || lower == "volindex.xml";
+}
+
+const MapAsset* Package::FindMapped(const UUID& id) const {
+  const auto found = std::ranges::find_if(MapAssets, [&](const MapAsset& asset) { return asset.ID == id; });
+  return found == MapAssets.end() ? nullptr : &*found;
+}
+
+const ListAsset* Package::FindListed(const UUID& id) const {
+  for (const ListFile& list : Lists)
+    for (const ListAsset& asset : list.Assets)
+      if (asset.ID == id) return &asset;
+  return nullptr;
+}
+
+void ReadPackage(const std::string& folder, Package& package) {
+  package.Folder = folder;
+  FolderWalk(package).Walk(folder, "", 0);
+  for (const auto& [path, file] : package.Files) {
+    if (!IsMapName(path) && !IsVolumeIndexName(path)) continue;
+    const DocumentFile* document = Read(package, path);
+    if (document != nullptr) (IsMapName(path) ? package.Maps : package.VolumeIndexes).push_back(document);
+  }
+  ChooseMap(package);
+  ReadDocuments(package);
+  Sort(package);
+}
+
+}  // namespace Assay

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PackageFindings.h"
+
+#include "base/Text.h"
+#include "form/DateTime.h"
+
+#include <Ferro/SHA1Digest.h>
+#include <Ferro/TextEncoding.h>
+
+#include <algorithm>
+
+namespace Assay {
+namespace {
+
+/// A type without the blanks around its separators, in lower case.
+std::string Normal(std::string_view type) {
+  std::string out;
+  for (const char c : ToLower(type))
+    if (c != ' ' && c != '\t') out += c;
+  return out;
+}
+
+const DocumentFile* DocumentAt(const Package& package, const std::string& path) {
+  const auto found =
+      std::ranges::find_if(package.Documents, [&](const DocumentFile& document) { return document.Path == path; });
+  return found == package.Documents.end() ? nullptr : &*found;
+}
+
+/// The kinds that an Interop packing list calls the assets of a reel.
+const char* InteropKindOf(const Package& package, const UUID& id) {
+  for (const DocumentFile* composition : package.Compositions) {
+    const Node* reels = composition->Root()->Child("ReelList");
+    if (reels == nullptr) continue;
+    for (const Node& reel : reels->Children) {
+      const Node* assets = reel.Child("AssetList");
+      if (assets == nullptr) continue;
+      for (const Node& asset : assets->Children) {
+        if (IDOf(asset.Child("Id")) != id) continue;
+        if (asset.Name == "MainSound") return "application/x-smpte-mxf;asdcpkind=sound";
+        if (asset.Name.ends_with("Picture")) return "application/x-smpte-mxf;asdcpkind=picture";
+      }
+    }
+  }
+  return nullptr;
+}
+
+/// The type that fits a file, as far as its name and the documents tell; empty where they do not.
+std::string FittingType(const Package& package, bool is_interop, const MapAsset& mapped) {
+  const std::string name = ToLower(mapped.File);
+  if (const DocumentFile* document = DocumentAt(package, mapped.File); document != nullptr && document->Root()) {
+    if (!is_interop) return "text/xml";
+    if (document->Kind() == DocumentKind::Composition) return "text/xml;asdcpkind=cpl";
+    return document->Kind() == DocumentKind::InteropText ? "text/xml;asdcpkind=subtitle" : "";
+  }
+  if (name.ends_with(".mxf")) {
+    if (!is_interop) return "application/mxf";
+    const char* kind = mapped.ID ? InteropKindOf(package, *mapped.ID) : nullptr;
+    return kind == nullptr ? "" : kind;
+  }
+  if (name.ends_with(".png")) return "image/png";
+  return is_interop && name.ends_with(".ttf") ? "application/ttf" : "";
+}
+
+void FindFile(const Package& package, const ListFile& list, const ListAsset& asset, const MapAsset& mapped,
+              FindingList& findings) {
+  const auto file = package.Files.find(mapped.File);
+  if (file == package.Files.end()) return;
+  const DocumentFile* document = DocumentAt(package, mapped.File);
+  const bool is_composition = document != nullptr && document->Kind() == DocumentKind::Composition;
+  const FindingPlace place = AssetPlace(*list.Document, asset.Element, asset.ID);
+  if (is_composition && !asset.Hash.empty()) {
+    const SHA1 digest = Ferro::DigestText(document->Text);
+    const std::string text = Ferro::base64encode({digest.Value(), 20});
+    if (text != asset.Hash) {
+      Add(findings, Finding(FindingID::CplHash), place, Quoted(asset.Hash), text);
+      return;
+    }
+  }
+  if (asset.Size && *asset.Size != file->second.Size)
+    Add(findings, Finding(FindingID::PklAssetSize), place, std::to_string(*asset.Size) + " bytes",
+        std::to_string(file->second.Size) + " bytes");
+  const std::string fitting = FittingType(package, list.Document->IsInterop(), mapped);
+  if (!fitting.empty() && Normal(asset.Type) != fitting)
+    Add(findings, Finding(FindingID::PklAssetType), place, fitting, Quoted(asset.Type));
+}
+
+void FindAssets(const Package& package, const ListFile& list, FindingList& findings) {
+  for (auto asset = list.Assets.begin(); asset != list.Assets.end(); ++asset) {
+    if (!asset->ID) continue;
+    const auto is_same = [&](const ListAsset& other) { return other.ID == asset->ID; };
+    if (std::any_of(list.Assets.begin(), asset, is_same)) {
+      Add(findings, Finding(FindingID::PklDuplicateID), AssetPlace(*list.Document, asset->Element, asset->ID));
+      continue;
+    }
+    if (package.MapAssets.empty()) continue;  // what is wrong with the map is told
+    const MapAsset* mapped = package.FindMapped(*asset->ID);
+    if (mapped == nullptr)
+      Add(findings, Finding(FindingID::PklAssetUnmapped), AssetPlace(*list.Document, asset->Element, asset->ID));
+    else
+      FindFile(package, list, *asset, *mapped, findings);
+  }
+}
+
+void FindHead(const Package& package, const ListFile& list, i64_t now, FindingList& findings) {
+  const Node& root = *list.Document->Root();
+  const auto mapped =
+      std::ranges::find_if(package.MapAssets, [&](const MapAsset& asset) { return asset.File == list.Document->Path; });
+  if (mapped != package.MapAssets.end() && mapped->ID && list.ID && *mapped->ID != *list.ID)
+    Add(findings, Finding(FindingID::PklID), list.Document->At(root.Child("Id")), mapped->ID->EncodeString(),
+        list.ID->EncodeString());
+  const Node* date = root.Child("IssueDate");
+  const auto time = DateTime::FromText(TextOf(date));
+  if (time && (!time->HasOffset || time->Seconds > now))
+    Add(findings, Finding(FindingID::PklIssueDate), list.Document->At(date),
+        time->HasOffset ? "a date that is not in the future" : "a date with its offset", Quoted(TextOf(date)));
+}
+
+void FindAnnotation(const Package& package, const ListFile& list, FindingList& findings) {
+  const Node* annotation = list.Document->Root()->Child("AnnotationText");
+  const std::string_view text = TextOf(annotation);
+  const bool is_one = package.Compositions.size() == 1;
+  for (const DocumentFile* composition : package.Compositions) {
+    const std::string_view title = TextOf(composition->Root()->Child("ContentTitleText"));
+    if (is_one ? text == title : !text.empty() && title.starts_with(text)) continue;
+    Add(findings, Finding(FindingID::PklAnnotation, is_one ? FindingClass::Profile : FindingClass::Note),
+        list.Document->At(annotation), Quoted(title), Quoted(text));
+    return;
+  }
+}
+
+void FindDisagreement(const Package& package, FindingList& findings) {
+  for (const ListFile& list : package.Lists)
+    for (const ListAsset& asset : list.Assets) {
+      const ListAsset* first = asset.ID ? package.FindListed(*asset.ID) : nullptr;
+      const bool is_here =
+          first != nullptr && first >= list.Assets.data() && first < list.Assets.data() + list.Assets.size();
+      if (first == nullptr || is_here || (first->Size == asset.Size && first->Hash == asset.Hash)) continue;
+      Add(findings, Finding(FindingID::PklDisagree), AssetPlace(*list.Document, asset.Element, asset.ID));
+    }
+}
+
+/// Compositions, and what they play of this package, that no packing list names.
+void FindUnlisted(const Package& package, FindingList& findings) {
+  if (package.Lists.empty()) return;
+  for (const MapAsset& asset : package.MapAssets) {
+    if (!asset.ID || asset.IsPackingList || asset.File.empty() || package.FindListed(*asset.ID) != nullptr) continue;
+    const DocumentFile* document = DocumentAt(package, asset.File);
+    const bool is_composition = document != nullptr && document->Kind() == DocumentKind::Composition;
+    if (is_composition || ToLower(asset.File).ends_with(".mxf"))
+      Add(findings, Finding(FindingID::PklUnlisted), AssetPlace(*package.Map, asset.Element, asset.ID), "", asset.File);
+  }
+}
+
+void FindMissing(const Package& package, FindingList& findings) {
+  bool is_told = false;
+  for (const MapAsset& asset : package.MapAssets) {
+    if (!asset.File.empty() || asset.Written.empty()) continue;
+    const bool is_list = asset.IsPackingList;
+    const bool is_bad_path = std::ranges::any_of(findings, [&](const Finding& finding) {
+      return finding.ID == FindingID::AmPath && finding.Class == FindingClass::Error && asset.ID &&
+             finding.Place.Asset == *asset.ID;
+    });
+    if (is_bad_path) continue;
+    is_told |= is_list;
+    Add(findings, Finding(is_list ? FindingID::PklMissing : FindingID::PklAssetMissing),
+        AssetPlace(*package.Map, asset.Element, asset.ID), "", Quoted(asset.Written));
+  }
+  const bool has_list =
+      !package.Lists.empty() || std::ranges::any_of(package.Documents, [](const DocumentFile& document) {
+        return !document.Parsed.Root || document.Parsed.Root->Name == "PackingList";
+      });
+  const bool has_marks =
+      std::ranges::any_of(package.MapAssets, [](const MapAsset& asset) { return asset.IsPackingList; });
+  if (!has_list && !is_told && has_marks) Add(findings, Finding(FindingID::PklMissing), FolderPlace(package));
+}
+
+}  // namespace
+
+void FindInPackingLists(const Package& package, i64_t now, FindingList& findings) {
+  FindMissing(package, findings);
+  for (const DocumentFile& document : package.Documents)
+    if (document.Parsed.Root && document.Grammar == nullptr && document.Parsed.Root->Name == "PackingList")
+      Add(findings, Finding(FindingID::PklSchema), document.At(&*document.Parsed.Root),
+          "a packing list in a known namespace", Quoted(document.Parsed.Root->Namespace));
+  for (const ListFile& list : package.Lists) {
+    FindHead(package, list, now, findings);
+    FindAnnotation(package, list, findings);
+    FindAssets(package, list, findings);
+  }
+  FindDisagreement(package, findings);
+  FindUnlisted(package, findings);
+}
+
+}  // namespace Assay
