@@ -42,6 +42,7 @@ TEST(CompositionFindings, ValuesOfTheHead) {
       {Cpl, "<Agency>http://www.mpaa.org/2003-ratings", "<Agency>urn:x:y", {}},
       {Cpl, "<Language>en", "<Language>en_US", {"cpl-language"}},
       {Cpl, "<Language>en", "<Language>en-US-US", {"cpl-language"}},
+      {Cpl, "<Language>en", "<Language>en-UK", {"cpl-language"}},
       {Cpl, "<Language>en", "<Language>en-US", {}},
       {Cpl, "<Issuer>", "<Issuer language=\"klingon language\">", {"cpl-language"}},
   });

@@ -41,6 +41,7 @@ TEST(MetadataFindings, ValuesOfTheMetadata) {
       {Cpl, "<meta:MainSubtitleLanguageList>fr", "<meta:MainSubtitleLanguageList>fr f_r", {"meta-language"}},
       {Cpl, "<meta:MainSubtitleLanguageList>fr", "<meta:MainSubtitleLanguageList>fr-FR-FR", {"meta-language"}},
       {Cpl, "<meta:MainSubtitleLanguageList>fr", "<meta:MainSubtitleLanguageList>fr de", {}},
+      {Cpl, "<meta:MainSubtitleLanguageList>fr", "<meta:MainSubtitleLanguageList>fr xx", {"meta-language"}},
       {Cpl, "<meta:ReleaseTerritory>840", "<meta:ReleaseTerritory>US", {"meta-language"}},
       {Cpl, "<meta:ReleaseTerritory>840", "<meta:ReleaseTerritory scope=\"urn:own\">US", {}},
       {Cpl, "SMPTE-RDD-52:2020-Bv2.1", "Other", {"meta-extension"}},

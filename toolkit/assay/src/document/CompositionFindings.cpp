@@ -2,6 +2,7 @@
 #include "Composition.h"
 #include "PackageFindings.h"
 
+#include "base/LanguageSubtags.h"
 #include "base/LanguageTag.h"
 #include "base/Text.h"
 #include "form/DateTime.h"
@@ -74,11 +75,12 @@ void FindAgencies(const Composition& composition, FindingList& findings) {
   }
 }
 
-/// Tags of the right outer form that are no language tags all the same; the others are found with the form.
+/// Tags of the right outer form that are no language tags all the same, or of no known language; the others are found
+/// with the form.
 void FindLanguages(const Composition& composition, const Node& node, FindingList& findings) {
   const auto look = [&](std::string_view tag) {
     tag = Trim(tag);
-    if (HasForm(ValueForm::Language, tag) && !IsLanguageTag(tag))
+    if (HasForm(ValueForm::Language, tag) && (!IsLanguageTag(tag) || !UnknownSubtag(tag).empty()))
       Add(findings, Finding(FindingID::CplLanguage), composition.At(&node), "a language tag such as en or fr-CA",
           Quoted(tag));
   };

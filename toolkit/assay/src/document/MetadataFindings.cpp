@@ -2,6 +2,7 @@
 #include "Composition.h"
 #include "PackageFindings.h"
 
+#include "base/LanguageSubtags.h"
 #include "base/LanguageTag.h"
 #include "base/Text.h"
 
@@ -83,7 +84,7 @@ class MetadataCheck {
   void FindLanguages() {
     const Node* list = m_Metadata.Child("MainSubtitleLanguageList");
     for (const std::string_view tag : Words(TextOf(list)))
-      if (HasForm(ValueForm::Language, tag) && !IsLanguageTag(tag))
+      if (HasForm(ValueForm::Language, tag) && (!IsLanguageTag(tag) || !UnknownSubtag(tag).empty()))
         Say(FindingID::MetaLanguage, list, "a language tag", Quoted(tag));
     const Node* territory = m_Metadata.Child("ReleaseTerritory");
     if (territory == nullptr) return;

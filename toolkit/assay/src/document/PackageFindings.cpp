@@ -37,7 +37,7 @@ void FindFiles(const Package& package, FindingList& findings) {
           std::to_string(file.Size) + " bytes");
     const bool is_known =
         package.MapAssets.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
-        std::ranges::any_of(package.MapAssets, [&](const MapAsset& asset) { return asset.File == path; });
+        std::ranges::any_of(package.MapAssets, [&name = path](const MapAsset& asset) { return asset.File == name; });
     if (!is_known) Add(findings, Finding(FindingID::PackageForeignFile), place);
   }
   for (const std::string& folder : package.EmptyFolders) {
