@@ -32,10 +32,10 @@ std::string Opened(const Sigil::KeyMessage& message, const std::string& key = "d
 
 /// A message signed anew by xmlsec1 after it was changed.
 std::string Resigned(const std::string& xml, const std::string& key = "leaf");
-/// The message's n-th encrypted key exchanged for another plaintext, encrypted for the device by openssl's program, and
+/// The message's n-th encrypted key exchanged for another plaintext, encrypted for the device by the openssl program, and
 /// signed anew.
 std::string WithPlain(const std::string& xml, size_t index, const std::string& plain);
-/// The n-th plaintext, as openssl's program decrypts it.
+/// The n-th plaintext, as the openssl program decrypts it.
 std::string PlainByOpenSSL(const std::string& xml, size_t index);
 
 }  // namespace SigilTest

@@ -5,13 +5,13 @@
 
 namespace Tool {
 
-// Certificates and private keys of sample shows, as PEM texts. They are the same in all sample shows and public: nothing
-// that is signed by the one or encrypted for the other means anything.
+// Certificates and private keys of sample shows, as PEM texts. They are public and the same in all sample shows: what is
+// signed by the one or encrypted for the other means nothing.
 
-/// Of who signs, leaf first, with its root.
+/// The signer's chain, leaf first, root last.
 extern const std::string_view SampleSignerChain;
 extern const std::string_view SampleSignerKey;
-/// Of the server that key messages are for, made by the same authority.
+/// The server that key messages are made for; issued by the same authority.
 extern const std::string_view SampleRecipientCertificate;
 extern const std::string_view SampleRecipientKey;
 

@@ -21,7 +21,7 @@ class SampleSigner {
   /// Signs a composition or a packing list. Equal documents are signed equally.
   void Sign(std::string& xml, const std::string& filename) const;
   /// A key message for the sample's server, valid from the day before `now` for a year and a day.
-  /// @param has_authenticator  the message says who signed the composition, as those for SMPTE's do.
+  /// @param has_authenticator  the message says who signed the composition, as for SMPTE compositions.
   [[nodiscard]] std::string MakeMessage(const Cairn::CompositionPlaylist& composition,
                                         std::vector<Sigil::ContentKey> keys, const Ferro::Timestamp& now,
                                         bool has_authenticator) const;

@@ -33,11 +33,11 @@ enum class SequenceRule : ui8_t {
   OnePerTripletFromZero,   ///< left 2n, right 2n + 1
   OnePerEditUnitFromZero,  ///< n, both eyes
   AlwaysOne,               ///< 1 throughout: the order is not protected
-  AlwaysZero,              ///< 0 throughout, nor here
-  NoNumbers                ///< nor here
+  AlwaysZero,              ///< 0 throughout: nor is it here
+  NoNumbers                ///< none at all: nor is it here
 };
 
-/// What a track file says of its encryption: what there is to be known to decrypt its frames. A plain value.
+/// What a track file says about its encryption: all it takes, beside the key, to decrypt its frames. A plain value.
 struct TrackEncryption {
   Ferro::UUID AssetID;
   bool IsEncrypted = false;
@@ -56,8 +56,8 @@ struct TrackEncryption {
   friend bool operator==(const TrackEncryption&, const TrackEncryption&) = default;
 };
 
-/// Reads what a track file of any kind says of its encryption. Of a stereoscopic file with integrity packs the first and
-/// the last edit unit are looked at, which tell its SequenceRule. Any thread may call it.
+/// Reads what a track file of any kind says about its encryption. A stereoscopic file with integrity packs is opened
+/// further: its first and last edit unit tell its SequenceRule. Any thread may call it.
 /// @return RESULT_OK, also for plain essence; otherwise as TrackFileReader::OpenRead; on failure `out` is unchanged.
 [[nodiscard]] QUIRE_API Result_t ReadTrackEncryption(const std::string& filename, TrackEncryption& out);
 

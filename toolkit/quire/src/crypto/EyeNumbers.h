@@ -16,8 +16,8 @@ struct EyeNumbers {
 };
 
 /// The rule that a stereoscopic file follows in its first edit unit and its last one, whose number is `last_unit`;
-/// OnePerTriplet where it follows none. Of the other rules none can be had for a whole file by moving about the triplets
-/// of one numbered as the standard has it, but by repeating some.
+/// OnePerTriplet where it follows none. A file numbered as the standard has it cannot be rearranged to follow another rule
+/// throughout, except by repeating triplets.
 [[nodiscard]] SequenceRule SequenceRuleOf(const EyeNumbers& first, const EyeNumbers& last, ui32_t last_unit);
 
 }  // namespace QUIRE

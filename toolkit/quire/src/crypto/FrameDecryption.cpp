@@ -39,14 +39,13 @@ Result_t FrameContexts::InitKey(std::span<const ui8_t, KeyLen> key, LabelSet_t l
 
 namespace {
 
-// An encrypted frame without any bytes is told from one in clear by its pack.
+// By the frame itself: a header may say nothing of encryption. One without any bytes is told from one in clear by its pack.
 bool IsEncrypted(const FrameBuffer& frame) {
   return frame.SourceLength() != 0 || !frame.IntegrityPack().empty();
 }
 
 // That there is something to decrypt, and something to do it with.
 Result_t CheckRequest(const TrackEncryption& track, const FrameBuffer& frame, const FrameContexts* contexts) {
-  if (!track.IsEncrypted) return RESULT_NOT_ENCRYPTED;
   if (!IsEncrypted(frame)) return track.UsesHMAC ? RESULT_HMACFAIL : RESULT_NOT_ENCRYPTED;
   if (contexts == nullptr) return RESULT_DECRYPT_CTX;
   if (!track.Algorithms.KnowsCipher || !track.Algorithms.KnowsMIC) return RESULT_ALGORITHM;

@@ -24,7 +24,7 @@ class SIGIL_API Certificate {
   static constexpr size_t MaxSize = 65'536;       // bytes of its DER form
   static constexpr size_t MaxSerialLength = 128;  // bytes; names in documents have it in decimal
 
-  /// Reads one certificate in DER form, all of `der`.
+  /// Reads one certificate in DER form; `der` holds nothing else.
   /// @return RESULT_OK; RESULT_SG_CERTIFICATE, logged, for anything else; `out` is then unchanged.
   [[nodiscard]] static Result_t FromDER(std::span<const ui8_t> der, std::optional<Certificate>& out,
                                         Ferro::ILogSink& log);

@@ -31,8 +31,8 @@ struct ChainReport {
   [[nodiscard]] bool Holds() const { return !Chain.empty() && !HasErrors(Findings); }
 };
 
-/// Puts certificates in order and holds them against the rules for D-Cinema certificates (ST 430-2:2017, 6.2) and those
-/// of any X.509 chain (RFC 5280). The order they come in is of no matter. Fetches nothing and reads no clock. Any thread
+/// Puts certificates in order and checks the rules for D-Cinema certificates (ST 430-2:2017, 6.2) and those for any X.509
+/// chain (RFC 5280). They may come in any order. Fetches nothing and reads no clock. Any thread
 /// may call it.
 [[nodiscard]] SIGIL_API ChainReport CheckChain(std::span<const Certificate> certificates, const ChainContext& context);
 

@@ -79,7 +79,7 @@ struct SIGIL_API KeyMessage {
 /// The SHA-1 digest of nothing: in device lists, any trusted device (ST 430-1).
 [[nodiscard]] SIGIL_API const SHA1& AnyTrustedDevice();
 
-/// What is asked of a message. Whatever is not given is not asked.
+/// What a message is checked against. What is not given is not checked.
 struct MessageContext {
   struct CompositionFacts {
     UUID ID;

@@ -16,14 +16,14 @@
 
 namespace Sigil {
 
-/// Asked for the passphrase of a private key, at most once for each key; no value gives up.
+/// Supplies the passphrase of a private key; called at most once per key. No value means: give up.
 using PassphraseSource = std::function<std::optional<SecretBytes>()>;
 
 /// An RSA private key of 2048 bits: a signer's, or that of a recipient of key messages. Cheap to copy; any thread may use
 /// it. It is never written anywhere.
 class SIGIL_API PrivateKey {
  public:
-  /// Reads the first key of a PEM text: PKCS#1 or PKCS#8, encrypted or not. Others fields of the text are passed over.
+  /// Reads the first key of a PEM text: PKCS#1 or PKCS#8, encrypted or not. Other blocks of the text are skipped.
   /// @param passphrase  asked only where the key is encrypted; may be empty.
   /// @return RESULT_OK; RESULT_SG_PASSPHRASE, where there is none or a wrong one; RESULT_SG_PRIVATE_KEY for anything else.
   /// Failures are logged without a word of what was read; `out` is then unchanged.

@@ -28,10 +28,10 @@ class CertificateJudge {
   FindingList& m_Findings;
 };
 
-/// Holds a certificate against the rules that it follows or breaks alone.
+/// Checks the rules about a certificate by itself.
 void CheckAlone(const Certificate& certificate, const ChainPlace& place, const ChainContext& context,
                 FindingList& findings);
-/// Holds it against those that speak of its issuer.
+/// Checks the rules that involve its issuer.
 void CheckAgainstIssuer(const Certificate& certificate, const ChainPlace& place, FindingList& findings);
 
 }  // namespace Sigil

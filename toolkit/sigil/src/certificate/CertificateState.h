@@ -26,7 +26,7 @@ struct CertificateState {
   [[nodiscard]] static Certificate Wrap(std::shared_ptr<const CertificateState> state) {
     return Certificate(std::move(state));
   }
-  /// For OpenSSL, much of whose interface asks for what it may change; nothing changes it.
+  /// Not const, because much of OpenSSL's interface is not; nothing modifies it.
   [[nodiscard]] static X509* X509Of(const Certificate& certificate) { return certificate.m_State->X.get(); }
 };
 

@@ -16,7 +16,7 @@ struct PrivateKeyState {
   [[nodiscard]] static PrivateKey Wrap(std::shared_ptr<const PrivateKeyState> state) {
     return PrivateKey(std::move(state));
   }
-  /// For OpenSSL, much of whose interface asks for what it may change; nothing changes it.
+  /// Not const, because much of OpenSSL's interface is not; nothing modifies it.
   [[nodiscard]] static EVP_PKEY* KeyOf(const PrivateKey& key) { return key.m_State->Key.get(); }
 };
 

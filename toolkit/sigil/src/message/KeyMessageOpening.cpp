@@ -20,8 +20,8 @@ Result_t Refuse(Ferro::ILogSink& log, Result_t result) {
   return result;
 }
 
-/// Decrypts all keys, whether or not one before failed. A plaintext that could not be had is empty. False when there is no
-/// memory for secrets.
+/// Decrypts all keys, even after one has failed; the plaintext of that one is empty. False when there is no memory for
+/// secrets.
 bool Decrypt(const KeyMessage& message, const PrivateKey& key, std::vector<SecretBytes>& plains) {
   for (const std::vector<ui8_t>& encrypted : message.EncryptedKeys) {
     const KeyContextPointer context(EVP_PKEY_CTX_new(PrivateKeyState::KeyOf(key), nullptr));

@@ -21,7 +21,7 @@ namespace {
 using std::string;
 using xercesc::DOMElement;
 
-/// Why a document is not a message that is followed.
+/// Thrown to stop reading: why the document is refused.
 struct Refusal {
   string Reason;
 };
@@ -56,7 +56,7 @@ UUID ReadID(const DOMElement* element) {
   return *id;
 }
 
-/// A time whose offset is not said would be another one in each cinema.
+/// A time without offset would be another moment in each cinema.
 Timestamp ReadTime(const DOMElement* element) {
   const string text = Cairn::TrimmedText(element);
   const bool has_offset = text.ends_with('Z') || (text.size() > 19 && text.find_first_of("+-", 19) != string::npos);
@@ -181,7 +181,7 @@ class MessageReader {
 
   void ReadEncryptedKey(const DOMElement* key) {
     const DOMElement* method = Required(key, NS_Encryption, "EncryptionMethod");
-    const DOMElement* digest = Optional(method, Cairn::NS_XMLDSig, "DigestMethod");  // SHA-1 where it is not said
+    const DOMElement* digest = Optional(method, Cairn::NS_XMLDSig, "DigestMethod");  // SHA-1 by default
     if (Attribute(method, u"Algorithm") != RSA_OAEP ||
         (digest != nullptr && Attribute(digest, u"Algorithm") != DigestOfOAEP) ||
         !Cairn::TextContent(Optional(method, NS_Encryption, "OAEPparams")).empty())

@@ -43,7 +43,7 @@ string Problem(const MessageRequest& request) {
   return {};
 }
 
-/// As the plaintexts have room for: no fractions of seconds.
+/// Without fractions of seconds, for which plaintexts have no room.
 Timestamp WholeSeconds(const Timestamp& time) {
   const i64_t milliseconds = time.UnixMilliseconds();
   const i64_t fraction = (milliseconds % 1000 + 1000) % 1000;

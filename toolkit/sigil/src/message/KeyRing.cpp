@@ -55,7 +55,7 @@ KeyRing::~KeyRing() = default;
 KeyRing::KeyRing(KeyRing&&) noexcept = default;
 KeyRing& KeyRing::operator=(KeyRing&&) noexcept = default;
 
-// Puts a key to those that will be added once all are known to fit.
+// Collects a key in `added`; what is there is added once all keys fit.
 Result_t KeyRing::Prepare(const UUID& id, std::span<const ui8_t> key, Keys& added, Ferro::ILogSink& log) const {
   for (const Keys* keys : {&m_Keys, static_cast<const Keys*>(&added)}) {
     const auto known = keys->find(id);

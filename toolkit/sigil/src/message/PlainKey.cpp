@@ -16,7 +16,7 @@ constexpr size_t SignerAt = 16;
 constexpr size_t CompositionAt = 36;
 constexpr size_t TypeAt = 52;
 constexpr size_t TypeSize = 4;
-// From the end, since what is before them has two lengths.
+// Counted from the end: what comes before has two lengths.
 constexpr size_t IDBeforeEnd = 82;
 constexpr size_t NotBeforeBeforeEnd = 66;
 constexpr size_t NotAfterBeforeEnd = 41;

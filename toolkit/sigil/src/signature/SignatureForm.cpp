@@ -32,7 +32,7 @@ constexpr std::string_view DigestSHA1 = "http://www.w3.org/2000/09/xmldsig#sha1"
 constexpr std::string_view DigestSHA256 = "http://www.w3.org/2001/04/xmlenc#sha256";
 constexpr std::string_view Enveloped = "http://www.w3.org/2000/09/xmldsig#enveloped-signature";
 
-/// What ends the reading of a form.
+/// Thrown to stop reading: what is wrong with the form.
 struct Refusal {
   FindingID ID;
   std::string Text;

@@ -7,7 +7,7 @@
 
 namespace Sigil {
 
-/// Verifies the signature of a document that was parsed. Its KeyInfo leaves the tree. May throw what Xerces-C throws.
+/// Verifies the signature of a document that was parsed. Its KeyInfo is removed from the tree. May throw what Xerces-C throws.
 [[nodiscard]] SignatureReport VerifyParsed(const SignedDocument& document, const SignatureContext& context,
                                            Ferro::ILogSink& log);
 

@@ -17,7 +17,7 @@ namespace Sigil {
 
 /// X509IssuerName and X509SerialNumber of a certificate, as elements with the prefix "ds".
 [[nodiscard]] std::string IssuerSerialElements(const Certificate& certificate);
-/// A text with what XML demands in place of "&", "<" and ">".
+/// A text with "&", "<" and ">" escaped for XML.
 [[nodiscard]] std::string EscapeXML(const std::string& text);
 
 /// A Signature element, complete but for digests and value.

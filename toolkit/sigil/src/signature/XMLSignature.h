@@ -31,7 +31,7 @@ class XMLSignature {
   [[nodiscard]] std::vector<ui8_t> SignedInfo();
 
  private:
-  /// What a reference's digest is to be.
+  /// The digest that a reference states.
   [[nodiscard]] std::vector<ui8_t> DigestFor(const DSIGReference& reference);
   /// The document in canonical form, without the signature.
   [[nodiscard]] std::vector<ui8_t> DigestOfDocument(const EVP_MD* method);

@@ -11,7 +11,7 @@ namespace {
 
 using enum FindingID;
 
-/// How far an error keeps a message from serving; 0 for what does not.
+/// How far an error keeps a message from serving: 0 is not at all.
 int DistanceOf(const Finding& finding) {
   if (finding.Severity != Severity::Error) return 0;
   switch (finding.ID) {
