@@ -165,4 +165,15 @@ TEST(KeyRing, FilesThatAreMissingOrTooLargeAreTold) {
   EXPECT_EQ(ring.AddKeyFile(file.Name(), Ferro::DefaultLogSink()), Ferro::RESULT_TOOLARGE);
 }
 
+TEST(KeyRing, HandsOutAKeyForWhoeverMakesAMessage) {
+  KeyRing ring;
+  ASSERT_EQ(Add(ring, FirstID + ':' + FirstKey), RESULT_OK);
+  Sigil::SecretBytes key;
+  EXPECT_EQ(ring.CopyKey(ID(5), key), RESULT_OK);
+  ASSERT_EQ(key.Size(), 16U);
+  EXPECT_EQ(key.Bytes()[1], 0x11);
+  EXPECT_EQ(key.Bytes()[15], 0xff);
+  EXPECT_EQ(ring.CopyKey(ID(6), key), QUIRE::RESULT_DECRYPT_CTX);
+}
+
 }  // namespace

@@ -145,6 +145,25 @@ std::string EncryptedShow::DeviceKey() const {
   return Write("device.key", testsupport::TestKeyPEM("device"));
 }
 
+std::string EncryptedShow::KeyFile(const std::string& picture, const std::string& sound) const {
+  const auto line = [](unsigned char id, const std::string& digits) {
+    std::string text = ID(id).EncodeString() + ':';
+    for (int i = 0; i < 16; ++i) text += digits;
+    return text + '\n';
+  };
+  return Write("show.keys", "# picture, then sound\n" + line(4, picture) + '\n' + line(5, sound));
+}
+
+void EncryptedShow::Alter(const std::string& name) const {
+  std::fstream file(Path(name), std::ios::binary | std::ios::in | std::ios::out);
+  const auto middle = static_cast<std::streamoff>(std::filesystem::file_size(Path(name)) / 2);
+  file.seekg(middle);
+  const char byte = static_cast<char>(file.get() ^ 1);
+  file.seekp(middle);
+  file.put(byte);
+  EXPECT_TRUE(file.good()) << name;
+}
+
 std::string EncryptedShow::DeviceCertificate() const {
   return Write("device.pem", Device().front().PEM());
 }

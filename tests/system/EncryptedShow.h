@@ -30,10 +30,14 @@ class EncryptedShow {
   [[nodiscard]] std::string Beside(const std::string& name) const { return m_Folder.Path(name); }
   /// Writes a file beside the show, and returns its path.
   std::string Write(const std::string& name, const std::string& bytes) const { return m_Folder.Write(name, bytes); }
-  /// The same for the message of a request, for that of SoundRequest, and for the recipient's and the signer's key files.
+  /// The same for the message of a request, for that of SoundRequest, and for the recipient's key and certificate.
   std::string Message(const std::string& name, const Sigil::MessageRequest& request) const;
   std::string Message() const { return Message("kdm.xml", SigilTest::SoundRequest()); }
   std::string DeviceKey() const;
+  /// A key file with both keys, or with others.
+  std::string KeyFile(const std::string& picture = "11", const std::string& sound = "22") const;
+  /// Changes a byte in the middle of a file.
+  void Alter(const std::string& name) const;
   std::string DeviceCertificate() const;
   /// An archive of such files.
   static std::string Zip(const std::vector<std::pair<std::string, std::string>>& entries);

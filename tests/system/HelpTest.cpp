@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The pages that explain the program: they show every option, and what they tell people to type works as it stands.
+#include "EncryptedShow.h"
 #include "SampleFolder.h"
 #include "app/CommandLine.h"
 #include "app/HelpText.h"
@@ -63,6 +64,8 @@ std::vector<std::string> ExamplesIn(const std::string& help) {
   std::vector<std::string> examples;
   bool below = false;
   for (const std::string& line : LinesOf(help)) {
+    const bool goes_on = below && !examples.empty() && examples.back().ends_with('\\');
+    if (goes_on) examples.back() += '\n' + line;
     if (below && line.starts_with("  strata ")) examples.push_back(line.substr(2));
     below = line == "Examples:" || (below && line.starts_with("  "));
   }
@@ -94,10 +97,25 @@ std::vector<std::string> ExamplesInManual(const std::string& page) {
 
 class Help : public SampleFolder {
  protected:
-  /// Runs a line of shell in the folder beside the show, the program being found as "strata".
+  void SetUp() override {
+    SampleFolder::SetUp();
+    const EncryptedShow show;
+    std::filesystem::copy(show.Path(), m_Keys.Path("secret"), std::filesystem::copy_options::recursive);
+    m_Keys.Write("kdm.xml", SigilTest::SoundMessage());
+    m_Keys.Write("server.pem", SigilTest::Device().front().PEM());
+    m_Keys.Write("server.key", testsupport::TestKeyPEM("device"));
+    m_Keys.Write("signer.key", testsupport::TestKeyPEM("leaf"));
+    std::string chain;
+    for (const Sigil::Certificate& certificate : SigilTest::Signer().Chain) chain += certificate.PEM();
+    m_Keys.Write("chain.pem", chain);
+  }
+
+  /// Runs a line of shell in the folder beside the show, or in the one of the encrypted show where it tells of key messages,
+  /// the program being found as "strata".
   std::string Run(const std::string& line, int exit_code = 0) const {
     const std::string script = Beside("line.sh");
-    std::ofstream(script) << "cd '" << Beside("") << "' && export HOME=$PWD PATH='" << BUILT_DOCUMENTS << "':$PATH && "
+    const std::string folder = line.find("kdm") == line.npos ? Beside("") : m_Keys.Path("");
+    std::ofstream(script) << "cd '" << folder << "' && export HOME=$PWD PATH='" << BUILT_DOCUMENTS << "':$PATH && "
                           << line << '\n';
     const int status = std::system(("bash '" + script + "' >'" + Beside("out") + "' 2>&1 </dev/null").c_str());
     const std::string out = TextOf(Beside("out"));
@@ -109,6 +127,8 @@ class Help : public SampleFolder {
     EXPECT_FALSE(lines.empty());
     for (const std::string& line : lines) Run(line);
   }
+
+  testsupport::TemporaryFolder m_Keys;  // an encrypted show, its key message, who made it, and who opens it
 };
 
 TEST_F(Help, EveryPageNamesItsOptionsInLinesOfDecentLength) {

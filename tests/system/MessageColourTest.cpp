@@ -24,6 +24,7 @@ class MessageColour : public testing::Test {
     setenv("TERM", "xterm", 1);
     unsetenv("NO_COLOR");
     m_Show.Remove("Feature/sound-2.mxf");
+    m_Show.Remove("Trailer/ASSETMAP.xml");
   }
   void TearDown() override { unsetenv("NO_COLOR"); }
 
@@ -37,7 +38,9 @@ class MessageColour : public testing::Test {
 };
 
 TEST_F(MessageColour, WarnsOnATerminal) {
-  EXPECT_THAT(ScreenOf({"check", m_Show.Path()}), HasSubstr(std::string(Red) + "missing:" + Plain + " SampleFeature"));
+  EXPECT_THAT(ScreenOf({"check", m_Show.Path()}),
+              AllOf(HasSubstr(std::string(Red) + "missing:" + Plain + " SampleFeature"),
+                    HasSubstr(std::string(Magenta) + "warning:" + Plain + " package")));
   EXPECT_THAT(ScreenOf({"check", m_Show.Path("none")}), HasSubstr(std::string(Red) + "strata:" + Plain + ' '));
   EXPECT_THAT(ScreenOf({"frame", m_Show.Path("Encrypted"), "--at", "0", "--channel", "picture", "--out",
                         m_Show.Beside("a.bin")}),

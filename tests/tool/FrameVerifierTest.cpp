@@ -34,12 +34,13 @@ class FrameVerifierTest : public testing::Test {
   TemporaryFolder m_Folder;
   TrackFileSpec m_Spec;
   Cairn::AssetStore m_Store;
+  Sigil::KeyRing m_Keys;
   FakeTrack m_Track;
   const std::string m_Channel = "picture";
 };
 
 TEST_F(FrameVerifierTest, FrameOfTheFileIsTheSame) {
-  FrameVerifier verifier(m_Store);
+  FrameVerifier verifier(m_Store, m_Keys);
   for (Ferro::ui32_t number = 0; number < 5; ++number)
     EXPECT_TRUE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, number), number)));
   EXPECT_EQ(verifier.Outcome().Compared, 5U);
@@ -48,7 +49,7 @@ TEST_F(FrameVerifierTest, FrameOfTheFileIsTheSame) {
 }
 
 TEST_F(FrameVerifierTest, WrongFrameIsToldWithItsTrackAndEditUnits) {
-  FrameVerifier verifier(m_Store);
+  FrameVerifier verifier(m_Store, m_Keys);
   EXPECT_FALSE(verifier.Inspect(Frame(MakeFrame(TrackKind::Picture, m_Spec, 2), 3)));
   PlayReport report;
   report.Verified = verifier.Outcome();
@@ -59,7 +60,7 @@ TEST_F(FrameVerifierTest, WrongFrameIsToldWithItsTrackAndEditUnits) {
 }
 
 TEST_F(FrameVerifierTest, OneWrongByteAndOneMissingByteAreDifferences) {
-  FrameVerifier verifier(m_Store);
+  FrameVerifier verifier(m_Store, m_Keys);
   Bytes frame = MakeFrame(TrackKind::Picture, m_Spec, 4);
   frame.back() ^= 1;
   EXPECT_FALSE(verifier.Inspect(Frame(frame, 4)));
@@ -70,7 +71,7 @@ TEST_F(FrameVerifierTest, OneWrongByteAndOneMissingByteAreDifferences) {
 }
 
 TEST_F(FrameVerifierTest, KeepsTheFirstHundredDifferences) {
-  FrameVerifier verifier(m_Store);
+  FrameVerifier verifier(m_Store, m_Keys);
   const Bytes frame(10);
   for (int i = 0; i < 150; ++i) EXPECT_FALSE(verifier.Inspect(Frame(frame, 0)));
   EXPECT_EQ(verifier.Outcome().Different, 150U);
@@ -78,7 +79,7 @@ TEST_F(FrameVerifierTest, KeepsTheFirstHundredDifferences) {
 }
 
 TEST_F(FrameVerifierTest, FrameWithoutFileIsNotCompared) {
-  FrameVerifier verifier(m_Store);
+  FrameVerifier verifier(m_Store, m_Keys);
   m_Track.Is.AssetID = *Ferro::UUID::FromHex("b5b5b5b5-0000-4000-8000-000000000001");
   EXPECT_TRUE(verifier.Inspect(Frame(Bytes(10), 0)));
   EXPECT_EQ(verifier.Outcome().Compared, 0U);

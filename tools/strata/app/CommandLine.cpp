@@ -5,6 +5,7 @@
 #include "export/ExportCommand.h"
 #include "frame/FrameCommand.h"
 #include "info/InfoCommand.h"
+#include "kdm/KdmCommand.h"
 #include "play/PlayCommand.h"
 #include "sample/MakeSampleCommand.h"
 #include "store/StoreCommand.h"
@@ -27,6 +28,7 @@ constexpr AddCommand Commands[] = {
     AddWrapCommand,        //
     AddExportCommand,      //
     AddStoreCommand,       //
+    AddKdmCommand,         //
     AddMakeSampleCommand,  //
 };
 

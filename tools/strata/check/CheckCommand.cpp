@@ -3,6 +3,7 @@
 
 #include "CheckReport.h"
 #include "findings/FindingReport.h"
+#include "keys/KeyOpening.h"
 #include "show/Description.h"
 #include "show/Inputs.h"
 #include "show/ShowOutline.h"
@@ -11,6 +12,7 @@
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
 #include "terminal/Messages.h"
+#include "terminal/ProgressBar.h"
 
 #include <Strata/IPlaylist.h>
 
@@ -93,9 +95,25 @@ std::optional<Finding> FindInVerification(const Cairn::AssetStore& store, const 
   return finding;
 }
 
-CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash, const std::optional<Finding>& unverified) {
+/// What opens the show, and how far it is to be looked at.
+struct CheckMeans {
+  ShowKeys& Keys;
+  const Sigil::KeyRing& Ring;
+  bool Hash = false;
+};
+
+/// FindInFrames, while a progress bar tells how far it is.
+VerifiedFiles VerifyEncrypted(const ShowOutline& outline, const Sigil::KeyRing& keys, std::vector<Finding>& findings) {
+  ProgressBar bar("Verifying frames", ProgressUnit::Frames);
+  return FindInFrames(outline, keys, findings, [&](Ferro::ui64_t done, Ferro::ui64_t total) {
+    bar.Update(done, total);
+    return !Interrupt::Requested();
+  });
+}
+
+CheckReport MakeReport(const Inputs& inputs, const CheckMeans& means, const std::optional<Finding>& unverified) {
   const ShowOutline outline(inputs);
-  const ShowSecurity security(keys, outline);
+  const ShowSecurity security(means.Keys, outline);
   CheckReport report;
   report.Duration = outline.Duration();
   for (const OutlineComposition& composition : outline.Compositions())
@@ -103,9 +121,10 @@ CheckReport MakeReport(const Inputs& inputs, ShowKeys& keys, bool hash, const st
                                    composition.Start, composition.Duration, composition.Reels.size(),
                                    composition.Stereoscopic, Describe(TraitsOf(composition)),
                                    security.Answers[report.Compositions.size()]});
-  report.Hash = hash;
+  report.Hash = means.Hash;
   report.Findings = CheckShow(outline, &security);
   if (unverified) report.Findings.push_back(*unverified);
+  if (!Interrupt::Requested()) report.Verified = VerifyEncrypted(outline, means.Ring, report.Findings);
   if (Interrupt::Requested()) return report;
   const EngineAnswer answer = LoadShow(inputs);
   report.DurationSeconds = answer.Loads ? answer.DurationSeconds : SecondsOf(outline);
@@ -133,25 +152,27 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
   }
   all.Duration += report.Duration;
   all.DurationSeconds += report.DurationSeconds;
+  all.Verified.Files += report.Verified.Files;
+  all.Verified.Frames += report.Verified.Frames;
   all.Code = ExitCodeFor(all.Findings);
 }
 
 /// Verifies and checks the show that `inputs` mean.
-CheckReport CheckOne(Inputs& inputs, ShowKeys& keys, bool hash) {
+CheckReport CheckOne(Inputs& inputs, const CheckMeans& means) {
   Cairn::Result_t verified = Ferro::RESULT_OK;
-  if (hash) verified = VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs)));
+  if (means.Hash) verified = VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs)));
   if (Interrupt::Requested()) return CheckReport();
-  return MakeReport(inputs, keys, hash, FindInVerification(inputs.Store(), verified));
+  return MakeReport(inputs, means, FindInVerification(inputs.Store(), verified));
 }
 
 /// Each of several shows by itself.
-CheckReport CheckEach(Inputs& inputs, ShowKeys& keys, bool hash) {
+CheckReport CheckEach(Inputs& inputs, const CheckMeans& means) {
   CheckReport all;
-  all.Hash = hash;
+  all.Hash = means.Hash;
   for (const Candidate& show : inputs.Choices()) {
     if (Interrupt::Requested()) break;
     inputs.Choose(show);
-    Append(show, CheckOne(inputs, keys, hash), all);
+    Append(show, CheckOne(inputs, means), all);
   }
   return all;
 }
@@ -166,7 +187,9 @@ ExitCode Check(const CheckOptions& options) {
     return inputs.ProblemCode();
   }
   ShowKeys keys(options.Keys, options.Times, FoldersOf(options.Inputs));
-  const CheckReport report = is_one ? CheckOne(inputs, keys, options.Hash) : CheckEach(inputs, keys, options.Hash);
+  const Sigil::KeyRing ring = OpenKeys(options.Keys, keys.Messages());
+  const CheckMeans means{keys, ring, options.Hash};
+  const CheckReport report = is_one ? CheckOne(inputs, means) : CheckEach(inputs, means);
   if (Interrupt::Requested()) {
     TellRemark("interrupted");
     return ExitCode::Interrupted;
@@ -181,7 +204,7 @@ void AddCheckCommand(Command& program) {
   const auto options = std::make_shared<CheckOptions>();
   Command& command = program.AddCommand("check", "Say whether a show will play, and what is wrong with it");
   options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
-  options->Keys.AddMessagesTo(command);
+  options->Keys.AddTo(command);
   options->Times.AddTo(command);
   command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
   command.Add("--json", options->AsJson, "Print the report as JSON");
@@ -190,10 +213,11 @@ void AddCheckCommand(Command& program) {
       "Key messages that lie beside the show are found. Without any, an encrypted show needs keys; with some, each "
       "composition\n"
       "needs one that is valid from its start to its end in the show that begins now, or at the time named.\n"
+      "With keys, every frame of the encrypted files is verified.\n"
       "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted.\n"
       "Examples:\n"
       "  strata check show --hash\n"
-      "  strata check show --kdm messages.zip --at 20:00\n"
+      "  strata check secret --kdm kdm.xml --at '2026-03-05 20:00'\n"
       "  strata check show/Feature --store show --json");
   command.Does([options] { return Check(*options); });
 }

@@ -31,6 +31,8 @@ std::string CheckJson(const CheckReport& report) {
   json["duration"] = report.Duration;
   json["duration_seconds"] = report.DurationSeconds;
   json["hash"] = report.Hash;
+  if (report.Verified.Files > 0)
+    json["verified"] = Json{{"files", report.Verified.Files}, {"frames", report.Verified.Frames}};
   json["compositions"] = Json::Array();
   for (const CheckedComposition& composition : report.Compositions)
     json["compositions"].push_back(CompositionJson(composition));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "findings/Finding.h"
+#include "findings/SecurityFindings.h"
 #include "keys/KeyAnswer.h"
 #include "terminal/ExitCode.h"
 
@@ -43,6 +43,7 @@ struct CheckReport {
   Ferro::ui32_t Duration = 0;         ///< edit units
   Ferro::ui32_t DurationSeconds = 0;  ///< whole seconds
   std::vector<Finding> Findings;
+  VerifiedFiles Verified;          ///< with keys: encrypted files whose frames were verified
   bool Hash = false;               ///< digests were verified, and so all files read to their ends
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };

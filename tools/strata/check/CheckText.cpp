@@ -36,6 +36,13 @@ std::string KeysUntil(const CheckReport& report) {
   return until == nullptr ? "" : " Its keys are valid until " + LocalText(*until) + '.';
 }
 
+/// What was verified with keys; empty where nothing was.
+std::string VerifiedText(const VerifiedFiles& verified) {
+  if (verified.Files == 0) return "";
+  return " All " + std::to_string(verified.Frames) + " frames of " + std::to_string(verified.Files) +
+         (verified.Files == 1 ? " encrypted file" : " encrypted files") + " are as they were written.";
+}
+
 std::string FineVerdict(const CheckReport& report) {
   const size_t keyless = KeylessCount(report);
   const std::string duration = DurationText(report.DurationSeconds);
@@ -43,10 +50,10 @@ std::string FineVerdict(const CheckReport& report) {
                            (keyless == 1 ? " composition: " : " compositions: ") + duration + '.';
   if (report.Hash)
     return (keyless > 0 ? keys : "This show will play: " + duration + '.') +
-           " All files are as their packing lists say." + KeysUntil(report);
+           " All files are as their packing lists say." + VerifiedText(report.Verified) + KeysUntil(report);
   return (keyless > 0 ? keys + " Nothing else speaks against it."
                       : "Nothing speaks against this show: " + duration + '.') +
-         " Contents were not read: --hash finds damage." + KeysUntil(report);
+         " Contents were not read: --hash finds damage." + VerifiedText(report.Verified) + KeysUntil(report);
 }
 
 std::string VerdictOfAll(const std::vector<CheckedShow>& shows) {

@@ -51,14 +51,6 @@ void FindInSignature(const DocumentPlace& place, const DocumentSignatures::Outco
   }
 }
 
-/// The window's ends as people read them.
-void TellWindow(const Sigil::KeyMessage& message, Finding& finding) {
-  if (finding.ID == FindingID::KdmEarly)
-    finding.Message = "The key message is not valid before " + WrittenText(message.NotBefore) + '.';
-  if (finding.ID == FindingID::KdmLate)
-    finding.Message = "The key message is not valid after " + WrittenText(message.NotAfter) + '.';
-}
-
 void FindInKeys(const OutlineComposition& composition, const KeyAnswer& answer, size_t messages,
                 std::vector<Finding>& findings) {
   const auto add = [&](Finding finding) {
@@ -104,6 +96,13 @@ Finding FindingOf(const Sigil::Finding& finding) {
   to.Message = finding.Text;
   if (to.Level < Severity::Error) to.Advice.clear();
   return to;
+}
+
+void TellWindow(const Sigil::KeyMessage& message, Finding& finding) {
+  if (finding.ID == FindingID::KdmEarly)
+    finding.Message = "The key message is not valid before " + WrittenText(message.NotBefore) + '.';
+  if (finding.ID == FindingID::KdmLate)
+    finding.Message = "The key message is not valid after " + WrittenText(message.NotAfter) + '.';
 }
 
 void FindInSecurity(const OutlineComposition& composition, size_t number, const ShowSecurity& security,

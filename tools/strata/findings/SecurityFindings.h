@@ -5,6 +5,9 @@
 #include "keys/ShowKeys.h"
 #include "show/ShowOutline.h"
 
+#include <Sigil/KeyRing.h>
+
+#include <functional>
 #include <set>
 #include <string>
 #include <utility>
@@ -24,6 +27,9 @@ struct ShowSecurity {
 [[nodiscard]] FindingID FindingOf(Sigil::FindingID id);
 [[nodiscard]] Finding FindingOf(const Sigil::Finding& finding);
 
+/// Has a finding about a message's window tell its ends as people read them: in local time, with the offset beside.
+void TellWindow(const Sigil::KeyMessage& message, Finding& finding);
+
 /// What was told of certificates already: one chain signs many documents.
 using ToldCertificates = std::set<std::pair<FindingID, std::string>>;
 
@@ -35,5 +41,16 @@ void FindInPackingLists(const ShowOutline& outline, const std::set<std::string>&
                         ToldCertificates& told, std::vector<Finding>& findings);
 /// Appends which of the key messages that the user named cannot be read. It matters where a composition has none.
 void FindInMessages(const ShowSecurity& security, std::vector<Finding>& findings);
+
+/// How many encrypted files were verified frame by frame.
+struct VerifiedFiles {
+  size_t Files = 0;
+  Ferro::ui64_t Frames = 0;
+};
+
+/// Verifies every frame of the show's encrypted files whose keys are there, and appends what is wrong with them.
+/// @param go_on  as of VerifyFrames.
+VerifiedFiles FindInFrames(const ShowOutline& outline, const Sigil::KeyRing& keys, std::vector<Finding>& findings,
+                           const std::function<bool(Ferro::ui64_t, Ferro::ui64_t)>& go_on);
 
 }  // namespace Tool

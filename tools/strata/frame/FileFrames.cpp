@@ -34,7 +34,8 @@ std::vector<ui8_t> BytesOf(const QUIRE::FrameBuffer& frame) {
 template <class Reader>
 class FileFrames : public FrameSource {
  public:
-  FileFrames(std::string filename, Strata::TrackType_t type) : m_Filename(std::move(filename)), m_Type(type) {
+  FileFrames(std::string filename, Strata::TrackType_t type, TrackKey* key)
+      : m_Filename(std::move(filename)), m_Type(type), m_Key(key) {
     Check(m_Reader.OpenRead(m_Filename));
     Check(m_Reader.FillWriterInfo(m_Info));
   }
@@ -49,7 +50,7 @@ class FileFrames : public FrameSource {
       throw CommandError(ExitCode::Usage, m_Filename + ": there is no " + channel.Name() + " in this file; it holds " +
                                               (IsText() ? std::string("text") : FrameChannel{m_Type}.Name()) + ".");
     EditUnit unit;
-    unit.Encrypted = m_Info.EncryptedEssence;
+    unit.Encrypted = m_Info.EncryptedEssence && m_Key == nullptr;
     unit.AssetID = m_Info.AssetUUID.EncodeString();
     unit.File = m_Filename;
     unit.FilePosition = position;
@@ -66,6 +67,14 @@ class FileFrames : public FrameSource {
     if (result.Failure())
       throw CommandError(ExitCode::NotPlayable, m_Filename + ": edit unit " + std::to_string(m_Position) +
                                                     " cannot be read: " + ReasonText(result));
+  }
+  /// What decrypts the file; null where it is not encrypted, or there is no key.
+  [[nodiscard]] QUIRE::AESDecContext* Decryption() const {
+    return m_Key == nullptr ? nullptr : &m_Key->Contexts.Decryption;
+  }
+  /// What verifies its integrity codes; null where it has none, too.
+  [[nodiscard]] QUIRE::HMACContext* Integrity() const {
+    return m_Key == nullptr || !m_Key->Track.UsesHMAC ? nullptr : &m_Key->Contexts.Integrity;
   }
   /// A frame is never larger than its file.
   void MakeRoom(QUIRE::FrameBuffer& buffer) {
@@ -89,6 +98,7 @@ class FileFrames : public FrameSource {
   [[nodiscard]] bool IsText() const { return m_Type == Strata::TRKT_ON_SCREEN_TEXT; }
 
   Strata::TrackType_t m_Type;
+  TrackKey* m_Key;
   QUIRE::WriterInfo m_Info;
   QUIRE::Rational m_EditRate;
   ui32_t m_Duration = 0;
@@ -97,8 +107,8 @@ class FileFrames : public FrameSource {
 
 class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
  public:
-  explicit FlatPictures(const std::string& filename)
-      : FileFrames(filename, Strata::TRKT_IMAGE), m_Colour(ColourOfTrackFile(filename)) {
+  FlatPictures(const std::string& filename, TrackKey* key)
+      : FileFrames(filename, Strata::TRKT_IMAGE, key), m_Colour(ColourOfTrackFile(filename)) {
     QUIRE::JP2K::PictureDescriptor descriptor;
     Check(m_Reader.FillPictureDescriptor(descriptor));
     Describe(descriptor);
@@ -107,7 +117,7 @@ class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    CheckRead(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame, Decryption(), Integrity()));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
     unit.Bytes = BytesOf(m_Frame);
@@ -119,8 +129,8 @@ class FlatPictures : public FileFrames<QUIRE::JP2K::MXFReader> {
 
 class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
  public:
-  explicit StereoscopicPictures(const std::string& filename)
-      : FileFrames(filename, Strata::TRKT_IMAGE), m_Colour(ColourOfTrackFile(filename)) {
+  StereoscopicPictures(const std::string& filename, TrackKey* key)
+      : FileFrames(filename, Strata::TRKT_IMAGE, key), m_Colour(ColourOfTrackFile(filename)) {
     QUIRE::JP2K::PictureDescriptor descriptor;
     Check(m_Reader.FillPictureDescriptor(descriptor));
     Describe(descriptor);
@@ -130,7 +140,7 @@ class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    CheckRead(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame, Decryption(), Integrity()));
     unit.Coding = FrameCoding::JPEG2000;
     unit.Colour = m_Colour;
     unit.Bytes = BytesOf(m_Frame.Left);
@@ -143,7 +153,7 @@ class StereoscopicPictures : public FileFrames<QUIRE::JP2K::MXFSReader> {
 
 class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
  public:
-  explicit Video(const std::string& filename) : FileFrames(filename, Strata::TRKT_IMAGE) {
+  Video(const std::string& filename, TrackKey* key) : FileFrames(filename, Strata::TRKT_IMAGE, key) {
     QUIRE::MPEG2::VideoDescriptor descriptor;
     Check(m_Reader.FillVideoDescriptor(descriptor));
     Describe(descriptor);
@@ -152,7 +162,7 @@ class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    CheckRead(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame, Decryption(), Integrity()));
     unit.Coding = FrameCoding::MPEG2;
     unit.Bytes = BytesOf(m_Frame);
   }
@@ -162,7 +172,7 @@ class Video : public FileFrames<QUIRE::MPEG2::MXFReader> {
 
 class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
  public:
-  explicit Sound(const std::string& filename) : FileFrames(filename, Strata::TRKT_SOUND) {
+  Sound(const std::string& filename, TrackKey* key) : FileFrames(filename, Strata::TRKT_SOUND, key) {
     QUIRE::PCM::AudioDescriptor descriptor;
     Check(m_Reader.FillAudioDescriptor(descriptor));
     Describe(descriptor);
@@ -176,7 +186,7 @@ class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    CheckRead(m_Reader.ReadFrame(position, m_Frame));
+    CheckRead(m_Reader.ReadFrame(position, m_Frame, Decryption(), Integrity()));
     unit.Coding = FrameCoding::PCM;
     unit.Sound = m_Format;
     unit.Bytes = BytesOf(m_Frame);
@@ -188,7 +198,7 @@ class Sound : public FileFrames<QUIRE::PCM::MXFReader> {
 
 class Text : public FileFrames<QUIRE::TimedText::MXFReader> {
  public:
-  explicit Text(const std::string& filename) : FileFrames(filename, Strata::TRKT_ON_SCREEN_TEXT) {
+  Text(const std::string& filename, TrackKey* key) : FileFrames(filename, Strata::TRKT_ON_SCREEN_TEXT, key) {
     Check(m_Reader.FillTimedTextDescriptor(m_Descriptor));
     Describe(m_Descriptor);
   }
@@ -196,12 +206,12 @@ class Text : public FileFrames<QUIRE::TimedText::MXFReader> {
  private:
   void Fill(EditUnit& unit, ui32_t) override {
     QUIRE::TimedText::FrameBuffer buffer;
-    Check(m_Reader.ReadTimedTextResource(buffer));
+    Check(m_Reader.ReadTimedTextResource(buffer, Decryption(), Integrity()));
     unit.Coding = FrameCoding::TimedText;
     unit.Bytes = BytesOf(buffer);
     if (unit.Encrypted) return;
     for (const auto& resource : m_Descriptor.ResourceList) {
-      Check(m_Reader.ReadAncillaryResource(resource.ResourceID, buffer));
+      Check(m_Reader.ReadAncillaryResource(resource.ResourceID, buffer, Decryption(), Integrity()));
       std::vector<ui8_t> bytes = BytesOf(buffer);
       unit.Resources.push_back({ResourceName(resource.ResourceID, bytes), std::move(bytes)});
     }
@@ -215,7 +225,8 @@ class Data : public FileFrames<Reader> {
  public:
   using FillDescriptor = Ferro::Result_t (Reader::*)(Descriptor&) const;
 
-  Data(const std::string& filename, FillDescriptor fill) : FileFrames<Reader>(filename, Strata::TRKT_AUX_DATA) {
+  Data(const std::string& filename, FillDescriptor fill, TrackKey* key)
+      : FileFrames<Reader>(filename, Strata::TRKT_AUX_DATA, key) {
     Descriptor descriptor;
     this->Check((this->m_Reader.*fill)(descriptor));
     this->Describe(descriptor);
@@ -224,7 +235,7 @@ class Data : public FileFrames<Reader> {
 
  private:
   void Fill(EditUnit& unit, ui32_t position) override {
-    this->CheckRead(this->m_Reader.ReadFrame(position, m_Frame));
+    this->CheckRead(this->m_Reader.ReadFrame(position, m_Frame, this->Decryption(), this->Integrity()));
     unit.Bytes = BytesOf(m_Frame);
   }
 
@@ -233,24 +244,24 @@ class Data : public FileFrames<Reader> {
 
 }  // namespace
 
-std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type) {
+std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type, TrackKey* key) {
   switch (type) {
     case Cairn::FT_QUIRE_JP2K_J2C:
-      return std::make_unique<FlatPictures>(filename);
+      return std::make_unique<FlatPictures>(filename, key);
     case Cairn::FT_QUIRE_JP2K_J2C_S:
-      return std::make_unique<StereoscopicPictures>(filename);
+      return std::make_unique<StereoscopicPictures>(filename, key);
     case Cairn::FT_QUIRE_MPEG2_VES:
-      return std::make_unique<Video>(filename);
+      return std::make_unique<Video>(filename, key);
     case Cairn::FT_QUIRE_PCM:
-      return std::make_unique<Sound>(filename);
+      return std::make_unique<Sound>(filename, key);
     case Cairn::FT_QUIRE_TIMED_TEXT:
-      return std::make_unique<Text>(filename);
+      return std::make_unique<Text>(filename, key);
     case Cairn::FT_QUIRE_DCDATA:
       return std::make_unique<Data<QUIRE::DCData::MXFReader, QUIRE::DCData::DCDataDescriptor>>(
-          filename, &QUIRE::DCData::MXFReader::FillDCDataDescriptor);
+          filename, &QUIRE::DCData::MXFReader::FillDCDataDescriptor, key);
     case Cairn::FT_QUIRE_ATMOS:
       return std::make_unique<Data<QUIRE::ATMOS::MXFReader, QUIRE::ATMOS::AtmosDescriptor>>(
-          filename, &QUIRE::ATMOS::MXFReader::FillAtmosDescriptor);
+          filename, &QUIRE::ATMOS::MXFReader::FillAtmosDescriptor, key);
     default:
       return nullptr;
   }

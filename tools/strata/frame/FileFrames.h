@@ -8,6 +8,8 @@
 namespace Tool {
 
 /// Opens one track file; null where `type` is none that holds frames or text. Throws CommandError where it is broken.
-[[nodiscard]] std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type);
+/// @param key  what decrypts it, which outlives the source; null: there is no key, or it is not encrypted.
+[[nodiscard]] std::unique_ptr<FrameSource> OpenTrackFile(const std::string& filename, Cairn::FileType_t type,
+                                                         TrackKey* key);
 
 }  // namespace Tool

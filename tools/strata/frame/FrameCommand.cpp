@@ -27,6 +27,7 @@ using Ferro::ui32_t;
 
 struct FrameOptions {
   InputOptions Inputs;
+  KeyOptions Keys;
   std::string At;
   std::string Channel;
   ui32_t Count = 1;
@@ -153,7 +154,9 @@ ExitCode Frame(FrameOptions& options) {
   if (options.Count > 1 && *form != FrameForm::Sound)
     throw CommandError(ExitCode::Usage, "--count: several edit units go only into a file *.wav");
   options.Output.Eyes = choice->Eyes;
-  const auto source = OpenFrameSource(options.Inputs);
+  const Sigil::KeyRing ring = OpenKeys(options.Keys, FoldersOf(options.Inputs));
+  TrackKeys keys(ring);
+  const auto source = OpenFrameSource(options.Inputs, keys);
   if (const auto only = source->OnlyChannel(); only && options.Channel.empty() && *form == FrameForm::Raw)
     choice->Channel = *only;
   const ui32_t position = ReadPosition(options.At, *source);
@@ -208,15 +211,18 @@ void AddFrameCommand(Command& program) {
                     "What the samples of pictures are: auto follows the track file");
   command.AddChoice("--white", options->Output.White, {{"dci", WhitePoint::DCI}, {"d65", WhitePoint::D65}},
                     "The white of the cinema that shows as white: the projector's, or D65");
+  options->Keys.AddTo(command);
   command.Add("--json", options->AsJson, "Print the report as JSON");
   command.SetFooter(
+      "With keys, what is encrypted is verified and decrypted.\n"
       "Both eyes of a stereoscopic picture go into two files, X-left.png and X-right.png.\n"
       "Exit codes: 0 written, 1 there is no such thing, 2 broken, encrypted or not to be written, 3 assets are "
       "missing,\n"
       "4 interrupted.\n"
       "Examples:\n"
       "  strata frame show --at 00:00:02:12 --out still.png\n"
-      "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav");
+      "  strata frame show/Trailer/sound-1.mxf --at 0 --count 24 --out second.wav\n"
+      "  strata frame secret --at 0 --out still.j2c --kdm kdm.xml --private-key server.key");
   command.Does([options] { return Frame(*options); });
 }
 

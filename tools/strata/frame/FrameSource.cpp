@@ -58,7 +58,7 @@ void RefuseOtherMXF(const std::string& name) {
 
 }  // namespace
 
-std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
+std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options, TrackKeys& keys) {
   if (options.Names.size() == 1 && IsRegularFile(options.Names.front())) {
     const std::string& name = options.Names.front();
     Cairn::FileContent content;
@@ -68,12 +68,12 @@ std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options) {
       throw CommandError(ExitCode::NotPlayable,
                          name + ": the header of this MXF file is damaged: copy the file again.");
     if (IsMXF(content.Type)) RefuseOtherMXF(name);
-    if (auto file = OpenTrackFile(name, content.Type)) return file;
+    if (auto file = OpenTrackFile(name, content.Type, keys.Of(name))) return file;
     if (content.Type == Cairn::FT_UNKNOWN || content.Type == Cairn::FT_XML)
       throw CommandError(ExitCode::Usage,
                          name + ": this is no track file of digital cinema, no composition and no show playlist.");
   }
-  return std::make_unique<ShowFrames>(options);
+  return std::make_unique<ShowFrames>(options, keys);
 }
 
 std::string ResourceName(const Ferro::UUID& id, const std::vector<Ferro::ui8_t>& bytes) {

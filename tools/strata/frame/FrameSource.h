@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "keys/KeyOpening.h"
 #include "picture/ColourTransform.h"
 #include "show/Inputs.h"
 
@@ -44,7 +45,7 @@ struct TextResource {
 /// One edit unit of one channel, as it is stored.
 struct EditUnit {
   FrameCoding Coding = FrameCoding::Data;
-  bool Encrypted = false;
+  bool Encrypted = false;          ///< and not decrypted
   std::string AssetID;             ///< of the track file; empty for silence that the show fills in
   std::string File;                ///< the track file; empty likewise
   Ferro::ui32_t FilePosition = 0;  ///< edit units from the start of the track file
@@ -73,7 +74,8 @@ class FrameSource {
 };
 
 /// Opens what the user named: one track file, or a show with the assets there are for it. Throws CommandError.
-[[nodiscard]] std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options);
+/// @param keys  what decrypts encrypted files; outlives the source.
+[[nodiscard]] std::unique_ptr<FrameSource> OpenFrameSource(const InputOptions& options, TrackKeys& keys);
 
 /// The name that a resource of a timed-text track file gets: its identifier, with an extension that says what it is.
 [[nodiscard]] std::string ResourceName(const Ferro::UUID& id, const std::vector<Ferro::ui8_t>& bytes);

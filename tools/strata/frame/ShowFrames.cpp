@@ -35,6 +35,18 @@ SoundFormat FormatOf(const Strata::ITimelineTrack& track) {
   return {track.SampleRate(), track.SampleSize(), track.ChannelCount(), track.MCALabelString()};
 }
 
+/// The bytes of a frame that a track delivered, verified and decrypted where there is a key. Throws CommandError.
+std::vector<ui8_t> PlainBytesOf(const QUIRE::FrameBuffer& frame, TrackKey* key, std::optional<Ferro::ui64_t> number,
+                                const EditUnit& unit) {
+  if (key == nullptr) return BytesOf(frame);
+  std::vector<ui8_t> bytes(frame.SourceLength());
+  const Ferro::Result_t result = QUIRE::VerifyAndDecrypt(key->Track, frame, number, &key->Contexts, bytes);
+  if (result.Failure())
+    throw CommandError(ExitCode::NotPlayable, unit.File + ": edit unit " + std::to_string(unit.FilePosition) +
+                                                  " cannot be decrypted: " + result.Label());
+  return bytes;
+}
+
 /// The silence that plays from the end of a sound track's duration to the end of its reel.
 EditUnit SilenceOf(const Strata::ITimelineTrack& track, const QUIRE::Rational& edit_rate, ui32_t file_position) {
   EditUnit unit;
@@ -48,7 +60,7 @@ EditUnit SilenceOf(const Strata::ITimelineTrack& track, const QUIRE::Rational& e
 
 }  // namespace
 
-ShowFrames::ShowFrames(const InputOptions& options) {
+ShowFrames::ShowFrames(const InputOptions& options, TrackKeys& keys) : m_Keys(keys) {
   if (!m_Inputs.Open(options)) throw CommandError(m_Inputs.ProblemCode(), m_Inputs.Problem());
   if (Load()) return;
   throw CommandError(ReportLoadFailure(m_Inputs), "nothing can be taken out of it");
@@ -73,7 +85,7 @@ EditUnit ShowFrames::Read(const FrameChannel& channel, ui32_t position) {
     return SilenceOf(track, m_Playlist->GetCompositionInfoForPosition(position).EditRate, reel_position);
   if (!file_position) throw NothingThere(channel, position);
   EditUnit unit;
-  unit.Encrypted = track.KeyID().HasValue();
+  unit.Encrypted = track.KeyID().HasValue() && KeyFor(track) == nullptr;
   if (track.AssetID().HasValue()) {
     Cairn::AssetInfo info;
     static_cast<void>(m_Inputs.Store().GetInfoForAssetID(track.AssetID(), info, false));
@@ -104,8 +116,13 @@ void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t ty
     if (!frame.IsThere())
       throw CommandError(ExitCode::NotPlayable,
                          unit.File + ": edit unit " + std::to_string(unit.FilePosition) + " cannot be read");
-    unit.Bytes = BytesOf(track.FrameBuffer());
-    if (track.HasStereoImage()) unit.RightEye = BytesOf(track.REyeFrameBuffer());
+    TrackKey* const key = KeyFor(track);
+    const auto number = [&](QUIRE::Eye eye) {
+      return key == nullptr ? std::nullopt : key->Track.SequenceNumber(unit.FilePosition, eye);
+    };
+    unit.Bytes = PlainBytesOf(track.FrameBuffer(), key, number(QUIRE::Eye::Left), unit);
+    if (track.HasStereoImage())
+      unit.RightEye = PlainBytesOf(track.REyeFrameBuffer(), key, number(QUIRE::Eye::Right), unit);
   }
   if (type == Strata::TRKT_SOUND) {
     unit.Coding = FrameCoding::PCM;
@@ -118,20 +135,29 @@ void ShowFrames::ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t ty
   if (unit.Coding == FrameCoding::JPEG2000) unit.Colour = ColourOfTrackFile(info.RealFilename);
 }
 
-void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) {
+TrackKey* ShowFrames::KeyFor(const Strata::ITimelineTrack& track) const {
+  Cairn::AssetInfo info;
+  const bool is_found = m_Inputs.Store().GetInfoForAssetID(track.AssetID(), info, false) == Ferro::RESULT_OK;
+  return is_found ? m_Keys.Of(info.RealFilename) : nullptr;
+}
+
+void ShowFrames::ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) const {
   unit.Coding = FrameCoding::TimedText;
   QUIRE::TimedText::FrameBuffer buffer;
   if (!track.GetTimedTextData(buffer))
     throw CommandError(ExitCode::NotPlayable, unit.File + ": the text in it cannot be read");
-  unit.Bytes = BytesOf(buffer);
+  TrackKey* const key = KeyFor(track);
+  Ferro::ui64_t number = 1;  // the document's; its resources follow
+  unit.Bytes = PlainBytesOf(buffer, key, number, unit);
   if (unit.Encrypted) return;
 
   if (track.TextEssenceFormat() == Cairn::DFT_DCI_SMPTE) {
     Ferro::UUIDList ids;
     static_cast<void>(track.AncillaryResourceIDList(ids));
     for (const Ferro::UUID& id : ids) {
+      ++number;
       if (!track.GetTimedTextResourceByID(id, buffer)) continue;
-      std::vector<ui8_t> bytes = BytesOf(buffer);
+      std::vector<ui8_t> bytes = PlainBytesOf(buffer, key, number, unit);
       unit.Resources.push_back({ResourceName(id, bytes), std::move(bytes)});
     }
     return;

@@ -12,7 +12,7 @@ namespace Tool {
 class ShowFrames : public FrameSource {
  public:
   /// Loads the show. Throws CommandError where it cannot be played.
-  explicit ShowFrames(const InputOptions& options);
+  ShowFrames(const InputOptions& options, TrackKeys& keys);
   ~ShowFrames() override;
 
   [[nodiscard]] QUIRE::Rational EditRate() const override;
@@ -23,8 +23,11 @@ class ShowFrames : public FrameSource {
   [[nodiscard]] bool Load();
   [[nodiscard]] Strata::ITimelineTrack& TrackFor(const FrameChannel& channel, Ferro::ui32_t position);
   void ReadFrame(Strata::ITimelineTrack& track, Strata::TrackType_t type, EditUnit& unit) const;
-  static void ReadText(const Strata::ITimelineTrack& track, EditUnit& unit);
+  void ReadText(const Strata::ITimelineTrack& track, EditUnit& unit) const;
+  /// What decrypts a track; null where it is not encrypted, or there is no key.
+  [[nodiscard]] TrackKey* KeyFor(const Strata::ITimelineTrack& track) const;
 
+  TrackKeys& m_Keys;
   Inputs m_Inputs;  // outlives the playlist, which looks assets up in its store
   Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
 };

@@ -24,9 +24,7 @@ void KeyOptions::AddMessagesTo(Command& command) {
 
 void KeyOptions::AddTo(Command& command) {
   AddMessagesTo(command);
-  command
-      .Add("--key-file", KeyFile,
-           "A file of keys: in each line an identifier, 32 hexadecimal digits, and perhaps the key's type")
+  command.Add("--key-file", KeyFile, "A file of keys: in each line an identifier, a colon and 32 hexadecimal digits")
       .Called("FILE");
   command.Add("--private-key", PrivateKey, "The private key, PEM, that opens the key messages").Called("FILE");
   command

@@ -8,6 +8,7 @@
 #include <Ferro/FileReader.h>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -45,7 +46,8 @@ class SilentTerminal {
     if (!line.Resize(LongestPassphrase)) return std::nullopt;
     size_t size = 0;
     for (bool more = true; more;) {
-      if (size == LongestPassphrase || read(m_Descriptor, line.Bytes().data() + size, 1) != 1) return std::nullopt;
+      if (size == LongestPassphrase || !WaitForKey()) return std::nullopt;
+      if (read(m_Descriptor, line.Bytes().data() + size, 1) != 1) return std::nullopt;
       more = line.Bytes()[size] != '\n';
       size += more ? 1 : 0;
     }
@@ -54,6 +56,15 @@ class SilentTerminal {
   }
 
  private:
+  /// False where a signal came first. It may come at any moment, so it is asked for again and again.
+  [[nodiscard]] bool WaitForKey() const {
+    constexpr int Patience = 100;  // milliseconds
+    pollfd terminal{m_Descriptor, POLLIN, 0};
+    int ready = 0;
+    while (ready == 0 && !Interrupt::Requested()) ready = poll(&terminal, 1, Patience);
+    return ready == 1;
+  }
+
   const int m_Descriptor;
   termios m_Before{};
   bool m_IsSilent = false;
@@ -81,14 +92,17 @@ Sigil::SecretBytes FirstLineOf(const std::string& filename) {
 
 }  // namespace
 
-Sigil::SecretBytes ReadSecretFile(const char* option, const std::string& filename) {
+Ferro::Result_t ReadSecrets(const std::string& filename, Sigil::SecretBytes& out) {
   Ferro::FileReader file;
+  if (const Ferro::Result_t result = file.OpenRead(filename); result.Failure()) return result;
+  if (file.Size() > LargestSecret) return Ferro::RESULT_TOOLARGE;
+  if (!out.Resize(static_cast<size_t>(file.Size()))) return Ferro::RESULT_ALLOC;
+  return file.ReadAt(0, out.Bytes());
+}
+
+Sigil::SecretBytes ReadSecretFile(const char* option, const std::string& filename) {
   Sigil::SecretBytes bytes;
-  Ferro::Result_t result = file.OpenRead(filename);
-  if (result.Success() && file.Size() > LargestSecret) result = Ferro::RESULT_TOOLARGE;
-  if (result.Success() && !bytes.Resize(static_cast<size_t>(file.Size()))) result = Ferro::RESULT_ALLOC;
-  if (result.Success()) result = file.ReadAt(0, bytes.Bytes());
-  if (result.Failure())
+  if (const Ferro::Result_t result = ReadSecrets(filename, bytes); result.Failure())
     throw CommandError(ExitCode::Usage,
                        std::string(option) + ' ' + filename + ": it cannot be read: " + result.Label());
   return bytes;

@@ -105,8 +105,9 @@ bool ChannelReader::Deliver(Channel& channel, Ferro::ui32_t file_position, const
   const bool is_text = track.TextEssenceFormat() != Cairn::DFT_NONE;
   if (is_text && !track.GetTimedTextData(m_Text)) return false;
   const QUIRE::FrameBuffer& frame = is_text ? m_Text : track.FrameBuffer();
-  const auto right = track.HasStereoImage() ? BytesOf(track.REyeFrameBuffer()) : std::span<const Ferro::ui8_t>();
-  if (inspect) inspect({statistics.Name, track, m_Position, file_position, BytesOf(frame), right});
+  const QUIRE::FrameBuffer* right_frame = track.HasStereoImage() ? &track.REyeFrameBuffer() : nullptr;
+  const auto right = right_frame != nullptr ? BytesOf(*right_frame) : std::span<const Ferro::ui8_t>();
+  if (inspect) inspect({statistics.Name, track, m_Position, file_position, BytesOf(frame), right, &frame, right_frame});
   ++statistics.Delivered;
   statistics.Bytes += frame.Size() + right.size();
   return true;

@@ -37,7 +37,9 @@ struct DeliveredFrame {
   Ferro::ui32_t ShowPosition;  ///< edit units of the show
   Ferro::ui32_t FilePosition;  ///< edit units of the track file
   std::span<const Ferro::ui8_t> Frame;
-  std::span<const Ferro::ui8_t> RightEye;  ///< empty unless stereoscopic
+  std::span<const Ferro::ui8_t> RightEye;           ///< empty unless stereoscopic
+  const QUIRE::FrameBuffer* Buffer = nullptr;       ///< that holds the frame, and its integrity pack
+  const QUIRE::FrameBuffer* RightBuffer = nullptr;  ///< null unless stereoscopic
 };
 
 /// Reads every channel of a playlist, edit unit by edit unit, as a media block does: the next frame is asked for before

@@ -92,7 +92,8 @@ class FrameVerifier::DocumentSource : public Source {
   std::string m_Filename;
 };
 
-FrameVerifier::FrameVerifier(const Cairn::AssetStore& store) : m_Store(store) {}
+FrameVerifier::FrameVerifier(const Cairn::AssetStore& store, const Sigil::KeyRing& keys)
+    : m_Store(store), m_Keys(keys) {}
 FrameVerifier::~FrameVerifier() = default;
 
 bool FrameVerifier::Inspect(const DeliveredFrame& frame) {
@@ -104,6 +105,29 @@ bool FrameVerifier::Inspect(const DeliveredFrame& frame) {
   if (m_Outcome.Differences.size() < MostDifferences)
     m_Outcome.Differences.push_back({frame.Channel, frame.ShowPosition, frame.FilePosition, frame.Track.AssetID()});
   return false;
+}
+
+Ferro::Result_t FrameVerifier::VerifyIntegrity(const DeliveredFrame& frame) {
+  TrackKey* key = frame.Buffer == nullptr ? nullptr : KeyFor(frame.Track);
+  if (key == nullptr) return Ferro::RESULT_OK;
+  ++m_Outcome.Decrypted;
+  // A text document is one for all edit units, and bears the first one's number.
+  const Ferro::ui32_t position = frame.Track.TextEssenceFormat() == Cairn::DFT_NONE ? frame.FilePosition : 0;
+  Ferro::Result_t result =
+      QUIRE::VerifyFrame(key->Track, *frame.Buffer, key->Track.SequenceNumber(position), &key->Contexts);
+  if (result.Success() && frame.RightBuffer != nullptr)
+    result = QUIRE::VerifyFrame(key->Track, *frame.RightBuffer, key->Track.SequenceNumber(position, QUIRE::Eye::Right),
+                                &key->Contexts);
+  if (result.Failure()) ++m_Outcome.Altered;
+  return result;
+}
+
+TrackKey* FrameVerifier::KeyFor(const Strata::ITimelineTrack& track) {
+  const auto [place, is_new] = m_TrackKeys.try_emplace(track.AssetID(), nullptr);
+  Cairn::AssetInfo info;
+  if (is_new && m_Store.GetInfoForAssetID(track.AssetID(), info, false) == Ferro::RESULT_OK)
+    place->second = m_Keys.Of(info.RealFilename);
+  return place->second;
 }
 
 FrameVerifier::Source* FrameVerifier::SourceFor(const Strata::ITimelineTrack& track) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ChannelReader.h"
+#include "keys/KeyOpening.h"
 
 #include <Cairn/AssetStore.h>
 
@@ -25,17 +26,24 @@ struct Verification {
   Ferro::ui64_t Compared = 0;                ///< frames
   Ferro::ui64_t Different = 0;               ///< of these
   std::vector<FrameDifference> Differences;  ///< the first hundred
+  Ferro::ui64_t Decrypted = 0;               ///< encrypted frames whose integrity was verified, with keys
+  Ferro::ui64_t Altered = 0;                 ///< of these
 };
 
 /// Compares delivered frames with what a second reader takes from the same file.
 class FrameVerifier {
  public:
-  explicit FrameVerifier(const Cairn::AssetStore& store);
+  /// @param keys  that open encrypted frames; both outlive this.
+  FrameVerifier(const Cairn::AssetStore& store, const Sigil::KeyRing& keys);
   ~FrameVerifier();
 
   /// Counts the frame, and whether it is what the file holds.
   /// Returns false when it is not.
   bool Inspect(const DeliveredFrame& frame);
+
+  /// Counts the frame where it is encrypted and its key is there, and verifies its integrity. Returns why it does not hold;
+  /// RESULT_OK also where nothing was verified.
+  Ferro::Result_t VerifyIntegrity(const DeliveredFrame& frame);
 
   [[nodiscard]] const Verification& Outcome() const { return m_Outcome; }
 
@@ -53,7 +61,11 @@ class FrameVerifier {
   static constexpr size_t MostOpen = 32;  // files; beyond that all are closed
   static constexpr size_t MostDifferences = 100;
 
+  TrackKey* KeyFor(const Strata::ITimelineTrack& track);
+
   const Cairn::AssetStore& m_Store;
+  TrackKeys m_Keys;
+  std::map<Cairn::UUID, TrackKey*> m_TrackKeys;              // null: nothing to open it with
   std::map<Cairn::UUID, std::unique_ptr<Source>> m_Sources;  // null: no file, nothing to compare with
   Verification m_Outcome;
 };

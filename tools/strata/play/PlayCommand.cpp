@@ -59,7 +59,8 @@ void AddPlayCommand(Command& program) {
            "Start where this file says, and keep the position in it; a file with anything else, or of another show "
            "that was left in the middle, stays as it is")
       .Called("FILE");
-  command.Add("--verify", options->Verify, "Compare each frame with its file");
+  command.Add("--verify", options->Verify, "Compare each frame with its file; with keys, verify encrypted ones");
+  options->Keys.AddTo(command);
   command.Add("--paused", options->Paused, "Wait for a command before playing");
   command.Add("--json", options->AsJson, "Print only the summary, as JSON");
   command.SetFooter(

@@ -21,6 +21,10 @@ Json ChannelJson(const ChannelStatistics& channel) {
 
 Json VerifiedJson(const Verification& verified) {
   Json json{{"compared", verified.Compared}, {"different", verified.Different}};
+  if (verified.Decrypted > 0) {
+    json["decrypted"] = verified.Decrypted;
+    json["altered"] = verified.Altered;
+  }
   for (const FrameDifference& difference : verified.Differences)
     json["differences"].push_back(Json{{"channel", difference.Channel},
                                        {"edit_unit", difference.ShowPosition},

@@ -47,7 +47,7 @@ Ferro::ui64_t PlayReport::FramesMissing() const {
 
 ExitCode PlayReport::Code() const {
   if (Interrupted) return ExitCode::Interrupted;
-  const bool differs = Verified && Verified->Different > 0;
+  const bool differs = Verified && Verified->Different + Verified->Altered > 0;
   return differs || FramesLacking() + FramesMissing() > 0 ? ExitCode::NotPlayable : ExitCode::Fine;
 }
 
@@ -67,6 +67,11 @@ std::string PlayText(const PlayReport& report) {
         (report.Verified->Different == 0 ? "all were read as they stand in their files"
                                          : std::to_string(report.Verified->Different) + " differ from their files") +
         ". Whether files are damaged is for `strata check --hash` to say.\n";
+  if (report.Verified && report.Verified->Decrypted > 0)
+    text +=
+        "Of these " + std::to_string(report.Verified->Decrypted) + " were encrypted: " +
+        (report.Verified->Altered == 0 ? "all are as they were written.\n"
+                                       : std::to_string(report.Verified->Altered) + " are not as they were written.\n");
   return text;
 }
 

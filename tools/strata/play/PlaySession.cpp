@@ -23,8 +23,9 @@ namespace {
 constexpr auto StatusInterval = std::chrono::milliseconds(100);
 constexpr auto PositionInterval = std::chrono::seconds(1);
 constexpr auto MostCaughtUp = std::chrono::seconds(1);  // of time that was lost; the rest of it is held up
-constexpr unsigned SecondsToEnd = 5;   // after a signal, when some file cannot be read and does not fail either
-constexpr size_t MostEvents = 10'000;  // kept for the summary
+constexpr unsigned SecondsToEnd = 5;        // after a signal, when some file cannot be read and does not fail either
+constexpr size_t MostEvents = 10'000;       // kept for the summary
+constexpr Ferro::ui64_t MostAltered = 100;  // told one by one
 
 }  // namespace
 
@@ -34,6 +35,7 @@ PlaySession::PlaySession(const PlayOptions& options, Inputs& inputs)
       m_Outline(inputs),
       m_AtMaximum(!options.Speed),
       m_ShowsStatus(isatty(STDOUT_FILENO) != 0 && !options.AsJson),
+      m_Keys(OpenKeys(options.Keys, FoldersOf(options.Inputs))),
       m_PositionFile(options.ResumeFile, inputs.Shows().front().ID),
       m_KeepsPosition(!options.ResumeFile.empty()) {}
 
@@ -43,7 +45,7 @@ bool PlaySession::Load() {
   if (Strata::NewPlaylist(m_Playlist).Failure() || m_Inputs.Load(*m_Playlist).Failure()) return false;
   m_Transport.emplace(*m_Playlist);
   m_Reader = std::make_unique<ChannelReader>(*m_Playlist);
-  if (m_Options.Verify) m_Verifier = std::make_unique<FrameVerifier>(m_Inputs.Store());
+  if (m_Options.Verify) m_Verifier = std::make_unique<FrameVerifier>(m_Inputs.Store(), m_Keys);
   Resume();
   return true;
 }
@@ -103,9 +105,15 @@ void PlaySession::PlayEditUnit() {
 }
 
 void PlaySession::Verify(const DeliveredFrame& frame) {
-  if (m_Verifier->Inspect(frame) || m_Verifier->Outcome().Different > m_Verifier->Outcome().Differences.size()) return;
-  Say("edit unit " + std::to_string(frame.ShowPosition) + ", " + frame.Channel + ": the frame is not edit unit " +
-      std::to_string(frame.FilePosition) + " of its file");
+  const auto say = [&](const std::string& what) {
+    Say("edit unit " + std::to_string(frame.ShowPosition) + ", " + frame.Channel + ": " + what);
+  };
+  const Verification& outcome = m_Verifier->Outcome();
+  if (!m_Verifier->Inspect(frame) && outcome.Different <= outcome.Differences.size())
+    say("the frame is not edit unit " + std::to_string(frame.FilePosition) + " of its file");
+  const Ferro::Result_t result = m_Verifier->VerifyIntegrity(frame);
+  if (result.Failure() && outcome.Altered <= MostAltered)
+    say("the encrypted frame is not as it was written: " + std::string(result.Label()));
 }
 
 std::chrono::duration<double> PlaySession::EditUnitLength() const {

@@ -25,6 +25,7 @@ struct PlayOptions {
   std::optional<double> Speed = 1;  ///< times real time; no value: as fast as frames can be read
   std::string ResumeFile;           ///< where the position is kept; empty: nowhere
   bool Verify = false;
+  KeyOptions Keys;      ///< what verifies encrypted frames
   bool Paused = false;  ///< wait for a command at the start
   bool AsJson = false;
 };
@@ -88,6 +89,7 @@ class PlaySession : private Strata::ITransportNotify {
   Ferro::mem_ptr<Strata::IPlaylist> m_Playlist;
   std::optional<Transport> m_Transport;
   std::unique_ptr<ChannelReader> m_Reader;
+  const Sigil::KeyRing m_Keys;
   std::unique_ptr<FrameVerifier> m_Verifier;
   std::optional<Ferro::ui32_t> m_Played;  // the edit unit whose frames were taken last
   Ferro::ui64_t m_EditUnits = 0;

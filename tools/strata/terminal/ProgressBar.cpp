@@ -31,6 +31,8 @@ std::string Name(ProgressUnit unit) {
       return " files";
     case ProgressUnit::Pictures:
       return " pictures";
+    case ProgressUnit::Frames:
+      return " frames";
     case ProgressUnit::Compositions:
       return " compositions";
   }

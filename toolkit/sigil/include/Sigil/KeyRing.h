@@ -50,6 +50,9 @@ class SIGIL_API KeyRing {
   /// @param track  whose KeyID and LabelSet tell which key, and how its integrity key is derived.
   /// @return RESULT_OK; QUIRE::RESULT_DECRYPT_CTX where there is no such key; as QUIRE::FrameContexts::InitKey.
   [[nodiscard]] Result_t FillContexts(const QUIRE::TrackEncryption& track, QUIRE::FrameContexts& out) const;
+  /// Hands out a key, for whoever makes a key message of it. @return RESULT_OK; QUIRE::RESULT_DECRYPT_CTX where there is no
+  /// such key; Ferro::RESULT_ALLOC where there is no memory for secrets left; on failure `out` is unspecified.
+  [[nodiscard]] Result_t CopyKey(const UUID& id, SecretBytes& out) const;
 
  private:
   using Keys = std::map<UUID, SecretBytes>;

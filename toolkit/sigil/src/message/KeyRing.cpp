@@ -122,6 +122,12 @@ Result_t KeyRing::AddKeyFile(const std::string& filename, Ferro::ILogSink& log) 
   return result;
 }
 
+Result_t KeyRing::CopyKey(const UUID& id, SecretBytes& out) const {
+  const auto found = m_Keys.find(id);
+  if (found == m_Keys.end()) return QUIRE::RESULT_DECRYPT_CTX;
+  return out.Assign(found->second.Bytes()) ? Ferro::RESULT_OK : Ferro::RESULT_ALLOC;
+}
+
 Result_t KeyRing::FillContexts(const QUIRE::TrackEncryption& track, QUIRE::FrameContexts& out) const {
   const auto found = m_Keys.find(track.KeyID);
   if (found == m_Keys.end()) return QUIRE::RESULT_DECRYPT_CTX;
