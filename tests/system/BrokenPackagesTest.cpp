@@ -429,7 +429,10 @@ const Case Cases[] = {
      },
      "2\nerror: SampleEncrypted, reel 1, picture: The file is encrypted, but the composition names no key: no key "
      "delivery fits.\n    file  SHOW/Encrypted/picture-1.mxf\n" +
-         AskAgain + WillNot},
+         AskAgain +
+         "error: SampleEncrypted, composition: The digest is not the document's: it was changed after it was signed.\n"
+         "    file  SHOW/Encrypted/CPL.xml\n" +
+         CopyAgain + WillNot},
 };
 
 class BrokenPackage : public testing::TestWithParam<Case> {};

@@ -247,6 +247,26 @@ TEST(CheckSignatures, WhatIsNotFollowedIsRefused) {
   EXPECT_THAT(check.Output(), HasSubstr("\"id\": \"sign-form\""));
 }
 
+TEST(CheckSignatures, DocumentsOfEncryptedContentAreSigned) {
+  const auto unsigned_document = [](std::string xml) { return xml; };
+  const std::string missing = "The composition is encrypted, and the document is not signed.\n    file  SHOW/";
+  for (const bool is_encrypted : {true, false}) {
+    EncryptedShow::Form composition;
+    composition.Composition = unsigned_document;
+    composition.IsEncrypted = is_encrypted;
+    std::string answer = EncryptedShow(composition).Check();
+    EXPECT_EQ(answer.starts_with('2'), is_encrypted) << answer;
+    EXPECT_EQ(answer.find("error: Secret, composition: " + missing + "CPL.xml\n") != answer.npos, is_encrypted)
+        << answer;
+
+    EncryptedShow::Form list;
+    list.PackingList = unsigned_document;
+    list.IsEncrypted = is_encrypted;
+    answer = EncryptedShow(list).Check();
+    EXPECT_EQ(answer.find("error: packing list: " + missing + "PKL.xml\n") != answer.npos, is_encrypted) << answer;
+  }
+}
+
 TEST(CheckSignatures, ACertificateThatRanOutSinceIsNotedOnce) {
   EncryptedShow::Form form;
   form.Composition = form.PackingList = [](const std::string& xml) {

@@ -45,6 +45,8 @@ void FindInSignature(const DocumentPlace& place, const DocumentSignatures::Outco
     findings.push_back(std::move(finding));
   };
   if (outcome.Result.Failure()) return;  // what cannot be read is told of elsewhere
+  if (place.IsEncrypted && outcome.Report.State == Sigil::SignatureState::NotSigned)
+    add(Finding(FindingID::SignMissing));
   for (const Sigil::Finding& from : outcome.Report.Findings) {
     Finding finding = FindingOf(from);
     if (!IsOfCertificate(finding.ID) || told.emplace(finding.ID, finding.Message).second) add(std::move(finding));

@@ -126,7 +126,7 @@ void AddMakeSampleCommand(Command& program) {
       .Called("NUMBER")
       .CheckedBy(NumberThat([](auto) { return true; }, "a whole number from 0 to 18446744073709551615"))
       .ShowsDefault();
-  command.Add("--unsigned", sample.Unsigned, "Leave the documents unsigned, and make no key message");
+  command.Add("--unsigned", sample.Unsigned, "Sign only documents of encrypted content, and make no key message");
   command.SetFooter(
       "Equal options make equal files, but for the key message of the encrypted composition, which is valid for\n"
       "a year. It is in the folder worthless-test-keys, with certificates and private keys. Pictures tell reel, edit\n"

@@ -17,7 +17,7 @@ struct SampleOptions {
   Ferro::ui32_t Height = 270;                         ///< pixels, up to 1080
   Ferro::ui32_t Channels = 6;                         ///< of sound
   Cairn::DCPFormat_t Flavour = Cairn::DFT_DCI_SMPTE;  ///< or DFT_Interop
-  bool Unsigned = false;                              ///< no signatures, and no key message
+  bool Unsigned = false;                              ///< signs only what is encrypted; no key message
   Ferro::ui64_t Seed = 1;                             ///< identifiers, dates and keys follow from it
 };
 

@@ -16,7 +16,6 @@
 
 #include <array>
 #include <filesystem>
-#include <optional>
 #include <utility>
 
 namespace Tool {
@@ -105,19 +104,17 @@ Ferro::ui64_t PictureCount(const SampleOptions& options) {
 class ShowMaker {
  public:
   ShowMaker(const SampleOptions& options, const UnfinishedFolder& folder, std::function<void()> on_picture)
-      : m_Options(options), m_Seed(options), m_Files(options, std::move(on_picture)), m_Folder(folder) {
-    if (!options.Unsigned) m_Signer.emplace();
-  }
+      : m_Options(options), m_Seed(options), m_Files(options, std::move(on_picture)), m_Folder(folder) {}
 
   void MakePackage(const Plan& plan) const {
     SamplePackage package(m_Seed, m_Folder.PathOf(plan.Folder), plan.Title, m_Options.Flavour,
-                          m_Signer ? &*m_Signer : nullptr);
+                          plan.Encrypted || !m_Options.Unsigned ? &m_Signer : nullptr);
     Cairn::CompositionPlaylist composition = Heading(plan);
     for (ui32_t number = 1; number <= plan.Reels; ++number)
       composition.ReelList.push_back(MakeReel(plan, number, package));
     package.AddComposition(composition, "CPL.xml");
     package.Finish();
-    if (plan.Encrypted && m_Signer) WriteKeys(plan, composition);
+    if (plan.Encrypted && !m_Options.Unsigned) WriteKeys(plan, composition);
   }
 
   void MakeShows() const {
@@ -202,7 +199,7 @@ class ShowMaker {
       }
     }
     WriteSampleKeys(m_Folder.PathOf("worthless-test-keys"),
-                    m_Signer->MakeMessage(composition, std::move(keys), Ferro::Timestamp(), !IsInterop(m_Options)));
+                    m_Signer.MakeMessage(composition, std::move(keys), Ferro::Timestamp(), !IsInterop(m_Options)));
   }
 
   void AddText(Cairn::Reel& result, const SampleTrackFiles::Reel& reel, SamplePackage& package) const {
@@ -266,7 +263,7 @@ class ShowMaker {
   const SampleOptions& m_Options;
   SampleSeed m_Seed;
   SampleTrackFiles m_Files;
-  std::optional<SampleSigner> m_Signer;  // none: nothing is signed
+  SampleSigner m_Signer;
   const UnfinishedFolder& m_Folder;
 };
 
