@@ -7,9 +7,9 @@
 //               the limit is 0.9 of their speed
 //
 // Contestants take turns; a ratio is the median of the repetitions' ratios.
+#include "BenchDocuments.h"
 #include "CertificateMaker.h"
 
-#include <Cairn/CompositionPlaylist.h>
 #include <Cairn/XMLLibraries.h>
 #include <Cairn/XercesCallWrapper.h>
 #include <Ferro/LogSink.h>
@@ -53,38 +53,6 @@ double SecondsOf(int times, const Work& work) {
 double Median(std::vector<double> values) {
   std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
   return values[values.size() / 2];
-}
-
-Cairn::UUID NumberedID(unsigned number) {
-  char text[40];
-  std::snprintf(text, sizeof(text), "00000000-0000-4000-8000-%012x", number);
-  return *Cairn::UUID::FromHex(text);
-}
-
-std::string CompositionOf(unsigned reels) {
-  Cairn::CompositionPlaylist cpl;
-  cpl.ID = NumberedID(1);
-  cpl.IssueDate = "2026-02-03T04:05:06Z";
-  cpl.Issuer = cpl.Creator = cpl.ContentTitle = "Quayside";
-  cpl.ContentKind = Cairn::CK_FEATURE;
-  cpl.ContentVersion = {NumberedID(2).EncodeURN(), "1"};
-  for (unsigned i = 0; i < reels; ++i) {
-    Cairn::Reel& reel = cpl.ReelList.emplace_back();
-    reel.ID = NumberedID(10 + 3 * i);
-    for (Cairn::GenericAsset* asset :
-         {static_cast<Cairn::GenericAsset*>(&reel.MainPicture), static_cast<Cairn::GenericAsset*>(&reel.MainSound)}) {
-      asset->AssetID = NumberedID(11 + 3 * i + (asset == &reel.MainSound ? 1 : 0));
-      asset->KeyID = NumberedID(1'000'000 + 2 * i);
-      asset->EditRate = {24, 1};
-      asset->IntrinsicDuration = asset->Duration = 24 * 60;
-      Require(asset->Digest.DecodeBase64("2jmj7l5rSw0yVb/vlWAYkK/YBwk="), "digest");
-    }
-    reel.MainPicture.FrameRate = {24, 1};
-    reel.MainPicture.ScreenAspectRatio = {1998, 1080};
-  }
-  std::string xml;
-  Require(cpl.EncodeXML(xml, Cairn::DFT_DCI_SMPTE).Success(), "composition");
-  return xml;
 }
 
 std::string Signed(std::string xml) {
@@ -143,7 +111,7 @@ class RSAVerification {
 
 void MeasureSignature() {
   constexpr int Repetitions = 41;
-  const std::string xml = Signed(CompositionOf(400));
+  const std::string xml = Signed(CompositionOf(400, Content::Encrypted));
   const RSAVerification verify_rsa;
   std::vector<double> bare;
   std::vector<double> parse;

@@ -17,6 +17,7 @@ namespace {
 
 using namespace SigilTest;
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 using testsupport::TrackKind;
@@ -168,8 +169,11 @@ TEST(OpenedCheck, ReportsAsJson) {
 
 TEST(InfoSecurity, TellsWhoSignedAndWhetherItHolds) {
   const EncryptedShow show;
-  EXPECT_THAT(show.Run({"info", show.Path("CPL.xml")}),
-              AllOf(HasSubstr("0\n"), HasSubstr("\n  signature\n    state               valid\n    chain\n      ")));
+  EXPECT_THAT(
+      show.Run({"info", show.Path("CPL.xml")}),
+      AllOf(HasSubstr("0\n"), HasSubstr("\n  signature\n    state               valid\n    chain\n      "),
+            ContainsRegex("\n      [^\n]*CN=CS\\.SIGNER[^\n]*, issued by [^\n]+, valid from [^\n]+, thumbprint "),
+            ContainsRegex("\n      [^\n]*, a root, valid from ")));
   EncryptedShow::Form form;
   form.Composition = [](const std::string& xml) { return Replaced(EncryptedShow::Sign(xml), ">Secret<", ">Public<"); };
   form.PackingList = [](const std::string& xml) { return xml; };
@@ -204,7 +208,7 @@ TEST(InfoSecurity, VerifiesTheFramesOfATrackFile) {
   EXPECT_THAT(info(show.KeyFile()), AllOf(HasSubstr("0\n"), HasSubstr("\n  verified frames       48\n")));
   show.Alter("sound.mxf");
   EXPECT_THAT(info(show.KeyFile()),
-              AllOf(HasSubstr("2\n"), HasSubstr("\n  problem: 1 frames are not as they were written")));
+              AllOf(HasSubstr("2\n"), HasSubstr("\n  problem: 1 frame is not as it was written: edit unit ")));
   EXPECT_THAT(info(show.Write("a.keys", ID(9).EncodeString() + ":00112233445566778899aabbccddeeff")),
               AllOf(HasSubstr("2\n"), HasSubstr("\n  problem: Its key is not among those at hand")));
 }

@@ -94,26 +94,17 @@ TEST(TextSpanContext, SingleReelGetsNoSpanDuration) {
   ExpectOneEmptyEntry(context);
 }
 
-TEST(TextSpanContext, GapFormsNoSpan) {
-  FakeTrack first = Text(7, 0, 100);
-  FakeTrack second = Text(7, 120, 50);
-  TextSpanContext context;
-  context.TestEntry(&first);
-  context.TestEntry(&second);
-  context.Reset();
-  ExpectNoSpan(first);
-  ExpectNoSpan(second);
-}
-
-TEST(TextSpanContext, OverlapFormsNoSpan) {
-  FakeTrack first = Text(7, 0, 100);
-  FakeTrack second = Text(7, 99, 50);
-  TextSpanContext context;
-  context.TestEntry(&first);
-  context.TestEntry(&second);
-  context.Reset();
-  ExpectNoSpan(first);
-  ExpectNoSpan(second);
+TEST(TextSpanContext, GapAndOverlapFormNoSpan) {
+  for (const ui32_t start : {120U, 99U}) {
+    FakeTrack first = Text(7, 0, 100);
+    FakeTrack second = Text(7, start, 50);
+    TextSpanContext context;
+    context.TestEntry(&first);
+    context.TestEntry(&second);
+    context.Reset();
+    ExpectNoSpan(first);
+    ExpectNoSpan(second);
+  }
 }
 
 TEST(TextSpanContext, AnotherAssetClosesTheSpanAndBeginsItsOwn) {

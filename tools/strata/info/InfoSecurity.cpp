@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "InfoSecurity.h"
 
+#include "keys/CertificateFile.h"
 #include "keys/FrameIntegrity.h"
 #include "keys/MessageReport.h"
 #include "keys/Moment.h"
@@ -31,6 +32,10 @@ InfoFacts CertificateFacts(const Sigil::Certificate& certificate) {
   facts.Set("not_before", certificate.NotBefore().EncodeString());
   facts.Set("not_after", certificate.NotAfter().EncodeString());
   facts.Set("thumbprint", certificate.Thumbprint().EncodeBase64());
+  facts.Line = certificate.Subject().Text() +
+               (certificate.IsSelfIssued() ? ", a root" : ", issued by " + NameOf(certificate.Issuer())) +
+               ", valid from " + LocalText(certificate.NotBefore()) + " until " + LocalText(certificate.NotAfter()) +
+               ", thumbprint " + certificate.Thumbprint().EncodeBase64();
   return facts;
 }
 
@@ -127,7 +132,8 @@ void DescribeIntegrity(const std::string& path, Cairn::FileType_t type, const Si
   item.Facts.Set("verified_frames", integrity.Frames);
   if (integrity.Bad > 0)
     item.AddProblem(std::to_string(integrity.Bad) +
-                    " frames are not as they were written, the first of them edit unit " +
+                    (integrity.Bad == 1 ? " frame is not as it was written: edit unit "
+                                        : " frames are not as they were written, the first of them edit unit ") +
                     std::to_string(integrity.FirstBad) + ": " + integrity.Reason);
   if (!integrity.HasStandardSequence)
     item.AddProblem("The frames of the two eyes are numbered by another rule than the standard's.");

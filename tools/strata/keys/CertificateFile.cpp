@@ -47,9 +47,9 @@ Sigil::Certificate ReadLeaf(const char* option, const std::string& filename) {
   return list.front();
 }
 
-std::string NameOf(const Sigil::Certificate& certificate) {
-  const std::string name = certificate.Subject().Value(Sigil::OID_CommonName);
-  return name.empty() ? certificate.Subject().Text() : name;
+std::string NameOf(const Sigil::DistinguishedName& name) {
+  const std::string common = name.Value(Sigil::OID_CommonName);
+  return common.empty() ? name.Text() : common;
 }
 
 }  // namespace Tool

@@ -16,7 +16,7 @@ namespace Tool {
 /// Of several certificates the leaf: the one that issued none of the others. Throws CommandError where there is not just one.
 [[nodiscard]] Sigil::Certificate ReadLeaf(const char* option, const std::string& filename);
 
-/// "CN=..., the rest of the name": its common name, or all of the name where it has none.
-[[nodiscard]] std::string NameOf(const Sigil::Certificate& certificate);
+/// The common name, or all of the name where it has none.
+[[nodiscard]] std::string NameOf(const Sigil::DistinguishedName& name);
 
 }  // namespace Tool

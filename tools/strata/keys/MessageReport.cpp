@@ -39,7 +39,7 @@ const char* SignatureStateName(Sigil::SignatureState state) {
 
 std::string SignatureText(const Sigil::SignatureReport& report) {
   std::string text = SignatureStateName(report.State);
-  if (report.State == Sigil::SignatureState::Valid) text += ", by " + NameOf(report.Chain.Chain.front());
+  if (report.State == Sigil::SignatureState::Valid) text += ", by " + NameOf(report.Chain.Chain.front().Subject());
   if (report.State == Sigil::SignatureState::Invalid) text += ": " + report.Reason();
   return text;
 }

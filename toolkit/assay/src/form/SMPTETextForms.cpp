@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CommonForms.h"
 
+#include <array>
 #include <span>
 
 namespace Assay {
@@ -183,30 +184,23 @@ constexpr ElementForm LoadFont[] = {{"LoadFont", &LoadFontType}};
 constexpr ElementForm List2014Element[] = {{"SubtitleList", &List2014}};
 constexpr ElementForm List2010Element[] = {{"SubtitleList", &List2010}};
 constexpr ElementForm List2007Element[] = {{"SubtitleList", &List2007}};
-constexpr Step ReelSteps2014[] = {{IDElement},
-                                  {Title},
-                                  {SMPTEAnnotation, 0, 1},
-                                  {IssueDateElement},
-                                  {ReelNumber, 0, 1},
-                                  {Language, 0, 1},
-                                  {EditRate},
-                                  {TimeCodeRate},
-                                  {StartTime, 0, 1},
-                                  {DisplayType, 0, 1},
-                                  {LoadFont, 0, Unbounded},
-                                  {List2014Element}};
-constexpr Step ReelSteps2010[] = {{IDElement},
-                                  {Title},
-                                  {SMPTEAnnotation, 0, 1},
-                                  {IssueDateElement},
-                                  {ReelNumber, 0, 1},
-                                  {Language, 0, 1},
-                                  {EditRate},
-                                  {TimeCodeRate},
-                                  {StartTime, 0, 1},
-                                  {DisplayType, 0, 1},
-                                  {LoadFont, 0, Unbounded},
-                                  {List2010Element}};
+/// The children of the document element since 2010, which differ in their list alone.
+constexpr std::array<Step, 12> ReelStepsWith(std::span<const ElementForm> list) {
+  return {{{IDElement},
+           {Title},
+           {SMPTEAnnotation, 0, 1},
+           {IssueDateElement},
+           {ReelNumber, 0, 1},
+           {Language, 0, 1},
+           {EditRate},
+           {TimeCodeRate},
+           {StartTime, 0, 1},
+           {DisplayType, 0, 1},
+           {LoadFont, 0, Unbounded},
+           {list}}};
+}
+constexpr auto ReelSteps2014 = ReelStepsWith(List2014Element);
+constexpr auto ReelSteps2010 = ReelStepsWith(List2010Element);
 constexpr Step ReelSteps2007[] = {
     {IDElement},      {Title},    {SMPTEAnnotation, 0, 1}, {IssueDateElement}, {ReelNumber, 0, 1},
     {Language, 0, 1}, {EditRate}, {TimeCodeRate},          {StartTime, 0, 1},  {LoadFont, 1, Unbounded},
