@@ -75,6 +75,13 @@ TEST(FindingRule, ThePageAboutAllFindingsIsThatOfTheTable) {
   EXPECT_TRUE(page == Assay::FindingsPage()) << "docs/findings.md is old: build the target accept-findings";
 }
 
+TEST(FindingProfile, WhatFollowsFromAnotherNeverCounts) {
+  Finding finding(FindingID::PklAssetMissing);
+  EXPECT_TRUE(Counts(Profile::Plays, finding));
+  finding.Cause = 0;
+  EXPECT_FALSE(Counts(Profile::All, finding));
+}
+
 TEST(FindingProfile, EachCountsItsClasses) {
   const Finding error(FindingID::CplNoReel);
   const Finding warning(FindingID::ReelShort);

@@ -45,7 +45,7 @@ toolkit/ferro:
 toolkit/quire: base klv metadata index crypto codestream dump essence reader,writer
 toolkit/cairn: base xml document text store
 toolkit/sigil: base certificate key signature message store
-toolkit/assay: base table form document run
+toolkit/assay: base table form document security file text frames run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 tools/strata: terminal picture show keys findings check,play,info,timeline,frame,wrap,export,store,sample,kdm app
 tests: support ferro,quire,cairn,sigil,assay,engine,tool system

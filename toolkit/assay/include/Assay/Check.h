@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Assay/Export.h>
+#include <Assay/Figures.h>
 #include <Assay/Finding.h>
 #include <Assay/Result.h>
 #include <Assay/Types.h>
@@ -83,8 +84,9 @@ struct CheckedPackage {
 struct CheckReport {
   std::vector<CheckedPackage> Packages;
   std::vector<CheckedComposition> Compositions;
-  FindingList Findings;  ///< by package; within it the package's own first, then each composition's
-  DepthSet LookedAt;     ///< what was looked at to the end
+  FindingList Findings;              ///< by package; within it the package's own first, then each composition's
+  std::vector<FileFigures> Figures;  ///< of the files whose frames were read
+  DepthSet LookedAt;                 ///< what was looked at to the end
   bool IsCancelled = false;
 };
 

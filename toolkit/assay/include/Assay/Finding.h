@@ -40,6 +40,8 @@ struct Finding {
   FindingPlace Place;
   std::string Expected;  ///< value, limit or form; may be empty
   std::string Found;     ///< may be empty
+  /// Of the same list, the finding that this one follows from: it is shown below that one, and does not count.
+  std::optional<size_t> Cause;
 
   /// One sentence for users.
   [[nodiscard]] const char* Sentence() const { return RuleOf(ID).Sentence; }
@@ -61,7 +63,7 @@ enum class Profile : ui8_t {
 
 /// "plays", "smpte", "interop", "all". Never null.
 [[nodiscard]] ASSAY_API const char* ProfileName(Profile profile);
-/// Whether a finding speaks against a package by that profile.
+/// Whether a finding speaks against a package by that profile. What follows from another never does.
 [[nodiscard]] ASSAY_API bool Counts(Profile profile, const Finding& finding);
 /// The worst class of the findings that count; no value where none does.
 [[nodiscard]] ASSAY_API std::optional<FindingClass> WorstClass(Profile profile, const FindingList& findings);

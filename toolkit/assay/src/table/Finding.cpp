@@ -24,6 +24,7 @@ const char* ProfileName(Profile profile) {
 }
 
 bool Counts(Profile profile, const Finding& finding) {
+  if (finding.Cause) return false;
   if (finding.Class <= FindingClass::Warning || profile == Profile::All) return true;
   if (finding.Class == FindingClass::Note || profile == Profile::Plays) return false;
   return profile == Profile::SMPTE ||
