@@ -4,8 +4,12 @@
 #include <Assay/Export.h>
 #include <Assay/Figures.h>
 #include <Assay/Finding.h>
+#include <Assay/KeyAnswer.h>
 #include <Assay/Result.h>
 #include <Assay/Types.h>
+
+#include <Ferro/Timestamp.h>
+#include <Sigil/KeyMessageStore.h>
 
 #include <functional>
 #include <initializer_list>
@@ -15,6 +19,9 @@
 
 namespace Cairn {
 class IAssetLookup;
+}
+namespace Sigil {
+class KeyRing;
 }
 
 /// What is wrong with D-Cinema packages. This header alone is all that a host includes.
@@ -51,6 +58,12 @@ struct CheckProgress {
   size_t PackageCount = 0;
 };
 
+/// Where a composition stands in a show.
+struct CompositionStart {
+  UUID Composition;
+  double Seconds = 0;  ///< from the beginning of the show
+};
+
 /// What to check, and how.
 struct CheckRequest {
   /// Packages, or folders with packages in them. All are looked at together: a version file finds its original.
@@ -63,6 +76,21 @@ struct CheckRequest {
   std::function<bool(const CheckProgress&)> OnProgress;
   /// The time by which dates lie in the future, in seconds since 1970-01-01T00:00:00Z; without value the system's.
   std::optional<i64_t> Now;
+
+  /// Key messages for encrypted compositions; not owned, may be null: none were named or found.
+  const Sigil::KeyMessageStore* Messages = nullptr;
+  /// What could not be read of the messages that the user named. It is told where a composition is without one that serves.
+  std::vector<Sigil::KeyMessageStore::Problem> MessageProblems;
+  /// When the show begins, by which key messages are judged; without value now.
+  std::optional<Ferro::Timestamp> At;
+  /// Where compositions stand in it; one may stand there several times. Those that are not named begin with the show.
+  std::vector<CompositionStart> Starts;
+  ui32_t Tolerance = 0;  ///< seconds by which a key message may be valid too late, or not long enough
+  std::optional<Sigil::Certificate> Recipient;  ///< whose key messages are meant; without value anybody's
+  std::vector<SHA1> Devices;                    ///< thumbprints of devices that key messages should list
+  Sigil::CertificateList TrustedRoots;          ///< of documents' signers; empty: any self-signed root is taken
+  /// What opens encrypted frames and texts; not owned, may be null. Asked by several threads.
+  const Sigil::KeyRing* Keys = nullptr;
 };
 
 /// A composition that was met.
@@ -72,6 +100,11 @@ struct CheckedComposition {
   std::string Package;                ///< folder
   std::string Document;               ///< from the package's folder on
   std::optional<FindingClass> Worst;  ///< of the findings that count by the profile; no value: none
+  /// Which key message serves it: now, and at CheckRequest::At where that is given, the last of which counts. For each
+  /// place in the show. Empty where nothing in it is encrypted.
+  std::vector<KeyAnswer> Keys;
+
+  [[nodiscard]] bool IsEncrypted() const { return !Keys.empty(); }
 };
 
 /// A package that was met.

@@ -101,7 +101,7 @@ class PackageCheck {
     }
     m_Report.Findings.insert(m_Report.Findings.end(), findings.begin(), findings.end());
     m_Report.Compositions.push_back(
-        {composition.ID.value_or(UUID()), composition.Title, document.Package, document.Path, worst});
+        {composition.ID.value_or(UUID()), composition.Title, document.Package, document.Path, worst, {}});
   }
 
   /// A composition with the same identifier and another content, in this package or another.
