@@ -14,6 +14,7 @@
 #include <QUIRE/VideoDescriptor.h>
 #include <QUIRE/WriterInfo.h>
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -33,14 +34,23 @@ struct TrackFile {
   UUID ID;              ///< by which asset maps and compositions name it
   ui64_t Size = 0;      ///< bytes
 
-  QUIRE::TrackFileIdentity Identity;
-  QUIRE::Result_t Opened;  ///< why no reader opens it, or RESULT_OK; only then there is what follows
-  QUIRE::WriterInfo Info;  ///< flavour, asset identifier, encryption and key
+  SHA1 Listed;  ///< digest by its packing list; no value where none lists it
+
+  QUIRE::TrackFileIdentity Identity;  ///< what it is, also where no reader opens it
+  QUIRE::Result_t Opened =
+      Ferro::RESULT_NOT_FOUND;  ///< why no reader opens it, or RESULT_OK; only then there is what follows
+  QUIRE::WriterInfo Info;       ///< flavour, asset identifier, encryption and key
   QUIRE::Rational EditRate;
-  ui32_t Duration = 0;  ///< edit units
+  ui32_t Duration = 0;  ///< edit units, as the header says; 0 where it does not say and the index cannot be read
   std::variant<std::monostate, QUIRE::JP2K::PictureDescriptor, QUIRE::MPEG2::VideoDescriptor, SoundHeader,
                QUIRE::TimedText::TimedTextDescriptor, QUIRE::DCData::DCDataDescriptor, QUIRE::ATMOS::AtmosDescriptor>
       Essence;
+
+  /// The first edit unit that was tried and is not there, and why: the first one of the file and the last one that is
+  /// played. Of text the document is tried. No frame is read.
+  std::optional<ui32_t> BadUnit;
+  QUIRE::Result_t BadReason = Ferro::RESULT_OK;
+  bool IsIncomplete = false;  ///< what is played is there, the file's end is not
 
   [[nodiscard]] bool IsOpen() const { return Opened.Success() && Essence.index() != 0; }
   /// What to open.
