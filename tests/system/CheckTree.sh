@@ -47,7 +47,7 @@ toolkit/cairn: base xml document text store
 toolkit/sigil: base certificate key signature message store
 toolkit/assay: base table form document security file text frames run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
-tools/strata: terminal picture show keys findings check,play,info,timeline,frame,wrap,export,store,sample,kdm app
+tools/strata: terminal picture show keys findings drawing check,play,info,timeline,frame,wrap,export,store,sample,kdm app
 tests: support ferro,quire,cairn,sigil,assay,engine,tool system
 '
 

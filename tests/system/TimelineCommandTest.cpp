@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "BrokenShow.h"
 #include "JsonSchema.h"
+#include "drawing/TimelineModel.h"
 #include "show/Inputs.h"
-#include "timeline/TimelineModel.h"
 
 #include <Ferro/FileText.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Judges.h"
 #include "TemporaryFolder.h"
+#include "drawing/TimelineSvg.h"
 #include "terminal/DisplayText.h"
 #include "timeline/TimelineHtml.h"
-#include "timeline/TimelineSvg.h"
 #include "timeline/TimelineText.h"
 
 #include <Ferro/FileText.h>
@@ -245,7 +245,7 @@ TEST(TimelineHtml, TitlesCannotEndTheScript) {
   EXPECT_EQ(CountOf(html, "<script"), 2U);
   EXPECT_EQ(CountOf(html, "</script>"), 2U);
   EXPECT_THAT(html, HasSubstr("\\u003c/script>\\u003cscript>alert"));
-  EXPECT_THAT(html, HasSubstr("<title>&lt;/script>"));
+  EXPECT_THAT(html, HasSubstr("<title>&lt;/script&gt;"));
 }
 
 TEST(TimelineHtml, RefersToNothingOutside) {

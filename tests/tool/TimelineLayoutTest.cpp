@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "timeline/TimelineLayout.h"
+#include "drawing/TimelineLayout.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,9 +3,9 @@
 
 #include "TimelineHtml.h"
 #include "TimelineJson.h"
-#include "TimelineModel.h"
-#include "TimelineSvg.h"
 #include "TimelineText.h"
+#include "drawing/TimelineModel.h"
+#include "drawing/TimelineSvg.h"
 #include "show/Inputs.h"
 #include "terminal/Command.h"
 #include "terminal/CommandError.h"

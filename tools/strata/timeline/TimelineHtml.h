@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "TimelineModel.h"
+#include "drawing/TimelineModel.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineText.h"
 
-#include "TimelineLayout.h"
+#include "drawing/TimelineLayout.h"
 #include "findings/FindingReport.h"
 #include "keys/KeyReport.h"
 #include "terminal/DisplayText.h"

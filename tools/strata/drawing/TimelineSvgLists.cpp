@@ -27,13 +27,58 @@ void Pattern(Ferro::XMLElement& definitions, std::string_view name, std::string_
   drawn.SetAttr("d", path);
 }
 
+/// A sample of each look with its name, in rows.
+class Legend {
+ public:
+  Legend(SvgDrawing& out, const SvgBox& place) : m_Out(out), m_Place(place), m_X(place.X), m_Y(place.Y) {}
+
+  void Add(std::string_view text, const std::vector<const char*>& styles) {
+    MakeRoom(28 + PixelsOf(text, 11));
+    for (const char* style : styles) m_Out.Rectangle({m_X + 0.5, m_Y + 0.5, 22, 14}, style);
+    Name(text);
+  }
+
+  void AddTrim(std::string_view text) {
+    MakeRoom(28 + PixelsOf(text, 11));
+    m_Out.Rectangle({m_X + 0.5, m_Y + 0.5, 22, 14}, "picture");
+    m_Out.Path(m_X + 0.5, m_Y + 0.5, "M0 0H8L0 8z", "trim");
+    m_Out.Path(m_X + 22.5, m_Y + 0.5, "M0 0H-8L0 8z", "trim");
+    Name(text);
+  }
+
+  void AddWords(std::string_view text) {
+    MakeRoom(PixelsOf(text, 11));
+    m_Out.Text(m_X, m_Y + 12, text, "small");
+  }
+
+  [[nodiscard]] double End() const { return m_Y + 26; }
+
+ private:
+  void MakeRoom(double width) {
+    if (m_X == m_Place.X || m_X + width <= m_Place.X + m_Place.Width) return;
+    m_X = m_Place.X;
+    m_Y += 20;
+  }
+
+  void Name(std::string_view text) {
+    m_Out.Text(m_X + 28, m_Y + 12, text, "small");
+    m_X += 28 + PixelsOf(text, 11) + 14;
+  }
+
+  SvgDrawing& m_Out;
+  const SvgBox m_Place;
+  double m_X;
+  double m_Y;
+};
+
 class Lists {
  public:
   Lists(const TimelineModel& model, SvgDrawing& out, const SvgBox& place)
       : m_Model(model), m_Out(out), m_Place(place), m_Y(place.Y) {}
 
   double Draw() {
-    DrawLegend();
+    m_Out.Line(m_Place.X, m_Y, m_Place.X + m_Place.Width, m_Y, "rule");
+    m_Y = DrawTimelineLegend(m_Model, m_Out, {m_Place.X, m_Y + 10, m_Place.Width, 0});
     DrawFindings();
     const double top = m_Y;
     DrawCompositions();
@@ -44,34 +89,6 @@ class Lists {
   }
 
  private:
-  void DrawLegend() {
-    m_Out.Line(m_Place.X, m_Y, m_Place.X + m_Place.Width, m_Y, "rule");
-    m_Y += 10;
-    double x = m_Place.X;
-    const auto entry = [&](std::string_view text, const std::vector<const char*>& styles) {
-      for (const char* style : styles) m_Out.Rectangle({x + 0.5, m_Y + 0.5, 22, 14}, style);
-      m_Out.Text(x + 28, m_Y + 12, text, "small");
-      x += 28 + PixelsOf(text, 11) + 14;
-    };
-    std::vector<AssetKind> kinds;
-    for (const TimelineLane& lane : m_Model.Lanes)
-      if (std::find(kinds.begin(), kinds.end(), lane.Kind) == kinds.end()) kinds.push_back(lane.Kind);
-    for (const AssetKind kind : kinds) entry(AssetKindName(kind), {TimelineLaneStyle(kind)});
-    entry("encrypted", {"picture", "cipher"});
-    entry("silence, no sound", {"silence"});
-    entry("missing", {"hatched", "missing"});
-    entry("broken", {"hatched", "broken"});
-    m_Out.Rectangle({x + 0.5, m_Y + 0.5, 22, 14}, "picture");
-    m_Out.Path(x + 0.5, m_Y + 0.5, "M0 0H8L0 8z", "trim");
-    m_Out.Path(x + 22.5, m_Y + 0.5, "M0 0H-8L0 8z", "trim");
-    m_Out.Text(x + 28, m_Y + 12, "begins, ends within its file", "small");
-    x += 28 + PixelsOf("begins, ends within its file", 11) + 14;
-    if (std::any_of(m_Model.Compositions.begin(), m_Model.Compositions.end(),
-                    [](const TimelineComposition& composition) { return composition.Stereoscopic; }))
-      m_Out.Text(x, m_Y + 12, "L, R: left and right eye", "small");
-    m_Y += 26;
-  }
-
   void DrawFindings() {
     const std::vector<Finding> worst = WorstFirst(m_Model.Findings);
     if (worst.empty()) return;
@@ -182,6 +199,23 @@ void AddTimelinePatterns(Ferro::XMLElement& root) {
   Pattern(definitions, "missing", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8", "hatch");
   Pattern(definitions, "broken", "10", "M-2 2L2-2M0 10L10 0M8 12L12 8M-2 8L2 12M0 0L10 10M8-2L12 2", "hatch");
   Pattern(definitions, "cipher", "6", "M1 1h1.5v1.5H1zM4 4h1.5v1.5H4z", "dot");
+}
+
+double DrawTimelineLegend(const TimelineModel& model, SvgDrawing& out, const SvgBox& place) {
+  Legend legend(out, place);
+  std::vector<AssetKind> kinds;
+  for (const TimelineLane& lane : model.Lanes)
+    if (std::find(kinds.begin(), kinds.end(), lane.Kind) == kinds.end()) kinds.push_back(lane.Kind);
+  for (const AssetKind kind : kinds) legend.Add(AssetKindName(kind), {TimelineLaneStyle(kind)});
+  legend.Add("encrypted", {"picture", "cipher"});
+  legend.Add("silence, no sound", {"silence"});
+  legend.Add("missing", {"hatched", "missing"});
+  legend.Add("broken", {"hatched", "broken"});
+  legend.AddTrim("begins, ends within its file");
+  if (std::any_of(model.Compositions.begin(), model.Compositions.end(),
+                  [](const TimelineComposition& composition) { return composition.Stereoscopic; }))
+    legend.AddWords("L, R: left and right eye");
+  return legend.End();
 }
 
 double DrawTimelineLists(const TimelineModel& model, SvgDrawing& out, const SvgBox& place) {

@@ -14,6 +14,9 @@ namespace Tool {
 /// The patterns that the style's classes refer to: missing, broken, cipher.
 void AddTimelinePatterns(Ferro::XMLElement& root);
 
+/// Draws what the looks mean from `place` down, in as many rows as it takes. Returns where it ends.
+double DrawTimelineLegend(const TimelineModel& model, SvgDrawing& out, const SvgBox& place);
+
 /// Draws the legend, what is wrong, the compositions and the events from `place` down. Returns where it ends.
 double DrawTimelineLists(const TimelineModel& model, SvgDrawing& out, const SvgBox& place);
 

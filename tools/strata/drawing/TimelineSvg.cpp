@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TimelineSvg.h"
 
+#include "DrawingStyles.h"
 #include "SvgDrawing.h"
 #include "TimelineLayout.h"
-#include "TimelinePage.h"
 #include "TimelineSvgLists.h"
 #include "terminal/DisplayText.h"
 #include "terminal/TextForms.h"
 
-#include <Ferro/Assert.h>
 #include <Ferro/Path.h>
 
 #include <algorithm>
@@ -17,9 +16,9 @@ namespace Tool {
 
 namespace {
 
-constexpr double Width = 1400;
+constexpr double WholeWidth = 1400;
 constexpr double Left = 108;       // where time begins; lane names stand before it
-constexpr double Right = 1376;     // where it ends
+constexpr double Margin = 24;      // behind its end
 constexpr double Gap = 5;          // between lanes
 constexpr double LabelRow = 16;    // height of a row of labels
 constexpr unsigned EventRows = 6;  // of show events, at most
@@ -60,17 +59,31 @@ std::string WordOf(const TimelineTrack& track) {
 
 class SvgTimeline {
  public:
-  SvgTimeline(const TimelineModel& model, Ferro::XMLElement& root)
+  SvgTimeline(const TimelineModel& model, double width, Ferro::XMLElement& root)
       : m_Model(model),
+        m_Width(width),
         m_Grid(SvgDrawing(root).Group("")),
         m_Boxes(SvgDrawing(root).Group("")),
         m_Lines(SvgDrawing(root).Group("")),
         m_Labels(SvgDrawing(root).Group("")),
-        m_Scale(model.Seconds, Left, Right - Left) {}
+        m_Scale(model.Seconds, Left, width - Margin - Left) {}
 
-  /// Returns the height.
-  double Draw() {
+  /// Heading, lanes and lists. Returns the height.
+  double DrawAll() {
     DrawHeading();
+    DrawTracks();
+    return DrawTimelineLists(m_Model, m_Labels, {16, m_Y + 10, m_Width - 32, 0});
+  }
+
+  /// What plays when, and what the looks mean. Returns the height.
+  double DrawLanes() {
+    DrawTracks();
+    return DrawTimelineLegend(m_Model, m_Labels, {0, m_Y + 6, m_Width, 0});
+  }
+
+ private:
+  /// All that stands above each other on the axis of time.
+  void DrawTracks() {
     PlaceEvents();
     DrawRuler();
     DrawShows();
@@ -83,10 +96,8 @@ class SvgTimeline {
       m_Grid.Line(m_Scale.Place(tick.Seconds), m_Top, m_Scale.Place(tick.Seconds), end, "grid");
     DrawEdges(end);
     DrawEvents(end);
-    return DrawTimelineLists(m_Model, m_Labels, {16, m_Y + 10, Width - 32, 0});
   }
 
- private:
   [[nodiscard]] TimelineItem ItemOf(const TimelineSpan& span, size_t index, unsigned item_class) const {
     return {m_Scale.Place(span.StartSeconds), m_Scale.Place(span.EndSeconds()), item_class, index, 1};
   }
@@ -105,9 +116,9 @@ class SvgTimeline {
   }
 
   /// A box that is wide enough to be seen, before the end of the show.
-  [[nodiscard]] static SvgBox Seen(const SvgBox& box) {
+  [[nodiscard]] SvgBox Seen(const SvgBox& box) {
     const double width = std::max(box.Width, LeastSeen);
-    return {std::min(box.X, Right - width), box.Y, width, box.Height};
+    return {std::min(box.X, m_Scale.Right() - width), box.Y, width, box.Height};
   }
 
   void NameLane(std::string_view name, double height) {
@@ -122,7 +133,7 @@ class SvgTimeline {
 
   void DrawHeading() {
     m_Labels.Text(16, 34, FitPixels(m_Model.Title, 20, 800), "title");
-    m_Labels.Text(Width - 24, 34, TimelineVerdict(m_Model), m_Model.Code == ExitCode::Fine ? "fine" : "alarm", "end");
+    m_Labels.Text(m_Width - 24, 34, TimelineVerdict(m_Model), m_Model.Code == ExitCode::Fine ? "fine" : "alarm", "end");
     size_t reels = 0;
     for (const TimelineComposition& composition : m_Model.Compositions) reels += composition.Reels.size();
     const size_t count = m_Model.Compositions.size();
@@ -141,9 +152,9 @@ class SvgTimeline {
       if (marker.OfComposition) continue;
       Event event;
       event.Place = m_Scale.Place(marker.Seconds);
-      event.Text = FitPixels(marker.Label, 11, 260);
+      event.Text = FitPixels(marker.Label, 11, std::min(260.0, m_Width / 2 - 30));
       const double width = PixelsOf(event.Text, 11) + 10;
-      event.IsFlipped = event.Place + width > Width - 8;
+      event.IsFlipped = event.Place + width > m_Width - 8;
       event.Room = {event.IsFlipped ? event.Place - width : event.Place, width};
       m_Events.push_back(event);
     }
@@ -186,11 +197,11 @@ class SvgTimeline {
       const double x = m_Scale.Place(tick.Seconds);
       m_Grid.Line(x, m_Y + 17, x, m_Y + 22, "tick");
       m_Labels.Text(x, m_Y + 13, tick.Label, "number over",
-                    x > Right - 20  ? "end"
-                    : x < Left + 20 ? "start"
-                                    : "middle");
+                    x > m_Scale.Right() - 20 ? "end"
+                    : x < Left + 20          ? "start"
+                                             : "middle");
     }
-    m_Grid.Line(Left, m_Y + 22, Right, m_Y + 22, "axis");
+    m_Grid.Line(Left, m_Y + 22, m_Scale.Right(), m_Y + 22, "axis");
     m_Top = m_Y + 22;
     m_Y += 26;
   }
@@ -266,7 +277,7 @@ class SvgTimeline {
     double drawn = 0;
     for (size_t index = 0; index < own.size(); ++index) {
       const double x = m_Scale.Place(own[index]->Seconds);
-      const double next = index + 1 < own.size() ? m_Scale.Place(own[index + 1]->Seconds) : Width;
+      const double next = index + 1 < own.size() ? m_Scale.Place(own[index + 1]->Seconds) : m_Width;
       if (x >= drawn + 1) m_Labels.Path(x, m_Y + 4, "M0 0L4 4L0 8L-4 4z", "flag own");
       drawn = std::max(x, drawn);
       const std::string text = FitPixels(own[index]->Label, 11, next - x - 14);
@@ -328,7 +339,7 @@ class SvgTimeline {
     std::vector<LabelRoom> rooms;
     for (const TimelineComposition& composition : m_Model.Compositions) {
       const double x = m_Scale.Place(composition.StartSeconds);
-      rooms.push_back({std::min(x, Width - 100), 84});
+      rooms.push_back({std::min(x, m_Width - 100), 84});
       if (rooms.size() > 1 && x < m_LastEdge + 6) continue;
       m_Grid.Line(x, m_Top, x, end + 4, "edge");
       m_LastEdge = x;
@@ -343,7 +354,7 @@ class SvgTimeline {
       m_Labels.Text(rooms[index].Left + 2, y, TimelineTimeCode(m_Model, start), "number");
       m_Labels.Text(rooms[index].Left + 2, y + 12, std::to_string(start), "faint");
     }
-    m_Grid.Line(Left, end, Right, end, "axis");
+    m_Grid.Line(Left, end, m_Scale.Right(), end, "axis");
     m_Labels.Text(Left - 10, end + 15, "Time code", "faint", "end");
     m_Labels.Text(Left - 10, end + 27, "Edit unit", "faint", "end");
     m_Y = end + 12 + std::max(last + 1, 1) * 28;
@@ -357,6 +368,7 @@ class SvgTimeline {
   };
 
   const TimelineModel& m_Model;
+  const double m_Width;
   // From back to front.
   SvgDrawing m_Grid;
   SvgDrawing m_Boxes;
@@ -375,24 +387,28 @@ class SvgTimeline {
 }  // namespace
 
 std::string TimelineSvg(const TimelineModel& model) {
-  Ferro::XMLElement root("svg");
-  root.SetAttr("xmlns", "http://www.w3.org/2000/svg");
-  root.SetAttr("role", "img");
-  root.AddChildWithContent("title", DisplayText("Timeline of " + model.Title));
+  SvgDocument document("Timeline of " + model.Title);
+  Ferro::XMLElement& root = document.Root();
   root.AddChildWithContent("style", TimelineStyle());
   AddTimelinePatterns(root);
   Ferro::XMLElement& paper = root.AddChild("rect");
-  const double height = SvgTimeline(model, root).Draw();
+  const double height = SvgTimeline(model, WholeWidth, root).DrawAll();
   paper.SetAttr("class", "paper");
-  paper.SetAttr("width", SvgNumber(Width));
+  paper.SetAttr("width", SvgNumber(WholeWidth));
   paper.SetAttr("height", SvgNumber(height));
-  root.SetAttr("width", SvgNumber(Width));
-  root.SetAttr("height", SvgNumber(height));
-  root.SetAttr("viewBox", "0 0 " + SvgNumber(Width) + ' ' + SvgNumber(height));
-  std::string document;
-  const Ferro::Result_t result = root.Render(document);
-  FERRO_ASSERT(result.Success());  // every text went through DisplayText
-  return document;
+  return document.Render(WholeWidth, height);
+}
+
+std::string TimelineLanes(const TimelineModel& model, double width) {
+  SvgDocument document("Timeline of " + model.Title, TimelineVerdict(model));
+  const double height = SvgTimeline(model, width, document.Root()).DrawLanes();
+  return document.Render(width, height);
+}
+
+std::string TimelinePatterns() {
+  SvgDocument document("");
+  AddTimelinePatterns(document.Root());
+  return document.Render(0, 0);
 }
 
 }  // namespace Tool

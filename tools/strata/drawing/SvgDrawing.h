@@ -34,6 +34,20 @@ class SvgDrawing {
   Ferro::XMLElement* m_Parent;
 };
 
+/// An SVG document without references to anything outside. `title` says what it shows to those who do not see it, and
+/// `description`, unless empty, what it tells.
+class SvgDocument {
+ public:
+  explicit SvgDocument(std::string_view title, std::string_view description = "");
+
+  [[nodiscard]] Ferro::XMLElement& Root() { return m_Root; }
+  /// As large as that, in pixels.
+  [[nodiscard]] std::string Render(double width, double height);
+
+ private:
+  Ferro::XMLElement m_Root;
+};
+
 /// A coordinate: at most two decimals.
 [[nodiscard]] std::string SvgNumber(double value);
 

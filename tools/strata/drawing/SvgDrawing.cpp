@@ -3,6 +3,8 @@
 
 #include "terminal/DisplayText.h"
 
+#include <Ferro/Assert.h>
+
 #include <array>
 #include <cstdio>
 
@@ -55,6 +57,23 @@ void SvgDrawing::Text(double x, double y, std::string_view text, std::string_vie
   element.SetAttr("x", SvgNumber(x));
   element.SetAttr("y", SvgNumber(y));
   if (anchor != "start") element.SetAttr("text-anchor", anchor);
+}
+
+SvgDocument::SvgDocument(std::string_view title, std::string_view description) : m_Root("svg") {
+  m_Root.SetAttr("xmlns", "http://www.w3.org/2000/svg");
+  m_Root.SetAttr("role", "img");
+  m_Root.AddChildWithContent("title", DisplayText(title));
+  if (!description.empty()) m_Root.AddChildWithContent("desc", DisplayText(description));
+}
+
+std::string SvgDocument::Render(double width, double height) {
+  m_Root.SetAttr("width", SvgNumber(width));
+  m_Root.SetAttr("height", SvgNumber(height));
+  m_Root.SetAttr("viewBox", "0 0 " + SvgNumber(width) + ' ' + SvgNumber(height));
+  std::string document;
+  const Ferro::Result_t result = m_Root.Render(document);
+  FERRO_ASSERT(result.Success());  // every text went through DisplayText
+  return document;
 }
 
 }  // namespace Tool
