@@ -24,7 +24,7 @@ namespace Assay {
 /// What a sound track file's header tells of its channels.
 struct SoundHeader {
   QUIRE::PCM::AudioDescriptor Descriptor;
-  std::vector<QUIRE::MCALabel> Labels;  ///< of channels and groups; empty where the file has none
+  QUIRE::PCM::MCALabelList Labels;  ///< of channels and groups; empty where the file has none
 };
 
 /// A track file as its header tells of it. A plain value; it holds nothing open.
