@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QUIRE/AudioDescriptor.h>
+#include <QUIRE/MCALabel.h>
 #include <QUIRE/TrackFileReader.h>
 
 namespace QUIRE::PCM {
@@ -13,6 +14,12 @@ class QUIRE_API MXFReader : public TrackFileReader {
 
   /// @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillAudioDescriptor(AudioDescriptor& descriptor) const;
+
+  /// The labels of channels and groups, in stored order; none in most files. A link to a group that is not there is left
+  /// out.
+  /// @param labels  unchanged on failure.
+  /// @return RESULT_OK; RESULT_INIT when no file is open; RESULT_FORMAT beyond MaxMCALabels.
+  [[nodiscard]] Result_t FillMCALabels(MCALabelList& labels) const;
 
   /// Reads one edit unit, with one positioned read, into `frame`.
   /// Parameters and results are those of TrackFileReader.

@@ -3,23 +3,36 @@
 
 #include "h__Reader.h"
 
-#include <QUIRE/Dictionary.h>
+#include "essence/SoundLabels.h"
 
+#include <QUIRE/MXF/SubDescriptors.h>
+
+#include <map>
 #include <utility>
 
 namespace QUIRE::PCM {
 
 namespace {
 
-ChannelFormat_t ChannelFormatOf(const UL& label) {
-  static constexpr std::pair<MDD_t, ChannelFormat_t> formats[] = {
-      {MDD_DCAudioChannelCfg_1_5p1, CF_CFG_1},    {MDD_DCAudioChannelCfg_2_6p1, CF_CFG_2},
-      {MDD_DCAudioChannelCfg_3_7p1, CF_CFG_3},    {MDD_DCAudioChannelCfg_4_WTF, CF_CFG_4},
-      {MDD_DCAudioChannelCfg_5_7p1_DS, CF_CFG_5}, {MDD_DCAudioChannelCfg_MCA, CF_CFG_6},
-  };
-  for (const auto& [entry, format] : formats)
-    if (DefaultSMPTEDict().Is(label, entry)) return format;
-  return CF_NONE;
+/// The label that a sub-descriptor is; false where it is none. Its links are to be resolved later.
+bool ReadLabel(const MXF::InterchangeObject* object, MCALabel& label, std::vector<Ferro::UUID>& links) {
+  const auto* sub = dynamic_cast<const MXF::MCALabelSubDescriptor*>(object);
+  if (sub == nullptr) return false;
+  if (const auto* channel = dynamic_cast<const MXF::AudioChannelLabelSubDescriptor*>(sub)) {
+    label.Kind = MCA_CHANNEL;
+    if (channel->SoundfieldGroupLinkID) links.push_back(*channel->SoundfieldGroupLinkID);
+  } else if (const auto* group = dynamic_cast<const MXF::SoundfieldGroupLabelSubDescriptor*>(sub)) {
+    label.Kind = MCA_SOUNDFIELD_GROUP;
+    links = group->GroupOfSoundfieldGroupsLinkID;
+  } else {
+    label.Kind = MCA_GROUP_OF_SOUNDFIELD_GROUPS;
+  }
+  label.DictionaryID = sub->MCALabelDictionaryID;
+  label.TagSymbol = sub->MCATagSymbol;
+  label.TagName = sub->MCATagName.value_or("");
+  label.SpokenLanguage = sub->RFC5646SpokenLanguage.value_or("");
+  label.ChannelID = sub->MCAChannelID.value_or(0);
+  return true;
 }
 
 }  // namespace
@@ -41,6 +54,30 @@ Result_t MXFReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
   descriptor.LinkedTrackID = sound->LinkedTrackID.value_or(0);
   descriptor.ContainerDuration = m_Reader->ContainerDuration();
   if (sound->ChannelAssignment) descriptor.ChannelFormat = ChannelFormatOf(*sound->ChannelAssignment);
+  return Ferro::RESULT_OK;
+}
+
+Result_t MXFReader::FillMCALabels(MCALabelList& labels) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  MCALabelList filled;
+  std::vector<std::vector<Ferro::UUID>> links;
+  std::multimap<std::pair<Ferro::UUID, MCALabelKind_t>, size_t> places;
+  for (const Ferro::UUID& id : m_Reader->Facts().Descriptor->SubDescriptors) {
+    const auto* sub = m_Reader->Header().Resolve<MXF::MCALabelSubDescriptor>(id);
+    if (filled.size() >= MaxMCALabels) return RESULT_FORMAT;
+    MCALabel label;
+    std::vector<Ferro::UUID> of_label;
+    if (!ReadLabel(sub, label, of_label)) continue;
+    places.emplace(std::pair(sub->MCALinkID, label.Kind), filled.size());
+    filled.push_back(std::move(label));
+    links.push_back(std::move(of_label));
+  }
+  for (size_t i = 0; i < filled.size(); ++i)
+    for (const Ferro::UUID& link : links[i]) {
+      const auto group = places.find({link, static_cast<MCALabelKind_t>(filled[i].Kind + 1)});
+      if (group != places.end()) filled[i].Groups.push_back(group->second);
+    }
+  labels = std::move(filled);
   return Ferro::RESULT_OK;
 }
 

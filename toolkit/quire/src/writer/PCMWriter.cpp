@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/PCMWriter.h>
 
+#include "essence/SoundLabels.h"
 #include "h__Writer.h"
 
 #include <Ferro/ILogSink.h>
@@ -12,26 +13,6 @@
 namespace QUIRE::PCM {
 
 namespace {
-
-std::optional<UL> ConfigurationLabel(ChannelFormat_t format) {
-  switch (format) {
-    case CF_NONE:
-      return std::nullopt;
-    case CF_CFG_1:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_1_5p1);
-    case CF_CFG_2:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_2_6p1);
-    case CF_CFG_3:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_3_7p1);
-    case CF_CFG_4:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_4_WTF);
-    case CF_CFG_5:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_5_7p1_DS);
-    case CF_CFG_6:
-      return DefaultSMPTEDict().ul(MDD_DCAudioChannelCfg_MCA);
-  }
-  return std::nullopt;
-}
 
 // A channel belongs to at most one soundfield group, a soundfield group to groups of those, and these to nothing.
 bool AreLinked(const MCALabelList& labels) {
@@ -109,7 +90,7 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const AudioDescriptor& sou
   set.BlockAlign = static_cast<ui16_t>(sound.BlockAlign);
   set.SequenceOffset = ui8_t{0};
   set.AvgBps = BytesPerSecond(sound);
-  set.ChannelAssignment = ConfigurationLabel(sound.ChannelFormat);
+  set.ChannelAssignment = AssignmentLabel(sound.ChannelFormat);
   AddLabels(sets, set, labels);
   return set;
 }
