@@ -71,9 +71,9 @@ const Case Cases[] = {
          CopyAgain + WillNot},
     {"CompositionOfAnotherSize",
      [](const BrokenShow& show) { show.Write("Trailer/CPL.xml", show.Read("Trailer/CPL.xml") + "\n"); },
-     "2\nerror: SampleTrailer, composition: The file does not have the size that the package lists. Expected 1490 "
+     "2\nerror: SampleTrailer, composition: The file does not have the size that the package lists. Expected 3461 "
      "bytes, "
-     "found 1491 bytes.\n    file  SHOW/Trailer/CPL.xml\n" +
+     "found 3462 bytes.\n    file  SHOW/Trailer/CPL.xml\n" +
          CopyAgain + WillNot,
      "Trailer/CPL.xml"},
     {"CompositionWithAnotherIdentifier",
@@ -156,7 +156,7 @@ const Case Cases[] = {
          CopyAgain + WillNot},
     {"WrongEditRateOfTheComposition",
      [](const BrokenShow& show) {
-       for (int i = 0; i < 12; ++i) show.Replace("Feature/CPL.xml", "<EditRate>24 1", "<EditRate>25 1");
+       for (int i = 0; i < 15; ++i) show.Replace("Feature/CPL.xml", "<EditRate>24 1", "<EditRate>25 1");
      },
      "2\nerror: SampleFeature, reel 1, picture: The file runs at another edit rate than the composition says. Expected "
      "25, found 24.\n    file  SHOW/Feature/picture-1.mxf\n" +
@@ -197,7 +197,7 @@ const Case Cases[] = {
      "XML.\n    file  SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionIsEmpty", [](const BrokenShow& show) { show.Cut("Feature/CPL.xml", 0); },
-     "2\nerror: Feature, composition: The file does not have the size that the package lists. Expected 5620 bytes, "
+     "2\nerror: Feature, composition: The file does not have the size that the package lists. Expected 8133 bytes, "
      "found 0 bytes.\n    file  SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionIsCutOff",
@@ -205,7 +205,7 @@ const Case Cases[] = {
        show.Cut("Feature/CPL.xml", 3000);
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: line 77: unexpected end of input.\n    file  "
+     "2\nerror: Feature, composition: The composition cannot be read: line 73: unexpected end of input.\n    file  "
      "SHOW/Feature/CPL.xml\n" +
          CopyAgain + WillNot},
     {"CompositionOfAnUnknownNamespace",
@@ -416,7 +416,9 @@ const Case Cases[] = {
      },
      "0\nwarning: SampleTrailer: The composition has no sound: some equipment stops there.\n" + WillPlay},
     {"AnotherIntrinsicDuration",
-     [](const BrokenShow& show) { show.Replace("Feature/CPL.xml", "<IntrinsicDuration>24", "<IntrinsicDuration>99"); },
+     [](const BrokenShow& show) {
+       show.Replace("Feature/CPL.xml", "<IntrinsicDuration>24", "<IntrinsicDuration>99", "<MainPicture>");
+     },
      "0\nwarning: SampleFeature, reel 1, picture: The composition says that the file has another length. Expected 99 "
      "edit units, found 24 edit units.\n    file  SHOW/Feature/picture-1.mxf\n" +
          WillPlay},

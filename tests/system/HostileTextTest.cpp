@@ -28,7 +28,7 @@ constexpr const char* Shown = "Sample\uFFFD2J This show will play: 9:99.";
 class HostileText : public testing::Test {
  protected:
   void SetUp() override {
-    m_Show.Replace("Trailer/CPL.xml", "SampleTrailer", Title);
+    m_Show.Replace("Trailer/CPL.xml", "SampleTrailer", Title, "<ContentTitleText>");
     m_Show.ListSize("Trailer/CPL.xml");
   }
 
@@ -76,7 +76,7 @@ TEST_F(HostileText, JsonPrintsNoControlCharacters) {
 
 // An override that its title does not end reaches as far as the title.
 TEST_F(HostileText, DrawingsKeepTheDirectionOfTheirText) {
-  m_Show.Replace("Trailer/CPL.xml", "Sample", "\u202eSample");
+  m_Show.Replace("Trailer/CPL.xml", "Sample", "\u202eSample", "<ContentTitleText>");
   m_Show.ListSize("Trailer/CPL.xml");
   const std::string svg = m_Show.Beside("a.svg");
   const std::string html = m_Show.Beside("a.html");

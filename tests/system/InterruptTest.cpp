@@ -42,7 +42,7 @@ const WritingCommand Commands[] = {
     {"FramePicture", {"frame", "SHOW", "--at", "60", "--out", "OUT"}, "out.png"},
     {"FrameSound", {"frame", "SHOW", "--at", "60", "--count", "24", "--out", "OUT"}, "out.wav"},
     {"Wrap", {"wrap", "SOUND", "--out", "OUT"}, "out.mxf"},
-    {"MakeSample", {"make-sample", "OUT", "--length", "1", "--size", "64x64", "--channels", "1"}, "out"},
+    {"MakeSample", {"make-sample", "OUT", "--length", "1", "--size", "64x64", "--channels", "2"}, "out"},
 };
 
 std::uintmax_t SizeOf(const std::string& path) {

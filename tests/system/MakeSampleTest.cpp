@@ -134,13 +134,14 @@ TEST_F(MakeSample, AnotherSeedMakesOtherIdentifiers) {
 }
 
 TEST(SampleSeed, EveryOptionMakesOtherIdentifiers) {
-  std::vector<SampleOptions> options(7);
+  std::vector<SampleOptions> options(8);
   options[1].Seed = 2;
   options[2].Seconds = 5;
   options[3].Rate = 25;
   std::swap(options[4].Width, options[4].Height);
   options[5].Channels = 8;
   options[6].Flavour = Cairn::DFT_Interop;
+  options[7].Still = true;
   std::set<Ferro::UUID> seen;
   for (const SampleOptions& each : options) seen.insert(SampleSeed(each).ID("name"));
   EXPECT_EQ(seen.size(), options.size());
@@ -182,8 +183,9 @@ TEST(MakeSampleOptions, RefusesOptionsWithWhatWouldDo) {
       {"--size", "64", "\"64\" is not a size like 2048x1080"},
       {"--rate", "24000/1001", "\"24000/1001\" is not a rate of cinema packages: 24, 25, 30, 48, 50 or 60"},
       {"--rate", "23", "\"23\" is not a rate of cinema packages: 24, 25, 30, 48, 50 or 60"},
-      {"--channels", "0", "\"0\" is not a whole number from 1 to 16"},
-      {"--channels", "17", "\"17\" is not a whole number from 1 to 16"},
+      {"--channels", "0", "\"0\" is not an even number from 2 to 16"},
+      {"--channels", "7", "\"7\" is not an even number from 2 to 16"},
+      {"--channels", "18", "\"18\" is not an even number from 2 to 16"},
       {"--length", "1.5", "\"1.5\" is not a whole number from 1 to 3600"},
       {"--flavour", "imf", "\"imf\" is neither smpte nor interop"},
       {"--seed", "-1", "\"-1\" is not a whole number from 0 to 18446744073709551615"}};

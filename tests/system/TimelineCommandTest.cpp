@@ -63,9 +63,11 @@ TEST_F(Timeline, SampleShowHasItsLanesReelsAndMarkers) {
   ASSERT_EQ(model.Shows.size(), 2U);
   EXPECT_EQ(model.Shows[1].Title, "Before the feature");
   EXPECT_EQ(model.Shows[1].Duration, 48U);
-  ASSERT_EQ(model.Markers.size(), 4U);
-  EXPECT_EQ(model.Markers[3].Label, "CREDITS");
-  EXPECT_DOUBLE_EQ(model.Markers[3].Seconds, 4);
+  EXPECT_EQ(model.Markers.size(), 16U);
+  const auto credits = std::ranges::find(model.Markers, "CREDITS", &TimelineMarker::Label);
+  ASSERT_NE(credits, model.Markers.end());
+  EXPECT_FALSE(credits->OfComposition);
+  EXPECT_DOUBLE_EQ(credits->Seconds, 4);
   EXPECT_EQ(TimelineVerdict(model), "All assets are there.");
 }
 
@@ -94,7 +96,7 @@ TEST_F(Timeline, MissingCompositionKeepsThePlaceThatTheShowGivesIt) {
   EXPECT_EQ(model.Compositions[2].State, TimelineState::Missing);
   EXPECT_EQ(model.Compositions[2].Title, "Feature");
   EXPECT_EQ(model.Compositions[2].Duration, 72U);
-  EXPECT_EQ(model.Markers[3].Position, 96U);
+  EXPECT_EQ(std::ranges::find(model.Markers, "CREDITS", &TimelineMarker::Label)->Position, 96U);
 }
 
 TEST_F(Timeline, TellsSilenceFromNoSound) {
@@ -116,11 +118,7 @@ TEST_F(Timeline, TellsSilenceFromNoSound) {
 TEST_F(Timeline, EntryPointsAndMarkersOfCompositionsAreTold) {
   m_Show.Replace("Feature/CPL.xml", "<EntryPoint>0</EntryPoint>", "<EntryPoint>5</EntryPoint>", "<MainPicture>");
   m_Show.Replace("Feature/CPL.xml", "<Duration>24</Duration>", "<Duration>12</Duration>", "<MainPicture>");
-  m_Show.Replace(
-      "Feature/CPL.xml", "<AssetList>",
-      "<AssetList><MainMarkers><Id>urn:uuid:11111111-1111-4111-8111-111111111111</Id><EditRate>24 1</EditRate>"
-      "<IntrinsicDuration>12</IntrinsicDuration><MarkerList><Marker><Label>FFOC</Label><Offset>3</Offset>"
-      "</Marker></MarkerList></MainMarkers>");
+  m_Show.Replace("Feature/CPL.xml", "<Offset>1</Offset>", "<Offset>3</Offset>");
   m_Show.ListSize("Feature/CPL.xml");
   const TimelineModel model = Model();
   const TimelineTrack& track = model.Lanes[0].Tracks[2];
@@ -131,10 +129,10 @@ TEST_F(Timeline, EntryPointsAndMarkersOfCompositionsAreTold) {
   EXPECT_EQ(sound.Duration, 12U);
   EXPECT_EQ(sound.TailTrim(), 12U);
   EXPECT_EQ(model.Duration, 156U);
-  ASSERT_EQ(model.Markers.size(), 5U);
-  EXPECT_EQ(model.Markers[2].Label, "FFOC");
-  EXPECT_TRUE(model.Markers[2].OfComposition);
-  EXPECT_EQ(model.Markers[2].Position, 51U);
+  const auto marker = std::ranges::find(model.Markers, 51U, &TimelineMarker::Position);
+  ASSERT_NE(marker, model.Markers.end());
+  EXPECT_EQ(marker->Label, "FFOC");
+  EXPECT_TRUE(marker->OfComposition);
 }
 
 TEST_F(Timeline, SoundEndsWithItsDuration) {

@@ -57,7 +57,7 @@ TEST_F(WriteFailure, FullDiskWhileWrappingIsSaidOnce) {
 
 TEST_F(WriteFailure, FullDiskWhileMakingASampleIsSaidOnceAndNamesTheFileThatWasToBe) {
   EXPECT_THAT(
-      ErrorsOf({"make-sample", Out("sample"), "--length", "1", "--size", "64x64", "--channels", "1"}, 40'000),
+      ErrorsOf({"make-sample", Out("sample"), "--length", "1", "--size", "64x64", "--channels", "2"}, 40'000),
       testing::MatchesRegex("strata: the sample show cannot be made: " + Out("sample") +
                             "/Trailer/picture-1.mxf: cannot write [0-9]+ bytes at offset [0-9]+: File too large\n"));
 }

@@ -109,10 +109,11 @@ void AddMakeSampleCommand(Command& program) {
       .Called("WIDTHxHEIGHT");
   command
       .Add("--channels", sample.Channels,
-           "Channels of sound, 1 to 16; labelled: 1 (mono), 6 (5.1), 8 and more (5.1, HI, VI-N)")
+           "Channels of sound, 2 to 16, an even number; labelled: 2 and 4 (mono), 6 (5.1), 8 and more (5.1, HI, VI-N)")
       .Called("NUMBER")
-      .CheckedBy(NumberThat([](auto number) { return number >= 1 && number <= SampleSound::MostChannels; },
-                            "a whole number from 1 to 16"))
+      .CheckedBy(
+          NumberThat([](auto number) { return number >= 2 && number <= SampleSound::MostChannels && number % 2 == 0; },
+                     "an even number from 2 to 16"))
       .ShowsDefault();
   command
       .AddText(
@@ -126,6 +127,7 @@ void AddMakeSampleCommand(Command& program) {
       .Called("NUMBER")
       .CheckedBy(NumberThat([](auto) { return true; }, "a whole number from 0 to 18446744073709551615"))
       .ShowsDefault();
+  command.Add("--still", sample.Still, "One picture for each second, so that large ones are soon made");
   command.Add("--unsigned", sample.Unsigned, "Sign only documents of encrypted content, and make no key message");
   command.SetFooter(
       "Equal options make equal files, but for the key message of the encrypted composition, which is valid for\n"
@@ -134,6 +136,7 @@ void AddMakeSampleCommand(Command& program) {
       "is not empty, 2 it cannot be written, 4 interrupted.\n"
       "Examples:\n"
       "  strata make-sample sample --length 2\n"
+      "  strata make-sample flat --size 1998x1080 --still\n"
       "  strata make-sample small --length 1 --size 96x64 --flavour interop");
   command.Does([options] { return MakeSample(*options); });
 }

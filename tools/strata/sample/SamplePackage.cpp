@@ -23,7 +23,6 @@ SamplePackage::SamplePackage(const SampleSeed& seed, std::string folder, std::st
     : m_Seed(seed), m_Folder(std::move(folder)), m_Title(std::move(title)), m_Flavour(flavour), m_Signer(signer) {
   std::filesystem::create_directory(m_Folder);
   m_PackingList.ID = m_Seed.ID(m_Title + "/packing-list");
-  m_PackingList.Annotation = m_Title;
   m_AssetMap.ID = m_Seed.ID(m_Title + "/asset-map");
   m_PackingList.IssueDate = m_AssetMap.IssueDate = m_Seed.Date().EncodeString();
   m_PackingList.Issuer = m_PackingList.Creator = m_AssetMap.Issuer = m_AssetMap.Creator = SampleIssuer;
@@ -47,6 +46,7 @@ Ferro::SHA1 SamplePackage::Add(const Ferro::UUID& id, const std::string& filenam
 }
 
 void SamplePackage::AddComposition(const Cairn::CompositionPlaylist& composition, const std::string& filename) {
+  m_PackingList.Annotation = composition.ContentTitle;
   WriteSigned(filename, Encode(composition, filename));
   Add(composition.ID, filename, Cairn::FT_CPL);
 }

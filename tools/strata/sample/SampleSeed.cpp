@@ -16,6 +16,7 @@ SampleSeed::SampleSeed(const SampleOptions& options)
     : m_Text(std::to_string(options.Seed) + (options.Flavour == Cairn::DFT_Interop ? "/interop" : "/smpte")) {
   for (const Ferro::ui32_t number : {options.Seconds, options.Rate, options.Width, options.Height, options.Channels})
     m_Text += '/' + std::to_string(number);
+  if (options.Still) m_Text += "/still";
 }
 
 Ferro::SHA1 SampleSeed::Digest(const std::string& name) const {

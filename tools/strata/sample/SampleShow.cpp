@@ -5,6 +5,7 @@
 #include "SamplePackage.h"
 #include "SampleRequire.h"
 #include "SampleSigner.h"
+#include "SampleSound.h"
 #include "SampleTrackFiles.h"
 #include "terminal/CommandError.h"
 #include "terminal/LogView.h"
@@ -89,8 +90,15 @@ bool IsInterop(const SampleOptions& options) {
   return options.Flavour == Cairn::DFT_Interop;
 }
 
+/// Why a part is left out; empty: it is not.
+std::string LeftOut(const SampleOptions& options, const Plan& plan) {
+  if (plan.Immersive && IsInterop(options)) return "Interop has no immersive audio";
+  if (plan.Stereoscopic && options.Rate > 30) return "few servers play stereoscopic pictures at this rate";
+  return "";
+}
+
 bool HasPlan(const SampleOptions& options, const Plan& plan) {
-  return !plan.Immersive || !IsInterop(options);
+  return LeftOut(options, plan).empty();
 }
 
 Ferro::ui64_t PictureCount(const SampleOptions& options) {
@@ -112,6 +120,7 @@ class ShowMaker {
     Cairn::CompositionPlaylist composition = Heading(plan);
     for (ui32_t number = 1; number <= plan.Reels; ++number)
       composition.ReelList.push_back(MakeReel(plan, number, package));
+    if (!IsInterop(m_Options)) AddMarkers(plan, composition);
     package.AddComposition(composition, "CPL.xml");
     package.Finish();
     if (plan.Encrypted && !m_Options.Unsigned) WriteKeys(plan, composition);
@@ -133,8 +142,8 @@ class ShowMaker {
     feature->MarkerList.push_back(Marker("FEATURE_SECOND_1", m_Options.Rate));
     feature->MarkerList.push_back(Marker("CREDITS", m_Files.Duration() * Feature.Reels - m_Options.Rate));
     show.ShowSequence.push_back(std::move(feature));
-    show.ShowSequence.push_back(Item(Stereo));
-    if (!IsInterop(m_Options)) show.ShowSequence.push_back(Item(Immersive));
+    for (const Plan& plan : {Stereo, Immersive})
+      if (HasPlan(m_Options, plan)) show.ShowSequence.push_back(Item(plan));
     WriteShow(show, "show.xml");
   }
 
@@ -142,14 +151,56 @@ class ShowMaker {
   [[nodiscard]] Cairn::CompositionPlaylist Heading(const Plan& plan) const {
     Cairn::CompositionPlaylist composition;
     composition.ID = m_Seed.ID(std::string(plan.Title) + "/composition");
-    composition.Annotation = plan.Folder;
+    composition.ContentTitle = composition.Annotation = std::string("Sample") + plan.Folder;
     composition.IssueDate = m_Seed.Date().EncodeString();
     composition.Issuer = composition.Creator = SampleIssuer;
-    composition.ContentTitle = std::string("Sample") + plan.Folder;
     composition.ContentKind = plan.Kind;
     composition.ContentVersion = {m_Seed.ID(std::string(plan.Title) + "/version").EncodeURN(), "1"};
     composition.StereoscopicImage = plan.Stereoscopic;
+    if (!IsInterop(m_Options)) composition.Metadata = Metadata(plan, composition.ContentTitle);
     return composition;
+  }
+
+  /// What equipment is told of the composition (ST 429-16), and that it follows RDD 52.
+  [[nodiscard]] Cairn::CompositionMetadata Metadata(const Plan& plan, const std::string& title) const {
+    Cairn::CompositionMetadata metadata;
+    metadata.AssetID = m_Seed.ID(std::string(plan.Title) + "/metadata");
+    metadata.EditRate = m_Files.EditRate();
+    metadata.IntrinsicDuration = metadata.Duration = m_Files.Duration();
+    metadata.FullContentTitle = title;
+    metadata.FullContentTitleLanguage = "en";
+    metadata.ReleaseTerritory = "001";  // the world (UN M.49)
+    metadata.HasVersionNumber = true;
+    metadata.MainSoundConfiguration = m_Files.SoundConfiguration();
+    metadata.MainSoundSampleRate = {SampleSound::Rate, 1};
+    metadata.MainPictureStoredArea = {m_Options.Width, m_Options.Height};
+    metadata.MainPictureActiveArea = {m_Options.Width & ~1U, m_Options.Height & ~1U};
+    if (plan.HasText) metadata.MainSubtitleLanguageList = {"en"};
+    metadata.ExtensionMetadataList = {
+        {"http://isdcf.com/ns/cplmd/app", "Application", {{"DCP Constraints Profile", "SMPTE-RDD-52:2020-Bv2.1"}}}};
+    return metadata;
+  }
+
+  /// First and last picture of the content, and a feature's end and moving credits, in its last second.
+  void AddMarkers(const Plan& plan, Cairn::CompositionPlaylist& composition) const {
+    const ui32_t end = m_Files.Duration();
+    Cairn::MarkerAsset& first = MarkersOf(composition.ReelList.front());
+    first.MarkerList.push_back({"FFOC", "", "", 1});
+    Cairn::MarkerAsset& last = MarkersOf(composition.ReelList.back());
+    if (plan.Kind == Cairn::CK_FEATURE) {
+      last.MarkerList.push_back({"FFEC", "", "", end - m_Options.Rate});
+      last.MarkerList.push_back({"FFMC", "", "", end - m_Options.Rate / 2});
+    }
+    last.MarkerList.push_back({"LFOC", "", "", end - 1});
+  }
+
+  /// The markers of a reel, which are there from then on.
+  Cairn::MarkerAsset& MarkersOf(Cairn::Reel& reel) const {
+    Cairn::MarkerAsset& markers = reel.MainMarkers;
+    markers.AssetID = m_Seed.ID(reel.ID.EncodeString() + "/markers");
+    markers.EditRate = m_Files.EditRate();
+    markers.IntrinsicDuration = markers.Duration = m_Files.Duration();
+    return markers;
   }
 
   /// Fills in what is the same for every asset of a reel, and packs its file.
@@ -277,8 +328,8 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
   QuietLog log;  // the writers of track files say there why they fail
   try {
     for (const Plan& plan : Plans) {
-      if (!HasPlan(options, plan)) {
-        tell(std::string(plan.Folder) + ": left out, Interop has no immersive audio");
+      if (const std::string reason = LeftOut(options, plan); !reason.empty()) {
+        tell(std::string(plan.Folder) + ": left out, " + reason);
         continue;
       }
       tell(std::string(plan.Folder) + ": " + std::to_string(plan.Reels * options.Seconds) + " seconds");

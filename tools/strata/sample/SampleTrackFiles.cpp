@@ -46,13 +46,10 @@ std::string TimeOf(ui32_t number, ui32_t rate) {
   return TextOf("%02u:%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60, number % rate);
 }
 
-/// The use of the channels in a cinema, as MakeMCALabels takes it; empty where their number tells of none.
-std::string SoundConfiguration(ui32_t channels) {
-  if (channels == 1) return "M(C)";
-  if (channels == 6) return "51(L,R,C,LFE,Ls,Rs)";
-  if (channels < 8) return "";
-  std::string text = "51(L,R,C,LFE,Ls,Rs),HI,VIN";
-  for (ui32_t channel = 8; channel < channels; ++channel) text += ",-";
+/// The use of the channels in a cinema, as MakeMCALabels takes it.
+std::string UseOf(ui32_t channels) {
+  std::string text = channels < 6 ? "M(C)" : channels < 8 ? "51(L,R,C,LFE,Ls,Rs)" : "51(L,R,C,LFE,Ls,Rs),HI,VIN";
+  for (ui32_t channel = channels < 6 ? 1 : channels < 8 ? 6 : 8; channel < channels; ++channel) text += ",-";
   return text;
 }
 
@@ -101,17 +98,21 @@ SamplePicture SampleTrackFiles::Draw(const Reel& reel, ui32_t number, char eye) 
 void SampleTrackFiles::ForEachCodestream(const Reel& reel, const std::function<void(const Bytes&, char)>& take) const {
   const std::string eyes = reel.Stereoscopic ? "LR" : " ";
   const ui32_t images_per_second = m_Options.Rate * static_cast<ui32_t>(eyes.size());
-  const ui32_t total = Duration() * static_cast<ui32_t>(eyes.size());
-  const ui32_t at_once = std::max(1U, std::thread::hardware_concurrency());
-  const auto eye_of = [&](ui32_t i) { return eyes[i % eyes.size()]; };
-  for (ui32_t first = 0; first < total; first += at_once) {
+  const ui32_t held = m_Options.Still ? m_Options.Rate : 1;  // edit units that one picture stands for
+  const ui32_t at_once = std::max(1U, std::thread::hardware_concurrency()) * held;
+  for (ui32_t first = 0; first < Duration(); first += at_once) {
     if (Interrupt::Requested()) throw SampleStopped();
     std::vector<std::future<Bytes>> batch;
-    for (ui32_t i = first; i < std::min(total, first + at_once); ++i)
-      batch.push_back(std::async(std::launch::async, [&, i] {
-        return Draw(reel, i / static_cast<ui32_t>(eyes.size()), eye_of(i)).Encode(images_per_second);
-      }));
-    for (size_t i = 0; i < batch.size(); ++i) take(batch[i].get(), eye_of(first + static_cast<ui32_t>(i)));
+    for (ui32_t number = first; number < std::min(Duration(), first + at_once); number += held)
+      for (const char eye : eyes)
+        batch.push_back(std::async(std::launch::async,
+                                   [&, number, eye] { return Draw(reel, number, eye).Encode(images_per_second); }));
+    for (size_t i = 0; i < batch.size(); i += eyes.size()) {
+      std::vector<Bytes> pictures;
+      for (size_t k = 0; k < eyes.size(); ++k) pictures.push_back(batch[i + k].get());
+      for (ui32_t number = 0; number < held; ++number)
+        for (size_t k = 0; k < eyes.size(); ++k) take(pictures[k], eyes[k]);
+    }
   }
 }
 
@@ -153,9 +154,8 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
   descriptor.BlockAlign = m_Options.Channels * SampleSound::BytesPerSample;
   QUIRE::PCM::MCALabelList labels;
   if (m_Options.Flavour == Cairn::DFT_DCI_SMPTE) {
-    const std::string configuration = SoundConfiguration(m_Options.Channels);
-    descriptor.ChannelFormat = configuration.empty() ? QUIRE::PCM::CF_CFG_4 : QUIRE::PCM::CF_CFG_6;
-    if (!configuration.empty()) SampleRequire(QUIRE::PCM::MakeMCALabels(configuration, "en", labels), filename);
+    descriptor.ChannelFormat = QUIRE::PCM::CF_CFG_6;
+    SampleRequire(QUIRE::PCM::MakeMCALabels(UseOf(m_Options.Channels), "en", labels), filename);
   }
   QUIRE::PCM::MXFWriter writer;
   SampleRequire(writer.OpenWrite(filename, Info(reel, "sound"), descriptor, labels, Options(reel, "sound")), filename);
@@ -168,6 +168,13 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
     SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
   }
   SampleRequire(writer.Finalize(), filename);
+}
+
+std::string SampleTrackFiles::SoundConfiguration() const {
+  std::string text = UseOf(m_Options.Channels);
+  std::ranges::replace(text, '(', '/');
+  std::erase(text, ')');
+  return text;
 }
 
 void SampleTrackFiles::WriteText(const std::string& filename, const Reel& reel, const std::string& kind) const {

@@ -54,12 +54,14 @@ class SampleTrackFiles {
   [[nodiscard]] SamplePicture Draw(const Reel& reel, Ferro::ui32_t number, char eye = ' ') const;
 
   [[nodiscard]] Ferro::ui32_t Duration() const { return m_Options.Seconds * m_Options.Rate; }
+  /// What each channel is for: "51/L,R,C,LFE,Ls,Rs,HI,VIN", with "-" for what has no use.
+  [[nodiscard]] std::string SoundConfiguration() const;
   [[nodiscard]] QUIRE::Rational EditRate() const { return {static_cast<Ferro::i32_t>(m_Options.Rate), 1}; }
 
  private:
   using Bytes = std::vector<Ferro::ui8_t>;
 
-  /// The codestreams of all edit units in order, encoded on all cores; for stereoscopic pictures left and right by turns.
+  /// The codestreams of all edit units in order, each picture encoded once, on all cores; for stereoscopic pictures left and right by turns.
   void ForEachCodestream(const Reel& reel, const std::function<void(const Bytes&, char eye)>& take) const;
   [[nodiscard]] QUIRE::LabelSet_t Labels() const {
     return m_Options.Flavour == Cairn::DFT_Interop ? QUIRE::LS_MXF_INTEROP : QUIRE::LS_MXF_SMPTE;

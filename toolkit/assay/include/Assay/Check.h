@@ -40,6 +40,7 @@ class DepthSet {
     for (ui32_t i = 0; i <= static_cast<ui32_t>(depth); ++i) set.m_Bits |= 1U << i;
     return set;
   }
+  constexpr void Add(Depth depth) { m_Bits |= BitOf(depth); }
   [[nodiscard]] constexpr bool Has(Depth depth) const { return (m_Bits & BitOf(depth)) != 0; }
   [[nodiscard]] constexpr bool IsEmpty() const { return m_Bits == 0; }
 
