@@ -22,8 +22,6 @@ using testing::IsEmpty;
 class AssetStoreTest : public testing::Test, public StoreFixture {
  protected:
   void SetUp() override { ASSERT_EQ(Opened, RESULT_OK); }
-
-  PackageMaker Package(const std::string& name, ui32_t number) const { return {At(name), number}; }
 };
 
 // ---- packages

@@ -90,45 +90,32 @@ class ParsingFrame : public testing::Test {
   Ferro::MemoryLogSink m_Log;
 };
 
-TEST_F(ParsingFrame, TheRegistrationAuthoritysNamespaceIsSMPTE) {
-  EXPECT_EQ(Parse("<a xmlns=\"http://www.smpte-ra.org/schemas/429-7/2006/CPL\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_DCI_SMPTE);
+struct FormatCase {
+  const char* Name;
+  const char* Document;
+  Cairn::DCPFormat_t Format;
+};
+
+class ParsingFrameFormat : public ParsingFrame, public testing::WithParamInterface<FormatCase> {};
+
+TEST_P(ParsingFrameFormat, FollowsFromTheNamespaceThenTheElement) {
+  EXPECT_EQ(Parse(GetParam().Document), Ferro::RESULT_OK);
+  EXPECT_EQ(m_Seen.Format, GetParam().Format);
 }
 
-TEST_F(ParsingFrame, TheRegistrationAuthoritysHostWithoutHyphenIsSMPTE) {
-  EXPECT_EQ(Parse("<a xmlns=\"http://www.smptera.org/schemas/430-11/2010/RPL\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_DCI_SMPTE);
-}
+constexpr FormatCase FormatCases[] = {
+    {"RegistrationAuthority", R"(<a xmlns="http://www.smpte-ra.org/schemas/429-7/2006/CPL"/>)", Cairn::DFT_DCI_SMPTE},
+    {"HostWithoutHyphen", R"(<a xmlns="http://www.smptera.org/schemas/430-11/2010/RPL"/>)", Cairn::DFT_DCI_SMPTE},
+    {"IMFUserGroup", R"(<a xmlns="http://www.imfug.com/schemas/x"/>)", Cairn::DFT_DCI_SMPTE},
+    {"EarlierInitiative", R"(<a xmlns="http://www.digicine.com/PROTO-ASDCP-CPL-20040511#"/>)", Cairn::DFT_Interop},
+    {"Maker", R"(<a xmlns="http://www.strata.example/ra/xsd/strata-spl-1"/>)", Cairn::DFT_Interop},
+    {"SubtitleWithoutNamespace", "<DCSubtitle/>", Cairn::DFT_Interop},
+    {"SubtitleInAnUnknownNamespace", R"(<DCSubtitle xmlns="urn:x"/>)", Cairn::DFT_Interop},
+    {"SubtitleElementInAnSMPTENamespace", R"(<DCSubtitle xmlns="http://www.smpte-ra.org/x"/>)", Cairn::DFT_DCI_SMPTE},
+};
 
-TEST_F(ParsingFrame, TheIMFUserGroupsNamespaceIsSMPTE) {
-  EXPECT_EQ(Parse("<a xmlns=\"http://www.imfug.com/schemas/x\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_DCI_SMPTE);
-}
-
-TEST_F(ParsingFrame, TheEarlierInitiativesNamespaceIsInterop) {
-  EXPECT_EQ(Parse("<a xmlns=\"http://www.digicine.com/PROTO-ASDCP-CPL-20040511#\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_Interop);
-}
-
-TEST_F(ParsingFrame, TheMakersNamespaceIsInterop) {
-  EXPECT_EQ(Parse("<a xmlns=\"http://www.strata.example/ra/xsd/strata-spl-1\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_Interop);
-}
-
-TEST_F(ParsingFrame, ASubtitleDocumentWithoutNamespaceIsInterop) {
-  EXPECT_EQ(Parse("<DCSubtitle/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_Interop);
-}
-
-TEST_F(ParsingFrame, ASubtitleDocumentInAnUnknownNamespaceIsInterop) {
-  EXPECT_EQ(Parse("<DCSubtitle xmlns=\"urn:x\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_Interop);
-}
-
-TEST_F(ParsingFrame, TheNamespaceDecidesBeforeTheElementName) {
-  EXPECT_EQ(Parse("<DCSubtitle xmlns=\"http://www.smpte-ra.org/x\"/>"), Ferro::RESULT_OK);
-  EXPECT_EQ(m_Seen.Format, Cairn::DFT_DCI_SMPTE);
-}
+INSTANTIATE_TEST_SUITE_P(Each, ParsingFrameFormat, testing::ValuesIn(FormatCases),
+                         [](const auto& info) { return info.param.Name; });
 
 TEST_F(ParsingFrame, AnUnknownNamespaceIsRefusedBeforeAnyParsing) {
   EXPECT_EQ(Parse("<a xmlns=\"urn:unknown\">never looked at &"), Cairn::RESULT_XML_NAMESPACE);

@@ -58,6 +58,7 @@ struct StoreFixture {
   StoreFixture() : Opened(Store.Open()) {}
 
   [[nodiscard]] std::filesystem::path At(const std::string& name) const { return Base.Folder() / name; }
+  [[nodiscard]] PackageMaker Package(const std::string& name, Ferro::ui32_t number) const { return {At(name), number}; }
   /// The only record of an asset; an empty one, and a failure, when there is not just one.
   [[nodiscard]] Cairn::AssetRecord Only(const Cairn::UUID& id) const;
   [[nodiscard]] Cairn::Result_t Add(const std::string& name = "") { return Store.AddFolder(At(name).string()); }

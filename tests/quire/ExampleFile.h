@@ -5,6 +5,7 @@
 
 #include <Ferro/TextEncoding.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace QUIRE {
@@ -126,6 +127,12 @@ inline std::vector<ui8_t> ExampleFile() {
   std::vector<ui8_t> bytes;
   (void)Ferro::base64decode(base64, bytes);
   return bytes;
+}
+
+/// Its bytes from `start` to `end`.
+inline std::vector<ui8_t> ExampleBytes(size_t start, size_t end) {
+  const std::vector<ui8_t> file = ExampleFile();
+  return {file.begin() + static_cast<std::ptrdiff_t>(start), file.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
 }  // namespace QUIRE

@@ -15,18 +15,16 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::ptrdiff_t SegmentStart = 4538;
-constexpr std::ptrdiff_t SegmentEnd = 4689;
+constexpr size_t SegmentStart = 4538;
+constexpr size_t SegmentEnd = 4689;
 constexpr size_t HeaderLength = 20;
 
 Bytes ExampleSegment() {
-  const Bytes file = ExampleFile();
-  return {file.begin() + SegmentStart, file.begin() + SegmentEnd};
+  return ExampleBytes(SegmentStart, SegmentEnd);
 }
 
 Bytes ExampleValue() {
-  const Bytes segment = ExampleSegment();
-  return {segment.begin() + HeaderLength, segment.end()};
+  return ExampleBytes(SegmentStart + HeaderLength, SegmentEnd);
 }
 
 IndexTableSegment Parse(const Bytes& value) {

@@ -22,9 +22,7 @@ constexpr size_t LabelCount = 20 + 80;  // of the pack's start
 constexpr size_t LabelSize = 20 + 84;
 
 Bytes PackAt(size_t offset) {
-  const Bytes file = ExampleFile();
-  return {file.begin() + static_cast<std::ptrdiff_t>(offset),
-          file.begin() + static_cast<std::ptrdiff_t>(offset + PackLength)};
+  return ExampleBytes(offset, offset + PackLength);
 }
 
 Partition Parse(const Bytes& bytes, ui64_t offset = 0) {

@@ -14,18 +14,16 @@ namespace {
 using Bytes = std::vector<ui8_t>;
 using testing::ElementsAre;
 
-constexpr std::ptrdiff_t PackStart = 140;
-constexpr std::ptrdiff_t PackEnd = 1446;
+constexpr size_t PackStart = 140;
+constexpr size_t PackEnd = 1446;
 constexpr size_t HeaderLength = 20;
 
 Bytes ExamplePack() {
-  const Bytes file = ExampleFile();
-  return {file.begin() + PackStart, file.begin() + PackEnd};
+  return ExampleBytes(PackStart, PackEnd);
 }
 
 Bytes ExampleValue() {
-  const Bytes pack = ExamplePack();
-  return {pack.begin() + HeaderLength, pack.end()};
+  return ExampleBytes(PackStart + HeaderLength, PackEnd);
 }
 
 Bytes EntryBytes(ui16_t tag, MDD_t entry) {

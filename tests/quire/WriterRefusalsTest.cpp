@@ -62,6 +62,7 @@ TEST_F(WriterRefusals, SystemWithoutRandomNumbersIsAFailure) {
   const testsupport::NoRandomBytes none;
   EXPECT_EQ(m_Picture.OpenWrite(m_Path, MakeWriterInfo({}), MakePictureDescriptor({}), options), Ferro::RESULT_FAIL);
   EXPECT_TRUE(Logged("cannot write a track file: the system has no random numbers."));
+  EXPECT_EQ(m_Picture.FailureReason(), "cannot write a track file: the system has no random numbers.");
   EXPECT_TRUE(FolderIsEmpty());
 }
 
@@ -108,6 +109,10 @@ TEST_F(WriterRefusals, AFolderThatIsNotThereIsNamed) {
   EXPECT_FALSE(writer.IsOpen());
   ASSERT_EQ(m_Log.Entries().size(), 1u);
   EXPECT_EQ(m_Log.Entries()[0].Message, path + ": cannot write a track file: No such file or directory\n");
+  EXPECT_EQ(writer.FailureReason(), "cannot write a track file: No such file or directory");
+  // The next file is another matter.
+  ASSERT_EQ(writer.OpenWrite(m_Path, MakeWriterInfo({}), MakeDataDescriptor({})), Ferro::RESULT_OK);
+  EXPECT_EQ(writer.FailureReason(), "");
 }
 
 TEST_F(WriterRefusals, NothingIsWrittenBeforeOpenWrite) {
@@ -196,6 +201,7 @@ TEST_F(WriterRefusals, AFullDiskLeavesNoFile) {
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, handler);
   EXPECT_TRUE(Logged("cannot write 4000 bytes at offset 16544: File too large"));
+  EXPECT_EQ(writer.FailureReason(), "cannot write 4000 bytes at offset 16544: File too large");
   EXPECT_TRUE(FolderIsEmpty());
 }
 
@@ -235,6 +241,7 @@ TEST_F(WriterRefusals, SoundFactsThatContradictEachOtherAreNamed) {
   sound.ChannelCount = 0;
   EXPECT_EQ(writer.OpenWrite(m_Path, MakeWriterInfo({}), sound), Ferro::RESULT_PARAM);
   EXPECT_TRUE(Logged("cannot write the sound: it has no channels or no sample size."));
+  EXPECT_EQ(writer.FailureReason(), "cannot write the sound: it has no channels or no sample size.");
   sound = MakeAudioDescriptor({});
   sound.BlockAlign = 17;
   EXPECT_EQ(writer.OpenWrite(m_Path, MakeWriterInfo({}), sound), Ferro::RESULT_PARAM);

@@ -54,7 +54,7 @@ struct AddTarget {
     return From.IsArgument() ? option : option->allow_extra_args(false);
   }
   CLI::Option* operator()(const TakeText& take) const {
-    // Taken while it is checked, so that the first wrong one in the line is told of.
+    // Taken while it is checked, so that the first wrong one in the line is reported.
     CLI::Option* option = App.add_option_function<std::string>(
         From.Names, [](const std::string&) {}, From.Description);
     return option->check(take);

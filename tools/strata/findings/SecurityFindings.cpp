@@ -44,7 +44,7 @@ void FindInSignature(const DocumentPlace& place, const DocumentSignatures::Outco
     finding.File = place.File;
     findings.push_back(std::move(finding));
   };
-  if (outcome.Result.Failure()) return;  // what cannot be read is told of elsewhere
+  if (outcome.Result.Failure()) return;  // what cannot be read is reported elsewhere
   if (place.IsEncrypted && outcome.Report.State == Sigil::SignatureState::NotSigned)
     add(Finding(FindingID::SignMissing));
   for (const Sigil::Finding& from : outcome.Report.Findings) {

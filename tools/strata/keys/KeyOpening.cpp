@@ -67,7 +67,7 @@ TrackKey* TrackKeys::Of(const std::string& filename) {
   if (m_Keys.Size() == 0) return nullptr;
   const auto [place, is_new] = m_Files.try_emplace(filename);
   if (!is_new) return place->second.get();
-  const QuietLog log;  // a file that cannot be opened is told of by whoever reads it
+  const QuietLog log;  // a file that cannot be opened is reported where it is read
   auto key = std::make_unique<TrackKey>();
   if (QUIRE::ReadTrackEncryption(filename, key->Track).Success() && key->Track.IsEncrypted &&
       m_Keys.FillContexts(key->Track, key->Contexts).Success())

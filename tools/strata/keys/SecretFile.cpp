@@ -58,10 +58,10 @@ class SilentTerminal {
  private:
   /// False where a signal came first. It may come at any moment, so it is asked for again and again.
   [[nodiscard]] bool WaitForKey() const {
-    constexpr int Patience = 100;  // milliseconds
+    constexpr int PollInterval = 100;  // milliseconds
     pollfd terminal{m_Descriptor, POLLIN, 0};
     int ready = 0;
-    while (ready == 0 && !Interrupt::Requested()) ready = poll(&terminal, 1, Patience);
+    while (ready == 0 && !Interrupt::Requested()) ready = poll(&terminal, 1, PollInterval);
     return ready == 1;
   }
 

@@ -73,8 +73,7 @@ std::string SamplePackage::Encode(const DocumentT& document, const std::string& 
 }
 
 void SamplePackage::Write(const std::string& filename, const std::string& text) const {
-  if (const std::string problem = WriteWholeFile(PathOf(filename), text); !problem.empty())
-    throw std::runtime_error(problem);
+  WriteSampleFile(PathOf(filename), text);
 }
 
 void SamplePackage::WriteSigned(const std::string& filename, std::string text) const {

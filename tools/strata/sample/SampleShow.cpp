@@ -63,10 +63,10 @@ class UnfinishedFolder {
   UnfinishedFolder& operator=(const UnfinishedFolder&) = delete;
 
   [[nodiscard]] std::string PathOf(const std::string& name) const { return (m_Folder / name).string(); }
-  /// The text with the folder's name at the end in place of the present one.
-  [[nodiscard]] std::string NameAtTheEnd(std::string text) const {
-    const size_t at = text.find(m_Folder.string());
-    return at == text.npos ? text : text.replace(at, m_Folder.string().size(), m_Target.string());
+  /// The name that a file in it has at the end; others stay as they are.
+  [[nodiscard]] std::string NameAtTheEnd(const std::string& filename) const {
+    const std::string folder = m_Folder.string();
+    return filename.starts_with(folder) ? m_Target.string() + filename.substr(folder.size()) : filename;
   }
   void Finish() {
     fs::rename(m_Folder, m_Target);
@@ -79,7 +79,7 @@ class UnfinishedFolder {
 };
 
 void WriteText(const std::string& filename, std::string_view text) {
-  if (const std::string problem = WriteWholeFile(filename, text); !problem.empty()) throw std::runtime_error(problem);
+  WriteSampleFile(filename, text);
 }
 
 void WriteBytes(const std::string& filename, const std::vector<Ferro::ui8_t>& bytes) {
@@ -325,7 +325,7 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
   UnfinishedFolder folder(Ferro::PathNormalize(options.Folder));
   Ferro::ui64_t done = 0;
   const ShowMaker maker(options, folder, [&, total = PictureCount(options)] { progress(++done, total); });
-  QuietLog log;  // the writers of track files say there why they fail
+  const QuietLog log;  // what fails is told by what is thrown
   try {
     for (const Plan& plan : Plans) {
       if (const std::string reason = LeftOut(options, plan); !reason.empty()) {
@@ -341,9 +341,8 @@ bool MakeSampleShow(const SampleOptions& options, const std::function<void(const
     return false;
   } catch (const fs::filesystem_error& error) {
     throw std::runtime_error(folder.NameAtTheEnd(error.path1().string()) + ": " + error.code().message());
-  } catch (const std::runtime_error& error) {
-    const auto messages = log.Take();
-    throw std::runtime_error(folder.NameAtTheEnd(messages.empty() ? error.what() : messages.front().Message));
+  } catch (const SampleFailure& failure) {
+    throw std::runtime_error(folder.NameAtTheEnd(failure.Thing()) + ": " + failure.what());
   }
   return true;
 }

@@ -121,6 +121,9 @@ void SampleTrackFiles::WritePicture(const std::string& filename, const Reel& ree
   QUIRE::JP2K::MXFSWriter stereo;
   QUIRE::JP2K::FrameBuffer buffer;
   Encryption encryption(m_Seed, reel, "picture", Labels());
+  const auto require = [&](const QUIRE::Result_t& result) {
+    reel.Stereoscopic ? SampleRequire(result, stereo, filename) : SampleRequire(result, mono, filename);
+  };
   const auto open = [&](const Bytes& codestream) {
     QUIRE::JP2K::PictureDescriptor descriptor;
     SampleRequire(QUIRE::JP2K::ParseCodestream(codestream, descriptor), filename);
@@ -129,20 +132,18 @@ void SampleTrackFiles::WritePicture(const std::string& filename, const Reel& ree
     descriptor.Stereoscopic = reel.Stereoscopic;
     const QUIRE::WriterInfo info = Info(reel, "picture");
     const QUIRE::WriterOptions options = Options(reel, "picture");
-    SampleRequire(reel.Stereoscopic ? stereo.OpenWrite(filename, info, descriptor, options)
-                                    : mono.OpenWrite(filename, info, descriptor, options),
-                  filename);
+    require(reel.Stereoscopic ? stereo.OpenWrite(filename, info, descriptor, options)
+                              : mono.OpenWrite(filename, info, descriptor, options));
   };
   ForEachCodestream(reel, [&](const Bytes& codestream, char eye) {
     if (!mono.IsOpen() && !stereo.IsOpen()) open(codestream);
     Fill(buffer, codestream);
     const auto phase = eye == 'R' ? QUIRE::JP2K::SP_RIGHT : QUIRE::JP2K::SP_LEFT;
-    SampleRequire(reel.Stereoscopic ? stereo.WriteFrame(buffer, phase, encryption.Cipher(), encryption.Integrity())
-                                    : mono.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()),
-                  filename);
+    require(reel.Stereoscopic ? stereo.WriteFrame(buffer, phase, encryption.Cipher(), encryption.Integrity())
+                              : mono.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()));
     m_OnPicture();
   });
-  SampleRequire(reel.Stereoscopic ? stereo.Finalize() : mono.Finalize(), filename);
+  require(reel.Stereoscopic ? stereo.Finalize() : mono.Finalize());
 }
 
 void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel) const {
@@ -158,16 +159,17 @@ void SampleTrackFiles::WriteSound(const std::string& filename, const Reel& reel)
     SampleRequire(QUIRE::PCM::MakeMCALabels(UseOf(m_Options.Channels), "en", labels), filename);
   }
   QUIRE::PCM::MXFWriter writer;
-  SampleRequire(writer.OpenWrite(filename, Info(reel, "sound"), descriptor, labels, Options(reel, "sound")), filename);
+  SampleRequire(writer.OpenWrite(filename, Info(reel, "sound"), descriptor, labels, Options(reel, "sound")), writer,
+                filename);
   const SampleSound sound(m_Options.Channels);
   const ui32_t samples = SampleSound::Rate / m_Options.Rate;
   QUIRE::PCM::FrameBuffer buffer;
   Encryption encryption(m_Seed, reel, "sound", Labels());
   for (ui32_t i = 0; i < Duration(); ++i) {
     Fill(buffer, sound.Samples(Ferro::ui64_t{i} * samples, samples));
-    SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
+    SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), writer, filename);
   }
-  SampleRequire(writer.Finalize(), filename);
+  SampleRequire(writer.Finalize(), writer, filename);
 }
 
 std::string SampleTrackFiles::SoundConfiguration() const {
@@ -190,16 +192,16 @@ void SampleTrackFiles::WriteText(const std::string& filename, const Reel& reel, 
     descriptor.ResourceList.push_back({text.About().ImageID, QUIRE::TimedText::MT_PNG});
   QUIRE::TimedText::MXFWriter writer;
   Encryption encryption(m_Seed, reel, kind, Labels());
-  SampleRequire(writer.OpenWrite(filename, Info(reel, kind), descriptor, Options(reel, kind)), filename);
+  SampleRequire(writer.OpenWrite(filename, Info(reel, kind), descriptor, Options(reel, kind)), writer, filename);
   SampleRequire(writer.WriteTimedTextResource(text.SMPTEDocument(), encryption.Cipher(), encryption.Integrity()),
-                filename);
+                writer, filename);
   for (const auto& resource : descriptor.ResourceList) {
     QUIRE::TimedText::FrameBuffer buffer;
     buffer.AssetID(resource.ResourceID);
     Fill(buffer, resource.Type == QUIRE::TimedText::MT_PNG ? text.Image() : MakeSampleFontFile());
-    SampleRequire(writer.WriteAncillaryResource(buffer, encryption.Cipher(), encryption.Integrity()), filename);
+    SampleRequire(writer.WriteAncillaryResource(buffer, encryption.Cipher(), encryption.Integrity()), writer, filename);
   }
-  SampleRequire(writer.Finalize(), filename);
+  SampleRequire(writer.Finalize(), writer, filename);
 }
 
 SampleText SampleTrackFiles::Text(const Reel& reel, const std::string& kind) const {
@@ -226,14 +228,15 @@ void SampleTrackFiles::WriteImmersive(const std::string& filename, const Reel& r
   descriptor.MaxObjectCount = 118;
   descriptor.AtmosVersion = 1;
   QUIRE::ATMOS::MXFWriter writer;
-  SampleRequire(writer.OpenWrite(filename, Info(reel, "immersive"), descriptor, Options(reel, "immersive")), filename);
+  SampleRequire(writer.OpenWrite(filename, Info(reel, "immersive"), descriptor, Options(reel, "immersive")), writer,
+                filename);
   Encryption encryption(m_Seed, reel, "immersive", Labels());
   QUIRE::DCData::FrameBuffer buffer;
   for (ui32_t i = 0; i < Duration(); ++i) {
     Fill(buffer, SampleImmersiveFrame(i, m_Options.Rate));
-    SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), filename);
+    SampleRequire(writer.WriteFrame(buffer, encryption.Cipher(), encryption.Integrity()), writer, filename);
   }
-  SampleRequire(writer.Finalize(), filename);
+  SampleRequire(writer.Finalize(), writer, filename);
 }
 
 QUIRE::WriterInfo SampleTrackFiles::Info(const Reel& reel, const std::string& kind) const {

@@ -43,7 +43,7 @@ void AddStoreCommand(Command& program) {
   const auto options = std::make_shared<StoreOptions>();
   Command& command = program.AddCommand("store", "Keep an index of the folders that hold shows and packages");
   command.SetFooter(
-      "With an index, the files of a large library are looked into once, and digests are computed once. Other "
+      "With an index, the files of a large library are read once, and digests are computed once. Other "
       "commands\n"
       "use it with --index. Nothing in the folders is ever changed, and an index can be deleted at any time.\n"
       "Exit codes: 0 fine, 1 usage, 2 something is broken or the index cannot be used, 3 files are missing,\n"

@@ -7,24 +7,33 @@
 
 namespace Tool {
 
-std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
+namespace {
+
+std::string WriteProblem(const Ferro::Result_t& result, const std::string& reason) {
   const std::string why = result == Ferro::RESULT_NOT_FOUND  ? "its folder is not there"
                           : result == Ferro::RESULT_NOTAFILE ? "a folder, device or pipe has this name"
                           : reason.empty()                   ? ReasonText(result)
                                                              : reason;
-  return filename + ": this file cannot be written: " + why;
+  return "this file cannot be written: " + why;
 }
+
+}  // namespace
 
 void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason) {
-  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, WriteProblem(filename, result, reason));
+  if (result.Failure()) throw CommandError(ExitCode::NotPlayable, filename + ": " + WriteProblem(result, reason));
 }
 
-std::string WriteWholeFile(const std::string& filename, std::string_view content) {
+std::string TryToWriteFile(const std::string& filename, std::string_view content) {
   Ferro::FileWriter file;
   Ferro::Result_t result = file.OpenWrite(filename);
   if (result.Success()) result = file.Write(content);
   if (result.Success()) result = file.Commit();
-  return result.Success() ? "" : WriteProblem(filename, result, file.FailureReason());
+  return result.Success() ? "" : WriteProblem(result, file.FailureReason());
+}
+
+std::string WriteWholeFile(const std::string& filename, std::string_view content) {
+  const std::string problem = TryToWriteFile(filename, content);
+  return problem.empty() ? "" : filename + ": " + problem;
 }
 
 }  // namespace Tool

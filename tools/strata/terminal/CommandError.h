@@ -27,12 +27,13 @@ struct CommandStopped {
   const char* LeftBehind = "; nothing was left behind";
 };
 
-/// What the user reads where writing `filename` failed. `reason` is the system's, as FileWriter::FailureReason has it.
-[[nodiscard]] std::string WriteProblem(const std::string& filename, const Ferro::Result_t& result,
-                                       const std::string& reason);
-/// Throws CommandError with the problem where writing `filename` failed.
+/// Throws CommandError with the problem where writing `filename` failed. `reason` is the system's, as
+/// FileWriter::FailureReason has it.
 void CheckWritten(const std::string& filename, const Ferro::Result_t& result, const std::string& reason);
-/// Writes a whole file, which is complete or as it was before. Returns the problem; empty: there is none.
+/// Writes a whole file, which is complete or as it was before. Returns why it cannot be written, without its name: "this
+/// file cannot be written: No space left on device". Empty: it is written.
+[[nodiscard]] std::string TryToWriteFile(const std::string& filename, std::string_view content);
+/// The same with the name before the problem.
 [[nodiscard]] std::string WriteWholeFile(const std::string& filename, std::string_view content);
 
 }  // namespace Tool

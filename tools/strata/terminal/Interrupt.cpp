@@ -12,7 +12,7 @@ namespace Tool {
 
 namespace {
 
-constexpr int Patience = 2;  // signals that only ask
+constexpr int GracefulSignals = 2;  // signals that only ask
 
 volatile std::sig_atomic_t s_Count = 0;
 // Set before any signal that they matter for.
@@ -23,7 +23,7 @@ void (*s_TidyUp)() = nullptr;
 extern "C" void HandleSignal(int number) {
   s_Count = s_Count + 1;
   if (s_Count == 1 && s_Seconds > 0) alarm(s_Seconds);
-  if (s_Count >= Patience) std::signal(number, SIG_DFL);
+  if (s_Count >= GracefulSignals) std::signal(number, SIG_DFL);
 }
 
 extern "C" void EndNow(int) {

@@ -32,7 +32,7 @@ constexpr std::array Arrows = {EscapeSequence{"[D", "left"},  EscapeSequence{"OD
 constexpr char Escape = '\x1b';
 constexpr size_t LongestSequence = 64;  // bytes; real ones are far shorter
 // For the rest of a sequence to arrive. When it has not come by then, the user hit the escape key.
-constexpr auto SequencePatience = std::chrono::milliseconds(50);
+constexpr auto SequenceTimeout = std::chrono::milliseconds(50);
 
 bool IsIn(char character, char first, char last) {
   return character >= first && character <= last;
@@ -106,7 +106,7 @@ std::optional<std::string> Terminal::NextKey() {
     if (m_Pending.front() != Escape) return take(1);
     size_t length = SequenceLength(m_Pending);
     if (length == 0) {
-      if (!m_AtEnd && std::chrono::steady_clock::now() - m_ReadAt < SequencePatience) return std::nullopt;
+      if (!m_AtEnd && std::chrono::steady_clock::now() - m_ReadAt < SequenceTimeout) return std::nullopt;
       length = m_Pending.size();
     }
     const std::string sequence = take(length).substr(1);

@@ -31,7 +31,7 @@ Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
   descriptor.EditRate = job.EditRate();
   descriptor.AssetID = job.Info().AssetUUID;
   Writer writer;
-  job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+  job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
   QUIRE::DCData::FrameBuffer frame;
   Ferro::ui64_t done = 0;
   for (const std::string& file : sources.Files) {
@@ -39,11 +39,11 @@ Wrapped Write(WrapJob& job, const WrapSources& sources, Descriptor descriptor) {
     if (sources.Kind == EssenceKind::Immersive && !job.Options().Force && !IsImmersive(frame))
       throw CommandError(ExitCode::NotPlayable,
                          file + ": this is no edit unit of immersive audio; --force wraps it all the same");
-    job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
     done += frame.Size();
     job.Progress(done, sources.TotalSize);
   }
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   return {descriptor.EditRate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }
 

@@ -80,7 +80,7 @@ const char* EssenceKindName(EssenceKind kind) {
 
 WrapJob::WrapJob(const WrapOptions& options) : m_Options(options), m_Bar("Wrapping") {
   const std::string folder = Ferro::PathDirname(options.Out);
-  if (!folder.empty() && !IsFolder(folder)) Check(Ferro::RESULT_NOT_FOUND);
+  if (!folder.empty() && !IsFolder(folder)) CheckWritten(m_Options.Out, Ferro::RESULT_NOT_FOUND, "");
   m_Info.AssetUUID = ReadID("--id", options.ID);
   m_Info.ProductUUID = Ferro::UUID::FromHex("51b3e2a4-6f0d-4a58-9d3c-6d1f0c8f2b17").value();
   m_Info.ProductVersion = Strata::Version();
@@ -112,11 +112,10 @@ QUIRE::Rational WrapJob::EditRate(const QUIRE::Rational& source) const {
   return source.Numerator > 0 && source.Denominator > 0 ? source : QUIRE::EditRate_24;
 }
 
-void WrapJob::Check(const Ferro::Result_t& result) {
-  const auto messages = m_Log.Take();
-  const bool is_told = !messages.empty() && messages.back().Level == Ferro::LogLevel::Error;
-  if (is_told && result.Failure() && !(result == Ferro::RESULT_NOTAFILE))
-    throw CommandError(ExitCode::NotPlayable, messages.back().Message);
+void WrapJob::Check(const QUIRE::TrackFileWriter& writer, const QUIRE::Result_t& result) const {
+  const std::string reason = writer.FailureReason();
+  if (result.Failure() && !reason.empty() && !(result == Ferro::RESULT_NOTAFILE))
+    throw CommandError(ExitCode::NotPlayable, m_Options.Out + ": " + reason);
   CheckWritten(m_Options.Out, result, "");
 }
 

@@ -8,6 +8,7 @@
 #include <QUIRE/Crypto.h>
 #include <QUIRE/FrameBuffer.h>
 #include <QUIRE/Rational.h>
+#include <QUIRE/TrackFileWriter.h>
 #include <QUIRE/WriterInfo.h>
 
 #include <optional>
@@ -57,8 +58,8 @@ class WrapJob {
   [[nodiscard]] QUIRE::AESEncContext* Cipher() { return m_Cipher ? &*m_Cipher : nullptr; }
   [[nodiscard]] QUIRE::HMACContext* Integrity() { return m_Integrity ? &*m_Integrity : nullptr; }
 
-  /// Throws CommandError where writing the track file failed.
-  void Check(const Ferro::Result_t& result);
+  /// Throws CommandError where writing the track file failed: `result` is what the writer returned.
+  void Check(const QUIRE::TrackFileWriter& writer, const QUIRE::Result_t& result) const;
   /// Keeps what is told beside the report: it was written, and may not be what was meant.
   void Warn(std::string sentence) { m_Warnings.push_back(std::move(sentence)); }
   [[nodiscard]] const std::vector<std::string>& Warnings() const { return m_Warnings; }
@@ -75,7 +76,7 @@ class WrapJob {
   std::optional<QUIRE::HMACContext> m_Integrity;
   std::vector<std::string> m_Warnings;
   ProgressBar m_Bar;
-  QuietLog m_Log;  // the writers say there why they fail
+  QuietLog m_Log;  // what fails is told in other words
 };
 
 /// What a track file became.

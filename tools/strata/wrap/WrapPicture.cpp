@@ -98,11 +98,11 @@ Wrapped WrapStereoscopic(WrapJob& job, const WrapSources& sources) {
       PictureDescriptor descriptor = reader.First();
       descriptor.EditRate = rate;
       descriptor.Stereoscopic = true;
-      job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+      job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
     }
-    job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
   }
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   reader.TellWhatIsUnusual();
   return {rate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }
@@ -120,11 +120,11 @@ Wrapped WrapPicture(WrapJob& job, const WrapSources& sources) {
     if (!writer.IsOpen()) {
       PictureDescriptor descriptor = reader.First();
       descriptor.EditRate = descriptor.SampleRate = rate;
-      job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+      job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
     }
-    job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
   }
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   reader.TellWhatIsUnusual();
   return {rate, static_cast<Ferro::ui32_t>(sources.Files.size())};
 }

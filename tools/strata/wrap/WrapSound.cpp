@@ -122,7 +122,7 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
                              : descriptor.ChannelCount == 6 ? QUIRE::PCM::CF_CFG_1
                                                             : QUIRE::PCM::CF_CFG_4;
   QUIRE::PCM::MXFWriter writer;
-  job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor, labels));
+  job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor, labels));
 
   // An edit unit is at most a second long.
   QUIRE::PCM::FrameBuffer mono;
@@ -140,10 +140,10 @@ Wrapped WrapSound(WrapJob& job, const WrapSources& sources) {
       all.Size(mono.Size() * static_cast<ui32_t>(list.size()));
     else
       list.front()->Read(number, all);
-    job.Check(writer.WriteFrame(all, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteFrame(all, job.Cipher(), job.Integrity()));
     job.Progress(sources.TotalSize * (number + 1) / duration, sources.TotalSize);
   }
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   ui32_t padding = 0;
   for (const auto& source : list) padding = std::max(padding, source->Padding());
   return {rate, duration, padding};

@@ -104,15 +104,15 @@ Wrapped WrapText(WrapJob& job, const WrapSources& sources) {
   }
 
   QUIRE::TimedText::MXFWriter writer;
-  job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
-  job.Check(writer.WriteTimedTextResource(text, job.Cipher(), job.Integrity()));
+  job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+  job.Check(writer, writer.WriteTimedTextResource(text, job.Cipher(), job.Integrity()));
   for (size_t i = 0; i < files.size(); ++i) {
     job.Progress(i, files.size());
     ReadIntoFrame(files[i], frame);
     frame.AssetID(references[i]);
-    job.Check(writer.WriteAncillaryResource(frame, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteAncillaryResource(frame, job.Cipher(), job.Integrity()));
   }
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   return {descriptor.EditRate, descriptor.ContainerDuration};
 }
 

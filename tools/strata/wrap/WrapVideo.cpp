@@ -80,16 +80,16 @@ Wrapped WrapVideo(WrapJob& job, const WrapSources& sources) {
           Ferro::i64_t{descriptor.EditRate.Numerator} * asked.Denominator)
         throw CommandError(ExitCode::Usage, filename + ": this stream has " + descriptor.EditRate.EncodeString() +
                                                 " pictures per second, not what --rate says");
-      job.Check(writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
+      job.Check(writer, writer.OpenWrite(job.Options().Out, job.Info(), descriptor));
     }
     FillFrame(unit, frame);
-    job.Check(writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
+    job.Check(writer, writer.WriteFrame(frame, job.Cipher(), job.Integrity()));
     done += unit.size();
     job.Progress(done, sources.TotalSize);
   }
   if (!writer.IsOpen()) throw CommandError(ExitCode::NotPlayable, filename + ": this file is empty");
   const Wrapped wrapped{descriptor.EditRate, writer.EditUnitCount()};
-  job.Check(writer.Finalize());
+  job.Check(writer, writer.Finalize());
   return wrapped;
 }
 

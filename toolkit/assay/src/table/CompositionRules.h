@@ -380,7 +380,7 @@ inline constexpr FindingRule CompositionRules[] = {
      {FindingClass::Warning},
      Flavour::Any,
      Depth::Documents,
-     "A marker has a label that nobody knows.",
+     "A marker has an unknown label.",
      "Known are FFOC LFOC FFTC LFTC FFOI LFOI FFEC LFEC FFMC LFMC; others need a scope that says whose labels they "
      "are. Equipment passes over the marker, or refuses it.",
      "Tell the maker of the package.",

@@ -138,7 +138,7 @@ inline constexpr FindingRule PackageRules[] = {
      Depth::Documents,
      "The asset map leads two identifiers to one file.",
      "A file has one identifier of its own. The other one then names a file that says it is something else; servers "
-     "that look into their files refuse it.",
+     "that read their files refuse it.",
      "Ask for a corrected package.",
      "ST 429-9"},
     {FindingID::AmNoPackingList,

@@ -49,12 +49,20 @@ class QUIRE_API TrackFileWriter {
   [[nodiscard]] Result_t Finalize();
   /// Gives up what was written; nothing happens when no file is open.
   void Abandon();
+  /// Why the last call that failed did so, as the log tells it behind the file's name, in English: "cannot write
+  /// 16 bytes at offset 5: No space left on device". Empty when nothing failed since OpenWrite was called last, or the
+  /// result says it all.
+  [[nodiscard]] std::string FailureReason() const;
 
  protected:
   TrackFileWriter();
   ~TrackFileWriter();
 
+  /// Finalize for a file whose duration is not the number of its edit units.
+  [[nodiscard]] Result_t FinalizeWith(ui32_t duration);
+
   Ferro::mem_ptr<h__Writer> m_Writer;  // set while a file is open
+  std::string m_FailureReason;         // of the last file; while one is open, its writer knows
 };
 
 }  // namespace QUIRE

@@ -12,7 +12,7 @@
 
 namespace QUIRE {
 
-/// The big-endian integer at `bytes`, of which there must be enough.
+/// The big-endian integer at `bytes`, which must hold enough of them.
 template <std::integral T>
 [[nodiscard]] T LoadBE(const ui8_t* bytes) {
   using U = std::make_unsigned_t<T>;

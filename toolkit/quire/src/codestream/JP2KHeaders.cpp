@@ -286,7 +286,7 @@ bool IsMarkerAt(std::span<const ui8_t> codestream, ui64_t at, Marker marker) {
   return codestream.size() - at >= 2 && (codestream[at] << 8 | codestream[at + 1]) == static_cast<int>(marker);
 }
 
-// The SOT marker segment at `at`, of which there are enough bytes; false where it is malformed.
+// The SOT marker segment at `at`, all of whose bytes are there; false where it is malformed.
 bool ReadTilePart(std::span<const ui8_t> codestream, ui64_t at, TilePart& part) {
   MemIOReader reader(codestream.subspan(at + 2, SOTLength - 2));
   ui16_t length = 0;

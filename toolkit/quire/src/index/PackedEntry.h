@@ -14,7 +14,7 @@ namespace QUIRE::MXF {
   return packed;
 }
 
-/// The entry at `bytes`, of which there must be as many as a PackedIndexEntry has.
+/// The entry at `bytes`, at least sizeof(PackedIndexEntry) of them.
 [[nodiscard]] inline IndexEntry UnpackEntry(const ui8_t* bytes) {
   return {LoadBE<ui64_t>(bytes + 3), static_cast<i8_t>(bytes[0]), static_cast<i8_t>(bytes[1]), bytes[2]};
 }

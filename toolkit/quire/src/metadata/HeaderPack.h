@@ -15,7 +15,7 @@ struct HeaderPack {
   std::vector<ui8_t> Bytes;
 };
 
-/// Finds the header partition pack without a log line: looks into `first_read` bytes at the start of the file and, where it
+/// Finds the header partition pack without a log line: reads `first_read` bytes at the start of the file and, where it
 /// is not among them, after a run-in. `bytes` receives what was read from the pack on, `run_in` the bytes before it.
 /// @return RESULT_OK; RESULT_NOT_FOUND; what the reader returns.
 [[nodiscard]] Result_t LocateHeaderPack(const Ferro::FileReader& file, size_t first_read, std::vector<ui8_t>& bytes,

@@ -18,8 +18,8 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const DCDataDescriptor& da
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const DCDataDescriptor& descriptor,
                               const WriterOptions& options) {
-  return OpenWriter(m_Writer, filename, ESS_DCDATA, info, descriptor.EditRate, options, false, MakeDescriptor,
-                    descriptor);
+  return OpenWriter(m_Writer, m_FailureReason, filename, ESS_DCDATA, info, descriptor.EditRate, options, false,
+                    MakeDescriptor, descriptor);
 }
 
 Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
@@ -50,8 +50,8 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const AtmosDescriptor& atm
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const AtmosDescriptor& descriptor,
                               const WriterOptions& options) {
-  return OpenWriter(m_Writer, filename, ESS_ATMOS, info, descriptor.EditRate, options, false, MakeDescriptor,
-                    descriptor);
+  return OpenWriter(m_Writer, m_FailureReason, filename, ESS_ATMOS, info, descriptor.EditRate, options, false,
+                    MakeDescriptor, descriptor);
 }
 
 Result_t MXFWriter::WriteFrame(const DCData::FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {

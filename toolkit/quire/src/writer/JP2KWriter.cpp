@@ -50,8 +50,8 @@ MXF::FileDescriptor& MakeDescriptor(SetFactory& sets, const PictureDescriptor& p
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const PictureDescriptor& descriptor,
                               const WriterOptions& options) {
   if (descriptor.Stereoscopic) return Ferro::RESULT_PARAM;
-  return OpenWriter(m_Writer, filename, ESS_JPEG_2000, info, descriptor.EditRate, options, false, MakeDescriptor,
-                    descriptor);
+  return OpenWriter(m_Writer, m_FailureReason, filename, ESS_JPEG_2000, info, descriptor.EditRate, options, false,
+                    MakeDescriptor, descriptor);
 }
 
 Result_t MXFWriter::WriteFrame(const FrameBuffer& frame, AESEncContext* encryption, HMACContext* integrity) {
@@ -69,8 +69,8 @@ Result_t MXFSWriter::OpenWrite(const std::string& filename, const WriterInfo& in
       if (descriptor.EditRate.Numerator > INT32_MAX / 2) return Ferro::RESULT_PARAM;
       stereoscopic.SampleRate = Rational(2 * descriptor.EditRate.Numerator, descriptor.EditRate.Denominator);
     }
-    const Result_t result = OpenWriter(m_Writer, filename, ESS_JPEG_2000_S, info, descriptor.EditRate, options, false,
-                                       MakeDescriptor, stereoscopic);
+    const Result_t result = OpenWriter(m_Writer, m_FailureReason, filename, ESS_JPEG_2000_S, info, descriptor.EditRate,
+                                       options, false, MakeDescriptor, stereoscopic);
     if (result.Success()) m_NextPhase = SP_LEFT;
     return result;
   });

@@ -55,8 +55,8 @@ i8_t Saturate(i64_t value) {
 
 Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& info, const VideoDescriptor& descriptor,
                               const WriterOptions& options) {
-  const Result_t result = OpenWriter(m_Writer, filename, ESS_MPEG2_VES, info, descriptor.EditRate, options, false,
-                                     MakeDescriptor, descriptor);
+  const Result_t result = OpenWriter(m_Writer, m_FailureReason, filename, ESS_MPEG2_VES, info, descriptor.EditRate,
+                                     options, false, MakeDescriptor, descriptor);
   if (result.Failure()) return result;
   m_GroupStart = m_LastIntra = 0;
   m_DisplayPositions.clear();

@@ -4,8 +4,6 @@
 #include "essence/SoundLabels.h"
 #include "h__Writer.h"
 
-#include <Ferro/ILogSink.h>
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -101,11 +99,11 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
                               const MCALabelList& labels, const WriterOptions& options) {
   if (m_Writer) return Ferro::RESULT_STATE;
   if (const char* fault = FindFault(descriptor, labels)) {
-    Ferro::DefaultLogSink().Error("%s: cannot write the sound: %s.\n", filename.c_str(), fault);
+    TellWriteFailure(filename, std::string("cannot write the sound: ") + fault + '.', m_FailureReason);
     return Ferro::RESULT_PARAM;
   }
   const auto cadence = SampleCadence::Make(descriptor.AudioSamplingRate, descriptor.EditRate);
-  const Result_t result = OpenWriter(m_Writer, filename, ESS_PCM, info, descriptor.EditRate, options,
+  const Result_t result = OpenWriter(m_Writer, m_FailureReason, filename, ESS_PCM, info, descriptor.EditRate, options,
                                      cadence->IsConstant(), MakeDescriptor, descriptor, labels);
   if (result.Failure()) return result;
   m_Cadence = cadence;

@@ -3,8 +3,6 @@
 
 #include "h__Writer.h"
 
-#include <Ferro/ILogSink.h>
-
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -76,13 +74,13 @@ Result_t MXFWriter::OpenWrite(const std::string& filename, const WriterInfo& inf
   if (m_Writer) return Ferro::RESULT_STATE;
   return ResultOf([&]() -> Result_t {
     if (const char* fault = FindFault(info, descriptor)) {
-      Ferro::DefaultLogSink().Error("%s: cannot write the timed text: %s.\n", filename.c_str(), fault);
+      TellWriteFailure(filename, std::string("cannot write the timed text: ") + fault + '.', m_FailureReason);
       return Ferro::RESULT_PARAM;
     }
     TimedTextDescriptor kept = descriptor;
     std::vector<bool> written(descriptor.ResourceList.size(), false);
-    const Result_t result = OpenWriter(m_Writer, filename, ESS_TIMED_TEXT, info, descriptor.EditRate, options, false,
-                                       MakeDescriptor, descriptor);
+    const Result_t result = OpenWriter(m_Writer, m_FailureReason, filename, ESS_TIMED_TEXT, info, descriptor.EditRate,
+                                       options, false, MakeDescriptor, descriptor);
     if (result.Failure()) return result;
     m_Descriptor = std::move(kept);
     m_Written = std::move(written);
@@ -120,8 +118,7 @@ Result_t MXFWriter::Finalize() {
   if (m_Writer->EditUnitCount() == 0 || std::find(m_Written.begin(), m_Written.end(), false) != m_Written.end()) {
     return Ferro::RESULT_STATE;
   }
-  const auto writer = std::move(m_Writer);
-  return writer->Finalize(m_Descriptor.ContainerDuration);
+  return FinalizeWith(m_Descriptor.ContainerDuration);
 }
 
 }  // namespace QUIRE::TimedText

@@ -27,28 +27,21 @@ const char* FindFault(const WriterInfo& info, const Rational& edit_rate) {
   return nullptr;
 }
 
-// In the system's words where they say more than the result.
-std::string ReasonOf(const Ferro::FileWriter& file, const Result_t& result) {
-  const std::string reason = file.FailureReason();
-  return reason.empty() ? result.Label() : reason;
-}
-
 }  // namespace
 
 Result_t h__Writer::Open(const std::string& filename, EssenceType_t type, const WriterInfo& info,
                          const Rational& edit_rate, const WriterOptions& options, DescriptorMaker descriptor) {
+  m_Filename = filename;
   if (const char* fault = FindFault(info, edit_rate)) {
-    Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s.\n", filename.c_str(), fault);
+    TellFailure(std::string("cannot write a track file: ") + fault + '.');
     return Ferro::RESULT_PARAM;
   }
   const Ferro::UUID seed = options.Seed.HasValue() ? options.Seed : Ferro::UUID::Random();
   if (!seed.HasValue()) {  // all identifiers and initialization vectors follow from it
-    Ferro::DefaultLogSink().Error("%s: cannot write a track file: the system has no random numbers.\n",
-                                  filename.c_str());
+    TellFailure("cannot write a track file: the system has no random numbers.");
     return Ferro::RESULT_FAIL;
   }
   const EssenceKind& kind = KindOf(type);
-  m_Filename = filename;
   m_Plan = {&kind, info, edit_rate, MXF::Timestamp(options.Date.value_or(Ferro::Timestamp())), seed};
   m_IVecs.emplace(m_Plan.Seed, "initialization vector");
   m_Descriptor = std::move(descriptor);
@@ -58,8 +51,7 @@ Result_t h__Writer::Open(const std::string& filename, EssenceType_t type, const 
   if (result.Success()) result = MakeHeader(0, MXF::PartitionStatus::OpenIncomplete, 0, header);
   if (result.Success()) result = m_File.OpenWrite(filename);
   if (result.Failure()) {
-    Ferro::DefaultLogSink().Error("%s: cannot write a track file: %s\n", filename.c_str(),
-                                  ReasonOf(m_File, result).c_str());
+    TellFailure("cannot write a track file: " + ReasonOf(result));
     return result;
   }
   result = Write(header);
@@ -268,8 +260,7 @@ Result_t h__Writer::Complete(ui32_t duration) {
   if (result.Success()) result = m_File.WriteAt(0, header);
   if (result.Success()) result = m_File.Commit();
   if (result.Failure()) {
-    Ferro::DefaultLogSink().Error("%s: cannot complete the track file: %s\n", m_Filename.c_str(),
-                                  ReasonOf(m_File, result).c_str());
+    TellFailure("cannot complete the track file: " + ReasonOf(result));
     m_File.Abandon();
   }
   return result;
@@ -279,11 +270,21 @@ Result_t h__Writer::Write(std::span<const ui8_t> bytes) {
   const ui64_t position = m_File.Tell();
   const Result_t result = m_File.Write(bytes);
   if (result.Failure()) {
-    Ferro::DefaultLogSink().Error("%s: cannot write %zu bytes at offset %llu: %s\n", m_Filename.c_str(), bytes.size(),
-                                  static_cast<unsigned long long>(position), ReasonOf(m_File, result).c_str());
+    TellFailure("cannot write " + std::to_string(bytes.size()) + " bytes at offset " + std::to_string(position) + ": " +
+                ReasonOf(result));
     m_File.Abandon();
   }
   return result;
+}
+
+void h__Writer::TellFailure(const std::string& what) {
+  TellWriteFailure(m_Filename, what, m_FailureReason);
+}
+
+// In the system's words where they say more than the result.
+std::string h__Writer::ReasonOf(const Result_t& result) const {
+  const std::string reason = m_File.FailureReason();
+  return reason.empty() ? result.Label() : reason;
 }
 
 TrackFileWriter::TrackFileWriter() = default;
@@ -294,12 +295,23 @@ ui32_t TrackFileWriter::EditUnitCount() const {
 }
 
 Result_t TrackFileWriter::Finalize() {
+  return FinalizeWith(EditUnitCount());
+}
+
+Result_t TrackFileWriter::FinalizeWith(ui32_t duration) {
   if (!m_Writer) return Ferro::RESULT_INIT;
   const auto writer = std::move(m_Writer);
-  return writer->Finalize(writer->EditUnitCount());
+  const Result_t result = writer->Finalize(duration);
+  m_FailureReason = writer->FailureReason();
+  return result;
+}
+
+std::string TrackFileWriter::FailureReason() const {
+  return m_Writer ? m_Writer->FailureReason() : m_FailureReason;
 }
 
 void TrackFileWriter::Abandon() {
+  m_FailureReason = FailureReason();
   m_Writer.set(nullptr);
 }
 

@@ -11,6 +11,7 @@
 #include <QUIRE/WriterOptions.h>
 
 #include <Ferro/FileWriter.h>
+#include <Ferro/ILogSink.h>
 
 #include <optional>
 #include <string>
@@ -60,6 +61,8 @@ class h__Writer {
 
   /// Completes the file for `duration` edit units; it then stands under its name.
   [[nodiscard]] Result_t Finalize(ui32_t duration);
+  /// As TrackFileWriter::FailureReason.
+  [[nodiscard]] const std::string& FailureReason() const { return m_FailureReason; }
 
  private:
   [[nodiscard]] Result_t ReserveHeader(ui32_t wanted_size);
@@ -81,6 +84,8 @@ class h__Writer {
   [[nodiscard]] Result_t AppendGenericStream(ui32_t sid, std::span<const ui8_t> source, AESEncContext* encryption,
                                              HMACContext* integrity);
   [[nodiscard]] Result_t Complete(ui32_t duration);
+  void TellFailure(const std::string& what);
+  [[nodiscard]] std::string ReasonOf(const Result_t& result) const;
   /// The result of `work`; RESULT_ALLOC where it runs out of memory. A file that it changed by then is given up.
   template <class Work>
   [[nodiscard]] Result_t Guard(const Work& work);
@@ -89,6 +94,7 @@ class h__Writer {
   DescriptorMaker m_Descriptor;
   std::string m_Filename;
   Ferro::FileWriter m_File;
+  std::string m_FailureReason;
   std::optional<IdentifierSource> m_IVecs;
   ui64_t m_HeaderByteCount = 0;
   ui64_t m_EssenceStart = 0;  // of the first element's key
@@ -102,21 +108,32 @@ class h__Writer {
   std::vector<ui8_t> m_Triplet;
 };
 
+/// Logs why a file cannot be written, and keeps it.
+inline void TellWriteFailure(const std::string& filename, std::string what, std::string& reason) {
+  Ferro::DefaultLogSink().Error("%s: %s\n", filename.c_str(), what.c_str());
+  reason = std::move(what);
+}
+
 /// Opens a writer whose descriptor `make` builds of copies of `facts`, what all kinds' OpenWrite have in common.
+/// @param reason  receives why that failed.
 /// @return what h__Writer::Open returns; RESULT_STATE when `writer` is set; RESULT_ALLOC.
 template <class... Facts>
-[[nodiscard]] Result_t OpenWriter(Ferro::mem_ptr<h__Writer>& writer, const std::string& filename, EssenceType_t type,
-                                  const WriterInfo& info, const Rational& edit_rate, const WriterOptions& options,
-                                  bool is_constant_size, MXF::FileDescriptor& (*make)(SetFactory&, const Facts&...),
-                                  const Facts&... facts) {
+[[nodiscard]] Result_t OpenWriter(Ferro::mem_ptr<h__Writer>& writer, std::string& reason, const std::string& filename,
+                                  EssenceType_t type, const WriterInfo& info, const Rational& edit_rate,
+                                  const WriterOptions& options, bool is_constant_size,
+                                  MXF::FileDescriptor& (*make)(SetFactory&, const Facts&...), const Facts&... facts) {
   if (writer) return Ferro::RESULT_STATE;
   return ResultOf([&] {
+    reason.clear();
     Ferro::mem_ptr<h__Writer> opened(new h__Writer);
     if (is_constant_size) opened->UseConstantSize();
     const Result_t result =
         opened->Open(filename, type, info, edit_rate, options,
                      [make, facts...](SetFactory& sets) -> MXF::FileDescriptor& { return make(sets, facts...); });
-    if (result.Success()) writer = std::move(opened);
+    if (result.Success())
+      writer = std::move(opened);
+    else
+      reason = opened->FailureReason();
     return result;
   });
 }
