@@ -115,7 +115,7 @@ constexpr FormatCase FormatCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Each, ParsingFrameFormat, testing::ValuesIn(FormatCases),
-                         [](const auto& info) { return info.param.Name; });
+                         [](const auto& each) { return each.param.Name; });
 
 TEST_F(ParsingFrame, AnUnknownNamespaceIsRefusedBeforeAnyParsing) {
   EXPECT_EQ(Parse("<a xmlns=\"urn:unknown\">never looked at &"), Cairn::RESULT_XML_NAMESPACE);
