@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Judges.h"
+#include "ModelBuilder.h"
 #include "TemporaryFolder.h"
 #include "drawing/TimelineSvg.h"
 #include "terminal/DisplayText.h"
@@ -18,64 +19,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 namespace {
-
-/// Builds models by hand: compositions one after the other, each with reels of equal length at 24 edit units a second.
-class ModelBuilder {
- public:
-  ModelBuilder() {
-    Model.Title = "Show";
-    Model.Lanes = {{AssetKind::Picture, 1, "Picture", {}}, {AssetKind::Sound, 1, "Sound", {}}};
-  }
-
-  TimelineComposition& Add(const std::string& title, size_t reels, Ferro::ui32_t units) {
-    TimelineComposition& composition = Model.Compositions.emplace_back();
-    composition.Title = title;
-    composition.EditRate = QUIRE::EditRate_24;
-    static_cast<TimelineSpan&>(composition) = Span(0);
-    for (size_t number = 1; number <= reels; ++number) {
-      TimelineReel reel;
-      static_cast<TimelineSpan&>(reel) = Span(units);
-      composition.Reels.push_back(reel);
-      for (TimelineLane& lane : Model.Lanes) {
-        TimelineTrack& track = lane.Tracks.emplace_back();
-        static_cast<TimelineSpan&>(track) = Span(units);
-        track.Composition = Model.Compositions.size() - 1;
-        track.Reel = number;
-        track.Asset.AssetID = Cairn::UUID::FromHex("11111111-1111-4111-8111-111111111111").value();
-        track.Asset.EditRate = QUIRE::EditRate_24;
-        track.Asset.Duration = track.Asset.IntrinsicDuration = units;
-      }
-      Extend(units);
-    }
-    composition.Duration = Model.Duration - composition.Start;
-    composition.Seconds = Model.Seconds - composition.StartSeconds;
-    return composition;
-  }
-
-  /// A composition that no store has.
-  void AddMissing(const std::string& title, Ferro::ui32_t units) {
-    TimelineComposition& composition = Add(title, 0, 0);
-    composition.State = TimelineState::Missing;
-    composition.Duration = units;
-    composition.Seconds = units / 24.0;
-    Extend(units);
-  }
-
-  void Mark(const std::string& label, Ferro::ui32_t position) {
-    Model.Markers.push_back({label, "", false, position, position / 24.0});
-  }
-
-  TimelineModel Model;
-
- private:
-  [[nodiscard]] TimelineSpan Span(Ferro::ui32_t units) const {
-    return {Model.Duration, units, Model.Seconds, units / 24.0};
-  }
-  void Extend(Ferro::ui32_t units) {
-    Model.Duration += units;
-    Model.Seconds = Model.Duration / 24.0;
-  }
-};
 
 constexpr const char* Hostile = "</script><script>alert(\"1\")</script> & 'Gro\u00dfe' \u6620\u753b\u9928 \x1b[2J";
 
@@ -116,12 +59,6 @@ void ExpectWellFormed(const std::string& svg) {
   const testsupport::TemporaryFolder folder;
   ASSERT_TRUE(Ferro::WriteStringIntoFile(folder.Path("a.svg"), svg).Success());
   testsupport::RunJudge({"xmllint", "--nonet", "--noout", folder.Path("a.svg")});
-}
-
-size_t CountOf(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
 }
 
 std::string LineOf(const std::string& text, const std::string& start) {

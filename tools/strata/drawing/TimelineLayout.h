@@ -10,6 +10,9 @@ namespace Tool {
 
 // Where things of a timeline lie on a line of some length: pixels, or columns of a terminal.
 
+inline constexpr double TimelineLeft = 108;   ///< pixels of a drawing before time begins: names of lanes
+inline constexpr double TimelineMargin = 24;  ///< pixels behind its end
+
 /// Time to scale: seconds from the start of the show to places on a line.
 class TimelineScale {
  public:

@@ -17,8 +17,6 @@ namespace Tool {
 namespace {
 
 constexpr double WholeWidth = 1400;
-constexpr double Left = 108;       // where time begins; lane names stand before it
-constexpr double Margin = 24;      // behind its end
 constexpr double Gap = 5;          // between lanes
 constexpr double LabelRow = 16;    // height of a row of labels
 constexpr unsigned EventRows = 6;  // of show events, at most
@@ -66,7 +64,7 @@ class SvgTimeline {
         m_Boxes(SvgDrawing(root).Group("")),
         m_Lines(SvgDrawing(root).Group("")),
         m_Labels(SvgDrawing(root).Group("")),
-        m_Scale(model.Seconds, Left, width - Margin - Left) {}
+        m_Scale(model.Seconds, TimelineLeft, width - TimelineMargin - TimelineLeft) {}
 
   /// Heading, lanes and lists. Returns the height.
   double DrawAll() {
@@ -122,7 +120,7 @@ class SvgTimeline {
   }
 
   void NameLane(std::string_view name, double height) {
-    m_Labels.Text(Left - 10, m_Y + height / 2 + 4, name, "lane", "end");
+    m_Labels.Text(TimelineLeft - 10, m_Y + height / 2 + 4, name, "lane", "end");
   }
 
   /// Text in a box, shortened to what fits; nothing where little would be left.
@@ -164,11 +162,12 @@ class SvgTimeline {
     for (const Event& event : m_Events) rooms.push_back(event.Room);
     m_EventRow = PlaceLabels(rooms, EventRows, 4);
     const int last = m_EventRow.empty() ? -1 : *std::max_element(m_EventRow.begin(), m_EventRow.end());
-    if (!m_Events.empty()) m_Labels.Text(Left - 10, m_Y + 12, "Events", "lane", "end");
+    if (!m_Events.empty()) m_Labels.Text(TimelineLeft - 10, m_Y + 12, "Events", "lane", "end");
     m_EventTop = m_Y;
     m_Y += LabelRow * (last + 1) + 4;
     const auto left = std::count(m_EventRow.begin(), m_EventRow.end(), -1);
-    if (left > 0) m_Labels.Text(Left - 10, m_EventTop + 27, "and " + std::to_string(left) + " more", "faint", "end");
+    if (left > 0)
+      m_Labels.Text(TimelineLeft - 10, m_EventTop + 27, "and " + std::to_string(left) + " more", "faint", "end");
   }
 
   void DrawEvents(double end) {
@@ -192,16 +191,16 @@ class SvgTimeline {
 
   void DrawRuler() {
     m_Ticks = TimelineTicks(m_Scale, 70);
-    m_Labels.Text(Left - 10, m_Y + 14, "Time", "lane", "end");
+    m_Labels.Text(TimelineLeft - 10, m_Y + 14, "Time", "lane", "end");
     for (const TimelineTick& tick : m_Ticks) {
       const double x = m_Scale.Place(tick.Seconds);
       m_Grid.Line(x, m_Y + 17, x, m_Y + 22, "tick");
       m_Labels.Text(x, m_Y + 13, tick.Label, "number over",
                     x > m_Scale.Right() - 20 ? "end"
-                    : x < Left + 20          ? "start"
+                    : x < TimelineLeft + 20  ? "start"
                                              : "middle");
     }
-    m_Grid.Line(Left, m_Y + 22, m_Scale.Right(), m_Y + 22, "axis");
+    m_Grid.Line(TimelineLeft, m_Y + 22, m_Scale.Right(), m_Y + 22, "axis");
     m_Top = m_Y + 22;
     m_Y += 26;
   }
@@ -354,9 +353,9 @@ class SvgTimeline {
       m_Labels.Text(rooms[index].Left + 2, y, TimelineTimeCode(m_Model, start), "number");
       m_Labels.Text(rooms[index].Left + 2, y + 12, std::to_string(start), "faint");
     }
-    m_Grid.Line(Left, end, m_Scale.Right(), end, "axis");
-    m_Labels.Text(Left - 10, end + 15, "Time code", "faint", "end");
-    m_Labels.Text(Left - 10, end + 27, "Edit unit", "faint", "end");
+    m_Grid.Line(TimelineLeft, end, m_Scale.Right(), end, "axis");
+    m_Labels.Text(TimelineLeft - 10, end + 15, "Time code", "faint", "end");
+    m_Labels.Text(TimelineLeft - 10, end + 27, "Edit unit", "faint", "end");
     m_Y = end + 12 + std::max(last + 1, 1) * 28;
   }
 
