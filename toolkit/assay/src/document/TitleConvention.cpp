@@ -121,6 +121,7 @@ class TitleReader {
           return part.size() < 2 || part.size() > 4 || !std::ranges::all_of(part, IsUpperOrLowerOrDigit);
         }))
       return Fault("language", "the language of the sound, then of the subtitles, such as EN-FR or EN-XX", text);
+    m_Claims.SoundLanguage = parts[0];
     m_Claims.HasCaptions = is_captioned;
     const bool has_text = parts[1] != "XX" && AreAll(parts[1], IsUpperOrDigit);
     if (parts[1] == "XX" || has_text) m_Claims.HasSubtitles = has_text || is_open;
@@ -142,6 +143,9 @@ class TitleReader {
     });
     if (!IsOneOf(parts[0], "10 20 30 40 50 51 61 71 MOS") || !is_known)
       return Fault("audio", "10, 20, 51, 71 or MOS, then HI, VI, SL, ATMOS, IAB, ...", text);
+    m_Claims.Audio = parts[0];
+    m_Claims.HasHI = std::ranges::find(parts, "HI") != parts.end();
+    m_Claims.HasVI = std::ranges::find(parts, "VI") != parts.end();
     m_Claims.HasImmersive =
         std::ranges::any_of(parts, [](std::string_view part) { return IsOneOf(part, "ATMOS Atmos IAB"); });
   }

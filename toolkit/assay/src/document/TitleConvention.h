@@ -27,6 +27,10 @@ struct TitleClaims {
   char Aspect = '\0';                ///< 'F', 'S', 'C'
   std::optional<bool> HasSubtitles;  ///< not burned in
   std::optional<bool> HasCaptions;   ///< closed ones
+  std::string SoundLanguage;         ///< "EN", of the sound; empty when not told
+  std::string Audio;                 ///< "51", "MOS"; empty when not told
+  bool HasHI = false;                ///< sound for the hearing impaired
+  bool HasVI = false;                ///< narration for the visually impaired
   std::optional<bool> HasImmersive;  ///< a track of its own
   std::string Resolution;            ///< "2K", "4K"
   std::optional<std::string> Date;   ///< eight digits of a date; empty: no date
