@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The page of strata timeline in a browser.
 #include "BrokenShow.h"
-
-#include "Judges.h"
-
-#include <Ferro/FileText.h>
+#include "Browser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,9 +14,8 @@ using Json = nlohmann::json;
 
 namespace {
 
-// Added to the page: follows every finding as the keyboard does, and reports to the page around it.
-constexpr char Probe[] = R"(<script>
-addEventListener('load', () => setTimeout(() => {
+/// Follows every finding as the keyboard does.
+constexpr char Probe[] = R"js(
   const findings = [...document.querySelectorAll('ul.findings a')].map(link => {
     link.focus();
     const hasFocus = document.activeElement === link;
@@ -31,39 +27,17 @@ addEventListener('load', () => setTimeout(() => {
   row.click();
   const labels = [...document.querySelectorAll('svg.drawing text.number')].map(text => text.getBoundingClientRect());
   labels.sort((a, b) => a.left - b.left);
-  parent.postMessage(JSON.stringify({
-    width: innerWidth, scrolled: document.documentElement.scrollWidth, headline: document.querySelector('h1').textContent,
+  return {
+    width: window.innerWidth, scrolled: document.documentElement.scrollWidth,
+    headline: document.querySelector('h1').textContent,
     findings, row: document.querySelector('.details').textContent,
-    touching: labels.filter((box, i) => i > 0 && box.left < labels[i - 1].right).length}), '*');
-}, 200));
-</script>)";
-
-/// What the probe reports of a page as wide as that, in pixels.
-Json Report(const BrokenShow& show, const std::string& page, unsigned width) {
-  const std::string around = show.Beside("around.html");
-  EXPECT_TRUE(Ferro::WriteStringIntoFile(show.Beside("probed.html"), page + Probe).Success());
-  EXPECT_TRUE(Ferro::WriteStringIntoFile(
-                  around,
-                  "<!DOCTYPE html><pre></pre><script>addEventListener('message', event => "
-                  "document.querySelector('pre').textContent = event.data);</script><iframe src=\"probed.html\" "
-                  "height=\"900\" width=\"" +
-                      std::to_string(width) + "\" style=\"border: 0\"></iframe>")
-                  .Success());
-  const std::string dumped = testsupport::RunJudge(
-      {"chromium", "--headless", "--no-sandbox", "--disable-gpu", "--user-data-dir=" + show.Beside("browser"),
-       "--window-size=1700,1000", "--virtual-time-budget=5000", "--dump-dom", "file://" + around});
-  const size_t start = dumped.find("<pre>") + 5;
-  const Json report = Json::parse(dumped.substr(start, dumped.find("</pre>") - start), nullptr, false);
-  EXPECT_TRUE(report.is_object()) << dumped;
-  return report;
-}
+    touching: labels.filter((box, i) => i > 0 && box.left < labels[i - 1].right).length};
+)js";
 
 std::string PageOf(const BrokenShow& show) {
   StrataProgram program({"timeline", show.Path(), "--html", show.Beside("page.html")});
   program.Wait();
-  std::string page;
-  EXPECT_TRUE(Ferro::ReadFileIntoString(show.Beside("page.html"), page).Success());
-  return page;
+  return show.Beside("page.html");
 }
 
 TEST(TimelinePage, FindingsLeadToWhatTheyAreAboutOnNarrowAndWideScreens) {
@@ -72,7 +46,7 @@ TEST(TimelinePage, FindingsLeadToWhatTheyAreAboutOnNarrowAndWideScreens) {
   show.Remove("Trailer/CPL.xml");
   const std::string page = PageOf(show);
   for (const unsigned width : {400U, 1600U}) {
-    const Json report = Report(show, page, width);
+    const Json report = ProbePage(page, Probe, {.Width = width}, show.Beside(""));
     ASSERT_TRUE(report.is_object());
     EXPECT_EQ(report["width"], width);
     EXPECT_LE(report["scrolled"], width) << "it scrolls sideways";

@@ -188,9 +188,9 @@ TEST(CheckPage, CountsFindingsOfCompositionsAndPackages) {
   const std::string page = CheckPage(content);
   const std::string compositions = Between(page, "<section id=\"compositions\">", "</section>");
   FindingCounts two;
-  two.Add(content.Report.Findings[0]);
-  two.Add(content.Report.Findings[1]);
-  EXPECT_THAT(compositions, HasSubstr("<p class=\"alarmed\">Found: " + CountsText(two)));
+  two.Add(content.Report.Findings[0], Assay::Profile::Plays);
+  two.Add(content.Report.Findings[1], Assay::Profile::Plays);
+  EXPECT_THAT(compositions, HasSubstr("<span class=\"alarmed\">Found: " + CountsText(two) + ".</span>"));
   EXPECT_THAT(Between(page, "/x/Other</td>", "</tr>"), HasSubstr("Found: 1 "));
 }
 
@@ -219,20 +219,38 @@ TEST(PageFindings, WorstFirstEachKindOnceConsequencesBelowTheirCause) {
   Assay::Finding note = FindingAt(ID::AmName, "d.xml");
   note.Class = FindingClass::Note;
   report.Findings = {warning, error, second, follows, follows_that, note};
-  const std::string html = PageFindings(report, Assay::Profile::Plays);
-  EXPECT_EQ(CountOf(html, "<article"), 3U);
+  const std::string html = PageFindings(report, Assay::Profile::Plays, true);
+  EXPECT_EQ(CountOf(html, "<article"), 2U);
   EXPECT_LT(html.find("<h3 class=\"alarmed\">Errors"), html.find("<h3 class=\"caution\">Warnings"));
-  EXPECT_LT(html.find("<h3 class=\"caution\">Warnings"), html.find("<h3 class=\"plain\">Notes"));
   const std::string first = Between(html, "<article class=\"finding error\">", "</article>");
-  EXPECT_THAT(first, HasSubstr("<li><span>b.mxf</span> <span>Expected 100, found 99.</span>\n<p"));
-  EXPECT_THAT(first, HasSubstr("<li><span>c.mxf</span> <span>Expected 100, found 99.</span></li>"));
+  EXPECT_THAT(first, HasSubstr("<li><span>b.mxf.</span> <span>Expected 100, found 99.</span>\n<p"));
+  EXPECT_THAT(first, HasSubstr("<li><span>c.mxf.</span> <span>Expected 100, found 99.</span></li>"));
   EXPECT_EQ(CountOf(first, HtmlText(Assay::RuleOf(ID::PklAssetSize).Advice)), 1U);
   const std::string followers = Between(first, "<ul class=\"followers\">", "</ul>");
   EXPECT_THAT(followers, HasSubstr("pkl-asset-hash"));
   EXPECT_THAT(followers, HasSubstr("file-damaged"));
   EXPECT_EQ(CountOf(html, "pkl-asset-hash"), 1U);
-  EXPECT_THAT(Between(html, "Notes", "</h3>"), HasSubstr("not counted by this profile"));
-  EXPECT_THAT(Between(html, "Warnings", "</h3>"), Not(HasSubstr("not counted")));
+  EXPECT_THAT(html, Not(HasSubstr("am-name")));
+  EXPECT_THAT(html, Not(HasSubstr("Notes")));
+  const std::string uncounted = PageFindings(report, Assay::Profile::Plays, false);
+  EXPECT_EQ(CountOf(uncounted, "<article"), 1U);
+  EXPECT_THAT(uncounted, HasSubstr("am-name"));
+  EXPECT_EQ(PageFindings(report, Assay::Profile::All, false), "");
+}
+
+TEST(CheckPage, WhatTheProfileDoesNotCountStandsAtTheEnd) {
+  PageContent content = Fine();
+  Assay::Finding note = FindingAt(ID::AmName, "CPL.xml");
+  note.Class = FindingClass::Note;
+  content.Report.Findings = {note, note, FindingAt(ID::PklAssetHash, "CPL.xml", 1)};
+  const std::string page = CheckPage(content);
+  EXPECT_THAT(page, HasSubstr("<h2>Findings: nothing</h2>"));
+  EXPECT_THAT(page, HasSubstr("Found: nothing.</span> <span class=\"quiet\">Not counted: 2 notes.</span>"));
+  EXPECT_LT(page.find("<h2>Timeline"), page.find("<h2>Findings that do not count"));
+  EXPECT_EQ(CountOf(page, "pkl-asset-hash"), 1U);
+  content.Profile = Assay::Profile::All;
+  EXPECT_THAT(CheckPage(content), HasSubstr("<h2>Findings: 2 notes</h2>"));
+  EXPECT_THAT(CheckPage(content), Not(HasSubstr("Findings that do not count")));
 }
 
 TEST(PageFindings, CausesThatLeadNowhereHideNothing) {
@@ -247,9 +265,9 @@ TEST(PageFindings, MorePlacesThanAnyoneReadsAreCounted) {
   Assay::CheckReport report;
   for (size_t number = 0; number < MaxPagePlaces; ++number)
     report.Findings.push_back(FindingAt(ID::PklAssetSize, "a.mxf"));
-  EXPECT_THAT(PageFindings(report, Assay::Profile::Plays), Not(HasSubstr("more, which")));
+  EXPECT_THAT(PageFindings(report, Assay::Profile::Plays, true), Not(HasSubstr("more, which")));
   report.Findings.push_back(report.Findings[0]);
-  const std::string html = PageFindings(report, Assay::Profile::Plays);
+  const std::string html = PageFindings(report, Assay::Profile::Plays, true);
   EXPECT_EQ(CountOf(html, "<li>"), MaxPagePlaces);
   EXPECT_THAT(html, HasSubstr("And 1 more, which the report as JSON lists."));
 }

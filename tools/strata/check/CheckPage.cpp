@@ -69,6 +69,7 @@ class PageWriter {
     WriteFindings();
     WriteShows();
     WriteOtherFiles();
+    WriteUncounted();
     WriteLookedAt();
     m_Html += "</main>\n<div class=\"patterns\" aria-hidden=\"true\">" + HtmlSvg(TimelinePatterns()) + "</div>\n";
     return m_Html;
@@ -102,7 +103,7 @@ class PageWriter {
     for (const Assay::Finding& finding : m_Report.Findings) {
       const Assay::FindingPlace& place = finding.Place;
       counts[{place.Package, place.Composition.HasValue() ? place.Composition.EncodeString() : place.Document}].Add(
-          finding);
+          finding, m_Content.Profile);
     }
     m_Html += Heading("Compositions", "compositions") + "<ul class=\"cards\">\n";
     for (const Assay::CheckedComposition& composition : m_Report.Compositions) {
@@ -111,13 +112,19 @@ class PageWriter {
       m_Html += "<li>\n<h3>" + HtmlText(composition.Title.empty() ? composition.ID.EncodeString() : composition.Title) +
                 "</h3>\n";
       WriteDescription(composition.ID);
-      m_Html += std::string("<p class=\"") + StandingStyle(composition.Worst) + "\">" +
-                HtmlText("Found: " + CountsText(found)) + "</p>\n<p class=\"name\">" +
+      m_Html += "<p>" + Standing(composition.Worst, found) + "</p>\n<p class=\"name\">" +
                 HtmlText(Ferro::PathBasename(composition.Package) + '/' + composition.Document + ", " +
                          composition.ID.EncodeString()) +
                 "</p>\n</li>\n";
     }
     m_Html += "</ul>\n</section>\n";
+  }
+
+  /// What was found, and beside it what does not count.
+  [[nodiscard]] static std::string Standing(std::optional<Assay::FindingClass> worst, const FindingCounts& counts) {
+    const std::string beside = UncountedText(counts);
+    return std::string("<span class=\"") + StandingStyle(worst) + "\">Found: " + HtmlText(CountsText(counts)) +
+           ".</span>" + (beside.empty() ? "" : " <span class=\"quiet\">Not counted: " + HtmlText(beside) + ".</span>");
   }
 
   void WriteDescription(const Cairn::UUID& id) {
@@ -134,19 +141,27 @@ class PageWriter {
   void WritePackages() {
     if (m_Report.Packages.size() < 2) return;
     std::map<std::string, FindingCounts> counts;
-    for (const Assay::Finding& finding : m_Report.Findings) counts[finding.Place.Package].Add(finding);
+    for (const Assay::Finding& finding : m_Report.Findings)
+      counts[finding.Place.Package].Add(finding, m_Content.Profile);
     m_Html += Heading("Packages", "packages") + "<table class=\"list\">\n";
     for (const Assay::CheckedPackage& package : m_Report.Packages)
-      m_Html += "<tr><td>" + HtmlText(package.Folder) + "</td><td class=\"" + StandingStyle(package.Worst) + "\">" +
-                HtmlText("Found: " + CountsText(counts[package.Folder])) + "</td></tr>\n";
+      m_Html += "<tr><td>" + HtmlText(package.Folder) + "</td><td>" + Standing(package.Worst, counts[package.Folder]) +
+                "</td></tr>\n";
     m_Html += "</table>\n</section>\n";
   }
 
   void WriteFindings() {
     FindingCounts counts;
-    for (const Assay::Finding& finding : m_Report.Findings) counts.Add(finding);
+    for (const Assay::Finding& finding : m_Report.Findings) counts.Add(finding, m_Content.Profile);
     m_Html += Heading("Findings: " + HtmlText(CountsText(counts)), "findings") +
-              PageFindings(m_Report, m_Content.Profile) + "</section>\n";
+              PageFindings(m_Report, m_Content.Profile, true) + "</section>\n";
+  }
+
+  void WriteUncounted() {
+    const std::string findings = PageFindings(m_Report, m_Content.Profile, false);
+    if (findings.empty()) return;
+    m_Html += Heading("Findings that do not count", "uncounted") + "<p class=\"quiet\">The profile <code>" +
+              Assay::ProfileName(m_Content.Profile) + "</code> passes over these.</p>\n" + findings + "</section>\n";
   }
 
   void WriteShows() {

@@ -35,8 +35,14 @@ constexpr ClassText ClassTexts[] = {
     {FindingClass::Note, "note", "notes", "Notes", "worth knowing", "plain"},
 };
 
-std::string Counted(size_t count, const ClassText& text) {
-  return std::to_string(count) + ' ' + (count == 1 ? text.One : text.Many);
+std::string Listed(const FindingCounts& counts, bool is_counted) {
+  std::string list;
+  for (const ClassText& text : ClassTexts) {
+    const size_t count = counts.Of(text.Class, is_counted);
+    if (count == 0) continue;
+    list += (list.empty() ? "" : ", ") + std::to_string(count) + ' ' + (count == 1 ? text.One : text.Many);
+  }
+  return list;
 }
 
 /// "Expected 24 1, found 25 1."; empty where nothing is said of it.
@@ -48,13 +54,13 @@ std::string ValuesText(const Assay::Finding& finding) {
 
 class FindingsWriter {
  public:
-  FindingsWriter(const Assay::CheckReport& report, Assay::Profile profile)
-      : m_Findings(report.Findings),
-        m_Profile(profile),
-        m_WithPackage(report.Packages.size() > 1),
-        m_Followers(m_Findings.size()) {
+  /// @param is_counted  whether to tell what the profile counts, or what it does not.
+  FindingsWriter(const Assay::CheckReport& report, Assay::Profile profile, bool is_counted)
+      : m_Findings(report.Findings), m_WithPackage(report.Packages.size() > 1), m_Followers(m_Findings.size()) {
     const std::vector<size_t> roots = RootsOf(m_Findings);
     for (size_t index = 0; index < roots.size(); ++index) {
+      const Assay::Finding& root = m_Findings[roots[index]];
+      if (Assay::Counts(profile, root) != is_counted) continue;
       if (roots[index] == index)
         AddToKind(index);
       else
@@ -84,16 +90,11 @@ class FindingsWriter {
 
   void WriteClass(const ClassText& text) {
     size_t count = 0;
-    bool is_counted = false;
-    for (const Kind& kind : m_Kinds) {
-      if (kind.Class != text.Class) continue;
-      count += kind.Indexes.size();
-      is_counted |= Assay::Counts(m_Profile, m_Findings[kind.Indexes.front()]);
-    }
+    for (const Kind& kind : m_Kinds)
+      if (kind.Class == text.Class) count += kind.Indexes.size();
     if (count == 0) return;
     m_Html += std::string("<h3 class=\"") + text.Style + "\">" + text.Heading + " <span class=\"quiet\">" +
-              std::to_string(count) + ": " + text.Meaning + (is_counted ? "" : "; not counted by this profile") +
-              "</span></h3>\n";
+              std::to_string(count) + ": " + text.Meaning + "</span></h3>\n";
     for (const Kind& kind : m_Kinds)
       if (kind.Class == text.Class) WriteKind(kind, text);
   }
@@ -101,8 +102,8 @@ class FindingsWriter {
   void WriteKind(const Kind& kind, const ClassText& text) {
     const Assay::FindingRule& rule = Assay::RuleOf(kind.ID);
     m_Html += std::string("<article class=\"finding ") + Assay::FindingClassName(kind.Class) +
-              "\">\n<h4><span class=\"" + text.Style + "\">" + text.One + "</span> " + HtmlText(rule.Sentence) +
-              "</h4>\n";
+              "\">\n<h4><span class=\"" + text.Style + "\">" + Assay::FindingClassName(kind.Class) + "</span> " +
+              HtmlText(rule.Sentence) + "</h4>\n";
     m_Html += "<p><span class=\"quiet\">What to do:</span> " + HtmlText(rule.Advice) + "</p>\n";
     m_Html += "<ul>\n";
     for (size_t number = 0; number < std::min(kind.Indexes.size(), MaxPagePlaces); ++number) {
@@ -137,11 +138,10 @@ class FindingsWriter {
   [[nodiscard]] std::string Told(const Assay::Finding& finding) const {
     const std::string place = PagePlaceText(finding.Place, m_WithPackage);
     const std::string values = ValuesText(finding);
-    return "<span>" + HtmlText(place) + "</span>" + (values.empty() ? "" : " <span>" + HtmlText(values) + "</span>");
+    return "<span>" + HtmlText(place) + (values.empty() ? "</span>" : ".</span> <span>" + HtmlText(values) + "</span>");
   }
 
   const Assay::FindingList& m_Findings;
-  const Assay::Profile m_Profile;
   const bool m_WithPackage;
   std::vector<std::vector<size_t>> m_Followers;  // of each finding
   std::vector<Kind> m_Kinds;
@@ -151,13 +151,23 @@ class FindingsWriter {
 
 }  // namespace
 
+void FindingCounts::Add(const Assay::Finding& finding, Assay::Profile profile) {
+  if (!finding.Cause) ++m_Counts[Assay::Counts(profile, finding) ? 1 : 0][static_cast<size_t>(finding.Class)];
+}
+
+void FindingCounts::Add(const FindingCounts& others) {
+  for (size_t counted = 0; counted < m_Counts.size(); ++counted)
+    for (size_t value = 0; value < m_Counts[counted].size(); ++value)
+      m_Counts[counted][value] += others.m_Counts[counted][value];
+}
+
 std::string CountsText(const FindingCounts& counts) {
-  std::string text;
-  for (const ClassText& each : ClassTexts) {
-    const size_t count = counts.Of(each.Class);
-    if (count > 0) text += (text.empty() ? "" : ", ") + Counted(count, each);
-  }
+  const std::string text = Listed(counts, true);
   return text.empty() ? "nothing" : text;
+}
+
+std::string UncountedText(const FindingCounts& counts) {
+  return Listed(counts, false);
 }
 
 const char* StandingStyle(std::optional<FindingClass> worst) {
@@ -201,8 +211,8 @@ std::string PagePlaceText(const Assay::FindingPlace& place, bool with_package) {
   return text;
 }
 
-std::string PageFindings(const Assay::CheckReport& report, Assay::Profile profile) {
-  return FindingsWriter(report, profile).Write();
+std::string PageFindings(const Assay::CheckReport& report, Assay::Profile profile, bool is_counted) {
+  return FindingsWriter(report, profile, is_counted).Write();
 }
 
 }  // namespace Tool
