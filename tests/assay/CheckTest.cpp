@@ -70,8 +70,8 @@ TEST(Check, AFindingInACompositionIsItsPackagesToo) {
   const CheckReport report = SamplePackage().Edit("CPL.xml", "<Issuer>", "<Unknown/><Issuer>").Report();
   EXPECT_EQ(report.Packages[0].Worst, FindingClass::Error);
   EXPECT_EQ(report.Compositions[0].Worst, FindingClass::Error);
-  ASSERT_EQ(report.Findings.size(), 1U);
-  EXPECT_STREQ(report.Findings[0].Sentence(), RuleOf(Assay::FindingID::CplSchema).Sentence);
+  const Assay::Finding finding = testsupport::TheOne(report.Findings, Assay::FindingID::CplSchema);
+  EXPECT_STREQ(finding.Sentence(), RuleOf(Assay::FindingID::CplSchema).Sentence);
 }
 
 /// A version file that takes a picture from its original.
@@ -147,7 +147,8 @@ TEST(Check, AnEmptyFolderIsAPackageWithoutAssetMap) {
   request.Folders = {folder.Folder().string()};
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
-  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"am-missing"});
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), (Names{"am-missing", "pkl-missing"}));
+  EXPECT_EQ(report.Findings[1].Cause, 0U);
 }
 
 }  // namespace

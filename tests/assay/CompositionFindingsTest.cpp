@@ -22,10 +22,11 @@ TEST(CompositionFindings, FormIsToldWithTheLine) {
       {Cpl, "<EntryPoint>0", "<EntryPoint>-1", {"cpl-schema"}},
   });
   const auto report = SamplePackage().Edit(Cpl, "<ContentKind>", "<Unknown/>\n<ContentKind>").Report();
-  ASSERT_EQ(report.Findings.size(), 1U);
-  EXPECT_EQ(report.Findings[0].Place.Document, Cpl);
-  EXPECT_EQ(report.Findings[0].Place.Line, 9U);
-  EXPECT_EQ(report.Findings[0].Found, "Unknown is unknown in CompositionPlaylist");
+  const Assay::Finding finding = testsupport::TheOne(report.Findings, Assay::FindingID::CplSchema);
+  EXPECT_EQ(finding.Place.Document, Cpl);
+  EXPECT_EQ(finding.Place.Line, 9U);
+  EXPECT_EQ(finding.Place.Composition.EncodeString(), "0f0f0f0f-1111-4222-8333-000000000003");
+  EXPECT_EQ(finding.Found, "Unknown is unknown in CompositionPlaylist");
 }
 
 TEST(CompositionFindings, ValuesOfTheHead) {

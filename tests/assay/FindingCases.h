@@ -18,6 +18,16 @@ inline Names After(const std::string& document, const std::string& from, const s
   return SamplePackage().Edit(document, from, to).Findings();
 }
 
+/// The one finding of that kind; a test failure where there is none, or several.
+inline Assay::Finding TheOne(const Assay::FindingList& findings, Assay::FindingID id) {
+  Assay::Finding one(id);
+  size_t count = 0;
+  for (const Assay::Finding& finding : findings)
+    if (finding.ID == id && ++count == 1) one = finding;
+  EXPECT_EQ(count, 1U) << RuleOf(id).Name;
+  return one;
+}
+
 /// One edit of a document, and what is found after it.
 struct EditCase {
   const char* Document;

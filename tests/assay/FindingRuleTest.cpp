@@ -62,6 +62,29 @@ TEST(FindingRule, ClassesAreThereOnceEach) {
   }
 }
 
+/// Whether a kind of finding leads to another over any number of consequences.
+bool LeadsTo(FindingID from, FindingID to, std::set<FindingID>& seen) {
+  for (const Assay::Consequence& consequence : Assay::RuleOf(from).Consequences)
+    if (consequence.ID == to || (seen.insert(consequence.ID).second && LeadsTo(consequence.ID, to, seen))) return true;
+  return false;
+}
+
+TEST(FindingRule, NothingFollowsFromItself) {
+  for (const FindingRule& rule : Assay::FindingRules()) {
+    std::set<FindingID> seen;
+    EXPECT_FALSE(LeadsTo(rule.ID, rule.ID, seen)) << rule.Name;
+  }
+}
+
+TEST(FindingRule, WhatFollowsCanBeNoWorse) {
+  for (const FindingRule& rule : Assay::FindingRules())
+    for (const Assay::Consequence& consequence : rule.Consequences) {
+      const auto mildest = std::ranges::max(Assay::RuleOf(consequence.ID).Classes.All());
+      EXPECT_LE(std::ranges::min(rule.Classes.All()), mildest)
+          << rule.Name << ": " << Assay::RuleOf(consequence.ID).Name << " never follows";
+    }
+}
+
 TEST(FindingRule, WhatSigilFindsHasItsRule) {
   for (size_t index = 0; index <= static_cast<size_t>(Sigil::FindingID::KdmKeyType); ++index) {
     const char* name = Sigil::FindingName(static_cast<Sigil::FindingID>(index));

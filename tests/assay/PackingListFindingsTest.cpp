@@ -99,7 +99,7 @@ TEST(PackingListFindings, AGroupIsToldWithItsOtherLists) {
   Assay::CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-group-id"});
-  EXPECT_EQ(report.Findings[0].Found, folder.Path("a") + "/PKL.xml");
+  EXPECT_EQ(testsupport::TheOne(report.Findings, Assay::FindingID::PklGroupID).Found, folder.Path("a") + "/PKL.xml");
 }
 
 }  // namespace

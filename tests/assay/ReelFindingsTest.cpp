@@ -53,8 +53,10 @@ TEST(ReelFindings, WhatSomeReelsHaveAllHave) {
   EXPECT_EQ(WithoutInSecond("MainSubtitle"), Names{"reel-subtitle-some"});
   EXPECT_EQ(WithoutInSecond("tt:ClosedCaption"), Names{"reel-caption-count"});
   const std::string key = "<KeyId>urn:uuid:0f0f0f0f-1111-4222-8333-0000000000d1</KeyId>\n<Hash>";
-  EXPECT_EQ(After(Cpl, "<Hash>", key), Names{"reel-encryption-some"});
-  EXPECT_EQ(SamplePackage().EditAll(Cpl, "<Hash>", key).Findings(), Names{});
+  // What is encrypted is to be signed, and needs keys.
+  EXPECT_EQ(After(Cpl, "<Hash>", key), (Names{"kdm-none", "reel-encryption-some", "sign-missing", "sign-missing"}));
+  EXPECT_EQ(SamplePackage().EditAll(Cpl, "<Hash>", key).Findings(),
+            (Names{"kdm-none", "sign-missing", "sign-missing"}));
 }
 
 TEST(ReelFindings, ACompositionHasSound) {
@@ -127,7 +129,7 @@ TEST(ReelFindings, DigestsAreThereAndThoseOfTheList) {
                 .EditAll(Cpl, "<Duration>240</Duration>\n",
                          "<Duration>240</Duration>\n<KeyId>urn:uuid:0f0f0f0f-1111-4222-8333-0000000000d1</KeyId>\n")
                 .Findings(),
-            Names{"reel-hash-missing warning"});
+            (Names{"kdm-none", "reel-hash-missing warning", "sign-missing", "sign-missing"}));
 }
 
 TEST(ReelFindings, TextOfSMPTEBeginsAtItsStart) {

@@ -54,8 +54,8 @@ SamplePackage::SamplePackage(Kind kind) {
   }
 }
 
-void SamplePackage::Apply(const Change& change) {
-  std::string& text = m_Files[change.Document];
+void SamplePackage::Apply(const Change& change, FileMap& files) {
+  std::string& text = files[change.Document];
   size_t at = text.find(change.From);
   if (at == std::string::npos) {
     std::cerr << "the sample's " << change.Document << " has no " << change.From << '\n';
@@ -68,12 +68,12 @@ void SamplePackage::Apply(const Change& change) {
 }
 
 SamplePackage& SamplePackage::Edit(const std::string& document, const std::string& from, const std::string& to) {
-  Apply({document, from, to});
+  Apply({document, from, to}, m_Files);
   return *this;
 }
 
 SamplePackage& SamplePackage::EditAll(const std::string& document, const std::string& from, const std::string& to) {
-  Apply({document, from, to, true});
+  Apply({document, from, to, true}, m_Files);
   return *this;
 }
 
@@ -92,29 +92,37 @@ SamplePackage& SamplePackage::Remove(const std::string& path) {
   return *this;
 }
 
+SamplePackage& SamplePackage::Sign(const Signing& composition, const Signing& packing_list) {
+  m_SignComposition = composition;
+  m_SignPackingList = packing_list;
+  return *this;
+}
+
 SamplePackage& SamplePackage::Rename(const std::string& from, const std::string& to) {
   m_Files[to] = m_Files[from];
   return Remove(from);
 }
 
-void SamplePackage::Write(const std::string& folder) {
-  if (const auto list = m_Files.find("PKL.xml"); list != m_Files.end()) {
-    if (m_Files.contains("text/text.xml")) {
-      Fit(list->second, "14", m_Files["text/text.xml"]);
-      Fit(m_Files["CPL.xml"], "14", m_Files["text/text.xml"]);
+void SamplePackage::Write(const std::string& folder) const {
+  FileMap files = m_Files;
+  if (const auto list = files.find("PKL.xml"); list != files.end()) {
+    if (files.contains("text/text.xml")) {
+      Fit(list->second, "14", files["text/text.xml"]);
+      Fit(files["CPL.xml"], "14", files["text/text.xml"]);
     }
-    if (m_Files.contains("CPL.xml")) Fit(list->second, "03", m_Files["CPL.xml"]);
+    if (m_SignComposition) files["CPL.xml"] = m_SignComposition(files["CPL.xml"]);
+    if (files.contains("CPL.xml")) Fit(list->second, "03", files["CPL.xml"]);
+    if (m_SignPackingList) list->second = m_SignPackingList(list->second);
   }
-  for (const Change& damage : m_Damages) Apply(damage);
-  m_Damages.clear();
-  for (const auto& [path, content] : m_Files) {
+  for (const Change& damage : m_Damages) Apply(damage, files);
+  for (const auto& [path, content] : files) {
     const std::filesystem::path file = std::filesystem::path(folder) / path;
     std::filesystem::create_directories(file.parent_path());
     if (!path.ends_with('/')) std::ofstream(file, std::ios::binary) << content;
   }
 }
 
-Assay::CheckReport SamplePackage::Report(Assay::Profile profile) {
+Assay::CheckReport SamplePackage::Report(Assay::Profile profile) const {
   const TemporaryFolder folder;
   Write(folder.Folder().string());
   Assay::CheckRequest request;
@@ -126,7 +134,7 @@ Assay::CheckReport SamplePackage::Report(Assay::Profile profile) {
   return report;
 }
 
-std::vector<std::string> SamplePackage::Findings() {
+std::vector<std::string> SamplePackage::Findings() const {
   return NamesOf(Report().Findings);
 }
 
@@ -134,6 +142,8 @@ std::vector<std::string> NamesOf(const Assay::FindingList& findings) {
   std::vector<std::string> names;
   for (const Assay::Finding& finding : findings) {
     const Assay::FindingRule& rule = RuleOf(finding.ID);
+    // The samples are not signed, and need not be.
+    if (finding.ID == Assay::FindingID::SignMissing && finding.Class == Assay::FindingClass::Note) continue;
     names.push_back(rule.Name);
     if (finding.Class != rule.Classes.Usual()) names.back() += std::string(" ") + FindingClassName(finding.Class);
   }

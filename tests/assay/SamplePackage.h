@@ -5,6 +5,7 @@
 
 #include <Assay/Check.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -27,14 +28,18 @@ class SamplePackage {
   SamplePackage& Put(const std::string& path, const std::string& content);
   SamplePackage& Remove(const std::string& path);
   SamplePackage& Rename(const std::string& from, const std::string& to);
+  /// What becomes of the composition and then of the packing list once sizes and digests fit: they are signed. The damages
+  /// come later.
+  using Signing = std::function<std::string(const std::string&)>;
+  SamplePackage& Sign(const Signing& composition, const Signing& packing_list);
 
   /// Writes the package and checks it. Each finding as its name, and its class where that is not the usual one:
   /// "am-path", "am-path warning"; sorted.
-  [[nodiscard]] std::vector<std::string> Findings();
+  [[nodiscard]] std::vector<std::string> Findings() const;
   /// The findings themselves.
-  [[nodiscard]] Assay::CheckReport Report(Assay::Profile profile = Assay::Profile::All);
+  [[nodiscard]] Assay::CheckReport Report(Assay::Profile profile = Assay::Profile::All) const;
   /// Writes the package into a folder.
-  void Write(const std::string& folder);
+  void Write(const std::string& folder) const;
 
  private:
   struct Change {
@@ -42,13 +47,17 @@ class SamplePackage {
     bool IsForAll = false;
   };
 
-  void Apply(const Change& change);
+  using FileMap = std::map<std::string, std::string>;
 
-  std::map<std::string, std::string> m_Files;
+  static void Apply(const Change& change, FileMap& files);
+
+  FileMap m_Files;
   std::vector<Change> m_Damages;
+  Signing m_SignComposition, m_SignPackingList;
 };
 
-/// The names of a report's findings, as SamplePackage::Findings gives them.
+/// The names of a report's findings, as SamplePackage::Findings gives them: without the notes that clear content is not
+/// signed.
 [[nodiscard]] std::vector<std::string> NamesOf(const Assay::FindingList& findings);
 
 }  // namespace testsupport

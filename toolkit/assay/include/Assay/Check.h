@@ -22,7 +22,8 @@ class IAssetLookup;
 }
 namespace Sigil {
 class KeyRing;
-}
+class PrivateKey;
+}  // namespace Sigil
 
 /// What is wrong with D-Cinema packages. This header alone is all that a host includes.
 namespace Assay {
@@ -88,8 +89,10 @@ struct CheckRequest {
   std::vector<CompositionStart> Starts;
   ui32_t Tolerance = 0;  ///< seconds by which a key message may be valid too late, or not long enough
   std::optional<Sigil::Certificate> Recipient;  ///< whose key messages are meant; without value anybody's
-  std::vector<SHA1> Devices;                    ///< thumbprints of devices that key messages should list
-  Sigil::CertificateList TrustedRoots;          ///< of documents' signers; empty: any self-signed root is taken
+  /// The recipient's: with it the message that serves is opened, to hold its inside against its outside; may be null.
+  const Sigil::PrivateKey* PrivateKey = nullptr;
+  std::vector<SHA1> Devices;            ///< thumbprints of devices that key messages should list
+  Sigil::CertificateList TrustedRoots;  ///< of documents' signers; empty: any self-signed root is taken
   /// What opens encrypted frames and texts; not owned, may be null. Asked by several threads.
   const Sigil::KeyRing* Keys = nullptr;
 };

@@ -58,6 +58,21 @@ enum class Depth : ui8_t {
 /// "documents", "files", "frames", "hash", "decode". Never null.
 [[nodiscard]] ASSAY_API const char* DepthName(Depth depth);
 
+/// What two findings are both about.
+enum class Scope : ui8_t {
+  Asset,
+  Reel,
+  Document,
+  Composition,
+  Package,
+};
+
+/// A kind of finding that follows from another where both are about the same.
+struct Consequence {
+  FindingID ID;
+  Scope Same;
+};
+
 /// What is the same for all findings of one kind. Texts live as long as the program.
 struct FindingRule {
   FindingID ID;
@@ -69,6 +84,8 @@ struct FindingRule {
   const char* Reason;    ///< what it is, and what which equipment makes of it; some sentences
   const char* Advice;    ///< what to do
   const char* Source;    ///< standard and clause; empty where it is this system's own
+  /// What follows from it: is shown below it, and does not count beside it.
+  std::span<const Consequence> Consequences = {};
 };
 
 /// Every kind, in the order of FindingID.

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <Assay/Finding.h>
 #include <Assay/Result.h>
 #include <Assay/Types.h>
 
 #include <Ferro/Timestamp.h>
 
 #include <string>
+
+namespace Sigil {
+struct Finding;
+}
 
 namespace Assay {
 
@@ -23,5 +28,8 @@ struct KeyAnswer {
   [[nodiscard]] bool Serves() const { return Result.Success(); }
   [[nodiscard]] bool HasMessage() const { return !Source.empty(); }
 };
+
+/// A finding of libsigil as one of this library's: for key messages that are looked at by themselves.
+[[nodiscard]] ASSAY_API Finding FindingOf(const Sigil::Finding& finding);
 
 }  // namespace Assay

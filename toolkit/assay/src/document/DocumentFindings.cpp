@@ -72,12 +72,17 @@ FindingID FindingOf(DocumentKind kind, const FormFault& fault) {
 
 void FindForm(const DocumentFile& document, FindingList& findings) {
   bool has_volume_finding = false;
+  FindingPlace place = document.At(nullptr);
+  if (document.Kind() == DocumentKind::Composition) {
+    place.Composition = IDOf(document.Root()->Child("Id")).value_or(UUID());
+    place.CompositionTitle = TextOf(document.Root()->Child("ContentTitleText"));
+  }
   for (const FormFault& fault : CheckForm(*document.Root(), *document.Grammar)) {
     if (IsToldByRules(document.Kind(), fault)) continue;
     const FindingID id = FindingOf(document.Kind(), fault);
     if (id == FindingID::ViIndex && std::exchange(has_volume_finding, true)) continue;
     Finding& finding = findings.emplace_back(id);
-    finding.Place = document.At(nullptr);
+    finding.Place = place;
     finding.Place.Line = fault.Line;
     finding.Expected = fault.Expected;
     finding.Found = DescribeFault(fault);

@@ -82,10 +82,21 @@ class IDCase {
   bool m_IsTold = false;
 };
 
+/// What is wrong with each document by itself. One that is malformed does not tell its identifier; the map does.
+void FindInDocuments(const Package& package, FindingList& findings) {
+  for (const DocumentFile& document : package.Documents) {
+    const size_t first = findings.size();
+    FindInDocument(document, findings);
+    if (document.Parsed.Root) continue;
+    for (const MapAsset& asset : package.MapAssets)
+      if (asset.File == document.Path && asset.ID && first < findings.size()) findings[first].Place.Asset = *asset.ID;
+  }
+}
+
 }  // namespace
 
 void FindInPackage(const Package& package, i64_t now, FindingList& findings) {
-  for (const DocumentFile& document : package.Documents) FindInDocument(document, findings);
+  FindInDocuments(package, findings);
   FindInAssetMap(package, findings);
   FindInPackingLists(package, now, findings);
   FindFlavour(package, findings);

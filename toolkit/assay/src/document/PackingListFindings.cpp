@@ -169,9 +169,7 @@ void FindMissing(const Package& package, FindingList& findings) {
       !package.Lists.empty() || std::ranges::any_of(package.Documents, [](const DocumentFile& document) {
         return !document.Parsed.Root || document.Parsed.Root->Name == "PackingList";
       });
-  const bool has_marks =
-      std::ranges::any_of(package.MapAssets, [](const MapAsset& asset) { return asset.IsPackingList; });
-  if (!has_list && !is_told && has_marks) Add(findings, Finding(FindingID::PklMissing), FolderPlace(package));
+  if (!has_list && !is_told) Add(findings, Finding(FindingID::PklMissing), FolderPlace(package));
 }
 
 }  // namespace

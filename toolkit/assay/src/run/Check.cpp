@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Assay/Check.h>
 
+#include "Verdicts.h"
+
 #include "document/Composition.h"
 #include "document/Package.h"
 #include "document/PackageFindings.h"
+#include "security/SecurityFindings.h"
 
 #include <Cairn/IAssetLookup.h>
 
@@ -41,7 +44,14 @@ bool AddPackages(const fs::path& folder, int depth, std::vector<std::string>& pa
 class PackageCheck {
  public:
   PackageCheck(const CheckRequest& request, CheckReport& report)
-      : m_Request(request), m_Report(report), m_Now(request.Now.value_or(SystemSeconds())) {}
+      : m_Request(request),
+        m_Report(report),
+        m_Now(request.Now.value_or(SystemSeconds())),
+        m_Trust{Ferro::Timestamp(m_Now * 1000), request.TrustedRoots},
+        m_Question{request.Messages,  Ferro::Timestamp(m_Now * 1000),
+                   request.At,        request.Tolerance,
+                   request.Recipient, request.PrivateKey,
+                   request.Devices} {}
 
   void Run(const std::vector<std::string>& folders) {
     for (const std::string& folder : folders) {
@@ -53,6 +63,8 @@ class PackageCheck {
     }
     for (const Package& package : m_Packages) NoteFiles(package);
     for (const Package& package : m_Packages) Find(package);
+    FindInMessageProblems(m_Request.MessageProblems, m_IsWithoutMessage, m_Report.Findings);
+    Conclude(m_Request.Profile, m_Parts, m_Report);
     if (!m_Report.IsCancelled) m_Report.LookedAt = m_Request.Depths;
   }
 
@@ -80,28 +92,48 @@ class PackageCheck {
   }
 
   void Find(const Package& package) {
-    const size_t first = m_Report.Findings.size();
     FindInPackage(package, m_Now, m_Report.Findings);
+    FindInListSignatures(package, m_Trust, m_Report.Findings);
     FindGroups(package);
     for (const DocumentFile* document : package.Compositions) FindComposition(package, *document);
-    m_Report.Packages.push_back({package.Folder, WorstSince(first)});
+    m_Report.Packages.push_back({package.Folder, {}});
   }
 
   void FindComposition(const Package& package, const DocumentFile& document) {
     const Composition composition = ReadComposition(document);
     AskStore(composition);
-    FindingList findings;
+    FindingList& findings = m_Report.Findings;
     // Without an asset map nothing tells what is external.
     FindInComposition(composition, {&package, m_Now, package.MapAssets.empty() ? nullptr : &m_Known}, findings);
     FindTwin(composition, findings);
-    std::optional<FindingClass> worst = WorstClass(m_Request.Profile, findings);
-    for (const Finding& finding : m_Report.Findings) {
-      const bool is_here = finding.Place.Package == document.Package && finding.Place.Document == document.Path;
-      if (is_here && Counts(m_Request.Profile, finding) && (!worst || finding.Class < *worst)) worst = finding.Class;
-    }
-    m_Report.Findings.insert(m_Report.Findings.end(), findings.begin(), findings.end());
-    m_Report.Compositions.push_back(
-        {composition.ID.value_or(UUID()), composition.Title, document.Package, document.Path, worst, {}});
+    const auto signer =
+        FindInSignature(document, composition.At(&composition.Root()), IsEncrypted(composition), m_Trust, findings);
+    CheckedComposition& checked = m_Report.Compositions.emplace_back();
+    checked = {composition.ID.value_or(UUID()), composition.Title, document.Package, document.Path, {}, {}};
+    checked.Keys = FindInKeys(composition, signer, m_Question, StartsOf(checked.ID), findings);
+    m_IsWithoutMessage |= std::ranges::any_of(checked.Keys, [&](const KeyAnswer& answer) {
+      return answer.IsNow != m_Request.At.has_value() && !answer.Serves();
+    });
+    m_Parts.push_back(PartsOf(package, composition));
+  }
+
+  /// Where a composition stands in the show: at its beginning unless the host says so.
+  [[nodiscard]] std::vector<double> StartsOf(const UUID& composition) const {
+    std::vector<double> starts;
+    for (const CompositionStart& start : m_Request.Starts)
+      if (start.Composition == composition) starts.push_back(start.Seconds);
+    if (starts.empty()) starts.push_back(0);
+    return starts;
+  }
+
+  static CompositionParts PartsOf(const Package& package, const Composition& composition) {
+    CompositionParts parts;
+    if (composition.ID) parts.Inside.insert(*composition.ID);
+    for (const Reel& reel : composition.Reels)
+      for (const ReelAsset& asset : reel.Assets)
+        if (asset.ID && asset.IsFile())
+          (package.FindMapped(*asset.ID) != nullptr ? parts.Inside : parts.Outside).insert(*asset.ID);
+    return parts;
   }
 
   /// A composition with the same identifier and another content, in this package or another.
@@ -125,14 +157,13 @@ class PackageCheck {
     }
   }
 
-  [[nodiscard]] std::optional<FindingClass> WorstSince(size_t first) const {
-    const auto begin = m_Report.Findings.begin() + static_cast<std::ptrdiff_t>(first);
-    return WorstClass(m_Request.Profile, FindingList(begin, m_Report.Findings.end()));
-  }
-
   const CheckRequest& m_Request;
   CheckReport& m_Report;
   i64_t m_Now;
+  Sigil::SignatureContext m_Trust;
+  KeyQuestion m_Question;
+  bool m_IsWithoutMessage = false;        // some encrypted composition
+  std::vector<CompositionParts> m_Parts;  // of each composition of the report
   std::deque<Package> m_Packages;
   std::set<std::string> m_Known;  // identifiers of files that the asset maps have
   std::map<std::string, const DocumentFile*> m_Compositions;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Consequences.h"
+
 #include <Assay/FindingRule.h>
 
 namespace Assay {
@@ -36,7 +38,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "Somebody opened and saved the composition after the package was made, or the copy is damaged. Servers compare "
      "the digest at ingest and refuse the package; a signature does not hold any more either.",
      "Copy the composition again from the package's source.",
-     "ST 429-8, 6.3"},
+     "ST 429-8, 6.3",
+     After::CplHash},
     {FindingID::CplNoReel,
      "cpl-no-reel",
      {FindingClass::Error},
@@ -85,7 +88,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "others need a scope that says whose words they are. Theatre systems sort by the kind: a feature of an unknown "
      "kind may not be found under features. Different case or blanks around are only worth knowing.",
      "Ask for a corrected package.",
-     "ST 429-7, 6.8; ST 429-16, 6.4"},
+     "ST 429-7, 6.8; ST 429-16, 6.4",
+     After::CplContentKind},
     {FindingID::CplContentVersion,
      "cpl-content-version",
      {FindingClass::Profile},
@@ -125,7 +129,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "Two compositions, two reels or two assets share an identifier, but not their content. A server stores by "
      "identifier: one of the two replaces the other.",
      "Ask for a corrected package.",
-     "ST 429-7"},
+     "ST 429-7",
+     After::CplDuplicateID},
     {FindingID::CplAssetExternal,
      "cpl-asset-external",
      {FindingClass::Warning},
@@ -135,7 +140,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "A version file changes some reels and takes the rest from its original. It plays when the original lies in the "
      "same store; without it the show stops there.",
      "Copy the original's package to the store as well, or name its folder with --store.",
-     "ST 429-7"},
+     "ST 429-7",
+     After::CplAssetExternal},
     {FindingID::CplSoundMissing,
      "cpl-sound-missing",
      {FindingClass::Warning},
@@ -172,7 +178,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "All that plays together in a reel counts in the same units. Servers refuse a mixture; played all the same, sound "
      "and picture would drift apart.",
      "Ask for a corrected package.",
-     "ST 429-7"},
+     "ST 429-7",
+     After::ReelEditRate},
     {FindingID::ReelShort,
      "reel-short",
      {FindingClass::Warning},
@@ -201,7 +208,8 @@ inline constexpr FindingRule CompositionRules[] = {
      "The composition plays beyond the end of the file.",
      "Entry point and duration together are more than the file is long. Servers refuse it or stop where the file ends.",
      "Ask for a corrected package.",
-     "ST 429-7, 8.1.4 to 8.1.6"},
+     "ST 429-7, 8.1.4 to 8.1.6",
+     After::ReelEntryBeyond},
     {FindingID::ReelIntrinsic,
      "reel-intrinsic",
      {FindingClass::Error},

@@ -23,6 +23,9 @@ Where there are several classes the first is the usual one. A value just at a li
 check must look to find it: documents (XML and directories), files (headers and indexes of track files as well), frames
 (all of their contents), hash (digests of whole files) or decode (pictures through the decoder).
 
+One fault often shows in several ways. What an entry may bring is shown below it where both are about the same asset,
+reel, document, composition or package, and does not count again.
+
 This page is made from the table that the findings themselves are made from. After a change of the table it is written
 anew by `cmake --build build/release --target accept-findings`.
 )";
@@ -47,6 +50,16 @@ std::string ClassesOf(const FindingRule& rule) {
   return text;
 }
 
+std::string ConsequencesOf(const FindingRule& rule) {
+  std::string text;
+  for (const Consequence& consequence : rule.Consequences) {
+    if (!text.empty()) text += ", ";
+    const std::string name = RuleOf(consequence.ID).Name;
+    text += '[' + name + "](#" + name + ')';
+  }
+  return text;
+}
+
 std::string Entry(const FindingRule& rule) {
   std::string text = std::string("\n### ") + rule.Name + "\n\n**" + rule.Sentence + "**\n\n" + rule.Reason + "\n\n";
   text += std::string("*What to do:* ") + rule.Advice + "\n\n";
@@ -55,6 +68,7 @@ std::string Entry(const FindingRule& rule) {
   if (rule.Flavour == Flavour::SMPTE) text += " *Only in* SMPTE packages.";
   text += std::string(" *Depth:* ") + DepthName(rule.Depth) + ".";
   if (*rule.Source != '\0') text += std::string(" *Source:* ") + rule.Source + ".";
+  if (!rule.Consequences.empty()) text += " *May bring:* " + ConsequencesOf(rule) + '.';
   return text + '\n';
 }
 

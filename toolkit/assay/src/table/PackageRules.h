@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Consequences.h"
+
 #include <Assay/FindingRule.h>
 
 namespace Assay {
@@ -17,7 +19,8 @@ inline constexpr FindingRule PackageRules[] = {
      "identifier its file. Without one, no server ingests the package, whatever else is there. Strata's own store "
      "finds the files by looking inside them, so the composition may still play here.",
      "Copy the package again from its source, with all files of its top folder.",
-     "ST 429-9, A.4"},
+     "ST 429-9, A.4",
+     After::AmMissing},
     {FindingID::AmName,
      "am-name",
      {FindingClass::Warning},
@@ -48,7 +51,8 @@ inline constexpr FindingRule PackageRules[] = {
      "the known ones. Strict servers check the form before anything else and refuse the package; others drop the entry "
      "in question without a word.",
      "Ask for a corrected package; the line and the element tell its maker where to look.",
-     "ST 429-9"},
+     "ST 429-9",
+     After::AmSchema},
     {FindingID::AmVolumeCount,
      "am-volume-count",
      {FindingClass::Warning},
@@ -99,7 +103,8 @@ inline constexpr FindingRule PackageRules[] = {
      "foreign files. A relative path with file:/// in front, as old Interop packages have it, is a warning: most "
      "equipment understands it.",
      "Ask for a corrected package.",
-     "ST 429-9, 7.1"},
+     "ST 429-9, 7.1",
+     After::AmPath},
     {FindingID::AmPathCharacters,
      "am-path-characters",
      {FindingClass::Warning},
@@ -130,7 +135,8 @@ inline constexpr FindingRule PackageRules[] = {
      "An identifier leads to one file. Which of two a server takes is chance: it may play the wrong one, or compare a "
      "digest with the wrong file and refuse.",
      "Ask for a corrected package.",
-     "ST 429-9"},
+     "ST 429-9",
+     After::AmDuplicateID},
     {FindingID::AmDuplicatePath,
      "am-duplicate-path",
      {FindingClass::Warning},
@@ -140,7 +146,8 @@ inline constexpr FindingRule PackageRules[] = {
      "A file has one identifier of its own. The other one then names a file that says it is something else; servers "
      "that read their files refuse it.",
      "Ask for a corrected package.",
-     "ST 429-9"},
+     "ST 429-9",
+     After::AmDuplicatePath},
     {FindingID::AmNoPackingList,
      "am-no-packing-list",
      {FindingClass::Error},
@@ -150,7 +157,8 @@ inline constexpr FindingRule PackageRules[] = {
      "Servers find the packing list by this mark alone, and without it they find nothing to ingest. This system looks "
      "at the other documents, too.",
      "Ask for a corrected package.",
-     "ST 429-9"},
+     "ST 429-9",
+     After::AmNoPackingList},
     {FindingID::AmIDForm,
      "am-id-form",
      {FindingClass::Warning},
@@ -199,7 +207,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The two kinds have different forms for everything: names, namespaces, text, signatures. A server decides once "
      "for a package, and then does not understand the documents of the other kind.",
      "Ask for a package of one kind.",
-     "ST 429-9; Interop"},
+     "ST 429-9; Interop",
+     After::PackageMixed},
     {FindingID::PackageForeignFile,
      "package-foreign-file",
      {FindingClass::Note},
@@ -257,7 +266,8 @@ inline constexpr FindingRule PackageRules[] = {
      "A cut or garbled document cannot be read by any equipment. Document type declarations and entities are refused, "
      "too: they could make a reader fetch files from elsewhere, and nothing is ever fetched here.",
      "Copy the document again from the package's source.",
-     "XML 1.0"},
+     "XML 1.0",
+     After::XmlMalformed},
     {FindingID::XmlConstraints,
      "xml-constraints",
      {FindingClass::Warning},
@@ -278,7 +288,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The system refuses it to this user, or a link leads nowhere. What is inside is not known. Where nothing of the "
      "package is concerned it is a warning.",
      "Allow this user to read it, or copy it again.",
-     ""},
+     "",
+     After::FileUnreadable},
     {FindingID::FileDamaged,
      "file-damaged",
      {FindingClass::Error},
@@ -287,7 +298,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The file is damaged.",
      "Its header, its index or its labels cannot be understood, so neither can its frames.",
      "Copy the package again from its source.",
-     "ST 377-1"},
+     "ST 377-1",
+     After::FileDamaged},
     {FindingID::FileIncomplete,
      "file-incomplete",
      {FindingClass::Warning},
@@ -373,7 +385,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The file does not have the size that the packing list gives.",
      "It was cut short in copying, or replaced after the package was made. Servers refuse it.",
      "Copy the file again from the package's source.",
-     "ST 429-8, 6.4"},
+     "ST 429-8, 6.4",
+     After::PklAssetSize},
     {FindingID::PklAssetHash,
      "pkl-asset-hash",
      {FindingClass::Error},
@@ -383,7 +396,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The digest (SHA-1) is computed over every byte of the file, so that one wrong bit is noticed. Servers compare it "
      "at ingest and refuse the package.",
      "Copy the file again from the package's source, and check the disk that it lay on.",
-     "ST 429-8, 6.3"},
+     "ST 429-8, 6.3",
+     After::PklAssetHash},
     {FindingID::PklAssetType,
      "pkl-asset-type",
      {FindingClass::Warning},
