@@ -18,6 +18,7 @@ constexpr double FullScale = 2147483648.0;  // 2^31
 
 /// A sample at the top of 32 bits.
 i32_t Load(const ui8_t* bytes, ui32_t width) {
+  if (width == 3) return static_cast<i32_t>(ui32_t{bytes[0]} << 8 | ui32_t{bytes[1]} << 16 | ui32_t{bytes[2]} << 24);
   ui32_t value = 0;
   for (ui32_t i = 0; i < width; ++i) value = value >> 8 | ui32_t{bytes[i]} << 24;
   return static_cast<i32_t>(value);
