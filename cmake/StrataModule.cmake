@@ -27,6 +27,35 @@ function(strata_compile_options target)
   endif()
 endfunction()
 
+# Where STRATA_PRECOMPILE_HEADERS is on: sources read the standard library, which takes most of their time, once for all of
+# the target, or of the modules, which are compiled alike.
+function(strata_precompile_headers target)
+  if(NOT STRATA_PRECOMPILE_HEADERS)
+    return()
+  endif()
+  set(first ferro_objects)
+  if(TARGET ${first} AND NOT target STREQUAL first AND target MATCHES "_objects$")
+    target_precompile_headers(${target} REUSE_FROM ${first})
+  else()
+    target_precompile_headers(
+      ${target}
+      PRIVATE
+      <algorithm>
+      <array>
+      <functional>
+      <map>
+      <memory>
+      <optional>
+      <set>
+      <span>
+      <string>
+      <string_view>
+      <utility>
+      <vector>
+      ${ARGN})
+  endif()
+endfunction()
+
 # strata_add_module(<name> INCLUDE <folder> SOURCES <file>... [PUBLIC <lib>...] [PRIVATE <lib>...])
 # A shared library lib<name> with its public headers below INCLUDE and its private ones beside its sources; an include
 # names their room from the folder of the sources on. Tests of
@@ -42,6 +71,7 @@ function(strata_add_module name)
   set_target_properties(${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_include_directories(${name}_objects PUBLIC ${arg_INCLUDE} PRIVATE ${sources})
   target_link_libraries(${name}_objects PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+  strata_precompile_headers(${name}_objects)
 
   add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
   add_library(Strata::${name} ALIAS ${name})

@@ -21,8 +21,8 @@ source usage
 usage | grep -q "^  \$1 " || { echo "there is no ./bootstrap \$1"; exit 1; }
 case \$1 in
   demo)
-    mkdir -p build/package/tools build/demo
-    ln -s "$programs" build/package/tools/strata
+    mkdir -p build/host/tools build/demo
+    ln -s "$programs" build/host/tools/strata
     cp -r "$show" build/demo/show
     ;;
   install) ln -s "$prefix" "\$2" ;;
