@@ -151,6 +151,18 @@ Bytes MakePNG(size_t size) {
   return out;
 }
 
+Bytes MakePNGHeader(unsigned width, unsigned height) {
+  Bytes header;
+  AppendBE(header, width, 4);
+  AppendBE(header, height, 4);
+  header.insert(header.end(), {8, 6, 0, 0, 0});  // 8 bits of each color and of alpha
+  Bytes out = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+  AppendPNGChunk(out, "IHDR", header);
+  AppendPNGChunk(out, "IDAT", {0x78, 0x01});
+  AppendPNGChunk(out, "IEND", {});
+  return out;
+}
+
 Bytes MakeFont(size_t size) {
   Bytes out = {'O', 'T', 'T', 'O', 0, 1, 0, 16, 0, 0, 0, 0};
   const Bytes noise = MakeNoise(size, 11);

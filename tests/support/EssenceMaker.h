@@ -35,6 +35,8 @@ Bytes MakeNoise(size_t size, QUIRE::ui32_t number);
 /// A PNG image of 1 x 1 pixels, followed by a chunk that other programs pass over so that it has `size` bytes; one of less
 /// than 82 bytes is cut.
 Bytes MakePNG(size_t size);
+/// One whose header has that size, and whose pixels are too few for it.
+Bytes MakePNGHeader(unsigned width, unsigned height);
 /// Bytes that begin as an OpenType font does.
 Bytes MakeFont(size_t size);
 

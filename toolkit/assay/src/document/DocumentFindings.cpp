@@ -71,6 +71,8 @@ FindingID FindingOf(DocumentKind kind, const FormFault& fault) {
 }
 
 void FindForm(const DocumentFile& document, FindingList& findings) {
+  const size_t first = findings.size();
+  size_t more = 0;  // of a text, which has the same fault in each of its lines
   bool has_volume_finding = false;
   FindingPlace place = document.At(nullptr);
   if (document.Kind() == DocumentKind::Composition) {
@@ -81,12 +83,17 @@ void FindForm(const DocumentFile& document, FindingList& findings) {
     if (IsToldByRules(document.Kind(), fault)) continue;
     const FindingID id = FindingOf(document.Kind(), fault);
     if (id == FindingID::ViIndex && std::exchange(has_volume_finding, true)) continue;
+    if (id == FindingID::TextSchema && findings.size() > first) {
+      ++more;
+      continue;
+    }
     Finding& finding = findings.emplace_back(id);
     finding.Place = place;
     finding.Place.Line = fault.Line;
     finding.Expected = fault.Expected;
     finding.Found = DescribeFault(fault);
   }
+  if (more > 0) findings[first].Found += ", " + std::to_string(more) + " more";
 }
 
 /// The value of a pseudo-attribute of the XML declaration: version, encoding, standalone. Empty where there is none.

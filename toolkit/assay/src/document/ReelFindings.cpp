@@ -2,6 +2,7 @@
 #include "Composition.h"
 #include "PackageFindings.h"
 
+#include "base/LanguageNames.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -173,11 +174,12 @@ void FindTextLanguages(const Composition& composition, FindingList& findings) {
     std::map<AssetRole, size_t> counts;
     for (const ReelAsset& asset : reel.Assets) {
       if (!asset.IsText()) continue;
-      const std::string language = ToLower(asset.Language);
+      const std::string language = LanguageTagOf(asset.Language);
+      if (language.empty() && !asset.Language.empty()) continue;  // a name that is not known
       const auto [known, is_new] = languages.try_emplace({asset.Role, counts[asset.Role]++}, language);
       if (!is_new && known->second != language)
         Add(findings, Finding(FindingID::ReelTextLanguage), composition.At(asset.Element, &reel, &asset),
-            Quoted(known->second), Quoted(language));
+            Quoted(known->second), Quoted(asset.Language));
     }
   }
 }

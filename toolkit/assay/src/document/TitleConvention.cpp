@@ -125,6 +125,7 @@ class TitleReader {
     m_Claims.HasCaptions = is_captioned;
     const bool has_text = parts[1] != "XX" && AreAll(parts[1], IsUpperOrDigit);
     if (parts[1] == "XX" || has_text) m_Claims.HasSubtitles = has_text || is_open;
+    if (has_text) m_Claims.SubtitleLanguages.assign(parts.begin() + 1, parts.end());
   }
   static bool IsUpperOrLowerOrDigit(char c) { return IsLetter(c) || IsDigit(c); }
 

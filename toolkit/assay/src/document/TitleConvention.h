@@ -23,17 +23,18 @@ struct TitleClaims {
   std::vector<TitleFault> Faults;  ///< empty: the title follows the convention
   std::string Kind;                ///< "FTR"; empty when not told
   std::optional<bool> Is3D;
-  std::optional<ui32_t> Rate;        ///< frames per second, where it is told
-  char Aspect = '\0';                ///< 'F', 'S', 'C'
-  std::optional<bool> HasSubtitles;  ///< not burned in
-  std::optional<bool> HasCaptions;   ///< closed ones
-  std::string SoundLanguage;         ///< "EN", of the sound; empty when not told
-  std::string Audio;                 ///< "51", "MOS"; empty when not told
-  bool HasHI = false;                ///< sound for the hearing impaired
-  bool HasVI = false;                ///< narration for the visually impaired
-  std::optional<bool> HasImmersive;  ///< a track of its own
-  std::string Resolution;            ///< "2K", "4K"
-  std::optional<std::string> Date;   ///< eight digits of a date; empty: no date
+  std::optional<ui32_t> Rate;                  ///< frames per second, where it is told
+  char Aspect = '\0';                          ///< 'F', 'S', 'C'
+  std::optional<bool> HasSubtitles;            ///< not burned in
+  std::vector<std::string> SubtitleLanguages;  ///< "FR": of those
+  std::optional<bool> HasCaptions;             ///< closed ones
+  std::string SoundLanguage;                   ///< "EN", of the sound; empty when not told
+  std::string Audio;                           ///< "51", "MOS"; empty when not told
+  bool HasHI = false;                          ///< sound for the hearing impaired
+  bool HasVI = false;                          ///< narration for the visually impaired
+  std::optional<bool> HasImmersive;            ///< a track of its own
+  std::string Resolution;                      ///< "2K", "4K"
+  std::optional<std::string> Date;             ///< eight digits of a date; empty: no date
   std::optional<bool> IsInterop;
   std::optional<bool> IsVersionFile;
 };

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TextUse.h"
+
+#include "TextResources.h"
+#include "document/PackageFindings.h"
+
+#include <Ferro/FileText.h>
+#include <Ferro/Path.h>
+
+#include <utility>
+
+namespace Assay {
+namespace {
+
+void Append(const FindingList& from, FindingList& findings) {
+  findings.insert(findings.end(), from.begin(), from.end());
+}
+
+std::string FullPath(const DocumentPlace& place) {
+  return place.Package.empty() ? place.Path : Ferro::PathJoin(place.Package, place.Path);
+}
+
+}  // namespace
+
+TextFile TextFiles::ReadDocument(const DocumentPlace& place, const QUIRE::Rational& edit_rate) const {
+  std::string xml;
+  if (Ferro::ReadFileIntoString(FullPath(place), xml, MaxTextPart).Failure()) return {};
+  for (const Package& package : m_Packages)
+    if (package.Folder == place.Package)
+      for (const DocumentFile& document : package.Documents)
+        if (document.Path == place.Path) return ReadText(document, xml, edit_rate, m_Look);
+  // What no package has read: the document of a store, and a long one.
+  const DocumentFile document = DocumentFile::FromText(place.Package, place.Path, xml);
+  TextFile text = ReadText(document, xml, edit_rate, m_Look);
+  FindInDocument(document, text.Findings);
+  return text;
+}
+
+TextFiles::Entry* TextFiles::Find(const AssetFile& asset) {
+  if (asset.File == nullptr && asset.Document == nullptr) return nullptr;
+  const std::string path = asset.File != nullptr ? asset.File->FullPath() : FullPath(*asset.Document);
+  const auto [known, is_new] = m_Files.try_emplace(path);
+  Entry& entry = known->second;
+  if (is_new)
+    entry.Text = asset.File != nullptr
+                     ? ReadText(*asset.File, m_Look)
+                     : ReadDocument(*asset.Document, asset.Asset->EditRate.value_or(QUIRE::Rational(0, 0)));
+  return &entry;
+}
+
+const TextFile* TextFiles::Read(const AssetFile& asset) {
+  const Entry* entry = Find(asset);
+  return entry == nullptr ? nullptr : &entry->Text;
+}
+
+void TextFiles::Tell(const AssetFile& asset, FindingList& findings) {
+  Entry* entry = Find(asset);
+  if (entry == nullptr) return;
+  if (!std::exchange(entry->IsTold, true)) Append(entry->Text.Findings, findings);
+  const bool is_caption = asset.Asset->Role == AssetRole::Caption;
+  bool& is_told = is_caption ? entry->IsToldAsCaption : entry->IsToldAsSubtitle;
+  if (!std::exchange(is_told, true))
+    Append(is_caption ? entry->Text.CaptionFindings : entry->Text.SubtitleFindings, findings);
+}
+
+}  // namespace Assay
