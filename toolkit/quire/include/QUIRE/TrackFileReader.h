@@ -18,7 +18,20 @@ namespace QUIRE {
 class AESDecContext;
 class HMACContext;
 class h__Reader;
+enum class Eye : ui8_t;
 struct TrackEncryption;
+
+/// Where the bytes of a frame lie in its file, for who reads the file by himself: a digest of all of it, and the frames, out
+/// of one reading. A plain value.
+struct StoredFrame {
+  ui64_t Offset = 0;  ///< of the bytes that ReadFrame delivers without contexts
+  ui64_t Length = 0;
+  ui64_t PackLength = 0;  ///< of the integrity pack right behind them; what follows an encrypted frame
+  bool IsEncrypted = false;
+  ui64_t SourceLength = 0;     ///< as FrameBuffer has it
+  ui64_t PlaintextOffset = 0;  ///< as FrameBuffer has it
+  friend bool operator==(const StoredFrame&, const StoredFrame&) = default;
+};
 
 /// What the readers of all kinds have in common. Only the kinds themselves are created.
 ///
@@ -66,6 +79,12 @@ class QUIRE_API TrackFileReader {
   /// What there is to be known to decrypt frames that were delivered as they are stored. As ReadTrackEncryption says.
   /// @return RESULT_OK, RESULT_INIT when no file is open, what reading the index returns; on failure `out` is unchanged.
   [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& out);
+
+  /// Finds a frame without reading it: a few bytes of the file are read to know its length. Not of timed text.
+  /// @param eye  of a stereoscopic edit unit; the left one elsewhere.
+  /// @return RESULT_OK; RESULT_NOT_FOUND for the right eye where there is one picture alone; otherwise as ReadFrame without
+  /// contexts. On failure `frame` is unchanged.
+  [[nodiscard]] Result_t LocateFrame(ui32_t frame_number, Eye eye, StoredFrame& frame);
 
   /// The header metadata. A file must be open (assertion); valid until it is closed.
   [[nodiscard]] MXF::OP1aHeader& OP1aHeader();

@@ -41,6 +41,22 @@ Result_t TrackFileReader::FillTrackEncryption(TrackEncryption& out) {
   return m_Reader ? m_Reader->FillTrackEncryption(out) : Ferro::RESULT_INIT;
 }
 
+Result_t TrackFileReader::LocateFrame(ui32_t frame_number, Eye eye, StoredFrame& frame) {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  return ResultOf([&] {
+    ElementPlace place;
+    const Result_t result = m_Reader->LocateFrame(frame_number, eye, place);
+    if (result.Failure()) return result;
+    frame = {place.ValueAt, place.ValueLength, 0, place.Triplet.has_value(), 0, 0};
+    if (place.Triplet) {
+      frame.PackLength = place.TailLength();
+      frame.SourceLength = place.Triplet->SourceLength;
+      frame.PlaintextOffset = place.Triplet->PlaintextOffset;
+    }
+    return result;
+  });
+}
+
 MXF::OP1aHeader& TrackFileReader::OP1aHeader() {
   FERRO_ASSERT(m_Reader);
   return m_Reader->Header();

@@ -258,6 +258,17 @@ Result_t h__Reader::TryFrame(ui32_t frame_number, const CryptoContexts& contexts
   return result;
 }
 
+Result_t h__Reader::LocateFrame(ui32_t frame_number, Eye eye, ElementPlace& place) {
+  Range range;
+  Result_t result = FindEditUnit(frame_number, range);
+  if (result.Failure()) return result;
+  result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, place);
+  if (result == Ferro::RESULT_NOT_FOUND) return RESULT_CUT;
+  if (result.Failure() || eye == Eye::Left) return result;
+  if (!m_Facts.IsStereoscopic()) return Ferro::RESULT_NOT_FOUND;
+  return m_Elements->Locate(place.End, range.Limit, ElementKeys::Essence, place);
+}
+
 // The elements of a stream. A later partition whose pack does not say where in the stream it goes on belongs to another
 // stream that was given the same number; the first counts.
 Result_t h__Reader::FindElements(ui32_t body_sid, std::vector<ElementPlace>& elements) {

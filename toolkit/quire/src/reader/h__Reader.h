@@ -33,6 +33,8 @@ class h__Reader {
 
   [[nodiscard]] Result_t ReadFrame(ui32_t frame_number, const CryptoContexts& contexts, FrameBuffer& frame);
   [[nodiscard]] Result_t ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
+  /// Finds the element of one eye; RESULT_NOT_FOUND where there is no right one.
+  [[nodiscard]] Result_t LocateFrame(ui32_t frame_number, Eye eye, ElementPlace& place);
   /// What there is to be known to decrypt the file's frames. Finds out by what rule a stereoscopic file is numbered.
   [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& encryption);
   /// The index entry of a frame that was read; all zero where the index was of constant size.
