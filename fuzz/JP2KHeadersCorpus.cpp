@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Writes the seeds of JP2KHeadersFuzz into the folder given: codestreams as cinema encoders lay them out, and odd ones.
-#include "../tests/quire/CinemaCodestream.h"
+#include "../tests/support/CinemaCodestream.h"
 
 #include <Ferro/FileText.h>
 #include <Ferro/Path.h>

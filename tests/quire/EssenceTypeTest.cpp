@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "CinemaCodestream.h"
+#include "../support/CinemaCodestream.h"
 #include "ReaderFixture.h"
 
 #include <QUIRE/EssenceType.h>

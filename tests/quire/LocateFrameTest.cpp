@@ -84,8 +84,8 @@ TEST_F(LocateFrame, SaysWhatIsNotThere) {
   EXPECT_EQ(frame.Offset, 77U);
 }
 
-TEST_F(LocateFrame, KeepsToTheFile) {
-  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 2);
+TEST_F(LocateFrame, ADamagedKeyHidesItsFrameAlone) {
+  MxfBuilder builder = MakeBuilder(MxfBuilder::JP2K, 3);
   Bytes file = builder.Build();
   file[builder.ElementAt[1]] ^= 0xff;
   m_File.Write(file);
@@ -95,6 +95,7 @@ TEST_F(LocateFrame, KeepsToTheFile) {
   StoredFrame frame;
   EXPECT_EQ(reader.LocateFrame(0, Eye::Left, frame), RESULT_OK);
   EXPECT_EQ(reader.LocateFrame(1, Eye::Left, frame), RESULT_FORMAT);
+  EXPECT_EQ(reader.LocateFrame(2, Eye::Left, frame), RESULT_OK);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <Assay/Contents.h>
+#include <Assay/DepthSet.h>
 #include <Assay/Export.h>
 #include <Assay/Figures.h>
 #include <Assay/Finding.h>
@@ -12,7 +14,6 @@
 #include <Sigil/KeyMessageStore.h>
 
 #include <functional>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,29 +29,10 @@ class PrivateKey;
 /// What is wrong with D-Cinema packages. This header alone is all that a host includes.
 namespace Assay {
 
-/// Which depths a check has.
-class DepthSet {
- public:
-  constexpr DepthSet() = default;
-  constexpr DepthSet(std::initializer_list<Depth> depths) {
-    for (const Depth depth : depths) m_Bits |= BitOf(depth);
-  }
-  /// All depths up to that one.
-  [[nodiscard]] static constexpr DepthSet UpTo(Depth depth) {
-    DepthSet set;
-    for (ui32_t i = 0; i <= static_cast<ui32_t>(depth); ++i) set.m_Bits |= 1U << i;
-    return set;
-  }
-  constexpr void Add(Depth depth) { m_Bits |= BitOf(depth); }
-  [[nodiscard]] constexpr bool Has(Depth depth) const { return (m_Bits & BitOf(depth)) != 0; }
-  [[nodiscard]] constexpr bool IsEmpty() const { return m_Bits == 0; }
-
-  friend constexpr bool operator==(const DepthSet&, const DepthSet&) = default;
-
- private:
-  static constexpr ui32_t BitOf(Depth depth) { return 1U << static_cast<ui32_t>(depth); }
-
-  ui32_t m_Bits = 0;
+/// What a check is at.
+enum class CheckPhase : ui8_t {
+  Documents,  ///< packages are read; between packages
+  Contents,   ///< files are read: frames, digests, decoding
 };
 
 /// How far a check has come.
@@ -58,6 +40,14 @@ struct CheckProgress {
   std::string Package;  ///< the folder that is looked at
   size_t PackagesDone = 0;
   size_t PackageCount = 0;
+  CheckPhase Phase = CheckPhase::Documents;
+  // Of the phase Contents; of several files that are read at once, one. From the time that the first call of the phase and
+  // a later one lie apart follow rate and time left.
+  std::string File;      ///< path
+  size_t FilesDone = 0;  ///< to the end
+  size_t FileCount = 0;
+  ui64_t BytesDone = 0;  ///< of all files; what was kept from an earlier check counts in neither
+  ui64_t BytesTotal = 0;
 };
 
 /// Where a composition stands in a show.
@@ -74,10 +64,16 @@ struct CheckRequest {
   const Cairn::IAssetLookup* Store = nullptr;
   Assay::Profile Profile = Profile::Plays;
   DepthSet Depths = {Depth::Documents};
-  /// Called before each package; false ends the check, which keeps what was found. It must not throw.
+  /// Called before each package, and at most ten times a second while files are read, then by any thread, but by one at a
+  /// time. False ends the check, which keeps what was found. It must not throw.
   std::function<bool(const CheckProgress&)> OnProgress;
   /// The time by which dates lie in the future, in seconds since 1970-01-01T00:00:00Z; without value the system's.
   std::optional<i64_t> Now;
+  /// Threads that read files and decode pictures; 0: as many as there are processors.
+  ui32_t Threads = 0;
+  /// A file of the library's own, made where it is missing: what was found in files that have not changed since (path, size,
+  /// modification time) is taken from it, so that a check that was broken off goes on. Empty: nothing is kept.
+  std::string KeptResults;
 
   /// Key messages for encrypted compositions; not owned, may be null: none were named or found.
   const Sigil::KeyMessageStore* Messages = nullptr;
@@ -124,6 +120,9 @@ struct CheckReport {
   FindingList Findings;              ///< by package; within it the package's own first, then each composition's
   std::vector<FileFigures> Figures;  ///< of the files whose frames were read
   DepthSet LookedAt;                 ///< what was looked at to the end
+  /// Files that were not looked at as far as Depths asked. Where this is empty, LookedAt has all of Depths.
+  std::vector<LeftOut> LeftOuts;
+  KeptState Kept = KeptState::None;
   bool IsCancelled = false;
 };
 

@@ -55,7 +55,7 @@ class PackageCheck {
 
   void Run(const std::vector<std::string>& folders) {
     for (const std::string& folder : folders) {
-      if (m_Request.OnProgress && !m_Request.OnProgress({folder, m_Packages.size(), folders.size()})) {
+      if (!GoesOn(folder, folders.size())) {
         m_Report.IsCancelled = true;
         break;
       }
@@ -69,6 +69,14 @@ class PackageCheck {
   }
 
  private:
+  [[nodiscard]] bool GoesOn(const std::string& folder, size_t count) const {
+    CheckProgress progress;
+    progress.Package = folder;
+    progress.PackagesDone = m_Packages.size();
+    progress.PackageCount = count;
+    return !m_Request.OnProgress || m_Request.OnProgress(progress);
+  }
+
   static i64_t SystemSeconds() {
     return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
         .count();
