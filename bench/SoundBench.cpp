@@ -21,8 +21,8 @@ constexpr int Repetitions = 41;
 constexpr ui32_t Samples = 2000;  // of a frame at 24 per second
 constexpr size_t FrameCount = 480;
 
-double TimeLevels(const std::string& filename, const std::vector<Extent>& frames, const Assay::SampleLayout& layout,
-                  std::vector<ui8_t>& buffer) {
+double TimeLevels(const std::string& filename, const std::vector<Extent>& frames,
+                  const QUIRE::PCM::SampleLayout& layout, std::vector<ui8_t>& buffer) {
   const int file = open(filename.c_str(), O_RDONLY | O_CLOEXEC);
   const auto start = std::chrono::steady_clock::now();
   Assay::SoundMeter meter(layout);
@@ -60,7 +60,7 @@ void Compare(ui32_t channels, bool is_clipped) {
   sound.ChannelCount = channels;
   sound.QuantizationBits = 24;
   sound.BlockAlign = channels * 3;
-  const auto layout = *Assay::SampleLayout::Of(sound);
+  const auto layout = *QUIRE::PCM::SampleLayout::Of(sound);
   std::vector<std::vector<ui8_t>> buffers(1, std::vector<ui8_t>(length));
   std::vector<double> reads, ratios, seconds;
   for (int i = 0; i <= Repetitions; ++i) {

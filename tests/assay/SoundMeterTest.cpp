@@ -9,11 +9,11 @@
 
 namespace {
 
-using Assay::SampleLayout;
 using Assay::SoundMeter;
 using Assay::ui32_t;
 using Assay::ui64_t;
 using Assay::ui8_t;
+using QUIRE::PCM::SampleLayout;
 
 constexpr int Top = 8'388'607;
 constexpr int Bottom = -8'388'608;

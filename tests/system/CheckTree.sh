@@ -5,7 +5,7 @@ set -euo pipefail
 rule=$1
 cd "$2"
 
-folders=(.ci cmake include src toolkit tools tests fuzz bench examples packaging docs)
+folders=(.ci cmake include src toolkit lantern tools tests fuzz bench examples packaging docs)
 mapfile -t folders < <(find "${folders[@]}" -maxdepth 0 2>/dev/null)
 code() { find "${folders[@]}" -type f \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C sort; }
 scripts() { find bootstrap CMakeLists.txt "${folders[@]}" -type f \( -name bootstrap -o -name CMakeLists.txt \
@@ -47,8 +47,9 @@ toolkit/cairn: base xml document text store
 toolkit/sigil: base certificate key signature message store
 toolkit/assay: base table form document security file text frames run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
+lantern: base sound picture text clock
 tools/strata: terminal picture show keys findings drawing check,play,info,timeline,frame,wrap,export,store,sample,kdm app
-tests: support ferro,quire,cairn,sigil,assay,engine,tool system
+tests: support ferro,quire,cairn,sigil,assay,engine,lantern,tool system
 '
 
 # Each include of one file of the tree by another: includer, included, then of both the module, the height (100 for each
@@ -84,7 +85,7 @@ edges() {
       path = tidy(folder name)
       if (path in files) return path
       m = module_of(file)
-      path = m (m ~ /^toolkit/ ? "/src/" : "/") name
+      path = m (m ~ /^(toolkit|lantern)/ ? "/src/" : "/") name
       return path in files ? path : public[name]
     }
     function height_of(file,   m, i, n, list, at, highest) {
@@ -134,8 +135,9 @@ directions() {
       beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
       beyond["toolkit/assay/"] = "^(archive|xsec|sqlite3|CLI|nlohmann)"
       beyond["include/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
-      beyond["include/Strata/"] = "^(Assay|Sigil|StrataHost)"
-      beyond["src/"]           = "^(archive|Assay|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["lantern/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann)"
+      beyond["include/Strata/"] = "^(Assay|Lantern|Sigil|StrataHost)"
+      beyond["src/"]           = "^(archive|Assay|Lantern|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '
@@ -150,7 +152,7 @@ unlisted() {
   while IFS=: read -r module rooms; do
     [[ -n ${rooms// /} ]] || continue
     rooms=" ${rooms//,/ } "
-    [[ $module != toolkit/* ]] || module+=/src
+    [[ $module != toolkit/* && $module != lantern ]] || module+=/src
     [[ -d $module ]] || continue
     for path in "$module"/*; do
       if [[ -d $path ]]; then
@@ -220,7 +222,7 @@ documents() {
   local document path
   # shellcheck disable=SC2016
   for document in $(find README.md DEVELOPERS.md packaging docs -name '*.md' 2>/dev/null); do
-    for path in $(grep -oE '`(include|src|toolkit|tools|tests|fuzz|bench|examples|packaging|docs|cmake)/[A-Za-z0-9_./-]*`' \
+    for path in $(grep -oE '`(include|src|toolkit|lantern|tools|tests|fuzz|bench|examples|packaging|docs|cmake)/[A-Za-z0-9_./-]*`' \
       "$document" | tr -d '`'); do
       [[ -e $path ]] || echo "$document: there is no $path"
     done
@@ -251,7 +253,7 @@ ordered() {
     $1 == "order" && NF > 1 {
       module = $2
       sub(/:$/, "", module)
-      if (module ~ /^toolkit/) module = module "/src"
+      if (module ~ /^(toolkit|lantern)/) module = module "/src"
       place[module "/"] = ++count
       for (i = 3; i <= NF; ++i) {
         ++count

@@ -139,7 +139,7 @@ components() {
   # The same for pkg-config, which here knows the installed modules alone.
   PKG_CONFIG_LIBDIR=$(dirname "$(find "$prefix" -name strata.pc)")
   export PKG_CONFIG_LIBDIR PKG_CONFIG_PATH=
-  for component in ferro quire; do
+  for component in ferro quire lantern; do
     pkg-config --cflags --libs --static "$component" >/dev/null || fail "$component needs another package's file"
   done
   ! pkg-config --cflags cairn 2>/dev/null || fail "cairn shows Xerces-C and does not ask for it"
@@ -154,7 +154,7 @@ follow() {
       [[ -e $documents/$target ]] || fail "$document: there is no $target"
     done
     # shellcheck disable=SC2016
-    for target in $(grep -oE '`(include|src|toolkit|tools|tests|fuzz|bench|examples|packaging|docs|cmake|share)/[^` ]*`' \
+    for target in $(grep -oE '`(include|src|toolkit|lantern|tools|tests|fuzz|bench|examples|packaging|docs|cmake|share)/[^` ]*`' \
       "$document" | tr -d '`'); do
       [[ -e $documents/$target || -e $prefix/$target ]] || fail "$document: there is no $target"
     done
@@ -187,7 +187,7 @@ case $step in
   pkg-config)
     PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name strata.pc)")
     export PKG_CONFIG_PATH
-    for module in ferro quire cairn sigil assay strata; do
+    for module in ferro quire cairn sigil assay strata lantern; do
       [[ $(pkg-config --modversion "$module") == 2.0.3 ]] || fail "$module: wrong version"
     done
     mapfile -t flags < <(pkg-config --cflags --libs strata | xargs -n 1)

@@ -12,19 +12,11 @@ namespace {
 
 using Ferro::i32_t;
 using Ferro::i64_t;
+using QUIRE::PCM::LoadSample;
 
-constexpr ui32_t MaxChannels = 1024;
 constexpr double FullScale = 2147483648.0;  // 2^31
 
-/// A sample at the top of 32 bits.
-i32_t Load(const ui8_t* bytes, ui32_t width) {
-  if (width == 3) return static_cast<i32_t>(ui32_t{bytes[0]} << 8 | ui32_t{bytes[1]} << 16 | ui32_t{bytes[2]} << 24);
-  ui32_t value = 0;
-  for (ui32_t i = 0; i < width; ++i) value = value >> 8 | ui32_t{bytes[i]} << 24;
-  return static_cast<i32_t>(value);
-}
-
-/// The same for three bytes, by one load of four: the byte behind is there, and is shifted out.
+/// LoadSample for three bytes, by one load of four: the byte behind is there, and is shifted out.
 i32_t Load24(const ui8_t* bytes) {
   static_assert(std::endian::native == std::endian::little);
   ui32_t value = 0;
@@ -52,23 +44,11 @@ void FindPeaks24(const ui8_t* bytes, ui64_t rows, ui64_t stride, i32_t* most, i3
 
 }  // namespace
 
-std::optional<SampleLayout> SampleLayout::Of(const QUIRE::PCM::AudioDescriptor& sound) {
-  SampleLayout layout;
-  layout.Channels = sound.ChannelCount;
-  layout.Bits = sound.QuantizationBits;
-  if (layout.Channels == 0 || layout.Channels > MaxChannels || layout.Bits < 8 || layout.Bits > 32) return std::nullopt;
-  layout.Width = (layout.Bits + 7) / 8;
-  const ui32_t aligned = sound.BlockAlign / layout.Channels;
-  if (sound.BlockAlign % layout.Channels == 0 && aligned >= layout.Width && aligned <= 4) layout.Width = aligned;
-  layout.Stride = std::max<ui64_t>(sound.BlockAlign, ui64_t{layout.Channels} * layout.Width);
-  return layout;
-}
-
 double SoundMeter::Level::Decibels() const {
   return IsSilent() ? -std::numeric_limits<double>::infinity() : 20 * std::log10(static_cast<double>(Peak) / FullScale);
 }
 
-SoundMeter::SoundMeter(const SampleLayout& layout)
+SoundMeter::SoundMeter(const QUIRE::PCM::SampleLayout& layout)
     : m_Layout(layout),
       m_Highest(static_cast<i32_t>((ui32_t{1} << 31) - (ui32_t{1} << (32 - layout.Bits)))),
       m_Lowest(static_cast<i32_t>((ui32_t{1} << 31) + (ui32_t{1} << (32 - layout.Bits)) - 1)),
@@ -80,8 +60,7 @@ SoundMeter::SoundMeter(const SampleLayout& layout)
 void SoundMeter::Add(ui64_t frame, std::span<const ui8_t> bytes) {
   const bool is_next = m_Last && frame == *m_Last + 1;
   m_Last = frame;
-  const ui64_t row = ui64_t{m_Layout.Channels} * m_Layout.Width;
-  const ui64_t rows = bytes.size() < row ? 0 : (bytes.size() - row) / m_Layout.Stride + 1;
+  const ui64_t rows = m_Layout.RowsIn(bytes.size());
   std::ranges::fill(m_Most, 0);
   std::ranges::fill(m_Least, 0);
   FindPeaks(bytes.data(), rows);
@@ -115,15 +94,15 @@ void SoundMeter::FindPeaks(const ui8_t* bytes, ui64_t rows) {
   }
   for (; done < rows; ++done)
     for (ui32_t channel = 0; channel < m_Layout.Channels; ++channel)
-      Widen(Load(bytes + done * m_Layout.Stride + size_t{channel} * m_Layout.Width, m_Layout.Width), m_Most[channel],
-            m_Least[channel]);
+      Widen(LoadSample(bytes + done * m_Layout.Stride + size_t{channel} * m_Layout.Width, m_Layout.Width),
+            m_Most[channel], m_Least[channel]);
 }
 
 void SoundMeter::FindRuns(ui32_t channel, ui64_t frame, const ui8_t* bytes, ui64_t rows) {
   Run& run = m_Runs[channel];
   bytes += size_t{channel} * m_Layout.Width;
   for (ui64_t row = 0; row < rows; ++row, bytes += m_Layout.Stride) {
-    const i32_t sample = Load(bytes, m_Layout.Width);
+    const i32_t sample = LoadSample(bytes, m_Layout.Width);
     if (!IsAtEnd(sample)) {
       run = {};
       continue;

@@ -3,26 +3,13 @@
 
 #include <Assay/Types.h>
 
-#include <QUIRE/AudioDescriptor.h>
+#include <QUIRE/SampleLayout.h>
 
 #include <optional>
 #include <span>
 #include <vector>
 
 namespace Assay {
-
-/// How the samples of a sound lie in its frames: interleaved, least significant byte first, of a width of whole bytes in
-/// which they stand at the top.
-struct SampleLayout {
-  ui32_t Channels = 0;
-  ui32_t Bits = 0;    ///< of a sample, 8 to 32
-  ui32_t Width = 0;   ///< bytes of a sample
-  ui64_t Stride = 0;  ///< bytes from one sample of a channel to its next
-
-  /// As a header has it. Where its numbers contradict each other, channels and bits count before the alignment. No value
-  /// where no samples can be made out: no channel or more than 1024, bits below 8 or above 32.
-  [[nodiscard]] static std::optional<SampleLayout> Of(const QUIRE::PCM::AudioDescriptor& sound);
-};
 
 /// Measures the channels of a sound: their peaks, and samples at full scale in a row. Runs go on from frame to frame.
 class SoundMeter {
@@ -42,7 +29,7 @@ class SoundMeter {
     [[nodiscard]] double Decibels() const;
   };
 
-  explicit SoundMeter(const SampleLayout& layout);
+  explicit SoundMeter(const QUIRE::PCM::SampleLayout& layout);
 
   /// Takes the samples of a frame; a last sample that is not whole is left out. Runs end at a gap in the numbers.
   void Add(ui64_t frame, std::span<const ui8_t> bytes);
@@ -61,7 +48,7 @@ class SoundMeter {
   void FindRuns(ui32_t channel, ui64_t frame, const ui8_t* bytes, ui64_t rows);
   [[nodiscard]] bool IsAtEnd(Ferro::i32_t sample) const { return sample >= m_Highest || sample <= m_Lowest; }
 
-  SampleLayout m_Layout;
+  QUIRE::PCM::SampleLayout m_Layout;
   Ferro::i32_t m_Highest;  // full scale, at the top of 32 bits
   Ferro::i32_t m_Lowest;
   std::vector<Level> m_Levels;
