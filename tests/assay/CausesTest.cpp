@@ -65,9 +65,9 @@ TEST(Causes, OfAPackageAreThoseOfThatPackage) {
 }
 
 TEST(Causes, StandBeforeWhatFollowsWhereverTheyWereFound) {
-  EXPECT_EQ(Linked({In("p", FindingID::PklMissing), In("p", FindingID::PackageForeignFile),
+  EXPECT_EQ(Linked({In("p", FindingID::PklMissing), In("p", FindingID::PackageEmptyFolder),
                     In("p", FindingID::AmMissing), In("q", FindingID::ViMissing)}),
-            (Names{"package-foreign-file", "am-missing", "pkl-missing<1", "vi-missing"}));
+            (Names{"package-empty-folder", "am-missing", "pkl-missing<1", "vi-missing"}));
 }
 
 TEST(Causes, OfAnAssetAreThoseOfThatAssetInItsPackageOrAStore) {

@@ -151,4 +151,64 @@ TEST(Check, AnEmptyFolderIsAPackageWithoutAssetMap) {
   EXPECT_EQ(report.Findings[1].Cause, 0U);
 }
 
+/// The findings of a composition with one damage, in their order: "name" where it counts, "name<" where it follows.
+Names Linked(const SamplePackage& package) {
+  Names names;
+  for (const Assay::Finding& finding : package.Report().Findings)
+    if (finding.ID != Assay::FindingID::SignMissing)
+      names.push_back(std::string(RuleOf(finding.ID).Name) + (finding.Cause ? "<" : ""));
+  return names;
+}
+
+TEST(Check, WhatFollowsStandsBelowItsCause) {
+  EXPECT_EQ(Linked(SamplePackage().Edit("CPL.xml", "<ContentVersion>", "<XContentVersion/><ContentVersion>")),
+            Names{"cpl-schema"});
+  EXPECT_EQ(Linked(SamplePackage()
+                       .Edit("CPL.xml", "<FrameRate>24 1</FrameRate>\n", "")
+                       .Edit("CPL.xml", "<ContentKind>feature", "<ContentKind>film")),
+            (Names{"cpl-schema", "cpl-content-kind", "title-kind<"}));
+  EXPECT_EQ(Linked(SamplePackage().Edit("CPL.xml", "<Label>FFOC", "<Label>FFXX")),
+            (Names{"marker-unknown", "marker-ffoc<"}));
+  EXPECT_EQ(Linked(SamplePackage().Edit("ASSETMAP.xml", "<PackingList>true</PackingList>\n", "")),
+            Names{"am-no-packing-list"});
+  EXPECT_EQ(Linked(SamplePackage().Damage("CPL.xml", "<Issuer>", "<XIssuer/><Issuer>")),
+            (Names{"cpl-hash", "cpl-schema<"}));
+  EXPECT_EQ(Linked(SamplePackage().Damage("CPL.xml", "</Reel>", "")), (Names{"pkl-asset-size", "xml-malformed<"}));
+}
+
+TEST(Check, AFaultOfFormIsToldWithReelAndAsset) {
+  const std::string sound =
+      "</Duration>\n<Hash>AAAAAAAAAAAAAAAAAAAAAAAAAAA=</Hash>\n<Language>en</Language>\n</MainSound>";
+  const CheckReport report = SamplePackage().Edit("CPL.xml", sound, "</Duration><X/></MainSound>").Report();
+  const Assay::Finding finding = testsupport::TheOne(report.Findings, Assay::FindingID::CplSchema);
+  EXPECT_EQ(finding.Place.Reel, 1U);
+  EXPECT_EQ(finding.Place.Asset.EncodeString(), "0f0f0f0f-1111-4222-8333-000000000013");
+  EXPECT_EQ(finding.Place.Composition.EncodeString(), "0f0f0f0f-1111-4222-8333-000000000003");
+}
+
+TEST(Check, ADamagedDocumentOfTheOriginalIsItsOwnAlone) {
+  const testsupport::TemporaryFolder folder;
+  for (const char* name : {"a", "b"}) {
+    SamplePackage package;
+    if (*name == 'b')
+      package.Edit("CPL.xml", "<Issuer>", "<Unknown/><Issuer>")
+          .EditAll("CPL.xml", "000000000003</Id>", "0000000000e3</Id>");
+    std::filesystem::create_directory(folder.Path(name));
+    package.Write(folder.Path(name));
+  }
+  CheckRequest request;
+  request.Folders = {folder.Folder().string()};
+  CheckReport report;
+  ASSERT_TRUE(Check(request, report).Success());
+  EXPECT_EQ(report.Compositions[0].Worst, std::nullopt);
+  EXPECT_EQ(report.Packages[0].Worst, std::nullopt);
+  EXPECT_EQ(report.Compositions[1].Worst, FindingClass::Error);
+}
+
+TEST(Check, WhatIsWrongWithAFileIsWrongWithTheCompositionThatPlaysIt) {
+  const CheckReport report = SamplePackage().Remove("file_12.mxf").Report();
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-asset-missing"});
+  EXPECT_EQ(report.Compositions[0].Worst, FindingClass::Error);
+}
+
 }  // namespace

@@ -70,15 +70,46 @@ FindingID FindingOf(DocumentKind kind, const FormFault& fault) {
   return SchemaFindingOf(kind);
 }
 
+/// Where in a document a fault of form lies.
+class FaultPlace {
+ public:
+  explicit FaultPlace(const DocumentFile& document) : m_Root(*document.Root()), m_Place(document.At(nullptr)) {
+    if (document.Kind() != DocumentKind::Composition) return;
+    m_Place.Composition = IDOf(m_Root.Child("Id")).value_or(UUID());
+    m_Place.CompositionTitle = TextOf(m_Root.Child("ContentTitleText"));
+  }
+
+  [[nodiscard]] FindingPlace Of(const FormFault& fault) const {
+    FindingPlace place = m_Place;
+    place.Line = fault.Line;
+    Descend(m_Root, fault.Element != nullptr ? fault.Element : fault.Parent, place);
+    return place;
+  }
+
+ private:
+  /// Notes the reel and the asset on the way to a node; false where it does not lie below.
+  static bool Descend(const Node& from, const Node* to, FindingPlace& place) {
+    if (&from == to) return true;
+    ui32_t number = 0;
+    for (const Node& child : from.Children) {
+      ++number;
+      if (!Descend(child, to, place)) continue;
+      if (from.Name == "ReelList") place.Reel = number;
+      if (from.Name == "AssetList") place.Asset = IDOf(child.Child("Id")).value_or(UUID());
+      return true;
+    }
+    return false;
+  }
+
+  const Node& m_Root;
+  FindingPlace m_Place;
+};
+
 void FindForm(const DocumentFile& document, FindingList& findings) {
   const size_t first = findings.size();
   size_t more = 0;  // of a text, which has the same fault in each of its lines
   bool has_volume_finding = false;
-  FindingPlace place = document.At(nullptr);
-  if (document.Kind() == DocumentKind::Composition) {
-    place.Composition = IDOf(document.Root()->Child("Id")).value_or(UUID());
-    place.CompositionTitle = TextOf(document.Root()->Child("ContentTitleText"));
-  }
+  const FaultPlace place(document);
   for (const FormFault& fault : CheckForm(*document.Root(), *document.Grammar)) {
     if (IsToldByRules(document.Kind(), fault)) continue;
     const FindingID id = FindingOf(document.Kind(), fault);
@@ -88,8 +119,7 @@ void FindForm(const DocumentFile& document, FindingList& findings) {
       continue;
     }
     Finding& finding = findings.emplace_back(id);
-    finding.Place = place;
-    finding.Place.Line = fault.Line;
+    finding.Place = place.Of(fault);
     finding.Expected = fault.Expected;
     finding.Found = DescribeFault(fault);
   }

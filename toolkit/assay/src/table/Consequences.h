@@ -13,11 +13,12 @@ inline constexpr Consequence AmMissing[] = {
     {FindingID::PklMissing, Scope::Package},
 };
 inline constexpr Consequence AmSchema[] = {
-    {FindingID::AmNoPackingList, Scope::Package},
-    {FindingID::PklMissing, Scope::Package},
+    {FindingID::AmNoPackingList, Scope::Package},    {FindingID::PklMissing, Scope::Package},
+    {FindingID::PklAssetUnmapped, Scope::Package},   {FindingID::CplAssetExternal, Scope::Package},
+    {FindingID::PackageForeignFile, Scope::Package},
 };
 inline constexpr Consequence AmPath[] = {
-    {FindingID::PklMissing, Scope::Asset},
+    {FindingID::PklMissing, Scope::Package},
     {FindingID::PklAssetMissing, Scope::Asset},
     {FindingID::CplAssetExternal, Scope::Asset},
     {FindingID::PackageForeignFile, Scope::Package},
@@ -35,6 +36,7 @@ inline constexpr Consequence AmDuplicatePath[] = {
 };
 inline constexpr Consequence AmNoPackingList[] = {
     {FindingID::PklMissing, Scope::Package},
+    {FindingID::PackageForeignFile, Scope::Package},
 };
 inline constexpr Consequence PackageMixed[] = {
     {FindingID::AmName, Scope::Package},
@@ -79,11 +81,13 @@ inline constexpr Consequence FileDamaged[] = {
 };
 
 inline constexpr Consequence ReelEditRate[] = {
+    {FindingID::ReelShort, Scope::Reel},
     {FindingID::ReelDurations, Scope::Reel},
     {FindingID::ReelFrameRate, Scope::Reel},
 };
 inline constexpr Consequence CplDuplicateID[] = {
-    {FindingID::CplHash, Scope::Asset},
+    {FindingID::ReelHash, Scope::Asset},
+    {FindingID::MetaMissing, Scope::Composition},
 };
 inline constexpr Consequence CplContentKind[] = {
     {FindingID::TitleKind, Scope::Composition},
@@ -94,6 +98,65 @@ inline constexpr Consequence CplAssetExternal[] = {
 inline constexpr Consequence ReelEntryBeyond[] = {
     {FindingID::ReelShort, Scope::Asset},
     {FindingID::ReelDurations, Scope::Reel},
+    {FindingID::ReelTextEntry, Scope::Asset},
+    {FindingID::MarkerLFOC, Scope::Composition},
+};
+
+inline constexpr Consequence PklMissing[] = {
+    {FindingID::PackageForeignFile, Scope::Package},
+};
+inline constexpr Consequence PklSchema[] = {
+    {FindingID::PklAnnotation, Scope::Document}, {FindingID::PklAssetSize, Scope::Document},
+    {FindingID::PklAssetType, Scope::Document},  {FindingID::PklUnlisted, Scope::Package},
+    {FindingID::ReelHash, Scope::Asset},
+};
+inline constexpr Consequence PklAssetUnmapped[] = {
+    {FindingID::CplAssetExternal, Scope::Asset},
+    {FindingID::PackageForeignFile, Scope::Package},
+};
+inline constexpr Consequence PklAssetMissing[] = {
+    {FindingID::CplAssetExternal, Scope::Asset},
+    {FindingID::PackageForeignFile, Scope::Package},
+};
+inline constexpr Consequence CplSchema[] = {
+    {FindingID::PklAnnotation, Scope::Package},        {FindingID::CplNoReel, Scope::Composition},
+    {FindingID::CplAnnotation, Scope::Composition},    {FindingID::CplContentVersion, Scope::Composition},
+    {FindingID::CplSoundMissing, Scope::Composition},  {FindingID::ReelPictureMissing, Scope::Composition},
+    {FindingID::ReelSoundSome, Scope::Composition},    {FindingID::ReelSubtitleSome, Scope::Composition},
+    {FindingID::ReelCaptionCount, Scope::Composition}, {FindingID::MarkerFFOC, Scope::Composition},
+    {FindingID::MarkerLFOC, Scope::Composition},       {FindingID::MarkerCredits, Scope::Composition},
+    {FindingID::MetaMissing, Scope::Composition},      {FindingID::MetaVersion, Scope::Composition},
+    {FindingID::MetaTitle, Scope::Composition},        {FindingID::MetaSoundConfiguration, Scope::Composition},
+    {FindingID::MetaSoundRate, Scope::Composition},    {FindingID::MetaStoredArea, Scope::Composition},
+    {FindingID::MetaActiveArea, Scope::Composition},   {FindingID::MetaExtension, Scope::Composition},
+    {FindingID::TitleAspect, Scope::Composition},      {FindingID::TitleSubtitle, Scope::Composition},
+    {FindingID::TitleCaption, Scope::Composition},     {FindingID::ReelHash, Scope::Asset},
+    {FindingID::ReelHashMissing, Scope::Asset},        {FindingID::ReelTextEntry, Scope::Asset},
+    {FindingID::ReelTextLanguage, Scope::Composition}, {FindingID::ReelFrameRate, Scope::Asset},
+    {FindingID::CplDuplicateID, Scope::Asset},
+};
+inline constexpr Consequence CplTitleEmpty[] = {
+    {FindingID::PklAnnotation, Scope::Package},
+    {FindingID::CplAnnotation, Scope::Composition},
+    {FindingID::TitleForm, Scope::Composition},
+};
+inline constexpr Consequence CplAnnotation[] = {
+    {FindingID::PklAnnotation, Scope::Package},
+};
+inline constexpr Consequence ReelShort[] = {
+    {FindingID::ReelDurations, Scope::Reel},
+};
+inline constexpr Consequence ReelTextLanguage[] = {
+    {FindingID::CplLanguage, Scope::Asset},
+};
+inline constexpr Consequence ReelAspect[] = {
+    {FindingID::TitleAspect, Scope::Composition},
+    {FindingID::TitleResolution, Scope::Composition},
+};
+inline constexpr Consequence MarkerUnknown[] = {
+    {FindingID::MarkerFFOC, Scope::Composition},
+    {FindingID::MarkerLFOC, Scope::Composition},
+    {FindingID::MarkerCredits, Scope::Composition},
 };
 
 // A message names who signed; where that is not known, it is not for what stands there.
