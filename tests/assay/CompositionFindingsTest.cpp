@@ -20,6 +20,7 @@ TEST(CompositionFindings, FormIsToldWithTheLine) {
       {Cpl, "<EditRate>24 1", "<EditRate>24", {"cpl-schema"}},
       {Cpl, "<EditRate>24 1", "<EditRate>0 1", {"cpl-schema"}},
       {Cpl, "<EntryPoint>0", "<EntryPoint>-1", {"cpl-schema"}},
+      {Cpl, "429-7/2006/CPL", "429-7/2099/CPL", {"cpl-schema"}},
   });
   const auto report = SamplePackage().Edit(Cpl, "<ContentKind>", "<Unknown/>\n<ContentKind>").Report();
   const Assay::Finding finding = testsupport::TheOne(report.Findings, Assay::FindingID::CplSchema);

@@ -55,6 +55,15 @@ TEST(PackingListFindings, InteropTypesTellTheKind) {
             Names{"package-interop"});
 }
 
+TEST(PackingListFindings, DocumentsThatAreNoAssets) {
+  const std::string other = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Other/>\n";
+  for (const std::string& text : {testsupport::SMPTEAssetMap(), testsupport::SMPTEVolumeIndex()})
+    EXPECT_EQ(SamplePackage().Put("CPL.xml", text).Findings(), Names{"pkl-asset-type"});
+  EXPECT_EQ(SamplePackage().Put("CPL.xml", other).Findings(), Names{});
+  EXPECT_EQ(SamplePackage(SamplePackage::Kind::Interop).Put("CPL.xml", other).Findings(),
+            (Names{"package-interop", "pkl-asset-type"}));
+}
+
 TEST(PackingListFindings, FilesThatAreNotThere) {
   const Names gone = SamplePackage().Remove("file_12.mxf").Findings();
   EXPECT_EQ(gone, Names{"pkl-asset-missing"});

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "DocumentFile.h"
+#include "PackageFindings.h"
 
 #include "base/Text.h"
 
@@ -160,7 +161,12 @@ void FindInDocument(const DocumentFile& document, FindingList& findings) {
     finding.Found = document.Parsed.Error;
     return;
   }
-  if (document.Grammar == nullptr) return;
+  if (document.Grammar == nullptr) {
+    if (document.Parsed.Root->Name == "CompositionPlaylist")
+      Add(findings, Finding(FindingID::CplSchema), document.At(&*document.Parsed.Root),
+          "a composition in a known namespace", Quoted(document.Parsed.Root->Namespace));
+    return;
+  }
   if (!document.IsInterop()) {
     if (const std::string fault = CharactersFault(document.Text); !fault.empty()) {
       Finding& finding = findings.emplace_back(FindingID::XmlConstraints);

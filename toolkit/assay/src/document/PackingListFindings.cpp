@@ -61,6 +61,24 @@ std::string FittingType(const Package& package, bool is_interop, const MapAsset&
   return is_interop && name.ends_with(".ttf") ? "application/ttf" : "";
 }
 
+/// What a document is that a packing list calls an asset, or a composition, though it is none; empty for what may be one.
+std::string StrangeKind(const DocumentFile& document, std::string_view type) {
+  switch (document.Kind()) {
+    case DocumentKind::AssetMap:
+      return "an asset map";
+    case DocumentKind::VolumeIndex:
+      return "a volume index";
+    case DocumentKind::PackingList:
+      return "a packing list";
+    case DocumentKind::Other: {
+      const bool is_told = !document.Parsed.Root || document.Parsed.Root->Name == "CompositionPlaylist";
+      return is_told || type != "text/xml;asdcpkind=cpl" ? "" : Quoted(document.Parsed.Root->Name);
+    }
+    default:
+      return "";
+  }
+}
+
 void FindFile(const Package& package, const ListFile& list, const ListAsset& asset, const MapAsset& mapped,
               FindingList& findings) {
   const auto file = package.Files.find(mapped.File);
@@ -79,6 +97,10 @@ void FindFile(const Package& package, const ListFile& list, const ListAsset& ass
   if (asset.Size && *asset.Size != file->second.Size)
     Add(findings, Finding(FindingID::PklAssetSize), place, std::to_string(*asset.Size) + " bytes",
         std::to_string(file->second.Size) + " bytes");
+  if (const std::string kind = document == nullptr ? "" : StrangeKind(*document, Normal(asset.Type)); !kind.empty()) {
+    Add(findings, Finding(FindingID::PklAssetType), place, Quoted(asset.Type), kind);
+    return;
+  }
   const std::string fitting = FittingType(package, list.Document->IsInterop(), mapped);
   if (!fitting.empty() && Normal(asset.Type) != fitting)
     Add(findings, Finding(FindingID::PklAssetType), place, fitting, Quoted(asset.Type));
