@@ -49,7 +49,7 @@ toolkit/assay: base table form document security file text frames run
 src: StrataTypes TimelineElements ShowPlaylist ResourcePresentationList Playlist
 lantern: base sound picture text clock
 tools/strata: terminal picture show keys findings drawing check,play,info,timeline,frame,wrap,export,store,sample,kdm app
-tests: support ferro,quire,cairn,sigil,assay,engine,lantern,tool system
+tests: support ferro,quire,cairn,sigil,assay,engine,lantern,tool damage system
 '
 
 # Each include of one file of the tree by another: includer, included, then of both the module, the height (100 for each

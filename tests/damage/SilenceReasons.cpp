@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SilenceReasons.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace testsupport {
+namespace {
+
+/// True where the package differs in nothing else than these.
+bool HasOnly(const DamageCase& damage, std::initializer_list<Difference> differences) {
+  return std::ranges::all_of(
+      damage.Differences, [&](Difference each) { return std::ranges::find(differences, each) != differences.end(); });
+}
+
+/// Contents that nothing protects: integrity codes would tell of what is encrypted.
+bool IsPlain(const DamageCase& damage, FileKind kind) {
+  return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == kind && !damage.Package.ends_with("Encrypted");
+}
+
+constexpr SilenceReason Reasons[] = {
+    {"a depth to come", "What this mode looks at is not all there yet.",
+     [](const DamageCase& damage) {
+       const Assay::DepthSet depths = DamageLab::DepthsOf(damage.Mode);
+       const bool has_all = damage.Mode == DamageMode::AsDamaged
+                                ? depths.Has(Assay::Depth::Hash)
+                                : depths.Has(Assay::Depth::Frames) && depths.Has(Assay::Depth::Decode);
+       return !has_all && (!IsDocument(damage.Done.Kind) || damage.Done.Kind == FileKind::InteropText);
+     }},
+    {"another picture",
+     "A codestream in clear has no check value. Where its headers hold and the decoder takes it, what it shows is a "
+     "picture, whichever it is; digests and integrity codes are what tells.",
+     [](const DamageCase& damage) {
+       return IsPlain(damage, FileKind::Picture) && HasOnly(damage, {Difference::Picture, Difference::PictureBytes});
+     }},
+    {"another sound", "Every sample is one that sound can have. Digests and integrity codes are what tells.",
+     [](const DamageCase& damage) { return IsPlain(damage, FileKind::Sound) && HasOnly(damage, {Difference::Sound}); }},
+    {"another identifier of a reel", "Nothing refers to a reel by its identifier: it is passed on as it stands.",
+     [](const DamageCase& damage) {
+       return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == FileKind::Composition &&
+              HasOnly(damage, {Difference::Timeline}) && damage.Done.Text.find(" Reel/Id ") != std::string::npos;
+     }},
+};
+
+}  // namespace
+
+std::span<const SilenceReason> SilenceReasons() {
+  return Reasons;
+}
+
+const SilenceReason* ReasonOf(const DamageCase& damage) {
+  const auto found = std::ranges::find_if(Reasons, [&](const SilenceReason& each) { return each.Holds(damage); });
+  return found == std::end(Reasons) ? nullptr : &*found;
+}
+
+}  // namespace testsupport
