@@ -3,6 +3,7 @@
 #include "SampleText.h"
 
 #include "base/LanguageNames.h"
+#include "run/Causes.h"
 
 #include <gtest/gtest.h>
 
@@ -107,6 +108,21 @@ TEST(TextUse, InteropDocumentsTellWithoutFiles) {
   EXPECT_EQ(documents("font.ttf", "other.ttf"), Names{});
   EXPECT_EQ(NamesIn(SampleText(Interop).Edit("font.ttf", "other.ttf"), Assay::Depth::Files),
             Names{"text-font-missing"});
+}
+
+/// How many findings follow from no other.
+size_t CauseCount(Assay::FindingList findings) {
+  LinkCauses(findings);
+  return static_cast<size_t>(
+      std::ranges::count_if(findings, [](const Assay::Finding& finding) { return !finding.Cause; }));
+}
+
+TEST(TextUse, WhatFollowsIsShownBelowItsCause) {
+  SampleText inside;
+  inside.Xml = SampleText(Interop).Edit("000000000014", "000000000030").Xml;
+  EXPECT_EQ(CauseCount(FindIn({inside}, {})), 1U);
+  EXPECT_EQ(CauseCount(FindIn({SampleText().Subtitles("<Font ID=\"Main\"></Font>")}, {})), 1U);
+  EXPECT_EQ(CauseCount(FindIn({SampleText().Edit("<StartTime>00:00:00:00", "<StartTime>00:00:05:00")}, {})), 1U);
 }
 
 TEST(LanguageNames, EnglishNamesCountAsTheirTags) {

@@ -129,15 +129,15 @@ edges() {
 directions() {
   includes | awk '
     BEGIN {
-      beyond["toolkit/ferro/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["toolkit/quire/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg)"
-      beyond["toolkit/cairn/"] = "^(archive|CLI|nlohmann|openjpeg)"
-      beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg)"
+      beyond["toolkit/ferro/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg|ft2build)"
+      beyond["toolkit/quire/"] = "^(archive|xercesc|xsec|sqlite3|CLI|nlohmann|openjpeg|ft2build)"
+      beyond["toolkit/cairn/"] = "^(archive|CLI|nlohmann|openjpeg|ft2build)"
+      beyond["toolkit/sigil/"] = "^(sqlite3|CLI|nlohmann|openjpeg|ft2build)"
       beyond["toolkit/assay/"] = "^(archive|xsec|sqlite3|CLI|nlohmann)"
-      beyond["include/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["include/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann|openjpeg|ft2build)"
       beyond["lantern/"]       = "^(archive|xercesc|xsec|sqlite3|openssl|CLI|nlohmann)"
       beyond["include/Strata/"] = "^(Assay|Lantern|Sigil|StrataHost)"
-      beyond["src/"]           = "^(archive|Assay|Lantern|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg)"
+      beyond["src/"]           = "^(archive|Assay|Lantern|Sigil|StrataHost|sqlite3|openssl|CLI|nlohmann|openjpeg|ft2build)"
     }
     { for (from in beyond) if (index($1, from) == 1 && $2 ~ beyond[from]) print $1 ": must not include " $2 }'
   edges | awk '

@@ -148,6 +148,7 @@ inline constexpr Consequence ReelShort[] = {
 };
 inline constexpr Consequence ReelTextLanguage[] = {
     {FindingID::CplLanguage, Scope::Asset},
+    {FindingID::TitleSubtitle, Scope::Composition},
 };
 inline constexpr Consequence ReelAspect[] = {
     {FindingID::TitleAspect, Scope::Composition},
@@ -169,6 +170,27 @@ inline constexpr Consequence CertVersion[] = {
 };
 inline constexpr Consequence KdmComposition[] = {
     {FindingID::KdmNone, Scope::Composition},
+};
+
+inline constexpr Consequence TextFlavour[] = {
+    {FindingID::TextSchema, Scope::Asset},
+    {FindingID::TextID, Scope::Asset},
+    {FindingID::TextFontMissing, Scope::Asset},
+    {FindingID::TextImageMissing, Scope::Asset},
+};
+inline constexpr Consequence TextSchema[] = {
+    {FindingID::TextEmpty, Scope::Document},
+    {FindingID::TextFontLoad, Scope::Document},
+};
+inline constexpr Consequence TextStartTime[] = {
+    {FindingID::TextFirst, Scope::Asset},
+};
+inline constexpr Consequence TextRate[] = {
+    {FindingID::TextFirst, Scope::Asset},
+    {FindingID::TextOverrun, Scope::Asset},
+};
+inline constexpr Consequence TextElements[] = {
+    {FindingID::TextLines, Scope::Asset},
 };
 
 }  // namespace Assay::After

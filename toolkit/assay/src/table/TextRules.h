@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Consequences.h"
+
 #include <Assay/FindingRule.h>
 
 namespace Assay {
@@ -16,7 +18,8 @@ inline constexpr FindingRule TextRules[] = {
      "An element is missing, unknown or out of place, or a value cannot be read. Equipment shows no text, or stops at "
      "the place. In SMPTE packages the text lies inside a track file and is looked at with the files.",
      "Ask for a corrected package; the line and the element tell its maker where to look.",
-     "ST 428-7; Interop subtitles 1.1"},
+     "ST 428-7; Interop subtitles 1.1",
+     After::TextSchema},
     {FindingID::TextFlavour,
      "text-flavour",
      {FindingClass::Error},
@@ -26,7 +29,8 @@ inline constexpr FindingRule TextRules[] = {
      "Interop texts are XML documents with fonts beside them, SMPTE texts lie inside track files. Equipment does not "
      "look for the one where it expects the other.",
      "Ask for a corrected package.",
-     "ST 429-5"},
+     "ST 429-5",
+     After::TextFlavour},
     {FindingID::TextID,
      "text-id",
      {FindingClass::Warning},
@@ -117,7 +121,8 @@ inline constexpr FindingRule TextRules[] = {
      "All times count from the start time. Equipment that passes over it shows every text too early or too late. It "
      "is a warning where texts lie before the start time: they are never shown.",
      "Test the subtitles before the show.",
-     "RDD 52, 7.2.3"},
+     "RDD 52, 7.2.3",
+     After::TextStartTime},
     {FindingID::TextFirst,
      "text-first",
      {FindingClass::Profile},
@@ -227,7 +232,8 @@ inline constexpr FindingRule TextRules[] = {
      "Six texts or three pictures in one instance, and two instances at once, fades included, are what projectors must "
      "draw. More may be dropped.",
      "Look at the place.",
-     "ST 429-2, 8.4.4"},
+     "ST 429-2, 8.4.4",
+     After::TextElements},
     {FindingID::TextReel,
      "text-reel",
      {FindingClass::Warning},
@@ -246,7 +252,8 @@ inline constexpr FindingRule TextRules[] = {
      "Times are counted in units of the text's own rate. With another rate than the picture's, texts run ahead or "
      "behind.",
      "Test the subtitles at the end of a reel.",
-     "ST 428-7"},
+     "ST 428-7",
+     After::TextRate},
     {FindingID::TextEmpty,
      "text-empty",
      {FindingClass::Warning},

@@ -50,15 +50,6 @@ Cairn::TimedText HeadOf(Cairn::TimedText& document) {
   return head;
 }
 
-void FindInText(Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file) {
-  file.Head = HeadOf(document);
-  NoteSpan(document, file);
-  FindInTextHead(document, file);
-  FindInTextTimes(document, file);
-  FindInTextLines(document, file);
-  if (depth != Depth::Documents) FindInTextResources(document, resources, depth, file);
-}
-
 /// Reads a document whose form has been told of. @return no value where Cairn refuses it.
 std::optional<Cairn::TimedText> Decode(const DocumentFile& source, const std::string& xml, TextFile& file) {
   Cairn::TimedText document;
@@ -131,6 +122,15 @@ void FindFontSizes(const Cairn::TimedText& document, const FolderResources& reso
 
 }  // namespace
 
+void FindInText(Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file) {
+  file.Head = HeadOf(document);
+  NoteSpan(document, file);
+  FindInTextHead(document, file);
+  FindInTextTimes(document, file);
+  FindInTextLines(document, file);
+  if (depth != Depth::Documents) FindInTextResources(document, resources, depth, file);
+}
+
 FindingPlace TextFile::At(ui64_t line) const {
   FindingPlace place = File;
   place.Line = line;
@@ -180,14 +180,14 @@ TextFile ReadText(const TrackFile& track_file, const TextLook& look) {
   return file;
 }
 
-TextFile ReadText(const DocumentFile& source, const std::string& xml, const QUIRE::Rational& edit_rate,
+TextFile ReadText(const DocumentFile& source, const std::string& xml, const UUID& id, const QUIRE::Rational& edit_rate,
                   const TextLook& look) {
   TextFile file;
   file.File = source.At(nullptr);
+  file.File.Asset = id;
   auto document = Decode(source, xml, file);
   if (!document) return file;
   file.EditRate = IsRate(edit_rate) ? edit_rate : document->EditRate.Value;
-  if (document->ID.IsPresent()) file.File.Asset = document->ID.Value;
   const std::filesystem::path path(source.Path);
   FolderResources resources = source.Package.empty()
                                   ? FolderResources(path.parent_path().string(), path.filename().string())

@@ -66,8 +66,9 @@ struct TextLook {
 [[nodiscard]] TextFile ReadText(const TrackFile& file, const TextLook& look);
 /// Reads a text that lies beside its fonts and pictures. Of its form, FindInDocument tells.
 /// @param xml        of which `document` came
+/// @param id         by which compositions name it
 /// @param edit_rate  of the track that it is played in
-[[nodiscard]] TextFile ReadText(const DocumentFile& document, const std::string& xml, const QUIRE::Rational& edit_rate,
-                                const TextLook& look);
+[[nodiscard]] TextFile ReadText(const DocumentFile& document, const std::string& xml, const UUID& id,
+                                const QUIRE::Rational& edit_rate, const TextLook& look);
 
 }  // namespace Assay

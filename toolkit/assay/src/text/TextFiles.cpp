@@ -22,16 +22,19 @@ std::string FullPath(const DocumentPlace& place) {
 
 }  // namespace
 
-TextFile TextFiles::ReadDocument(const DocumentPlace& place, const QUIRE::Rational& edit_rate) const {
+TextFile TextFiles::ReadDocument(const AssetFile& asset) const {
+  const DocumentPlace& place = *asset.Document;
+  const UUID id = asset.Asset->ID.value_or(UUID());
+  const QUIRE::Rational edit_rate = asset.Asset->EditRate.value_or(QUIRE::Rational(0, 0));
   std::string xml;
   if (Ferro::ReadFileIntoString(FullPath(place), xml, MaxTextPart).Failure()) return {};
   for (const Package& package : m_Packages)
     if (package.Folder == place.Package)
       for (const DocumentFile& document : package.Documents)
-        if (document.Path == place.Path) return ReadText(document, xml, edit_rate, m_Look);
+        if (document.Path == place.Path) return ReadText(document, xml, id, edit_rate, m_Look);
   // What no package has read: the document of a store, and a long one.
   const DocumentFile document = DocumentFile::FromText(place.Package, place.Path, xml);
-  TextFile text = ReadText(document, xml, edit_rate, m_Look);
+  TextFile text = ReadText(document, xml, id, edit_rate, m_Look);
   FindInDocument(document, text.Findings);
   return text;
 }
@@ -41,10 +44,7 @@ TextFiles::Entry* TextFiles::Find(const AssetFile& asset) {
   const std::string path = asset.File != nullptr ? asset.File->FullPath() : FullPath(*asset.Document);
   const auto [known, is_new] = m_Files.try_emplace(path);
   Entry& entry = known->second;
-  if (is_new)
-    entry.Text = asset.File != nullptr
-                     ? ReadText(*asset.File, m_Look)
-                     : ReadDocument(*asset.Document, asset.Asset->EditRate.value_or(QUIRE::Rational(0, 0)));
+  if (is_new) entry.Text = asset.File != nullptr ? ReadText(*asset.File, m_Look) : ReadDocument(asset);
   return &entry;
 }
 

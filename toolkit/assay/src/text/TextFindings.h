@@ -8,6 +8,11 @@ namespace Assay {
 
 // What makes up ReadText: what of a document is wrong by itself goes into the lists of its file.
 
+/// All of it but the form, and what more than the document tells.
+/// @param document  is changed only while this runs
+/// @param file      with its EditRate; its Head, First and Last are filled in
+void FindInText(Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file);
+
 /// What is found of one kind in a text. The first place in time stands for all.
 class TextTally {
  public:

@@ -31,7 +31,7 @@ class TextFiles {
   };
 
   [[nodiscard]] Entry* Find(const AssetFile& asset);
-  [[nodiscard]] TextFile ReadDocument(const DocumentPlace& place, const QUIRE::Rational& edit_rate) const;
+  [[nodiscard]] TextFile ReadDocument(const AssetFile& asset) const;
 
   const std::deque<Package>& m_Packages;
   TextLook m_Look;
