@@ -3,6 +3,7 @@
 // Shows that are broken in one way each: one message, which names the file, the thing, the reason and what to do, and the
 // exit code that fits.
 #include "BrokenShow.h"
+#include "ToldFinding.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -50,38 +51,33 @@ const std::string QuantizationTag = Bytes({0x3d, 0x01, 0, 4});
 
 const Case Cases[] = {
     {"MissingTrackFile", [](const BrokenShow& show) { show.Remove("Feature/picture-2.mxf"); },
-     "3\nmissing: SampleFeature, reel 2, picture: The file is missing.\n    file  SHOW/Feature/picture-2.mxf\n" +
-         CopyAgain + "This show will not play: missing 1 picture.\n"},
+     "3\n" +
+         Told("missing", FindingID::PklAssetMissing, "SampleFeature, reel 2, picture", "",
+              "SHOW/Feature/picture-2.mxf") +
+         "This show will not play: missing 1 picture.\n"},
     {"MissingPackingList", [](const BrokenShow& show) { show.Remove("Feature/PKL.xml"); },
-     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so its files "
-     "cannot "
-     "be verified.\n    file  SHOW/Feature\n" +
-         CopyAgain + WillNot},
+     "2\n" + Told("error", FindingID::PklMissing, "SampleFeature", "", "SHOW/Feature") + WillNot},
     {"MissingAssetMap", [](const BrokenShow& show) { show.Remove("Feature/ASSETMAP.xml"); },
-     "0\nwarning: package: The asset map is missing or damaged; the files were found without it.\n    file  "
-     "SHOW/Feature\n    Other equipment may refuse the package: copy it again from its source.\n" +
-         WillPlay},
+     "2\n" + Told("error", FindingID::AmMissing, "", "", "SHOW/Feature") + WillNot},
     {"MissingComposition", [](const BrokenShow& show) { show.Remove("Immersive/CPL.xml"); },
-     "3\nmissing: Immersive, composition: The file is missing.\n    file  SHOW/Immersive/CPL.xml\n" + CopyAgain +
+     "3\n" + Told("missing", FindingID::PklAssetMissing, "Immersive", "", "SHOW/Immersive/CPL.xml") +
          "This show will not play: missing 1 composition.\n"},
     {"FileTooLong",
      [](const BrokenShow& show) { show.Write("Feature/sound-1.mxf", show.Read("Feature/sound-1.mxf") + '!'); },
-     "2\nerror: SampleFeature, reel 1, sound: The file does not have the size that the package lists. Expected 881326 "
-     "bytes, found 881327 bytes.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::PklAssetSize, "SampleFeature, reel 1, sound",
+              " Expected 881326 bytes, found 881327 bytes.", "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"CompositionOfAnotherSize",
      [](const BrokenShow& show) { show.Write("Trailer/CPL.xml", show.Read("Trailer/CPL.xml") + "\n"); },
-     "2\nerror: SampleTrailer, composition: The file does not have the size that the package lists. Expected 3461 "
-     "bytes, "
-     "found 3462 bytes.\n    file  SHOW/Trailer/CPL.xml\n" +
-         CopyAgain + WillNot,
+     "2\n" +
+         Told("error", FindingID::PklAssetSize, "SampleTrailer", " Expected 3461 bytes, found 3462 bytes.",
+              "SHOW/Trailer/CPL.xml") +
+         WillNot,
      "Trailer/CPL.xml"},
     {"CompositionWithAnotherIdentifier",
      [](const BrokenShow& show) { show.Replace("Trailer/CPL.xml", "58ce4e14-c900", "58ce4e14-c999"); },
-     "2\nerror: SampleTrailer, composition: The composition says that it is another asset.\n    file  "
-     "SHOW/Trailer/CPL.xml\n" +
-         AskAgain + WillNot,
-     "Trailer/CPL.xml"},
+     "2\n" + Told("error", FindingID::CplID, "SampleTrailer", "", "SHOW/Trailer/CPL.xml") + WillNot, "Trailer/CPL.xml"},
     {"CompositionInNoPackingList",
      [](const BrokenShow& show) {
        const std::string text = show.Read("Trailer/PKL.xml");
@@ -89,8 +85,8 @@ const Case Cases[] = {
        show.Write("Trailer/PKL.xml",
                   text.substr(0, begin) + text.substr(text.find("</Asset>", begin) + std::string("</Asset>").size()));
      },
-     "0\nwarning: SampleTrailer, composition: It lies in the package, but no packing list names it.\n    file  "
-     "SHOW/Trailer/CPL.xml\nNothing speaks against this show: 0:01. Contents were not read: --hash finds damage.\n",
+     "0\n" + Told("warning", FindingID::PklUnlisted, "SampleTrailer", "", "SHOW/Trailer/CPL.xml") +
+         "Nothing speaks against this show: 0:01. Contents were not read: --hash finds damage.\n",
      "Trailer/CPL.xml"},
     {"TrackFileInNoPackingList",
      [](const BrokenShow& show) {
@@ -99,16 +95,18 @@ const Case Cases[] = {
        show.Write("Trailer/PKL.xml",
                   text.substr(0, begin) + text.substr(text.find("</Asset>", begin) + std::string("</Asset>").size()));
      },
-     "2\nerror: SampleTrailer, reel 1, sound: The composition states a digest of the file, but no packing list names "
-     "it.\n    file  SHOW/Trailer/sound-1.mxf\n" +
-         AskAgain + WillNot,
+     "2\n" + Told("warning", FindingID::PklUnlisted, "SampleTrailer, reel 1, sound", "", "SHOW/Trailer/sound-1.mxf") +
+         Told("error", FindingID::ShowRefused, "",
+              " Found: MainSound digest does not match reel 1 of 58ce4e14-c900-51d0-9c92-8e0aeba732ae, asset "
+              "9c695350-78df-57e0-9878-c68f4732696d.") +
+         WillNot,
      "Trailer/CPL.xml"},
     {"SoundShorterThanThePicture",
      [](const BrokenShow& show) { show.Replace("Trailer/CPL.xml", "<Duration>24", "<Duration>20", "<MainSound>"); },
-     "0\nwarning: SampleTrailer, reel 1, sound: The asset is not as long as the picture of its reel. Expected 24 edit "
-     "units, found 20 edit units.\n    file  SHOW/Trailer/sound-1.mxf\nNothing speaks against this show: 0:01. "
-     "Contents "
-     "were not read: --hash finds damage.\n",
+     "0\n" +
+         Told("warning", FindingID::ReelDurations, "SampleTrailer, reel 1, sound",
+              " Expected 24 edit units, found 20 edit units.", "SHOW/Trailer/sound-1.mxf") +
+         "Nothing speaks against this show: 0:01. Contents were not read: --hash finds damage.\n",
      "Trailer/CPL.xml"},
     {"ChangedByte",
      [](const BrokenShow& show) {
@@ -116,123 +114,127 @@ const Case Cases[] = {
        sound[100'000] ^= 1;
        show.Write("Feature/sound-1.mxf", sound);
      },
-     "2\nerror: SampleFeature, reel 1, sound: The file was altered: its digest is not the one that the packing list "
-     "gives.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + WillNot,
+     "2\n" + Told("error", FindingID::PklAssetHash, "SampleFeature, reel 1, sound", "", "SHOW/Feature/sound-1.mxf") +
+         WillNot,
      "--hash"},
     {"HeaderCut",
      [](const BrokenShow& show) {
        show.Cut("Feature/picture-2.mxf", 5000);
        show.ListSize("Feature/picture-2.mxf");
      },
-     "2\nerror: SampleFeature, reel 2, picture: The file is no track file: it is damaged, or something else has its "
-     "name.\n    file  SHOW/Feature/picture-2.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileDamaged, "SampleFeature, reel 2, picture", " Found: no track file.",
+              "SHOW/Feature/picture-2.mxf") +
+         WillNot},
     {"BodyCut",
      [](const BrokenShow& show) {
        show.Cut("Feature/picture-2.mxf", 60'000);
        show.ListSize("Feature/picture-2.mxf");
      },
-     "2\nerror: SampleFeature, reel 2, picture: The track file is damaged or was cut short: edit unit 23 cannot be "
-     "read: its end is missing.\n    file  "
-     "SHOW/Feature/picture-2.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileDamaged, "SampleFeature, reel 2, picture",
+              " Found: edit unit 23 of the file: its end is missing.", "SHOW/Feature/picture-2.mxf") +
+         WillNot},
     {"EndCut",
      [](const BrokenShow& show) {
        show.Cut("Feature/picture-2.mxf", show.Read("Feature/picture-2.mxf").size() - 300);
        const std::string size = std::to_string(fs::file_size(show.Path("Feature/picture-2.mxf")) + 300);
        EXPECT_NE(show.Read("Feature/PKL.xml").find("<Size>" + size), std::string::npos);
      },
-     "2\nerror: SampleFeature, reel 2, picture: The file does not have the size that the package lists. Expected 95868 "
-     "bytes, found 95568 bytes.\n    file  SHOW/Feature/picture-2.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::PklAssetSize, "SampleFeature, reel 2, picture",
+              " Expected 95868 bytes, found 95568 bytes.", "SHOW/Feature/picture-2.mxf") +
+         WillNot},
     {"EmptyTrackFile",
      [](const BrokenShow& show) {
        show.Cut("Feature/sound-1.mxf", 0);
        show.ListSize("Feature/sound-1.mxf");
      },
-     "2\nerror: SampleFeature, reel 1, sound: The file is no track file: it is damaged, or something else has its "
-     "name.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileDamaged, "SampleFeature, reel 1, sound", " Found: no track file.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"WrongEditRateOfTheComposition",
      [](const BrokenShow& show) {
        for (int i = 0; i < 15; ++i) show.Replace("Feature/CPL.xml", "<EditRate>24 1", "<EditRate>25 1");
      },
-     "2\nerror: SampleFeature, reel 1, picture: The file runs at another edit rate than the composition says. Expected "
-     "25, found 24.\n    file  SHOW/Feature/picture-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelRateFile, "SampleFeature, reel 1, picture", " Expected 25, found 24.",
+              "SHOW/Feature/picture-1.mxf") +
+         WillNot},
     {"MixedEditRates",
      [](const BrokenShow& show) { show.Replace("Feature/CPL.xml", "<EditRate>24 1", "<EditRate>25 1", "<MainSound>"); },
-     "2\nerror: SampleFeature, reel 1, sound: The edit rate is not the composition's: they must not be mixed. Expected "
-     "24, found 25.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelEditRate, "SampleFeature, reel 1, sound", " Expected 24, found 25.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"SoundInThePicturesPlace",
      [](const BrokenShow& show) {
        fs::copy_file(show.Path("Feature/sound-1.mxf"), show.Path("Feature/picture-1.mxf"),
                      fs::copy_options::overwrite_existing);
        show.ListSize("Feature/picture-1.mxf");
      },
-     "2\nerror: SampleFeature, reel 1, picture: The file holds another kind of essence. Expected picture, found "
-     "sound.\n    file  SHOW/Feature/picture-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelAssetKind, "SampleFeature, reel 1, picture", " Expected picture, found sound.",
+              "SHOW/Feature/picture-1.mxf") +
+         WillNot},
     {"DurationBeyondTheFile",
      [](const BrokenShow& show) { show.Replace("Feature/CPL.xml", "<Duration>24", "<Duration>30"); },
-     "2\nerror: SampleFeature, reel 1, picture: The composition plays beyond the end of the file. Expected 30 edit "
-     "units, found 24 edit units.\n    file  SHOW/Feature/picture-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelEntryBeyond, "SampleFeature, reel 1, picture",
+              " Expected 24 edit units, found 30 edit units.", "SHOW/Feature/picture-1.mxf") +
+         WillNot},
     {"EntryPointBeyondTheEnd",
      [](const BrokenShow& show) {
        show.Replace("Feature/CPL.xml", "<EntryPoint>0", "<EntryPoint>100");
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: SampleFeature, reel 1, picture: The composition plays beyond the end of the file. Expected 124 edit "
-     "units, found 24 edit units.\n    file  SHOW/Feature/picture-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelEntryBeyond, "SampleFeature, reel 1, picture",
+              " Expected 24 edit units, found 124 edit units.", "SHOW/Feature/picture-1.mxf") +
+         WillNot},
     {"CompositionIsNotXML",
      [](const BrokenShow& show) {
        show.Write("Feature/CPL.xml", Garbage);
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: it is not well-formed "
-     "XML.\n    file  SHOW/Feature/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::CplSchema, "Feature", " Found: it is not well-formed XML.", "SHOW/Feature/CPL.xml") +
+         WillNot},
     {"CompositionIsEmpty", [](const BrokenShow& show) { show.Cut("Feature/CPL.xml", 0); },
-     "2\nerror: Feature, composition: The file does not have the size that the package lists. Expected 8133 bytes, "
-     "found 0 bytes.\n    file  SHOW/Feature/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::PklAssetSize, "Feature", " Expected 8133 bytes, found 0 bytes.",
+              "SHOW/Feature/CPL.xml") +
+         WillNot},
     {"CompositionIsCutOff",
      [](const BrokenShow& show) {
        show.Cut("Feature/CPL.xml", 3000);
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: line 73: unexpected end of input.\n    file  "
-     "SHOW/Feature/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::CplSchema, "Feature", " Found: line 73: unexpected end of input.",
+              "SHOW/Feature/CPL.xml") +
+         WillNot},
     {"CompositionOfAnUnknownNamespace",
      [](const BrokenShow& show) {
        show.Replace("Feature/CPL.xml", "http://www.smpte-ra.org/schemas/429-7/2006/CPL", "http://another.example/CPL");
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: Feature, composition: The composition cannot be read: its namespace is not known here.\n   "
-     " file  SHOW/Feature/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::CplSchema, "Feature", " Found: its namespace is not known here.",
+              "SHOW/Feature/CPL.xml") +
+         WillNot},
     {"CompositionWithoutReels",
      [](const BrokenShow& show) {
        const std::string text = show.Read("Feature/CPL.xml");
        show.Write("Feature/CPL.xml", text.substr(0, text.find("<Reel>")) + text.substr(text.find("</ReelList>")));
        show.ListSize("Feature/CPL.xml");
      },
-     "2\nerror: SampleFeature, composition: The composition has no reels.\n    file  SHOW/Feature/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" + Told("error", FindingID::CplNoReel, "SampleFeature", "", "SHOW/Feature/CPL.xml") + WillNot},
     {"PackingListIsNotXML", [](const BrokenShow& show) { show.Write("Feature/PKL.xml", Garbage); },
-     "2\nerror: SampleFeature, packing list: The packing list of this package is missing or damaged, so its files "
-     "cannot "
-     "be verified.\n    file  SHOW/Feature\n" +
-         CopyAgain + WillNot},
+     "2\n" + Told("error", FindingID::PklMissing, "SampleFeature", "", "SHOW/Feature") + WillNot},
     {"AssetMapIsNotXML", [](const BrokenShow& show) { show.Write("Feature/ASSETMAP.xml", Garbage); },
-     "0\nwarning: package: The asset map is missing or damaged; the files were found without it.\n    file  "
-     "SHOW/Feature\n    Other equipment may refuse the package: copy it again from its source.\n" +
-         WillPlay},
+     "2\n" + Told("error", FindingID::AmMissing, "", "", "SHOW/Feature") + WillNot},
     {"ShowIsNotXML", [](const BrokenShow& show) { show.Write("show.xml", Garbage); },
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowOfTheFolderIsNotXML", [](const BrokenShow& show) { show.Write("show.xml", Garbage); },
@@ -242,8 +244,8 @@ const Case Cases[] = {
     {"ShowIsEmpty", [](const BrokenShow& show) { show.Cut("show.xml", 0); },
      "2\nstrata: SHOW/show.xml: this file is damaged, or no document of digital cinema: copy it again.\n", "show.xml"},
     {"ShowIsCutOff", [](const BrokenShow& show) { show.Cut("show.xml", 700); },
-     "2\nerror: show playlist: The show playlist SHOW/show.xml cannot be read: line 21: unexpected end of input.\n"
-     "    Make the show playlist again.\n" +
+     "2\n" +
+         Told("error", FindingID::ShowUnreadable, "", " Found: line 21: unexpected end of input.", "SHOW/show.xml") +
          WillNot,
      "show.xml"},
     {"ShowOfAnUnknownNamespace",
@@ -253,56 +255,52 @@ const Case Cases[] = {
      [](const BrokenShow& show) {
        show.Replace("show.xml", "832bf129-513d-56ec-9f6e-00743329a00d", "00000000-0000-4000-8000-000000000001");
      },
-     "3\nmissing: Feature, composition: No store has this composition.\n" + StoreHint +
+     "3\n" +
+         Told("missing", FindingID::ShowCompositionMissing, "Feature",
+              " Found: 00000000-0000-4000-8000-000000000001.") +
          "This show will not play: missing 1 composition.\n"},
     {"ShowNamesAnUnknownShow", [](const BrokenShow& show) { show.Remove("before-the-feature.xml"); },
-     "3\nmissing: show playlist: No store has the show playlist urn:uuid:a19e3273-74b1-59c2-bae2-438223953875, which "
-     "the show contains.\n    Copy the show playlist beside the show, or name its folder with --store.\n"
-     "This show will not play: missing 1 show playlist.\n"},
+     "3\n" + Told("missing", FindingID::ShowMissing, "", " Found: urn:uuid:a19e3273-74b1-59c2-bae2-438223953875.") +
+         "This show will not play: missing 1 show playlist.\n"},
     {"ShowsContainEachOther",
      [](const BrokenShow& show) {
        show.Replace("before-the-feature.xml", "<ShowSequence>",
                     "<ShowSequence><ShowPlaylist><URI>urn:uuid:12882066-0fed-5c52-83e0-cf5e3b96e2bb</URI>"
                     "</ShowPlaylist>");
      },
-     "2\nerror: show playlist: The show playlist SHOW/show.xml contains itself.\n"
-     "    Make the show playlist again.\n" +
-         WillNot,
-     "show.xml"},
+     "2\n" + Told("error", FindingID::ShowLoop, "", "", "SHOW/show.xml") + WillNot, "show.xml"},
     {"PathLeavesThePackage",
      [](const BrokenShow& show) {
        fs::rename(show.Path("Feature/sound-1.mxf"), show.Beside("sound-1.mxf"));
        show.Replace("Feature/ASSETMAP.xml", "<Path>sound-1.mxf", "<Path>../../sound-1.mxf");
      },
-     "2\nerror: SampleFeature, reel 1, sound: The asset map's path leaves the package.\n    file  "
-     "SHOW/Feature/../../sound-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" + Told("error", FindingID::AmPath, "SampleFeature, reel 1, sound", "", "SHOW/Feature/../../sound-1.mxf") +
+         WillNot},
     {"PathIsAbsolute",
      [](const BrokenShow& show) {
        show.Remove("Feature/sound-1.mxf");
        show.Replace("Feature/ASSETMAP.xml", "<Path>sound-1.mxf", "<Path>/etc/passwd");
      },
-     "2\nerror: SampleFeature, reel 1, sound: The asset map's path leaves the package.\n    file  /etc/passwd\n" +
-         AskAgain + WillNot},
+     "2\n" + Told("error", FindingID::AmPath, "SampleFeature, reel 1, sound", "", "/etc/passwd") + WillNot},
     {"WrongPathOfAFileThatIsThere",
      [](const BrokenShow& show) {
        show.Replace("Feature/ASSETMAP.xml", "<Path>sound-1.mxf", "<Path>../Trailer/sound-1.mxf");
      },
-     "0\nwarning: SampleFeature, reel 1, sound: The asset map's path leaves the package. The file was found without "
-     "it. "
-     "Expected SHOW/Feature/../Trailer/sound-1.mxf, found SHOW/Feature/sound-1.mxf.\n    file  "
-     "SHOW/Feature/sound-1.mxf\n" +
-         AskAgain + WillPlay},
+     "0\n" +
+         Told("warning", FindingID::AmPath, "SampleFeature, reel 1, sound",
+              " Expected SHOW/Feature/../Trailer/sound-1.mxf, found SHOW/Feature/sound-1.mxf.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillPlay},
     {"AssetMapNamesAFolder",
      [](const BrokenShow& show) {
        fs::create_directory(show.Path("Feature/folder"));
        show.Remove("Feature/sound-1.mxf");
        show.Replace("Feature/ASSETMAP.xml", "<Path>sound-1.mxf", "<Path>folder");
      },
-     "2\nerror: SampleFeature, reel 1, sound: It is no regular file but a folder, a pipe, a socket or a device.\n    "
-     "file  "
-     "SHOW/Feature/folder\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileUnreadable, "SampleFeature, reel 1, sound",
+              " Found: It is no regular file but a folder, a pipe, a socket or a device.", "SHOW/Feature/folder") +
+         WillNot},
     {"OneIdentifierForTwoFiles",
      [](const BrokenShow& show) {
        std::string sound = show.Read("Feature/sound-1.mxf");
@@ -315,18 +313,17 @@ const Case Cases[] = {
        fs::copy_file(show.Path("Trailer/sound-1.mxf"), show.Path("Feature/sound-1.mxf"),
                      fs::copy_options::overwrite_existing);
      },
-     "0\nwarning: SampleFeature, reel 1, sound: The file says that it is another asset.\n    file  "
-     "SHOW/Feature/sound-1.mxf\n" +
+     "0\n" + Told("warning", FindingID::FileID, "SampleFeature, reel 1, sound", "", "SHOW/Feature/sound-1.mxf") +
          WillPlay},
     {"PipeForATrackFile",
      [](const BrokenShow& show) {
        show.Remove("Feature/sound-1.mxf");
        EXPECT_EQ(mkfifo(show.Path("Feature/sound-1.mxf").c_str(), 0600), 0);
      },
-     "2\nerror: SampleFeature, reel 1, sound: It is no regular file but a folder, a pipe, a socket or a device.\n    "
-     "file  "
-     "SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileUnreadable, "SampleFeature, reel 1, sound",
+              " Found: It is no regular file but a folder, a pipe, a socket or a device.", "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"PipeForTheShow",
      [](const BrokenShow& show) {
        show.Remove("show.xml");
@@ -338,10 +335,11 @@ const Case Cases[] = {
        show.Remove("Feature/sound-1.mxf");
        fs::create_symlink("sound-1.mxf", show.Path("Feature/sound-1.mxf"));
      },
-     "2\nerror: SampleFeature, reel 1, sound: The file is a symbolic link that leads out of the folder, or nowhere.\n  "
-     "  file  "
-     "SHOW/Feature/sound-1.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::FileUnreadable, "SampleFeature, reel 1, sound",
+              " Found: The file is a symbolic link that leads out of the folder, or nowhere.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"LinkToTheFolderAbove",
      [](const BrokenShow& show) { fs::create_directory_symlink("..", show.Path("Feature/up")); }, "0\n" + WillPlay},
     {"SubtitleImageIsMissing",
@@ -354,50 +352,53 @@ const Case Cases[] = {
        image.resize(line.size(), ' ');
        show.Replace("Feature/subtitle-1.mxf", line, image);
      },
-     "0\nwarning: SampleFeature, reel 1, subtitle: An image of the text is missing: it will not be shown. "
-     "Found no 00000000-0000-4000-8000-000000000001.\n    file  SHOW/Feature/subtitle-1.mxf\n" +
-         WillPlay},
+     "2\n" +
+         Told("error", FindingID::TextImageMissing, "SampleFeature, reel 1, subtitle",
+              " Expected 00000000-0000-4000-8000-000000000001.", "SHOW/Feature/subtitle-1.mxf") +
+         WillNot},
     {"SubtitleIsNotXML",
      [](const BrokenShow& show) { show.Replace("Feature/subtitle-1.mxf", "</SubtitleReel>", "</SubtitleRoll>"); },
-     "2\nerror: SampleFeature, reel 1, subtitle: The text in the track file is not a well-formed XML document.\n    "
-     "file  "
-     "SHOW/Feature/subtitle-1.mxf\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::TextSchema, "SampleFeature, reel 1, subtitle", " Found: no well-formed XML.",
+              "SHOW/Feature/subtitle-1.mxf") +
+         WillNot},
     {"SoundOf44kHz",
      [](const BrokenShow& show) {
        show.Replace("Feature/sound-1.mxf", SamplingRateTag + Bytes({0, 0, 0xbb, 0x80}),
                     SamplingRateTag + Bytes({0, 0, 0xac, 0x44}));
      },
-     "2\nerror: SampleFeature, reel 1, sound: Cinemas cannot play sound with this sampling rate. Expected 48000 or "
-     "96000 Hz, found 44100 Hz.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::SoundRate, "SampleFeature, reel 1, sound",
+              " Expected 48000 or 96000 Hz, found 44100 Hz.", "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"SoundOf16Bits",
      [](const BrokenShow& show) {
        show.Replace("Feature/sound-1.mxf", QuantizationTag + Bytes({0, 0, 0, 24}),
                     QuantizationTag + Bytes({0, 0, 0, 16}));
      },
-     "2\nerror: SampleFeature, reel 1, sound: Cinemas cannot play sound with samples of this size. Expected 24 bits, "
-     "found 16 bits.\n    file  SHOW/Feature/sound-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::SoundBits, "SampleFeature, reel 1, sound", " Expected 24 bits, found 16 bits.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"SoundWithoutChannels",
      [](const BrokenShow& show) {
        show.Replace("Feature/sound-1.mxf", ChannelCountTag + Bytes({0, 0, 0, 6}),
                     ChannelCountTag + Bytes({0, 0, 0, 0}));
      },
-     "2\nerror: SampleFeature, reel 1, sound: The sound has no channels. Expected at least 1, found 0.\n    file  "
-     "SHOW/Feature/sound-1.mxf\n" +
-         AskAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::SoundChannels, "SampleFeature, reel 1, sound", " Expected at least 1, found 0.",
+              "SHOW/Feature/sound-1.mxf") +
+         WillNot},
     {"SoundChangesBetweenReels",
      [](const BrokenShow& show) {
        show.Replace("Feature/sound-2.mxf", SamplingRateTag + Bytes({0, 0, 0xbb, 0x80}),
                     SamplingRateTag + Bytes({0, 1, 0x77, 0x00}));
      },
-     "0\nwarning: SampleFeature, reel 2, sound: The format changes from the reel before: some equipment cannot handle "
-     "that. "
-     "Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.\n    file  SHOW/Feature/sound-2.mxf\n"
-     "warning: SampleFeature, reel 3, sound: The format changes from the reel before: some equipment cannot handle "
-     "that. "
-     "Expected 6 channels at 96000 Hz, found 6 channels at 48000 Hz.\n    file  SHOW/Feature/sound-3.mxf\n" +
+     "0\n" +
+         Told("warning", FindingID::SoundChanges, "SampleFeature, reel 2, sound",
+              " Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.", "SHOW/Feature/sound-2.mxf") +
+         Told("warning", FindingID::SoundChanges, "SampleFeature, reel 3, sound",
+              " Expected 6 channels at 96000 Hz, found 6 channels at 48000 Hz.", "SHOW/Feature/sound-3.mxf") +
          WillPlay},
     {"OneReelWithoutSound",
      [](const BrokenShow& show) {
@@ -406,7 +407,7 @@ const Case Cases[] = {
        show.Write("Feature/CPL.xml", text.substr(0, text.find("<MainSound>")) + text.substr(end));
        show.ListSize("Feature/CPL.xml");
      },
-     "0\nwarning: SampleFeature: Some reels have no sound and will play silence.\n" + WillPlay},
+     "0\n" + Told("warning", FindingID::ReelSoundSome, "SampleFeature") + WillPlay},
     {"CompositionWithoutSound",
      [](const BrokenShow& show) {
        const std::string text = show.Read("Trailer/CPL.xml");
@@ -414,14 +415,15 @@ const Case Cases[] = {
        show.Write("Trailer/CPL.xml", text.substr(0, text.find("<MainSound>")) + text.substr(end));
        show.ListSize("Trailer/CPL.xml");
      },
-     "0\nwarning: SampleTrailer: The composition has no sound: some equipment stops there.\n" + WillPlay},
+     "0\n" + Told("warning", FindingID::CplSoundMissing, "SampleTrailer") + WillPlay},
     {"AnotherIntrinsicDuration",
      [](const BrokenShow& show) {
        show.Replace("Feature/CPL.xml", "<IntrinsicDuration>24", "<IntrinsicDuration>99", "<MainPicture>");
      },
-     "0\nwarning: SampleFeature, reel 1, picture: The composition says that the file has another length. Expected 99 "
-     "edit units, found 24 edit units.\n    file  SHOW/Feature/picture-1.mxf\n" +
-         WillPlay},
+     "2\n" +
+         Told("error", FindingID::ReelIntrinsic, "SampleFeature, reel 1, picture",
+              " Expected 24 edit units, found 99 edit units.", "SHOW/Feature/picture-1.mxf") +
+         WillNot},
     {"EncryptedWithoutKeyInTheComposition",
      [](const BrokenShow& show) {
        const std::string text = show.Read("Encrypted/CPL.xml");
@@ -429,12 +431,13 @@ const Case Cases[] = {
        const std::string key = text.substr(begin, text.find("</KeyId>", begin) + 8 - begin);
        show.Replace("Encrypted/CPL.xml", key, std::string(key.size(), ' '));
      },
-     "2\nerror: SampleEncrypted, reel 1, picture: The file is encrypted, but the composition names no key: no key "
-     "delivery fits.\n    file  SHOW/Encrypted/picture-1.mxf\n" +
-         AskAgain +
-         "error: SampleEncrypted, composition: The digest is not the document's: it was changed after it was signed.\n"
-         "    file  SHOW/Encrypted/CPL.xml\n" +
-         CopyAgain + WillNot},
+     "2\n" +
+         Told("error", FindingID::ReelKeyMissing, "SampleEncrypted, reel 1, picture",
+              " Found: c6bd76f2-fbfe-5b5a-aed6-a7c24e339911.", "SHOW/Encrypted/picture-1.mxf") +
+         Told("error", FindingID::SignInvalid, "SampleEncrypted",
+              " Found: The digest is not the document's: it was changed after it was signed.",
+              "SHOW/Encrypted/CPL.xml") +
+         WillNot},
 };
 
 class BrokenPackage : public testing::TestWithParam<Case> {};
@@ -454,11 +457,8 @@ INSTANTIATE_TEST_SUITE_P(Check, BrokenPackage, testing::ValuesIn(Cases),
 TEST(BrokenPackage, AlteredCompositionIsFoundByItsDigest) {
   const BrokenShow show;
   show.Replace("Trailer/CPL.xml", "<Issuer>Strata", "<Issuer>Stroto");
-  EXPECT_EQ(
-      show.Check({show.Path("Trailer/CPL.xml"), "--hash"}),
-      "2\nerror: SampleTrailer, composition: The composition was altered: its digest is not the one that the packing "
-      "list gives.\n    file  SHOW/Trailer/CPL.xml\n" +
-          CopyAgain + WillNot);
+  EXPECT_EQ(show.Check({show.Path("Trailer/CPL.xml"), "--hash"}),
+            "2\n" + Told("error", FindingID::CplHash, "SampleTrailer", "", "SHOW/Trailer/CPL.xml") + WillNot);
 }
 
 TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
@@ -468,9 +468,9 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
     show.Unlist(name);
     show.Remove(name);
   }
-  EXPECT_EQ(show.Check(), "3\nmissing: SampleFeature, reel 1, sound: No store has this asset.\n" + StoreHint +
-                              "missing: SampleFeature, reel 2, picture: No store has this asset.\n" + StoreHint +
-                              "missing: SampleFeature, reel 3, picture: No store has this asset.\n" + StoreHint +
+  EXPECT_EQ(show.Check(), "3\n" + Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 1, sound") +
+                              Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 2, picture") +
+                              Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 3, picture") +
                               "This show will not play: missing 2 pictures, 1 sound.\n");
   fs::create_directory(show.Beside("empty"));
   EXPECT_EQ(show.Check({"--store", show.Beside("empty"), "--store", show.Beside("original"), "--hash"}),

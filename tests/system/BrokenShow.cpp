@@ -89,7 +89,7 @@ std::string BrokenShow::Check(std::vector<std::string> arguments) const {
   std::string answer = std::to_string(check.Wait()) + '\n';
   std::istringstream output(check.Output() + check.Errors());
   for (std::string line; std::getline(output, line);) {
-    const bool is_key = line.starts_with("note: SampleEncrypted: ") || line.starts_with("    Ask for a key message");
+    const bool is_key = line.starts_with("note: SampleEncrypted: ") || line.starts_with("    Get a key message");
     if (!IsOutline(line) && !is_key && !line.starts_with("    asset ")) answer += line + '\n';
   }
   ReplaceAll(answer, Path(), "SHOW");

@@ -4,6 +4,7 @@
 #include "EncryptedShow.h"
 
 #include "JsonSchema.h"
+#include "ToldFinding.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +23,6 @@ const std::string Fine =
     "Nothing speaks against this show: 0:02. Contents were not read: --hash finds damage. Its keys are valid until "
     "2026-03-09 22:59:59.\n";
 const std::string WillNot = "This show will not play.\n";
-const std::string AskForMessage = "    Ask for a key message that fits.\n";
 
 /// The answer where the message beside the show serves.
 std::string Serves(const std::string& at = "2026-03-05 20:00:00") {
@@ -30,18 +30,17 @@ std::string Serves(const std::string& at = "2026-03-05 20:00:00") {
 }
 
 /// The answer where it does not, for one reason.
-std::string Fails(const std::string& message, const std::string& at = "2026-03-05 20:00:00") {
-  return "2\n    at " + at + ": BESIDE/kdm.xml does not serve" + Window + "error: Secret: " + message +
-         "\n    file  BESIDE/kdm.xml\n" + AskForMessage + WillNot;
+std::string Fails(FindingID id, const std::string& facts, const std::string& at = "2026-03-05 20:00:00") {
+  return "2\n    at " + at + ": BESIDE/kdm.xml does not serve" + Window +
+         Told("error", id, "Secret", " Found: " + facts, "BESIDE/kdm.xml") + WillNot;
 }
 
 TEST(CheckKeys, WithoutMessagesTheShowNeedsKeys) {
   const EncryptedShow show;
-  EXPECT_EQ(
-      show.Check(),
-      "0\n    at 2026-03-05 20:00:00: no key message\nnote: Secret: The composition is encrypted: it plays only with "
-      "its keys.\n    Ask for a key message, or name the one that is there with --kdm.\nThis show needs keys for 1 "
-      "composition: 0:02. Nothing else speaks against it. Contents were not read: --hash finds damage.\n");
+  EXPECT_EQ(show.Check(), "0\n    at 2026-03-05 20:00:00: no key message\n" +
+                              Told("note", FindingID::KdmNone, "Secret") +
+                              "This show needs keys for 1 composition: 0:02. Nothing else speaks against it. Contents "
+                              "were not read: --hash finds damage.\n");
   EXPECT_THAT(show.Check({"--hash"}), HasSubstr("This show needs keys for 1 composition: 0:02. All files are"));
 }
 
@@ -59,11 +58,10 @@ TEST(CheckKeys, AMessageServesFromTheStartOfTheCompositionToItsEnd) {
   EXPECT_EQ(show.Check({"--kdm", kdm, "--at", "2026-03-02T08:00:00Z"}), Serves("2026-03-02 08:00:00"));
   EXPECT_EQ(
       show.Check({"--kdm", kdm, "--at", "2026-03-02T07:59:59Z"}),
-      Fails("The key message is not valid before 2026-03-02 08:00:00 (written in +01:00).", "2026-03-02 07:59:59"));
+      Fails(FindingID::KdmEarly, "valid from 2026-03-02 08:00:00 (written in +01:00) on.", "2026-03-02 07:59:59"));
   EXPECT_EQ(show.Check({"--kdm", kdm, "--at", "2026-03-09T22:59:57Z"}), Serves("2026-03-09 22:59:57"));
-  EXPECT_EQ(
-      show.Check({"--kdm", kdm, "--at", "2026-03-09T22:59:58Z"}),
-      Fails("The key message is not valid after 2026-03-09 22:59:59 (written in +01:00).", "2026-03-09 22:59:58"));
+  EXPECT_EQ(show.Check({"--kdm", kdm, "--at", "2026-03-09T22:59:58Z"}),
+            Fails(FindingID::KdmLate, "valid until 2026-03-09 22:59:59 (written in +01:00).", "2026-03-09 22:59:58"));
 }
 
 TEST(CheckKeys, GiveOrTakeTheSecondsThatAreAllowed) {
@@ -95,7 +93,7 @@ TEST(CheckKeys, NowIsToldBesideTheTimeThatCounts) {
   EXPECT_THAT(check.Output(), HasSubstr("\n    now: " + show.Beside("kdm.xml") + " does not serve, from "));
   StrataProgram now({"check", show.Path(), "--kdm", show.Message()});
   EXPECT_EQ(now.Wait(), 2);
-  EXPECT_THAT(now.Output(), HasSubstr("error: Secret: The key message is not valid after "));
+  EXPECT_THAT(now.Output(), HasSubstr("error: Secret: The key message is not valid any more. Found: valid until "));
 }
 
 TEST(CheckKeys, MessagesAreFoundBesideTheShowInFoldersAndInArchives) {
@@ -117,9 +115,8 @@ TEST(CheckKeys, AMessageForAnotherCompositionIsNone) {
   Sigil::MessageRequest request = SoundRequest();
   request.CompositionID = ID(2);
   EXPECT_EQ(show.Check({"--kdm", show.Message("kdm.xml", request)}),
-            "2\n    at 2026-03-05 20:00:00: no key message\nerror: Secret: The composition is encrypted, and the key "
-            "message at hand is not for it.\n    Ask for a key message, or name the one that is there with --kdm.\n" +
-                WillNot);
+            "2\n    at 2026-03-05 20:00:00: no key message\n" +
+                Told("error", FindingID::KdmNone, "Secret", " Found: a key message for something else.") + WillNot);
 }
 
 TEST(CheckKeys, AllKeysMustBeThere) {
@@ -127,7 +124,7 @@ TEST(CheckKeys, AllKeysMustBeThere) {
   Sigil::MessageRequest request = SoundRequest();
   request.Keys.pop_back();
   EXPECT_EQ(show.Check({"--kdm", show.Message("kdm.xml", request)}),
-            Fails("The key message has no key " + ID(5).EncodeString() + '.'));
+            Fails(FindingID::KdmKeyMissing, "The key message has no key " + ID(5).EncodeString() + '.'));
 }
 
 TEST(CheckKeys, WhoSignedTheCompositionIsWhomTheMessageSays) {
@@ -135,7 +132,7 @@ TEST(CheckKeys, WhoSignedTheCompositionIsWhomTheMessageSays) {
   Sigil::MessageRequest request = SoundRequest();
   request.ContentAuthenticator = Device().front().Thumbprint();
   EXPECT_EQ(show.Check({"--kdm", show.Message("kdm.xml", request)}),
-            Fails("The composition is not signed by whom the key message says."));
+            Fails(FindingID::KdmAuthenticator, "The composition is not signed by whom the key message says."));
   request.ContentAuthenticator.reset();
   EXPECT_EQ(show.Check({"--kdm", show.Message("kdm.xml", request)}), Serves());
 }
@@ -148,7 +145,10 @@ TEST(CheckKeys, TheRecipientIsWhoWasAskedFor) {
   recipes.back().SerialNumber = "4711";
   const std::string other = show.Write("other.pem", Certificates(recipes).front().PEM());
   const std::string answer = show.Check({"--kdm", kdm, "--recipient", other});
-  EXPECT_THAT(answer, HasSubstr("error: Secret: The key message is for another recipient, "));
+  EXPECT_THAT(
+      answer,
+      HasSubstr(
+          "error: Secret: The key message is for another server. Found: The key message is for another recipient, "));
   EXPECT_THAT(answer, HasSubstr(WillNot));
   EXPECT_EQ(show.Check({"--recipient", show.Write("none.pem", "nobody")}),
             "2\nstrata: --recipient BESIDE/none.pem: this is no certificate, or one that is damaged\n");
@@ -164,8 +164,10 @@ TEST(CheckKeys, DevicesThatAreNotListedAreToldOf) {
   request.Devices = {Device().back().Thumbprint()};
   show.Message("kdm.xml", request);
   EXPECT_EQ(show.Check(asked), "0\n    at 2026-03-05 20:00:00: BESIDE/kdm.xml serves" + Window +
-                                   "warning: Secret: The key message does not list the device " +
-                                   Device().front().Thumbprint().EncodeBase64() + ".\n    file  BESIDE/kdm.xml\n" +
+                                   Told("warning", FindingID::KdmDevice, "Secret",
+                                        " Found: The key message does not list the device " +
+                                            Device().front().Thumbprint().EncodeBase64() + ".",
+                                        "BESIDE/kdm.xml") +
                                    Fine);
 }
 
@@ -173,9 +175,8 @@ TEST(CheckKeys, AWindowBeyondTheSignersValidityIsToldOf) {
   const EncryptedShow show;
   Sigil::MessageRequest request = SoundRequest();
   request.NotAfter = Time("2035-01-01T00:00:01Z");
-  EXPECT_THAT(
-      show.Check({"--kdm", show.Message("kdm.xml", request)}),
-      HasSubstr("warning: Secret: The key message's window goes beyond the validity of its signer's certificate."));
+  EXPECT_THAT(show.Check({"--kdm", show.Message("kdm.xml", request)}),
+              HasSubstr("warning: Secret: The key message is valid for longer than its signer's certificate. Found: "));
   request.NotAfter = Time("2035-01-01T00:00:00Z");
   EXPECT_THAT(show.Check({"--kdm", show.Message("kdm.xml", request)}), Not(HasSubstr("warning")));
 }
@@ -184,8 +185,11 @@ TEST(CheckKeys, AMessageThatWasChangedDoesNotServe) {
   const EncryptedShow show;
   show.Write("kdm.xml", Replaced(SoundMessage(), "A &lt; B", "A &gt; B"));
   const std::string answer = show.Check({"--kdm", show.Beside("kdm.xml")});
-  EXPECT_THAT(answer, HasSubstr("error: Secret: The key message's signature is invalid. The digest is not"));
-  EXPECT_THAT(answer, HasSubstr("Ask for the key message again, as a file that nothing re-saves.\n" + WillNot));
+  EXPECT_THAT(
+      answer,
+      HasSubstr("error: Secret: The key message's signature is not valid. Found: The key message's signature is "
+                "invalid. The digest is not"));
+  EXPECT_THAT(answer, HasSubstr("Ask for the message again, in an archive.\n" + WillNot));
 }
 
 TEST(CheckKeys, WhatCannotBeReadMattersWhereAMessageLacks) {
@@ -193,12 +197,14 @@ TEST(CheckKeys, WhatCannotBeReadMattersWhereAMessageLacks) {
   const std::string cut = show.Write("cut.xml", SoundMessage().substr(0, 2000));
   const std::string zip = show.Write("all.zip", EncryptedShow::Zip({{"../kdm.xml", SoundMessage()}}));
   const std::string without = show.Check({"--kdm", cut, "--kdm", zip});
-  EXPECT_THAT(without, HasSubstr("\nerror: The archive is refused: "));
+  EXPECT_THAT(without,
+              HasSubstr("\nerror: The archive of key messages cannot be used. Found: The archive is refused: "));
   EXPECT_THAT(without, HasSubstr("\n    file  BESIDE/all.zip\n"));
   EXPECT_THAT(without, HasSubstr("\n    file  BESIDE/cut.xml\n"));
   EXPECT_THAT(without, HasSubstr(WillNot));
   const std::string with = show.Check({"--kdm", cut, "--kdm", zip, "--kdm", show.Message()});
-  EXPECT_THAT(with, HasSubstr("\nwarning: The archive is refused: "));
+  EXPECT_THAT(with,
+              HasSubstr("\nwarning: The archive of key messages cannot be used. Found: The archive is refused: "));
   EXPECT_THAT(with, HasSubstr(Fine));
 }
 
@@ -211,9 +217,9 @@ TEST(CheckKeys, RootsThatAreTrustedAreTheOnlyOnes) {
   recipes.front().SerialNumber = "815";
   const std::string other = show.Write("other.pem", Certificates(recipes).back().PEM());
   const std::string answer = show.Check({"--kdm", kdm, "--trust", other});
-  EXPECT_THAT(answer, HasSubstr("error: Secret, composition: "));
-  EXPECT_THAT(answer, HasSubstr("error: Secret: The key message's signature is invalid. "));
-  EXPECT_THAT(answer, HasSubstr("The certificates were made wrong: ask who signed for corrected ones."));
+  EXPECT_THAT(answer, HasSubstr("error: Secret: The chain of certificates is not complete. Found: "));
+  EXPECT_THAT(answer, HasSubstr("error: Secret: The certificates of the key message's signer do not hold. Found: "));
+  EXPECT_THAT(answer, HasSubstr("Ask for a package that is signed with a complete chain."));
   EXPECT_EQ(answer.substr(0, 1), "2");
 }
 
@@ -222,12 +228,10 @@ TEST(CheckSignatures, ADocumentThatWasChangedIsRefused) {
   form.Composition = [](const std::string& xml) { return Replaced(EncryptedShow::Sign(xml), ">Secret<", ">Public<"); };
   form.PackingList = [](const std::string& xml) { return Replaced(EncryptedShow::Sign(xml), ">Issuer<", ">Other<"); };
   const EncryptedShow show(form);
+  const std::string changed = " Found: The digest is not the document's: it was changed after it was signed.";
   const std::string answer = show.Check();
-  EXPECT_THAT(answer,
-              HasSubstr("error: Public, composition: The digest is not the document's: it was changed after it was "
-                        "signed.\n    file  SHOW/CPL.xml\n"));
-  EXPECT_THAT(answer, HasSubstr("error: packing list: The digest is not the document's: it was changed after it was "
-                                "signed.\n    file  SHOW/PKL.xml\n"));
+  EXPECT_THAT(answer, HasSubstr(Told("error", FindingID::SignInvalid, "Public", changed, "SHOW/CPL.xml")));
+  EXPECT_THAT(answer, HasSubstr(Told("error", FindingID::SignInvalid, "", changed, "SHOW/PKL.xml")));
   EXPECT_EQ(answer.substr(0, 1), "2");
 }
 
@@ -249,21 +253,20 @@ TEST(CheckSignatures, WhatIsNotFollowedIsRefused) {
 
 TEST(CheckSignatures, DocumentsOfEncryptedContentAreSigned) {
   const auto unsigned_document = [](std::string xml) { return xml; };
-  const std::string missing = "The composition is encrypted, and the document is not signed.\n    file  SHOW/";
+  const std::string missing = "The document is not signed.\n    file  SHOW/";
   for (const bool is_encrypted : {true, false}) {
     EncryptedShow::Form composition;
     composition.Composition = unsigned_document;
     composition.IsEncrypted = is_encrypted;
     std::string answer = EncryptedShow(composition).Check();
     EXPECT_EQ(answer.starts_with('2'), is_encrypted) << answer;
-    EXPECT_EQ(answer.find("error: Secret, composition: " + missing + "CPL.xml\n") != answer.npos, is_encrypted)
-        << answer;
+    EXPECT_EQ(answer.find("error: Secret: " + missing + "CPL.xml\n") != answer.npos, is_encrypted) << answer;
 
     EncryptedShow::Form list;
     list.PackingList = unsigned_document;
     list.IsEncrypted = is_encrypted;
     answer = EncryptedShow(list).Check();
-    EXPECT_EQ(answer.find("error: packing list: " + missing + "PKL.xml\n") != answer.npos, is_encrypted) << answer;
+    EXPECT_EQ(answer.find("error: " + missing + "PKL.xml\n") != answer.npos, is_encrypted) << answer;
   }
 }
 
@@ -278,9 +281,9 @@ TEST(CheckSignatures, ACertificateThatRanOutSinceIsNotedOnce) {
   StrataProgram check({"check", show.Path()});
   EXPECT_EQ(check.Wait(), 0);
   const std::string answer = check.Output();
-  const size_t at = answer.find("\nnote: Secret, composition: ");
+  const size_t at = answer.find("\nnote: Secret: A certificate has run out");
   ASSERT_NE(at, std::string::npos) << answer;
-  EXPECT_EQ(answer.find("\nnote: packing list: "), std::string::npos) << answer;
+  EXPECT_EQ(answer.find("\nnote: A certificate"), std::string::npos) << answer;
 }
 
 TEST(CheckKeys, ReportsAsJson) {

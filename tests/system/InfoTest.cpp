@@ -321,7 +321,7 @@ TEST_F(Info, CompositionOfAnIMFPackageIsSaidToBeOne) {
   EXPECT_EQ(Of(Show("Trailer/CPL.xml"), 2)["problems"], Json({sentence}));
   StrataProgram check({"check", Show("Trailer/CPL.xml")});
   EXPECT_EQ(check.Wait(), 2);
-  EXPECT_THAT(check.Output(), AllOf(HasSubstr(sentence), HasSubstr("Ask for a digital cinema package of it."),
+  EXPECT_THAT(check.Output(), AllOf(HasSubstr("Expected a digital cinema package, found an IMF package"),
                                     Not(HasSubstr("cannot be read")), Not(HasSubstr("opy "))));
 }
 
@@ -331,7 +331,8 @@ TEST_F(Info, BrokenXMLIsToldWithItsLine) {
   EXPECT_THAT(Of(Show("Trailer/CPL.xml"), 2)["problems"].dump(), HasSubstr("cannot be read in full: line 3: "));
   StrataProgram check({"check", Show("Trailer/CPL.xml")});
   EXPECT_EQ(check.Wait(), 2);
-  EXPECT_THAT(check.Output(), HasSubstr(", composition: The composition cannot be read: line 3: "));
+  EXPECT_THAT(check.Output(),
+              HasSubstr(": The composition does not have the form that compositions have. Found: line 3: "));
   EXPECT_THAT(check.Output(), Not(HasSubstr("00000000-0000")));
 }
 

@@ -3,7 +3,6 @@
 
 #include "SampleFolder.h"
 #include "app/CommandLine.h"
-#include "findings/FindingReport.h"
 
 #include <filesystem>
 #include <fstream>
@@ -89,17 +88,6 @@ TEST(JsonSchemas, OffencesAreSeen) {
   Json nested = good;
   nested["findings"].push_back(Json{{"severity", "error"}});
   EXPECT_NE(SchemaErrors(nested, "strata-check-1"), "");
-}
-
-TEST(JsonSchemas, EveryFindingIsOnThePageUnderAnIdentifierOfItsOwn) {
-  std::ifstream file(std::string(JSON_SCHEMA_FOLDER) + "/../json.md");
-  const std::string page(std::istreambuf_iterator<char>(file), {});
-  std::set<std::string> names;
-  for (const Tool::FindingKind& kind : Tool::FindingKinds()) {
-    EXPECT_TRUE(names.insert(kind.Name).second) << kind.Name;
-    EXPECT_THAT(kind.Name, testing::MatchesRegex("[a-z0-9]+(-[a-z0-9]+)*"));
-    EXPECT_THAT(page, testing::HasSubstr("\n| `" + std::string(kind.Name) + "` | " + Tool::SeverityName(kind.Level)));
-  }
 }
 
 TEST_F(JsonSchema, CheckOfAShowThatPlays) {

@@ -85,25 +85,31 @@ TEST(KdmCheck, EachReasonIsTold) {
     arguments.insert(arguments.begin(), {"kdm", "check", kdm});
     return show.Run(arguments);
   };
-  EXPECT_THAT(check({"--at", "2026-03-02 07:59:59"}),
-              HasSubstr("error: The key message is not valid before 2026-03-02 08:00:00 (written in +01:00).\n"));
+  EXPECT_THAT(
+      check({"--at", "2026-03-02 07:59:59"}),
+      HasSubstr(
+          "error: The key message is not valid yet. Found: valid from 2026-03-02 08:00:00 (written in +01:00) on.\n"));
   EXPECT_THAT(check({"--at", "2026-03-09 22:59:59"}), HasSubstr("\nThe key message serves.\n"));
   EXPECT_THAT(check({"--at", "2026-03-09 22:59:59", "--composition", show.Path("CPL.xml")}),
-              AllOf(HasSubstr("2\n"), HasSubstr("error: The key message is not valid after "),
+              AllOf(HasSubstr("2\n"), HasSubstr("error: The key message is not valid any more. Found: valid until "),
                     HasSubstr("\nThe key message does not serve.\n")));
   const std::string other = show.Write("other.key", testsupport::TestKeyPEM("leaf"));
   EXPECT_THAT(
       check({"--at", Within, "--private-key", other}),
-      HasSubstr("error: The private key does not open the key message: it is for another key, or its content is "
-                "not sound.\n"));
+      HasSubstr(
+          "error: What is locked inside the key message does not agree with its outside. Found: the private key does "
+          "not open it.\n"));
   EXPECT_THAT(check({"--at", Within, "--composition", show.Path("PKL.xml")}),
               HasSubstr("2\nstrata: SHOW/PKL.xml: this is no composition that can be read: "));
   EXPECT_THAT(check({"--at", Within, "--composition", show.Path("none.xml")}), HasSubstr("1\nstrata: SHOW/none.xml: "));
   Sigil::MessageRequest request = SoundRequest();
   request.CompositionID = ID(2);
   show.Message("kdm.xml", request);
-  EXPECT_THAT(check({"--at", Within, "--composition", show.Path("CPL.xml")}),
-              HasSubstr("error: The key message is for another composition, " + ID(2).EncodeString() + ".\n"));
+  EXPECT_THAT(
+      check({"--at", Within, "--composition", show.Path("CPL.xml")}),
+      HasSubstr(
+          "error: The key message is for another composition. Found: The key message is for another composition, " +
+          ID(2).EncodeString() + ".\n"));
 }
 
 TEST(KdmCheck, ReportsAsJson) {

@@ -108,7 +108,7 @@ TEST_F(MakeSampleInterop, IsCheckedAndPlaysAsItsFilesAre) {
             "00:00:02:00  SampleFeature  (96×64, 24 fps, 5.1, en with en subtitles, captions, Interop, OV, 3 reels)\n"
             "00:00:05:00  SampleStereoscopic  (96×64 3D, 24 fps, 5.1, en, Interop, OV, 1 reel)\n"
             "note: SampleEncrypted: The composition is encrypted: it plays only with its keys.\n"
-            "    Ask for a key message, or name the one that is there with --kdm.\n"
+            "    Get a key message for this server, and copy it to where the others lie.\n"
             "This show needs keys for 1 composition: 0:06. All files are as their packing lists say.\n");
   StrataProgram play({"play", Show(), "--verify", "--speed", "max"});
   EXPECT_EQ(play.Wait(), 0);

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <cstdlib>
 
 using testing::AllOf;
@@ -24,7 +26,7 @@ class MessageColour : public testing::Test {
     setenv("TERM", "xterm", 1);
     unsetenv("NO_COLOR");
     m_Show.Remove("Feature/sound-2.mxf");
-    m_Show.Remove("Trailer/ASSETMAP.xml");
+    std::filesystem::create_symlink("loop", m_Show.Path("loop"));
   }
   void TearDown() override { unsetenv("NO_COLOR"); }
 
@@ -40,7 +42,7 @@ class MessageColour : public testing::Test {
 TEST_F(MessageColour, WarnsOnATerminal) {
   EXPECT_THAT(ScreenOf({"check", m_Show.Path()}),
               AllOf(HasSubstr(std::string(Red) + "missing:" + Plain + " SampleFeature"),
-                    HasSubstr(std::string(Magenta) + "warning:" + Plain + " package")));
+                    HasSubstr(std::string(Magenta) + "warning:" + Plain + " The file or folder")));
   EXPECT_THAT(ScreenOf({"check", m_Show.Path("none")}), HasSubstr(std::string(Red) + "strata:" + Plain + ' '));
   EXPECT_THAT(ScreenOf({"frame", m_Show.Path("Encrypted"), "--at", "0", "--channel", "picture", "--out",
                         m_Show.Beside("a.bin")}),

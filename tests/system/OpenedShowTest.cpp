@@ -146,8 +146,8 @@ TEST(OpenedCheck, VerifiesEveryFrameOfEncryptedFiles) {
   show.Alter("sound.mxf");
   const std::string answer = show.Check(arguments);
   EXPECT_THAT(answer, AllOf(HasSubstr("2\n"),
-                            HasSubstr("error: Secret, reel 1, sound: 1 of 48 encrypted frames are not as "
-                                      "they were written, the first of them edit unit "),
+                            HasSubstr("error: Secret, reel 1, sound: An encrypted frame was altered. Found: 1 of "
+                                      "48 frames, the first of them edit unit "),
                             HasSubstr("\n    file  SHOW/sound.mxf\n"), Not(HasSubstr("picture: "))));
 }
 
@@ -155,8 +155,8 @@ TEST(OpenedCheck, AnotherKeyFailsOnEveryFrame) {
   const EncryptedShow show;
   EXPECT_THAT(
       show.Check({"--kdm", show.Message(), "--key-file", show.KeyFile("33")}),
-      HasSubstr("error: Secret, reel 1, picture: 48 of 48 encrypted frames are not as they were written, the first "
-                "of them edit unit 0: "));
+      HasSubstr("error: Secret, reel 1, picture: An encrypted frame was altered. Found: 48 of 48 frames, the first of "
+                "them edit unit 0 of the file: "));
 }
 
 TEST(OpenedCheck, ReportsAsJson) {

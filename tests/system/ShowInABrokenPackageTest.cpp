@@ -35,8 +35,9 @@ TEST(ShowInABrokenPackage, EngineWarningIsToldBesideTheChangeOfEditRate) {
   const std::string answer = show.Check({show.Path("Trailer/CPL.xml"), other + "/Trailer/CPL.xml"});
   EXPECT_THAT(answer, testing::StartsWith("0\n"));
   EXPECT_THAT(answer, testing::HasSubstr("The edit rate changes from the composition before"));
-  EXPECT_THAT(answer, testing::HasSubstr(
-                          "warning: Promoting SMPTE track file to stereoscopic image in reel 1 of 58ce4e14-c925-"));
+  EXPECT_THAT(answer,
+              testing::HasSubstr("warning: The show was laid out as one timeline with a remark. Found: Promoting SMPTE "
+                                 "track file to stereoscopic image in reel 1 of 58ce4e14-c925-"));
 }
 
 TEST(ShowInABrokenPackage, PlayingATrackFileThatWasCutIsNoSuccess) {
@@ -68,13 +69,14 @@ TEST(ShowInABrokenPackage, CompositionInAnotherEncodingSaysSo) {
   show.ListSize("Trailer/CPL.xml");
   std::filesystem::create_directory(show.Beside("loose"));
   std::filesystem::copy(show.Path("Trailer/CPL.xml"), show.Beside("loose/CPL.xml"));
-  const std::string reason = "cannot be read: the encoding \"WINDOWS-1252\" is not supported";
-  EXPECT_THAT(show.Check({show.Path("Trailer")}), testing::HasSubstr(reason));
+  const std::string reason = "the encoding \"WINDOWS-1252\" is not supported";
+  EXPECT_THAT(show.Check({show.Path("Trailer")}), testing::HasSubstr(" Found: " + reason));
   const std::string file = show.Beside("loose/CPL.xml");
   for (const std::string& name : {show.Beside("loose"), file}) {
     StrataProgram check({"check", name});
     EXPECT_EQ(check.Wait(), 2);
-    EXPECT_EQ(check.Errors(), "strata: " + file + ": this composition " + reason + ". Ask for it in UTF-8.\n");
+    EXPECT_EQ(check.Errors(),
+              "strata: " + file + ": this composition cannot be read: " + reason + ". Ask for it in UTF-8.\n");
   }
 }
 
@@ -94,7 +96,9 @@ TEST(ShowInABrokenPackage, CommandsThatNeedAWholeShowSayOnceWhatIsWrong) {
        {std::vector<std::string>{"play", show.Path()}, {"export", "spl", show.Path()}}) {
     StrataProgram program(arguments);
     EXPECT_EQ(program.Wait(), 2);
-    EXPECT_THAT(program.Errors(), testing::StartsWith("error: Feature, composition: "));
+    EXPECT_THAT(program.Errors(),
+                testing::StartsWith(
+                    "error: Feature: The composition does not have the form that compositions have. Found: line "));
     EXPECT_THAT(program.Errors(), testing::HasSubstr("\n    file  " + show.Path("Feature/CPL.xml") + "\n"));
     EXPECT_THAT(program.Errors(), testing::Not(testing::HasSubstr("XML parser error count")));
   }

@@ -122,7 +122,7 @@ TEST_F(Store, ListWithRefreshSeesWhatChanged) {
   m_Show.Remove("Feature/sound-2.mxf");
   EXPECT_EQ(List()["with_problems"], 0);
   EXPECT_EQ(List({"--refresh"})["with_problems"], 1);
-  EXPECT_THAT(Do({"list"}), HasSubstr("      The file is missing.\n"));
+  EXPECT_THAT(Do({"list"}), HasSubstr("      A file of the package is missing.\n"));
 }
 
 TEST_F(Store, AddingABrokenShowSaysSo) {
@@ -232,11 +232,9 @@ TEST_F(Store, FileOfAnotherSizeIsTold) {
   m_Show.Cut("Feature/picture-2.mxf", 60000);
   const Answer answer = Run({"verify"});
   EXPECT_EQ(answer.Code, 2);
-  EXPECT_THAT(
-      answer.Output,
-      StartsWith(
-          "error: JPEG 2000 picture track file: The file does not have the size that the package lists. Expected " +
-          std::to_string(size) + " bytes, found 60000 bytes.\n"));
+  EXPECT_THAT(answer.Output,
+              StartsWith("error: picture: The file does not have the size that the packing list gives. Expected " +
+                         std::to_string(size) + " bytes, found 60000 bytes.\n"));
 }
 
 TEST_F(Store, MissingFilesAloneAreAssetsMissing) {
@@ -258,7 +256,7 @@ TEST_F(Store, FolderThatIsNotThereIsToldOnce) {
   fs::rename(m_Show.Path(), m_Show.Beside("elsewhere"));
   const Json report = Verify({}, 3);
   ASSERT_EQ(report["findings"].size(), 1U);
-  EXPECT_EQ(report["findings"][0]["message"], "The folder is not there, nor what was in it.");
+  EXPECT_EQ(report["findings"][0]["message"], "A folder of the store is not there, nor what was in it.");
   EXPECT_EQ(report["findings"][0]["file"], m_Show.Path());
   EXPECT_EQ(List()["folders"][0]["present"], false);
 }
@@ -287,8 +285,7 @@ TEST_F(Store, FolderThatCannotBeReadIsAWarning) {
   ASSERT_EQ(report["findings"].size(), 1U);
   EXPECT_EQ(report["findings"][0]["severity"], "warning");
   EXPECT_EQ(report["findings"][0]["id"], "file-unreadable");
-  EXPECT_EQ(report["findings"][0]["message"],
-            "This folder cannot be opened, so its contents are not known: File name too long.");
+  EXPECT_EQ(report["findings"][0]["found"], "a folder that cannot be opened, File name too long");
 }
 
 TEST_F(Store, SelectionIsVerifiedAlone) {

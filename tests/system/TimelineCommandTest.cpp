@@ -163,7 +163,7 @@ TEST_F(Timeline, WritesAllFormsAtOnceAndTellsWhatIsMissing) {
                          "--text", "--width", "60"});
   EXPECT_EQ(program.Wait(), 3);
   EXPECT_EQ(program.Errors(), "strata: 1 missing: 1 sound. `strata check` tells more.\n");
-  EXPECT_THAT(program.Output(), HasSubstr("missing: SampleFeature, reel 2, sound: The file is missing."));
+  EXPECT_THAT(program.Output(), HasSubstr("missing: SampleFeature, reel 2, sound: A file of the"));
   EXPECT_THAT(program.Output(), HasSubstr("\n    file  " + m_Show.Path("Feature/sound-2.mxf") + "\n"));
   EXPECT_THAT(program.Output(), testing::ContainsRegex("\n    asset [0-9a-f-]{36}\n"));
   EXPECT_THAT(TextOf(m_Show.Beside("a.svg")), HasSubstr("class=\"missing\" x="));

@@ -55,11 +55,12 @@ TEST(TimelinePage, FindingsLeadToWhatTheyAreAboutOnNarrowAndWideScreens) {
     const Json& findings = report["findings"];
     ASSERT_EQ(findings.size(), 3U);
     for (const Json& finding : findings) EXPECT_EQ(finding["hasFocus"], true);
-    EXPECT_THAT(findings[0]["text"].get<std::string>(), StartsWith("missing: Trailer, composition: "));
-    EXPECT_THAT(findings[0]["told"].get<std::string>(), StartsWith("TrailerThe file is missing."));
+    EXPECT_THAT(findings[0]["text"].get<std::string>(), StartsWith("missing: Trailer: "));
+    EXPECT_THAT(findings[0]["told"].get<std::string>(), StartsWith("TrailerA file of the package is missing."));
     EXPECT_THAT(findings[1]["text"].get<std::string>(), StartsWith("missing: SampleFeature, reel 2, sound: "));
     EXPECT_THAT(findings[1]["told"].get<std::string>(),
-                AllOf(StartsWith("Sound: SampleFeature, reel 2 of 3The file is missing."), HasSubstr("Languageen")));
+                AllOf(StartsWith("Sound: SampleFeature, reel 2 of 3A file of the package is missing."),
+                      HasSubstr("Languageen")));
     EXPECT_THAT(findings[2]["told"].get<std::string>(),
                 AllOf(StartsWith("SampleEncrypted"), HasSubstr("96\u00d764, 24 fps, 5.1, en, SMPTE, OV, encrypted")));
     EXPECT_THAT(report["row"].get<std::string>(), StartsWith("Trailer"));

@@ -76,12 +76,13 @@ TEST_F(Unopened, InfoOfAFileEndsWithOneFullStop) {
 TEST_F(Unopened, CheckAndPlayTellWhyACompositionIsMissing) {
   Close("Trailer");
   const std::string warning =
-      "warning: This folder cannot be opened, so its contents are not known: Permission denied.\n    file  " +
+      "warning: The file or folder cannot be read. Found: a folder that cannot be opened, Permission denied.\n    file "
+      " " +
       m_Show.Path("Trailer") + "\n";
   const Answer check = Run({"check", m_Show.Path()});
   EXPECT_EQ(check.Code, 3);
   EXPECT_THAT(check.Output, HasSubstr(warning));
-  EXPECT_THAT(check.Output, HasSubstr("No store has this composition."));
+  EXPECT_THAT(check.Output, HasSubstr("No store has a composition of the show."));
   const Answer play = Run({"play", m_Show.Path(), "--speed", "max"});
   EXPECT_EQ(play.Code, 3);
   EXPECT_THAT(play.Errors, HasSubstr(warning));
@@ -118,7 +119,7 @@ TEST_F(Unopened, CheckAdvisesPermissionForATrackFile) {
   Close("Trailer/sound-1.mxf");
   const Answer check = Run({"check", m_Show.Path()});
   EXPECT_EQ(check.Code, 2);
-  EXPECT_THAT(check.Output, HasSubstr("sound: The file cannot be opened: Permission denied.\n"));
+  EXPECT_THAT(check.Output, HasSubstr("sound: The file or folder cannot be read. Found: Permission denied.\n"));
   EXPECT_THAT(check.Output, HasSubstr("Allow this user to read it, or copy it again."));
 }
 
@@ -130,7 +131,7 @@ TEST_F(Unopened, CheckWithAnIndexSeesThatPermissionWent) {
   Close("Trailer/sound-1.mxf");
   const Answer check = Run({"check", m_Show.Path(), "--index", index + "/index"});
   EXPECT_EQ(check.Code, 2);
-  EXPECT_THAT(check.Output, HasSubstr("sound: The file cannot be opened: Permission denied.\n"));
+  EXPECT_THAT(check.Output, HasSubstr("sound: The file or folder cannot be read. Found: Permission denied.\n"));
   EXPECT_THAT(check.Output, Not(HasSubstr("damaged")));
 }
 
@@ -152,7 +153,7 @@ TEST_F(Unopened, StoreVerifyAdvisesPermission) {
   ASSERT_EQ(Run({"store", "add", m_Show.Path(), "--index", index + "/index"}).Code, 0);
   const Answer verify = Run({"store", "verify", "--index", index + "/index"});
   EXPECT_EQ(verify.Code, 2);
-  EXPECT_THAT(verify.Output, HasSubstr("The file cannot be opened: Permission denied."));
+  EXPECT_THAT(verify.Output, HasSubstr("The file or folder cannot be read. Found: Permission denied."));
   EXPECT_THAT(verify.Output, HasSubstr("Allow this user to read it, or copy it again."));
 }
 

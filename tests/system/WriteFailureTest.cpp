@@ -74,7 +74,7 @@ TEST_F(WriteFailure, CheckSaysThatNotAllWasVerified) {
   }
   EXPECT_EQ(check->Wait(), 2);
   EXPECT_THAT(check->Output(),
-              testing::HasSubstr("error: Not all files could be verified: the asset index " + index + ": "));
+              testing::HasSubstr("error: Not all files could be verified. Found: the asset index " + index + ": "));
 }
 
 TEST_F(WriteFailure, FolderForASampleThatCannotBeMadeIsNamed) {

@@ -42,7 +42,7 @@ TimelineModel Crowded() {
   model.Shows = {{{0, model.Duration, 0, model.Seconds}, {}, Hostile, "/x/show.xml", 0},
                  {{0, 1, 0, 1.0 / 24}, {}, Hostile, "/x/nested.xml", 1}};
   Tool::Finding& finding = model.Findings.emplace_back(Tool::FindingID::FileDamaged);
-  finding.Message = finding.Composition = Hostile;
+  finding.Found = finding.Place.CompositionTitle = Hostile;
   model.Code = ExitCode::NotPlayable;
   return model;
 }

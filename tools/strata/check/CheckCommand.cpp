@@ -2,6 +2,7 @@
 #include "CheckCommand.h"
 
 #include "CheckReport.h"
+#include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
 #include "keys/KeyOpening.h"
 #include "show/Description.h"
@@ -36,7 +37,7 @@ struct CheckOptions {
 /// What the engine says of the show when it loads it.
 struct EngineAnswer {
   bool Loads = false;
-  std::vector<Finding> Findings;
+  FindingList Findings;
   Ferro::ui32_t DurationSeconds = 0;
 };
 
@@ -56,9 +57,9 @@ EngineAnswer LoadShow(const Inputs& inputs) {
     if (entry.Level == Ferro::LogLevel::Error && !answer.Loads)
       reason = entry.Message;
     else
-      answer.Findings.emplace_back(FindingID::ShowRemark).Message = entry.Message;
+      answer.Findings.emplace_back(FindingID::ShowRemark).Found = WithoutFullStop(entry.Message);
   }
-  if (!answer.Loads) answer.Findings.emplace_back(FindingID::ShowRefused).Message += " " + reason;
+  if (!answer.Loads) answer.Findings.emplace_back(FindingID::ShowRefused).Found = WithoutFullStop(reason);
   return answer;
 }
 
@@ -89,9 +90,8 @@ std::optional<Finding> FindInVerification(const Cairn::AssetStore& store, const 
     const Cairn::StoreFailure failure = store.LastFailure();
     reason = "the asset index" + (failure.File.empty() ? "" : ' ' + failure.File) + ": " + failure.Reason;
   }
-  while (reason.ends_with('.')) reason.pop_back();
   Finding finding(FindingID::StoreUnverified);
-  finding.Message = "Not all files could be verified: " + reason + '.';
+  finding.Found = WithoutFullStop(reason);
   return finding;
 }
 
@@ -103,7 +103,7 @@ struct CheckMeans {
 };
 
 /// FindInFrames, while a progress bar tells how far it is.
-VerifiedFiles VerifyEncrypted(const ShowOutline& outline, const Sigil::KeyRing& keys, std::vector<Finding>& findings) {
+VerifiedFiles VerifyEncrypted(const ShowOutline& outline, const Sigil::KeyRing& keys, FindingList& findings) {
   ProgressBar bar("Verifying frames", ProgressUnit::Frames);
   return FindInFrames(outline, keys, findings, [&](Ferro::ui64_t done, Ferro::ui64_t total) {
     bar.Update(done, total);
@@ -137,7 +137,6 @@ CheckReport MakeReport(const Inputs& inputs, const CheckMeans& means, const std:
 
 /// Appends what was found of one show to what was found of those before it.
 void Append(const Candidate& show, const CheckReport& report, CheckReport& all) {
-  const auto before = static_cast<Ferro::ui32_t>(all.Compositions.size());
   const bool is_composition = show.Type == Cairn::FT_CPL && report.Compositions.size() == 1;
   all.Shows.push_back({show.Title.empty() ? show.ID.EncodeString() : show.Title, show.Path,
                        is_composition ? report.Compositions.front().Description : "", CheckVerdict(report), report.Code,
@@ -146,10 +145,7 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
     composition.Start += all.Duration;
     all.Compositions.push_back(std::move(composition));
   }
-  for (Finding finding : report.Findings) {
-    if (finding.CompositionNumber != 0) finding.CompositionNumber += before;
-    all.Findings.push_back(std::move(finding));
-  }
+  all.Findings.insert(all.Findings.end(), report.Findings.begin(), report.Findings.end());
   all.Duration += report.Duration;
   all.DurationSeconds += report.DurationSeconds;
   all.Verified.Files += report.Verified.Files;

@@ -43,7 +43,9 @@ std::string CheckJson(const CheckReport& report) {
                                  {"description", show.Description},
                                  {"exit_code", static_cast<int>(show.Code)},
                                  {"verdict", show.Verdict}});
-  json["findings"] = FindingsJson(report.Findings);
+  std::vector<Cairn::UUID> ids;
+  for (const CheckedComposition& composition : report.Compositions) ids.push_back(composition.ID);
+  json["findings"] = FindingsJson(report.Findings, ids);
   json["verdict"] = CheckVerdict(report);
   return JsonText(json);
 }

@@ -42,7 +42,7 @@ struct CheckReport {
   std::vector<CheckedComposition> Compositions;
   Ferro::ui32_t Duration = 0;         ///< edit units
   Ferro::ui32_t DurationSeconds = 0;  ///< whole seconds
-  std::vector<Finding> Findings;
+  FindingList Findings;
   VerifiedFiles Verified;          ///< with keys: encrypted files whose frames were verified
   bool Hash = false;               ///< digests were verified, and so all files read to their ends
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to

@@ -75,7 +75,7 @@ std::string VerdictOfAll(const std::vector<CheckedShow>& shows) {
 
 size_t KeylessCount(const CheckReport& report) {
   const auto is_keyless = [](const Finding& finding) {
-    return finding.ID == FindingID::KdmNone && finding.Level == Severity::Note;
+    return finding.ID == FindingID::KdmNone && SeverityOf(finding) == Severity::Note;
   };
   return static_cast<size_t>(std::count_if(report.Findings.begin(), report.Findings.end(), is_keyless));
 }

@@ -29,15 +29,10 @@ double SecondsOf(ui32_t edit_units, const QUIRE::Rational& rate) {
   return HasValue(rate) ? double(edit_units) * rate.Denominator / rate.Numerator : double(edit_units) / 24;
 }
 
-std::string SentenceOf(const Finding& finding) {
-  if (!finding.Expected.empty())
-    return finding.Message + " Expected " + finding.Expected + ", found " + finding.Found + '.';
-  return finding.Found.empty() ? finding.Message : finding.Message + " Found " + finding.Found + '.';
-}
-
 TimelineState StateOf(Severity severity) {
   switch (severity) {
     case Severity::Note:
+    case Severity::Profile:
       return TimelineState::Ready;
     case Severity::Warning:
       return TimelineState::Unusual;
@@ -52,27 +47,27 @@ TimelineState StateOf(Severity severity) {
 /// The findings, by what they are about.
 class FindingsByPlace {
  public:
-  explicit FindingsByPlace(const std::vector<Finding>& findings) {
+  explicit FindingsByPlace(const FindingList& findings) {
     for (const Finding& finding : findings)
-      if (finding.Level > Severity::Note)
-        m_Places[{finding.CompositionNumber, finding.Reel, finding.AssetID}].push_back(&finding);
+      if (SeverityOf(finding) >= Severity::Warning)
+        m_Places[{finding.Place.Composition, finding.Place.Reel, finding.Place.Asset}].push_back(&finding);
   }
 
-  /// Adds to the problems of something, and makes its state the worst of all. `composition` is an index; reel 0 is the
-  /// composition itself.
-  void Tell(size_t composition, size_t reel, const Cairn::UUID& id, TimelineState& state,
+  /// Adds to the problems of something, and makes its state the worst of all. Reel 0 is the composition itself, and no
+  /// asset none of the reel's.
+  void Tell(const Cairn::UUID& composition, size_t reel, const Cairn::UUID& asset, TimelineState& state,
             std::vector<std::string>& problems) const {
-    const auto found = m_Places.find({composition + 1, reel, id});
+    const auto found = m_Places.find({composition, reel, asset});
     if (found == m_Places.end()) return;
     for (const Finding* finding : found->second) {
       const std::string text = SentenceOf(*finding);
       if (std::find(problems.begin(), problems.end(), text) == problems.end()) problems.push_back(text);
-      state = std::max(state, StateOf(finding->Level));
+      state = std::max(state, StateOf(SeverityOf(*finding)));
     }
   }
 
  private:
-  using Place = std::tuple<size_t, size_t, Cairn::UUID>;
+  using Place = std::tuple<Cairn::UUID, size_t, Cairn::UUID>;
   std::map<Place, std::vector<const Finding*>> m_Places;
 };
 
@@ -127,7 +122,7 @@ class ModelMaker {
     to.Duration = from.Duration;
     to.StartSeconds = m_Seconds;
     to.Seconds = SecondsOf(from.Duration, from.EditRate);
-    m_Findings.Tell(m_Model.Compositions.size(), 0, from.ID, to.State, to.Problems);
+    m_Findings.Tell(from.ID, 0, {}, to.State, to.Problems);
     const bool has_sound = std::any_of(from.Reels.begin(), from.Reels.end(),
                                        [](const OutlineReel& reel) { return reel.First(AssetKind::Sound) != nullptr; });
     ui32_t offset = 0;
@@ -161,7 +156,7 @@ class ModelMaker {
       track.Seconds = SecondsOf(track.Duration, from.EditRate);
       to.Encrypted = to.Encrypted || track.Encrypted();
       if (!asset.Found) track.State = TimelineState::Missing;
-      m_Findings.Tell(track.Composition, track.Reel, asset.Asset.AssetID, track.State, track.Problems);
+      m_Findings.Tell(from.ID, track.Reel, asset.Asset.AssetID, track.State, track.Problems);
     }
     if (numbers[AssetKind::Sound] > 0) return;
     TimelineTrack& track = LaneFor(AssetKind::Sound, 1).Tracks.emplace_back();
@@ -268,16 +263,16 @@ TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* 
   return model;
 }
 
-std::vector<Finding> WorstFirst(std::vector<Finding> findings) {
+FindingList WorstFirst(FindingList findings) {
   std::stable_sort(findings.begin(), findings.end(),
-                   [](const Finding& a, const Finding& b) { return a.Level > b.Level; });
+                   [](const Finding& a, const Finding& b) { return SeverityOf(a) > SeverityOf(b); });
   return findings;
 }
 
 std::string TimelineVerdict(const TimelineModel& model) {
   const auto count = [&](Severity severity) {
     return std::count_if(model.Findings.begin(), model.Findings.end(),
-                         [&](const Finding& finding) { return finding.Level == severity; });
+                         [&](const Finding& finding) { return SeverityOf(finding) == severity; });
   };
   const auto missing = count(Severity::Missing);
   const auto errors = count(Severity::Error);
@@ -287,7 +282,7 @@ std::string TimelineVerdict(const TimelineModel& model) {
       missing == 0 ? "All assets are there" : std::to_string(missing) + " missing: " + MissingText(model.Findings);
   if (errors > 0) text += "; " + broken;
   const auto keyless = std::count_if(model.Findings.begin(), model.Findings.end(), [](const Finding& finding) {
-    return finding.ID == FindingID::KdmNone && finding.Level == Severity::Note;
+    return finding.ID == FindingID::KdmNone && SeverityOf(finding) == Severity::Note;
   });
   if (keyless > 0 && missing == 0)
     text += "; " + std::to_string(keyless) + (keyless == 1 ? " composition needs keys" : " compositions need keys");

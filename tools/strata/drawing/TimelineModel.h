@@ -114,7 +114,7 @@ struct TimelineModel : TimelineSpan {
   std::vector<TimelineComposition> Compositions;
   std::vector<TimelineLane> Lanes;      ///< picture and sound always, then those that there are
   std::vector<TimelineMarker> Markers;  ///< by position
-  std::vector<Finding> Findings;
+  FindingList Findings;
   ExitCode Code = ExitCode::Fine;  ///< what the findings come to
 };
 
@@ -122,7 +122,7 @@ struct TimelineModel : TimelineSpan {
 [[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security = nullptr);
 
 /// Errors, then what is missing, then warnings; otherwise in the order in which they are.
-[[nodiscard]] std::vector<Finding> WorstFirst(std::vector<Finding> findings);
+[[nodiscard]] FindingList WorstFirst(FindingList findings);
 /// "2 missing: 1 picture, 1 sound; 1 error."; "All assets are there." when nothing is wrong.
 [[nodiscard]] std::string TimelineVerdict(const TimelineModel& model);
 /// The time code of a position of the show: of its seconds, and edit units beyond, in the rate of what plays there.

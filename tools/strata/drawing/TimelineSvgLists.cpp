@@ -90,14 +90,14 @@ class Lists {
 
  private:
   void DrawFindings() {
-    const std::vector<Finding> worst = WorstFirst(m_Model.Findings);
+    const FindingList worst = WorstFirst(m_Model.Findings);
     if (worst.empty()) return;
     Heading(m_Place.X, "Findings");
     for (size_t index = 0; index < std::min(worst.size(), MostFindings); ++index) {
       Finding shown = worst[index];
-      shown.Composition = FitColumns(shown.Composition, 60);
-      const std::string text = std::string(SeverityName(shown.Level)) + ": " + FindingLine(shown);
-      const bool alarm = shown.Level > Severity::Warning;
+      shown.Place.CompositionTitle = FitColumns(shown.Place.CompositionTitle, 60);
+      const std::string text = std::string(SeverityName(SeverityOf(shown))) + ": " + FindingLine(shown);
+      const bool alarm = SeverityOf(shown) > Severity::Warning;
       m_Out.Text(m_Place.X, m_Y + 12, FitPixels(text, 11, m_Place.Width), alarm ? "small alarm" : "small");
       m_Y += Line;
     }

@@ -56,33 +56,37 @@ FindingID IDOf(Cairn::PackageProblem_t problem) {
   return FindingID::AmSchema;
 }
 
+/// What keeps an entry from being read, before the system's reason.
 const char* Unreadable(Cairn::UnreadableKind_t kind) {
   switch (kind) {
-    case Cairn::UK_FILE:
-      return "This file cannot be opened, so its contents are not known";
     case Cairn::UK_FOLDER:
-      return "This folder cannot be opened, so its contents are not known";
+      return "a folder that cannot be opened, ";
     case Cairn::UK_LINK:
-      return "This symbolic link leads nowhere";
+      return "a symbolic link that leads nowhere, ";
+    case Cairn::UK_FILE:
     case Cairn::UK_ENTRY:
       break;
   }
-  return "The system does not say what this is";
+  return "";
+}
+
+/// Why the system, or the store, cannot use the file.
+std::string ReasonOf(const Cairn::AssetRecord& record, Cairn::AssetProblem_t problem) {
+  if (problem == Cairn::AP_UNREADABLE && !record.OpenFailure.empty()) return record.OpenFailure;
+  if (problem == Cairn::AP_READ_FAILED && !record.ReadFailure.empty()) return record.ReadFailure;
+  Cairn::AssetRecord alone;
+  alone.Problems = problem;
+  return WithoutFullStop(alone.Reasons().front());
 }
 
 Finding FindingOf(const Cairn::AssetRecord& record, const ProblemFinding& problem, MappedPaths& paths) {
   const bool cannot_open = problem.Problem == Cairn::AP_UNREADABLE && !record.OpenFailure.empty();
   Finding finding(cannot_open ? FindingID::FileUnreadable : problem.ID);
-  if ((problem.Problem & ToldInDetail) != 0) {
-    Cairn::AssetRecord alone;
-    alone.Problems = problem.Problem;
-    alone.OpenFailure = record.OpenFailure;
-    alone.ReadFailure = record.ReadFailure;
-    finding.Message = alone.Reasons().front();
-  }
-  if (finding.ID == FindingID::FileUnreadable && !cannot_open) finding.Advice = CopyAgain;
-  finding.AssetID = record.Info.ID;
-  finding.File = record.Info.RealFilename.empty() ? paths.Of(record) : record.Info.RealFilename;
+  finding.Place =
+      PlaceOf(record.Info.RealFilename.empty() ? paths.Of(record) : record.Info.RealFilename, record.Package);
+  finding.Place.Asset = record.Info.ID;
+  finding.Place.Use = UseOf(record.Info.FileType);
+  if ((problem.Problem & ToldInDetail) != 0) finding.Found = ReasonOf(record, problem.Problem);
   if (problem.Problem == Cairn::AP_WRONG_SIZE && record.HasListedSize) {
     finding.Expected = BytesCount(record.ListedSize);
     finding.Found = BytesCount(record.Info.FileSize);
@@ -92,34 +96,36 @@ Finding FindingOf(const Cairn::AssetRecord& record, const ProblemFinding& proble
 
 }  // namespace
 
-std::vector<Finding> FindingsOfAsset(const Cairn::AssetRecord& record, MappedPaths& paths) {
-  std::vector<Finding> findings;
+FindingList FindingsOfAsset(const Cairn::AssetRecord& record, MappedPaths& paths) {
+  FindingList findings;
   for (const ProblemFinding& problem : AssetProblems)
     if ((record.Problems & problem.Problem) != 0) findings.push_back(FindingOf(record, problem, paths));
   return findings;
 }
 
-std::vector<Finding> FindingsOfPackage(const Cairn::PackageRecord& package) {
-  std::vector<Finding> findings;
+FindingList FindingsOfPackage(const Cairn::PackageRecord& package) {
+  FindingList findings;
   for (const Cairn::PackageFinding& problem : package.Findings) {
     const bool has_no_map = problem.Problem == Cairn::PP_NO_ASSET_MAP;
     if (has_no_map && package.Has(Cairn::PP_ASSET_MAP_UNREADABLE)) continue;
     Finding& finding = findings.emplace_back(IDOf(problem.Problem));
-    finding.Level = Severity::Warning;
-    if (!has_no_map) finding.Message = problem.Reason();
-    finding.What = Subject::Package;
-    finding.File = package.Folder;
-    finding.Advice = KindOf(FindingID::AmMissing).Advice;
+    finding.Place.Package = package.Folder;
+    finding.Place.Document = problem.Path;
+    finding.Place.Asset = problem.AssetID;
   }
   return findings;
 }
 
 Finding FindingOfUnreadable(const Cairn::UnreadableEntry& entry) {
-  Finding finding(FindingID::FileUnreadable);
-  finding.Level = Severity::Warning;
-  finding.Message = std::string(Unreadable(entry.Kind)) + ": " + entry.Reason + '.';
-  finding.File = entry.Path;
+  Finding finding(FindingID::FileUnreadable, FindingClass::Warning);
+  finding.Place = PlaceOf(entry.Path);
+  finding.Found = Unreadable(entry.Kind) + entry.Reason;
   return finding;
+}
+
+std::string WithoutFullStop(std::string text) {
+  while (text.ends_with('.')) text.pop_back();
+  return text;
 }
 
 std::string BytesCount(Ferro::ui64_t bytes) {

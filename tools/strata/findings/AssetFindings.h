@@ -6,20 +6,23 @@
 
 #include <Cairn/AssetRecord.h>
 
-#include <vector>
+#include <string>
 
 namespace Tool {
 
 /// What a store sees wrong with an asset, a finding for each problem, with its file and sizes. Those that keep the asset
 /// from being used come first.
-[[nodiscard]] std::vector<Finding> FindingsOfAsset(const Cairn::AssetRecord& record, MappedPaths& paths);
+[[nodiscard]] FindingList FindingsOfAsset(const Cairn::AssetRecord& record, MappedPaths& paths);
 
-/// What a store sees wrong with a package as a whole, as warnings. An asset map that is missing because it could not be
+/// What a store sees wrong with a package as a whole. An asset map that is missing because it could not be
 /// understood is told once.
-[[nodiscard]] std::vector<Finding> FindingsOfPackage(const Cairn::PackageRecord& package);
+[[nodiscard]] FindingList FindingsOfPackage(const Cairn::PackageRecord& package);
 
 /// What a scan of a folder could not read, as a warning.
 [[nodiscard]] Finding FindingOfUnreadable(const Cairn::UnreadableEntry& entry);
+
+/// A sentence as findings have values.
+[[nodiscard]] std::string WithoutFullStop(std::string text);
 
 /// "1234 bytes".
 [[nodiscard]] std::string BytesCount(Ferro::ui64_t bytes);

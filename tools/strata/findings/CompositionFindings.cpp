@@ -2,7 +2,6 @@
 #include "CompositionFindings.h"
 
 #include "AssetFindings.h"
-#include "show/DocumentFault.h"
 #include "show/TrackFileFacts.h"
 #include "terminal/TextForms.h"
 
@@ -21,40 +20,13 @@ bool IsUsual(const QUIRE::Rational& rate) {
   return rate.Denominator == 1 && std::find(UsualRates.begin(), UsualRates.end(), rate.Numerator) != UsualRates.end();
 }
 
-/// What a track file or subtitle can be used for.
-enum class Content { Unknown, Picture, Sound, Text, AuxData };
-
-Content ContentOf(Cairn::FileType_t type) {
-  switch (type) {
-    case Cairn::FT_QUIRE_MPEG2_VES:
-    case Cairn::FT_QUIRE_JP2K_J2C:
-    case Cairn::FT_QUIRE_JP2K_J2C_S:
-      return Content::Picture;
-    case Cairn::FT_QUIRE_PCM:
-      return Content::Sound;
-    case Cairn::FT_QUIRE_TIMED_TEXT:
-    case Cairn::FT_TI_SUBTITLE:
-      return Content::Text;
-    case Cairn::FT_QUIRE_DCDATA:
-    case Cairn::FT_QUIRE_ATMOS:
-      return Content::AuxData;
-    default:
-      return Content::Unknown;
-  }
-}
-
 bool IsText(AssetKind kind) {
   return kind == AssetKind::OnScreenText || kind == AssetKind::OffScreenText;
 }
 
-Content ContentOf(AssetKind kind) {
-  if (IsText(kind)) return Content::Text;
-  return kind == AssetKind::Picture ? Content::Picture : kind == AssetKind::Sound ? Content::Sound : Content::AuxData;
-}
-
-const char* ContentName(Content content) {
-  static constexpr std::array Names = {"unknown", "picture", "sound", "text", "auxiliary data"};
-  return Names[static_cast<size_t>(content)];
+/// What a track file or subtitle can be used for, all texts alike.
+Assay::ReelUse ContentOf(Assay::ReelUse use) {
+  return use == Assay::ReelUse::Caption ? Assay::ReelUse::Subtitle : use;
 }
 
 std::string EditUnits(Ferro::ui64_t count) {
@@ -68,26 +40,23 @@ Finding FindingOf(const TrackFileFacts& facts) {
   switch (facts.Problem) {
     case TrackFileProblem::None:
     case TrackFileProblem::NotATrackFile:
-      damaged.Message = "The file is no track file: it is damaged, or something else has its name.";
+      damaged.Found = "no track file";
       return damaged;
     case TrackFileProblem::CannotBeOpened:
-      damaged.Message = "The track file is damaged and cannot be opened: " + facts.Reason + '.';
+      damaged.Found = facts.Reason;
       return damaged;
     case TrackFileProblem::FrameUnreadable:
-      damaged.Message = "The track file is damaged or was cut short: edit unit " + std::to_string(facts.EditUnit) +
-                        " cannot be read: " + facts.Reason + '.';
+      damaged.Found = "edit unit " + std::to_string(facts.EditUnit) + " of the file: " + facts.Reason;
       return damaged;
     case TrackFileProblem::ResourceUnreadable:
-      damaged.Message = "A font or image of the text cannot be read: " + facts.Resource + ": " + facts.Reason + '.';
+      damaged.Found = "font or image " + facts.Resource + ": " + facts.Reason;
       return damaged;
     case TrackFileProblem::TextUnreadable:
-      text.Message = "The text in the track file cannot be read: " + facts.Reason + '.';
+    case TrackFileProblem::SubtitleUnreadable:
+      text.Found = facts.Reason;
       return text;
     case TrackFileProblem::TextIsNotXML:
-      text.Message = "The text in the track file is not a well-formed XML document.";
-      return text;
-    case TrackFileProblem::SubtitleUnreadable:
-      text.Message = "The subtitle document cannot be read: " + facts.Reason + '.';
+      text.Found = "no well-formed XML";
       return text;
   }
   return damaged;
@@ -96,7 +65,7 @@ Finding FindingOf(const TrackFileFacts& facts) {
 class CompositionFindings {
  public:
   CompositionFindings(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
-                      std::vector<Finding>& findings)
+                      FindingList& findings)
       : m_Composition(composition), m_Store(store), m_Memory(memory), m_Findings(findings) {}
 
   void Collect(const std::function<bool()>& go_on) {
@@ -115,16 +84,18 @@ class CompositionFindings {
 
  private:
   Finding& Add(Finding finding) {
-    finding.Composition = CompositionName(m_Composition);
-    finding.Reel = m_Reel;
+    finding.Place.Composition = m_Composition.ID;
+    finding.Place.CompositionTitle = m_Composition.Title;
+    finding.Place.Reel = m_Reel;
     return m_Findings.emplace_back(std::move(finding));
   }
   Finding& Add(FindingID id) { return Add(Finding(id)); }
 
   Finding& Add(Finding finding, const OutlineAsset& asset) {
-    finding.What = SubjectOf(asset.Kind);
-    finding.AssetID = asset.Asset.AssetID;
-    if (asset.Found && finding.File.empty()) finding.File = asset.Found->Info.RealFilename;
+    const std::string file = asset.Found ? asset.Found->Info.RealFilename : "";
+    if (PathOf(finding.Place).empty() && !file.empty()) finding.Place = PlaceOf(file, asset.Found->Package);
+    finding.Place.Asset = asset.Asset.AssetID;
+    finding.Place.Use = UseOf(asset.Kind);
     return Add(std::move(finding));
   }
   Finding& Add(FindingID id, const OutlineAsset& asset) { return Add(Finding(id), asset); }
@@ -156,10 +127,10 @@ class CompositionFindings {
       case CompositionProblem::None:
         return true;
       case CompositionProblem::Missing:
-        AddDocument(Finding(FindingID::ShowCompositionMissing));
+        AddDocument(Finding(FindingID::ShowCompositionMissing)).Found = m_Composition.ID.EncodeString();
         break;
       case CompositionProblem::FileMissing:
-        AddDocument(Finding(FindingID::PklAssetMissing)).Advice = NameStore;
+        AddDocument(Finding(FindingID::PklAssetMissing));
         break;
       case CompositionProblem::CannotBeRead:
         AddUnreadable();
@@ -168,7 +139,7 @@ class CompositionFindings {
         AddDocument(Finding(FindingID::CplNoReel));
         break;
       case CompositionProblem::TooLong:
-        AddDocument(Finding(FindingID::CplSchema)).Message = "The composition is longer than can be counted.";
+        AddDocument(Finding(FindingID::CplSchema)).Found = "more edit units than can be counted";
         break;
     }
     return false;
@@ -177,8 +148,8 @@ class CompositionFindings {
   void AddUnreadable() {
     Finding& finding = AddDocument(Finding(FindingID::CplSchema));
     const bool is_master = m_Composition.Format == Cairn::DFT_IMF;
-    finding.Message = is_master ? IMFPackage : "The composition cannot be read: " + m_Composition.Reason + '.';
-    if (is_master) finding.Advice = "Ask for a digital cinema package of it.";
+    if (is_master) finding.Expected = "a digital cinema package";
+    finding.Found = is_master ? "an IMF package, which cinema servers do not play" : m_Composition.Reason;
   }
 
   /// What the finding about a file is called where the file is the composition.
@@ -186,14 +157,14 @@ class CompositionFindings {
     const bool is_id = finding.ID == FindingID::FileID;
     if (!is_id && finding.ID != FindingID::PklAssetHash) return finding;
     Finding of_composition(is_id ? FindingID::CplID : FindingID::CplHash);
-    of_composition.File = finding.File;
+    of_composition.Place = finding.Place;
     return of_composition;
   }
 
   Finding& AddDocument(Finding finding) {
-    finding.What = Subject::Composition;
-    finding.AssetID = m_Composition.ID;
-    if (finding.File.empty()) finding.File = m_Composition.Path;
+    if (PathOf(finding.Place).empty())
+      finding.Place = PlaceOf(m_Composition.Path, m_Composition.Found ? m_Composition.Found->Package : "");
+    finding.Place.Asset = {};
     return Add(std::move(finding));
   }
 
@@ -211,7 +182,7 @@ class CompositionFindings {
 
   [[nodiscard]] bool HasErrorSince(size_t before) const {
     return std::any_of(m_Findings.begin() + static_cast<std::ptrdiff_t>(before), m_Findings.end(),
-                       [](const Finding& finding) { return finding.Level > Severity::Warning; });
+                       [](const Finding& finding) { return SeverityOf(finding) > Severity::Warning; });
   }
 
   // Sound and data are as long as the picture, and so is Interop text; SMPTE text may end early (ST 429-2, 9.4).
@@ -227,7 +198,7 @@ class CompositionFindings {
   void AddProblems(const OutlineAsset& asset) {
     for (const Finding& finding : FindingsOfAsset(*asset.Found, m_Memory.Paths)) {
       Add(finding, asset);
-      if (finding.Level > Severity::Warning) return;
+      if (SeverityOf(finding) > Severity::Warning) return;
     }
   }
 
@@ -237,12 +208,7 @@ class CompositionFindings {
     if ((record.Problems & Cairn::AP_NOT_LISTED) == 0) return true;
     for (const Cairn::AssetRecord& other : m_Store.FindAsset(record.Info.ID)) {
       if (other.Package != record.Package || !other.Info.RealFilename.empty()) continue;
-      const bool leaves = (other.Problems & Cairn::AP_BAD_PATH) != 0;
-      Finding& finding = Add(FindingID::AmPath, asset);
-      finding.Level = Severity::Warning;
-      finding.Message =
-          std::string(leaves ? "The asset map's path leaves the package." : "The asset map's path leads to no file.") +
-          " The file was found without it.";
+      Finding& finding = Add(Finding(FindingID::AmPath, FindingClass::Warning), asset);
       finding.Expected = m_Memory.Paths.Of(other);
       finding.Found = record.Info.RealFilename;
       return false;
@@ -252,9 +218,10 @@ class CompositionFindings {
 
   void CheckFile(const OutlineAsset& asset) {
     const Cairn::AssetRecord& record = *asset.Found;
-    const Content content = ContentOf(record.Info.FileType);
-    if (content != Content::Unknown && content != ContentOf(asset.Kind))
-      return Add(FindingID::ReelAssetKind, asset, ContentName(ContentOf(asset.Kind)), ContentName(content));
+    const Assay::ReelUse content = ContentOf(UseOf(record.Info.FileType));
+    const Assay::ReelUse use = ContentOf(UseOf(asset.Kind));
+    if (content != Assay::ReelUse::None && content != use)
+      return Add(FindingID::ReelAssetKind, asset, Assay::ReelUseName(use), Assay::ReelUseName(content));
     const Ferro::ui64_t end = Ferro::ui64_t{asset.Asset.EntryPoint} + asset.Asset.Duration;
     const auto last = static_cast<Ferro::ui32_t>(std::clamp<Ferro::ui64_t>(end, 1, 0xFFFFFFFF) - 1);
     const TrackFileFacts facts = ReadTrackFileFacts(record.Info.RealFilename, record.Info.FileType, last);
@@ -267,8 +234,8 @@ class CompositionFindings {
     if (asset.Kind == AssetKind::Sound && !CheckSound(asset, facts)) return;
     CheckSameAsBefore(asset, facts);
     if (facts.IsIncomplete) Add(FindingID::FileIncomplete, asset);
-    if (!facts.MissingFont.empty()) Add(FindingID::TextFontMissing, asset).Found = "no " + facts.MissingFont;
-    if (!facts.MissingImage.empty()) Add(FindingID::TextImageMissing, asset).Found = "no " + facts.MissingImage;
+    if (!facts.MissingFont.empty()) Add(FindingID::TextFontMissing, asset, facts.MissingFont, "");
+    if (!facts.MissingImage.empty()) Add(FindingID::TextImageMissing, asset, facts.MissingImage, "");
   }
 
   bool CheckDigest(const OutlineAsset& asset) {
@@ -280,15 +247,9 @@ class CompositionFindings {
     } else if (LacksPackingList(asset.Found->Package)) {
       if (!m_Memory.UnlistedPackages.insert(asset.Found->Package).second) return false;
       Finding& finding = Add(FindingID::PklMissing);
-      finding.Reel = 0;
-      finding.What = Subject::PackingList;
-      finding.File = asset.Found->Package;
-    } else {
-      Finding& finding = Add(FindingID::PklUnlisted, asset);
-      finding.Level = Severity::Error;
-      finding.Message = "The composition states a digest of the file, but no packing list names it.";
-      finding.Advice = AskAgain;
-    }
+      finding.Place.Reel = 0;
+      finding.Place.Package = asset.Found->Package;
+    }  // what is not listed is told of the file
     return false;
   }
 
@@ -320,26 +281,19 @@ class CompositionFindings {
     }
     if (stated == facts.KeyID && stated.HasValue()) return true;
     Finding& finding = Add(FindingID::ReelKeyMissing, asset);
-    if (!stated.HasValue()) return false;
-    finding.Message = "The file is encrypted with another key than the composition names.";
-    finding.Expected = stated.EncodeString();
+    if (stated.HasValue()) finding.Expected = stated.EncodeString();
     finding.Found = facts.KeyID.EncodeString();
     return false;
   }
 
-  // Text that ends early shows nothing from there on; all else is needed to its end.
   void CheckLength(const OutlineAsset& asset, const TrackFileFacts& facts, Ferro::ui64_t end) {
     const Ferro::ui32_t stated = asset.Asset.IntrinsicDuration;
-    if (facts.HasLength && end > facts.Duration) {
-      Add(FindingID::ReelEntryBeyond, asset, EditUnits(end), EditUnits(facts.Duration));
-      if (IsText(asset.Kind)) m_Findings.back().Level = Severity::Warning;
-    } else if (end > stated) {
-      Add(FindingID::ReelEntryBeyond, asset, EditUnits(end), EditUnits(stated));
-      m_Findings.back().Level = Severity::Warning;
-      m_Findings.back().Message = "The composition plays more of the asset than it says there is.";
-    } else if (facts.HasLength && stated != facts.Duration) {
-      Add(FindingID::ReelIntrinsic, asset, EditUnits(stated), EditUnits(facts.Duration));
-    }
+    if (facts.HasLength && end > facts.Duration)
+      Add(FindingID::ReelEntryBeyond, asset, EditUnits(facts.Duration), EditUnits(end));
+    else if (end > stated)
+      Add(FindingID::ReelEntryBeyond, asset, EditUnits(stated), EditUnits(end));
+    else if (facts.HasLength && stated != facts.Duration)
+      Add(FindingID::ReelIntrinsic, asset, EditUnits(facts.Duration), EditUnits(stated));
   }
 
   bool CheckSound(const OutlineAsset& asset, const TrackFileFacts& facts) {
@@ -379,7 +333,7 @@ class CompositionFindings {
   const OutlineComposition& m_Composition;
   const Cairn::AssetStore& m_Store;
   FindingMemory& m_Memory;
-  std::vector<Finding>& m_Findings;
+  FindingList& m_Findings;
   Ferro::ui32_t m_Reel = 0;
   bool m_RateTold = false;
   std::map<AssetKind, std::string> m_Before;  // the format of the reel before
@@ -392,7 +346,7 @@ std::string CompositionName(const OutlineComposition& composition) {
 }
 
 void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
-                       std::vector<Finding>& findings, const std::function<bool()>& go_on) {
+                       FindingList& findings, const std::function<bool()>& go_on) {
   CompositionFindings(composition, store, memory, findings).Collect(go_on);
 }
 

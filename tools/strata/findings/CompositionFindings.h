@@ -9,7 +9,6 @@
 #include <functional>
 #include <set>
 #include <string>
-#include <vector>
 
 namespace Tool {
 
@@ -19,6 +18,7 @@ namespace Tool {
 /// What findings have been about so far, so that one cause is told once.
 struct FindingMemory {
   std::set<std::string> UnlistedPackages;  ///< folders of packages whose packing list is missing
+  std::set<Cairn::UUID> Compositions;      ///< those that were looked at
   MappedPaths Paths;
   ToldCertificates Certificates;
 };
@@ -26,6 +26,6 @@ struct FindingMemory {
 /// Checks one composition, its files included, and appends what is wrong or unusual. Of an asset only the first cause is
 /// told that keeps it from playing. `go_on` is asked before each reel; false ends the work.
 void FindInComposition(const OutlineComposition& composition, const Cairn::AssetStore& store, FindingMemory& memory,
-                       std::vector<Finding>& findings, const std::function<bool()>& go_on = {});
+                       FindingList& findings, const std::function<bool()>& go_on = {});
 
 }  // namespace Tool

@@ -9,6 +9,7 @@
 namespace Tool {
 
 /// The findings as reports have them; keys that do not apply are left out.
-[[nodiscard]] Json FindingsJson(const std::vector<Finding>& findings);
+/// @param show  the identifiers of the compositions, by whose order they are numbered; empty: they are not.
+[[nodiscard]] Json FindingsJson(const FindingList& findings, const std::vector<Cairn::UUID>& show = {});
 
 }  // namespace Tool

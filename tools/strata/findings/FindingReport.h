@@ -15,19 +15,20 @@
 namespace Tool {
 
 /// FindingsOf, while a progress bar tells how far it is; an interrupt ends it early.
-[[nodiscard]] std::vector<Finding> CheckShow(const ShowOutline& outline, const ShowSecurity* security = nullptr);
+[[nodiscard]] FindingList CheckShow(const ShowOutline& outline, const ShowSecurity* security = nullptr);
 
-/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine.
-[[nodiscard]] ExitCode ExitCodeFor(const std::vector<Finding>& findings);
+/// What they come to: NotPlayable with an error, else AssetsMissing where something is missing, else Fine. What follows
+/// from another finding does not count.
+[[nodiscard]] ExitCode ExitCodeFor(const FindingList& findings);
 
-/// "note", "warning", "missing", "error".
-[[nodiscard]] const char* SeverityName(Severity severity);
+/// What a finding says: "What is wrong. Expected this, found that."
+[[nodiscard]] std::string SentenceOf(const Finding& finding);
 /// "Composition, reel 2, sound: What is wrong. Expected this, found that.": safe to print, without line end.
 [[nodiscard]] std::string FindingLine(const Finding& finding);
 /// The severity and FindingLine, then lines for identifier, file and advice, where it has them.
 /// @param stream  where it is printed, which may show colours.
 [[nodiscard]] std::string FindingText(const Finding& finding, std::FILE* stream);
 /// "1 picture, 2 sounds": what is missing.
-[[nodiscard]] std::string MissingText(const std::vector<Finding>& findings);
+[[nodiscard]] std::string MissingText(const FindingList& findings);
 
 }  // namespace Tool

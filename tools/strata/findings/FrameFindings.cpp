@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "CompositionFindings.h"
+#include "AssetFindings.h"
 #include "SecurityFindings.h"
 #include "keys/FrameIntegrity.h"
 
@@ -12,55 +12,50 @@ namespace {
 /// An encrypted file, at its first use in the show.
 struct FileUse {
   const OutlineComposition& Composition;
-  size_t CompositionNumber;  ///< from 1
-  size_t Reel;               ///< from 1
+  size_t Reel;  ///< from 1
   const OutlineAsset& Asset;
 };
 
 std::vector<FileUse> EncryptedFilesOf(const ShowOutline& outline) {
   std::vector<FileUse> uses;
   std::set<std::string> seen;
-  size_t number = 0;
   for (const OutlineComposition& composition : outline.Compositions()) {
-    ++number;
     for (size_t reel = 0; reel < composition.Reels.size(); ++reel)
       for (const OutlineAsset& asset : composition.Reels[reel].Assets) {
         const bool is_there = asset.Asset.KeyID.HasValue() && asset.Found && !asset.Found->Info.RealFilename.empty();
         if (is_there && seen.insert(asset.Found->Info.RealFilename).second)
-          uses.push_back({composition, number, reel + 1, asset});
+          uses.push_back({composition, reel + 1, asset});
       }
   }
   return uses;
 }
 
-Finding FindingOf(const FileUse& use, std::string message) {
-  Finding finding(FindingID::MicInvalid);
-  finding.Message = std::move(message);
-  finding.Composition = CompositionName(use.Composition);
-  finding.CompositionNumber = static_cast<Ferro::ui32_t>(use.CompositionNumber);
-  finding.Reel = static_cast<Ferro::ui32_t>(use.Reel);
-  finding.What = SubjectOf(use.Asset.Kind);
-  finding.AssetID = use.Asset.Asset.AssetID;
-  finding.File = use.Asset.Found->Info.RealFilename;
+Finding FindingOf(const FileUse& use, FindingClass value, std::string found) {
+  Finding finding(FindingID::MicInvalid, value);
+  finding.Found = std::move(found);
+  finding.Place = PlaceOf(use.Asset.Found->Info.RealFilename, use.Asset.Found->Package);
+  finding.Place.Composition = use.Composition.ID;
+  finding.Place.CompositionTitle = use.Composition.Title;
+  finding.Place.Reel = static_cast<Ferro::ui32_t>(use.Reel);
+  finding.Place.Asset = use.Asset.Asset.AssetID;
+  finding.Place.Use = UseOf(use.Asset.Kind);
   return finding;
 }
 
-void Judge(const FileUse& use, const FrameIntegrity& integrity, std::vector<Finding>& findings) {
+void Judge(const FileUse& use, const FrameIntegrity& integrity, FindingList& findings) {
   if (integrity.Bad > 0)
+    findings.push_back(FindingOf(use, FindingClass::Error,
+                                 std::to_string(integrity.Bad) + " of " + std::to_string(integrity.Frames) +
+                                     " frames, the first of them edit unit " + std::to_string(integrity.FirstBad) +
+                                     " of the file: " + WithoutFullStop(integrity.Reason)));
+  if (!integrity.HasStandardSequence)
     findings.push_back(
-        FindingOf(use, std::to_string(integrity.Bad) + " of " + std::to_string(integrity.Frames) +
-                           " encrypted frames are not as they were written, the first of them edit unit " +
-                           std::to_string(integrity.FirstBad) + ": " + integrity.Reason));
-  if (integrity.HasStandardSequence) return;
-  Finding finding = FindingOf(use, "The frames of the two eyes are numbered by another rule than the standard's.");
-  finding.Level = Severity::Warning;
-  finding.Advice.clear();
-  findings.push_back(std::move(finding));
+        FindingOf(use, FindingClass::Warning, "the two eyes are numbered by another rule than ST 429-6's"));
 }
 
 }  // namespace
 
-VerifiedFiles FindInFrames(const ShowOutline& outline, const Sigil::KeyRing& keys, std::vector<Finding>& findings,
+VerifiedFiles FindInFrames(const ShowOutline& outline, const Sigil::KeyRing& keys, FindingList& findings,
                            const std::function<bool(Ferro::ui64_t, Ferro::ui64_t)>& go_on) {
   VerifiedFiles verified;
   if (keys.Size() == 0) return verified;

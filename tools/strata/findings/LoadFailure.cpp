@@ -12,12 +12,12 @@ namespace Tool {
 
 ExitCode ReportLoadFailure(const Inputs& inputs) {
   QuietLog log;
-  const std::vector<Finding> findings = CheckShow(ShowOutline(inputs));
+  const FindingList findings = CheckShow(ShowOutline(inputs));
   bool is_told = false;
   for (const Finding& finding : findings)
-    if (finding.Level > Severity::Warning || finding.ID == FindingID::FileUnreadable) {
+    if (SeverityOf(finding) > Severity::Warning || finding.ID == FindingID::FileUnreadable) {
       std::fputs(FindingText(finding, stderr).c_str(), stderr);
-      is_told |= finding.Level > Severity::Warning;
+      is_told |= SeverityOf(finding) > Severity::Warning;
     }
   TellError(std::string("this show cannot be played") + (is_told ? "" : "; `strata check` says what is wrong with it"));
   const ExitCode code = ExitCodeFor(findings);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SecurityFindings.h"
 
-#include "CompositionFindings.h"
+#include "AssetFindings.h"
 #include "keys/Moment.h"
 
 #include <algorithm>
@@ -10,16 +10,16 @@ namespace Tool {
 
 namespace {
 
-Severity LevelOf(Sigil::Severity severity) {
+FindingClass ClassOf(Sigil::Severity severity) {
   switch (severity) {
     case Sigil::Severity::Error:
-      return Severity::Error;
+      return FindingClass::Error;
     case Sigil::Severity::Warning:
-      return Severity::Warning;
+      return FindingClass::Warning;
     case Sigil::Severity::Note:
-      return Severity::Note;
+      return FindingClass::Note;
   }
-  return Severity::Error;
+  return FindingClass::Error;
 }
 
 bool IsOfCertificate(FindingID id) {
@@ -27,48 +27,39 @@ bool IsOfCertificate(FindingID id) {
 }
 
 /// A signed document, and where it stands.
-struct DocumentPlace {
-  Subject What = Subject::Composition;
-  std::string Composition;  ///< its title; empty for a packing list
-  Cairn::UUID ID;
-  std::string File;
+struct SignedDocument {
+  Assay::FindingPlace Place;
   bool IsEncrypted = false;  ///< what it lists
 };
 
-void FindInSignature(const DocumentPlace& place, const DocumentSignatures::Outcome& outcome, ToldCertificates& told,
-                     std::vector<Finding>& findings) {
+void FindInSignature(const SignedDocument& document, const DocumentSignatures::Outcome& outcome, ToldCertificates& told,
+                     FindingList& findings) {
   const auto add = [&](Finding finding) {
-    finding.What = place.What;
-    finding.Composition = place.Composition;
-    finding.AssetID = place.ID;
-    finding.File = place.File;
+    finding.Place = document.Place;
     findings.push_back(std::move(finding));
   };
   if (outcome.Result.Failure()) return;  // what cannot be read is reported elsewhere
-  if (place.IsEncrypted && outcome.Report.State == Sigil::SignatureState::NotSigned)
+  if (document.IsEncrypted && outcome.Report.State == Sigil::SignatureState::NotSigned)
     add(Finding(FindingID::SignMissing));
   for (const Sigil::Finding& from : outcome.Report.Findings) {
     Finding finding = FindingOf(from);
-    if (!IsOfCertificate(finding.ID) || told.emplace(finding.ID, finding.Message).second) add(std::move(finding));
+    if (!IsOfCertificate(finding.ID) || told.emplace(finding.ID, finding.Found).second) add(std::move(finding));
   }
 }
 
 void FindInKeys(const OutlineComposition& composition, const KeyAnswer& answer, size_t messages,
-                std::vector<Finding>& findings) {
+                FindingList& findings) {
   const auto add = [&](Finding finding) {
-    finding.Composition = CompositionName(composition);
-    if (finding.Level > Severity::Note) finding.AssetID = composition.ID;
-    if (answer.Choice.Best != nullptr) finding.File = answer.Choice.Best->Source;
+    if (answer.Choice.Best != nullptr) finding.Place = PlaceOf(answer.Choice.Best->Source);
+    finding.Place.Composition = composition.ID;
+    finding.Place.CompositionTitle = composition.Title;
     findings.push_back(std::move(finding));
   };
   if (answer.Choice.Best == nullptr) {
-    Finding none(FindingID::KdmNone);
-    if (messages > 0) {
-      none.Level = Severity::Error;
-      none.Message = "The composition is encrypted, and " +
-                     (messages == 1 ? "the key message at hand is not for it."
-                                    : "none of the " + std::to_string(messages) + " key messages at hand is for it.");
-    }
+    Finding none(FindingID::KdmNone, messages > 0 ? FindingClass::Error : FindingClass::Note);
+    if (messages > 0)
+      none.Found = messages == 1 ? "a key message for something else"
+                                 : std::to_string(messages) + " key messages, all for something else";
     add(std::move(none));
     return;
   }
@@ -88,38 +79,33 @@ bool HoldsEncrypted(const ShowOutline& outline, const std::string& folder) {
 
 }  // namespace
 
-FindingID FindingOf(Sigil::FindingID id) {
-  return static_cast<FindingID>(static_cast<size_t>(FindingID::CertVersion) + static_cast<size_t>(id));
-}
-
 Finding FindingOf(const Sigil::Finding& finding) {
-  Finding to(FindingOf(finding.ID));
-  to.Level = LevelOf(finding.Severity);
-  to.Message = finding.Text;
-  if (to.Level < Severity::Error) to.Advice.clear();
+  Finding to(Assay::FindRule(Sigil::FindingName(finding.ID))->ID);
+  to.Class = ClassOf(finding.Severity);
+  to.Found = WithoutFullStop(finding.Text);
   return to;
 }
 
 void TellWindow(const Sigil::KeyMessage& message, Finding& finding) {
-  if (finding.ID == FindingID::KdmEarly)
-    finding.Message = "The key message is not valid before " + WrittenText(message.NotBefore) + '.';
-  if (finding.ID == FindingID::KdmLate)
-    finding.Message = "The key message is not valid after " + WrittenText(message.NotAfter) + '.';
+  if (finding.ID == FindingID::KdmEarly) finding.Found = "valid from " + WrittenText(message.NotBefore) + " on";
+  if (finding.ID == FindingID::KdmLate) finding.Found = "valid until " + WrittenText(message.NotAfter);
 }
 
 void FindInSecurity(const OutlineComposition& composition, size_t number, const ShowSecurity& security,
-                    ToldCertificates& told, std::vector<Finding>& findings) {
+                    ToldCertificates& told, FindingList& findings) {
   if (composition.Problem != CompositionProblem::None) return;
   const bool is_encrypted = IsEncrypted(composition);
-  const DocumentPlace place = {Subject::Composition, CompositionName(composition), composition.ID, composition.Path,
-                               is_encrypted};
-  FindInSignature(place, security.Keys.Signatures().Of(composition.Path), told, findings);
+  SignedDocument document = {PlaceOf(composition.Path, composition.Found ? composition.Found->Package : ""),
+                             is_encrypted};
+  document.Place.Composition = composition.ID;
+  document.Place.CompositionTitle = composition.Title;
+  FindInSignature(document, security.Keys.Signatures().Of(composition.Path), told, findings);
   if (is_encrypted)
     FindInKeys(composition, security.Answers[number].back(), security.Keys.Messages().Entries().size(), findings);
 }
 
 void FindInPackingLists(const ShowOutline& outline, const std::set<std::string>& folders, const ShowSecurity& security,
-                        ToldCertificates& told, std::vector<Finding>& findings) {
+                        ToldCertificates& told, FindingList& findings) {
   for (const Cairn::PackageRecord& package : outline.Store().Packages()) {
     if (!folders.contains(package.Folder)) continue;
     const bool is_encrypted = HoldsEncrypted(outline, package.Folder);
@@ -127,21 +113,21 @@ void FindInPackingLists(const ShowOutline& outline, const std::set<std::string>&
       for (const Cairn::AssetRecord& record : outline.Store().FindAsset(id)) {
         const bool is_meant = record.Package == package.Folder && !record.Info.RealFilename.empty();
         if (!is_meant) continue;
-        const DocumentPlace place = {Subject::PackingList, "", id, record.Info.RealFilename, is_encrypted};
-        FindInSignature(place, security.Keys.Signatures().Of(place.File), told, findings);
+        const SignedDocument document = {PlaceOf(record.Info.RealFilename, package.Folder), is_encrypted};
+        FindInSignature(document, security.Keys.Signatures().Of(record.Info.RealFilename), told, findings);
         break;
       }
   }
 }
 
-void FindInMessages(const ShowSecurity& security, std::vector<Finding>& findings) {
+void FindInMessages(const ShowSecurity& security, FindingList& findings) {
   const bool is_needed = std::ranges::any_of(security.Answers, [](const std::vector<KeyAnswer>& answers) {
     return !answers.empty() && !answers.back().Serves();
   });
   for (const Sigil::KeyMessageStore::Problem& problem : security.Keys.Problems()) {
     Finding finding = FindingOf(problem.What);
-    if (!is_needed) finding.Level = Severity::Warning;
-    finding.File = problem.Source;
+    if (!is_needed) finding.Class = FindingClass::Warning;
+    finding.Place = PlaceOf(problem.Source);
     findings.push_back(std::move(finding));
   }
 }

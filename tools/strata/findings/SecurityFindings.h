@@ -23,8 +23,7 @@ struct ShowSecurity {
   const std::vector<std::vector<KeyAnswer>> Answers;  ///< of each composition of the show
 };
 
-/// A finding of libsigil as one of this program's.
-[[nodiscard]] FindingID FindingOf(Sigil::FindingID id);
+/// A finding of libsigil as one of libassay's.
 [[nodiscard]] Finding FindingOf(const Sigil::Finding& finding);
 
 /// Has a finding about a message's window tell its ends as people read them: in local time, with the offset beside.
@@ -35,12 +34,12 @@ using ToldCertificates = std::set<std::pair<FindingID, std::string>>;
 
 /// Appends what is to be told of a composition's signature, and of its keys; `number` is its index.
 void FindInSecurity(const OutlineComposition& composition, size_t number, const ShowSecurity& security,
-                    ToldCertificates& told, std::vector<Finding>& findings);
+                    ToldCertificates& told, FindingList& findings);
 /// Appends what is to be told of the packing lists of the packages in those folders.
 void FindInPackingLists(const ShowOutline& outline, const std::set<std::string>& folders, const ShowSecurity& security,
-                        ToldCertificates& told, std::vector<Finding>& findings);
+                        ToldCertificates& told, FindingList& findings);
 /// Appends which of the key messages that the user named cannot be read. It matters where a composition has none.
-void FindInMessages(const ShowSecurity& security, std::vector<Finding>& findings);
+void FindInMessages(const ShowSecurity& security, FindingList& findings);
 
 /// How many encrypted files were verified frame by frame.
 struct VerifiedFiles {
@@ -50,7 +49,7 @@ struct VerifiedFiles {
 
 /// Verifies every frame of the show's encrypted files whose keys are there, and appends what is wrong with them.
 /// @param go_on  as of VerifyFrames.
-VerifiedFiles FindInFrames(const ShowOutline& outline, const Sigil::KeyRing& keys, std::vector<Finding>& findings,
+VerifiedFiles FindInFrames(const ShowOutline& outline, const Sigil::KeyRing& keys, FindingList& findings,
                            const std::function<bool(Ferro::ui64_t, Ferro::ui64_t)>& go_on);
 
 }  // namespace Tool

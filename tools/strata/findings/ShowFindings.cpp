@@ -25,7 +25,7 @@ std::set<std::string> PackagesOf(const ShowOutline& outline) {
 }
 
 void AddPackageFindings(const ShowOutline& outline, const std::set<std::string>& packages, const FindingMemory& memory,
-                        std::vector<Finding>& findings) {
+                        FindingList& findings) {
   for (const Cairn::PackageRecord& package : outline.Store().Packages()) {
     if (!packages.contains(package.Folder)) continue;
     for (const Finding& finding : FindingsOfPackage(package)) {
@@ -36,37 +36,33 @@ void AddPackageFindings(const ShowOutline& outline, const std::set<std::string>&
   }
 }
 
-void AddShowFindings(const ShowOutline& outline, std::vector<Finding>& findings) {
+FindingID IDOf(OutlineProblemKind kind) {
+  switch (kind) {
+    case OutlineProblemKind::CannotBeRead:
+      return FindingID::ShowUnreadable;
+    case OutlineProblemKind::ContainsItself:
+      return FindingID::ShowLoop;
+    case OutlineProblemKind::TooLong:
+      return FindingID::ShowLength;
+  }
+  return FindingID::ShowUnreadable;
+}
+
+void AddShowFindings(const ShowOutline& outline, FindingList& findings) {
   for (const OutlineProblem& problem : outline.Problems()) {
-    Finding finding(FindingID::ShowUnreadable);
-    switch (problem.Kind) {
-      case OutlineProblemKind::CannotBeRead:
-        finding.Message = "The show playlist " + problem.Path + " cannot be read: " + problem.Reason + '.';
-        break;
-      case OutlineProblemKind::ContainsItself:
-        finding = Finding(FindingID::ShowLoop);
-        finding.Message = "The show playlist " + problem.Path + " contains itself.";
-        break;
-      case OutlineProblemKind::TooLong:
-        finding = Finding(FindingID::ShowLength);
-        finding.Message = "The show is longer than can be counted, from " + problem.ID.EncodeString() + " on.";
-        break;
-    }
-    finding.What = Subject::ShowPlaylist;
-    findings.push_back(finding);
+    Finding& finding = findings.emplace_back(IDOf(problem.Kind));
+    finding.Place = PlaceOf(problem.Path);
+    finding.Place.Composition = problem.ID;
+    finding.Found = problem.Reason;
   }
-  for (const std::string& uri : outline.MissingShows()) {
-    Finding& finding = findings.emplace_back(FindingID::ShowMissing);
-    finding.Message = "No store has the show playlist " + uri + ", which the show contains.";
-    finding.What = Subject::ShowPlaylist;
-  }
+  for (const std::string& uri : outline.MissingShows()) findings.emplace_back(FindingID::ShowMissing).Found = uri;
 }
 
 // First, since what is said to be missing below may lie in them.
-void AddUnreadable(const Cairn::AssetStore& store, std::vector<Finding>& findings) {
-  std::vector<Finding> added;
+void AddUnreadable(const Cairn::AssetStore& store, FindingList& findings) {
+  FindingList added;
   for (const Cairn::UnreadableEntry& entry : store.Unreadable()) {
-    const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
+    const auto tells = [&](const Finding& finding) { return PathOf(finding.Place) == entry.Path; };
     if (std::none_of(findings.begin(), findings.end(), tells)) added.push_back(FindingOfUnreadable(entry));
   }
   findings.insert(findings.begin(), added.begin(), added.end());
@@ -75,32 +71,33 @@ void AddUnreadable(const Cairn::AssetStore& store, std::vector<Finding>& finding
 /// Checks one composition; `previous` is the last one that plays, and becomes this one where it does.
 void AddComposition(const ShowOutline& outline, size_t index, FindingMemory& memory,
                     const OutlineComposition*& previous, const CheckProgress& progress, const ShowSecurity* security,
-                    std::vector<Finding>& findings) {
+                    FindingList& findings) {
   const OutlineComposition& composition = outline.Compositions()[index];
-  std::vector<Finding> added;
-  FindInComposition(composition, outline.Store(), memory, added,
-                    [&] { return !progress || progress(index, outline.Compositions().size()); });
-  if (std::all_of(added.begin(), added.end(), [](const Finding& f) { return f.Level <= Severity::Warning; })) {
+  FindingList added;
+  const auto go_on = [&] { return !progress || progress(index, outline.Compositions().size()); };
+  const bool is_new = memory.Compositions.insert(composition.ID).second;
+  if (is_new) FindInComposition(composition, outline.Store(), memory, added, go_on);
+  if (std::all_of(added.begin(), added.end(),
+                  [](const Finding& finding) { return SeverityOf(finding) <= Severity::Warning; })) {
     if (previous != nullptr && !(previous->EditRate == composition.EditRate)) {
       Finding& finding = added.emplace_back(FindingID::ShowRateChanges);
-      finding.Composition = CompositionName(composition);
+      finding.Place.Composition = composition.ID;
+      finding.Place.CompositionTitle = composition.Title;
       finding.Expected = RateText(previous->EditRate);
       finding.Found = RateText(composition.EditRate);
     }
     previous = &composition;
   }
   if (security != nullptr) FindInSecurity(composition, index, *security, memory.Certificates, added);
-  for (Finding& finding : added) {
-    finding.CompositionNumber = static_cast<Ferro::ui32_t>(index + 1);
-    findings.push_back(std::move(finding));
-  }
+  for (Finding& finding : added)  // what is played twice is told once
+    if (is_new || std::find(findings.begin(), findings.end(), finding) == findings.end())
+      findings.push_back(std::move(finding));
 }
 
 }  // namespace
 
-std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress,
-                                const ShowSecurity* security) {
-  std::vector<Finding> findings;
+FindingList FindingsOf(const ShowOutline& outline, const CheckProgress& progress, const ShowSecurity* security) {
+  FindingList findings;
   FindingMemory memory;
   AddShowFindings(outline, findings);
   const OutlineComposition* previous = nullptr;

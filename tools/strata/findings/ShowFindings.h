@@ -6,7 +6,6 @@
 #include "show/ShowOutline.h"
 
 #include <functional>
-#include <vector>
 
 namespace Tool {
 
@@ -16,7 +15,7 @@ using CheckProgress = std::function<bool(size_t done, size_t total)>;
 /// What the documents, the store and the files show to be wrong, in playing order. Opens every file; less than all where
 /// `progress` ended it.
 /// @param security  what is known of signatures and keys; null: they are not looked at.
-[[nodiscard]] std::vector<Finding> FindingsOf(const ShowOutline& outline, const CheckProgress& progress = {},
-                                              const ShowSecurity* security = nullptr);
+[[nodiscard]] FindingList FindingsOf(const ShowOutline& outline, const CheckProgress& progress = {},
+                                     const ShowSecurity* security = nullptr);
 
 }  // namespace Tool

@@ -35,7 +35,7 @@ struct CheckOptions {
 
 struct CheckedMessage {
   const Sigil::KeyMessageStore::Entry& Entry;
-  std::vector<Finding> Findings;
+  FindingList Findings;
 
   [[nodiscard]] bool Serves() const { return ExitCodeFor(Findings) == ExitCode::Fine; }
 };
@@ -78,7 +78,7 @@ CheckedMessage CheckMessage(const Sigil::KeyMessageStore::Entry& entry, const Qu
   const QuietLog log;  // the result says it all
   Sigil::ContentKeys keys;
   if (Sigil::ContentKeys::Open(entry.Message, *question.Key, keys, Ferro::DefaultLogSink()).Failure())
-    checked.Findings.emplace_back(FindingID::KdmContent);
+    checked.Findings.emplace_back(FindingID::KdmContent).Found = "the private key does not open it";
   return checked;
 }
 

@@ -13,6 +13,7 @@ namespace {
 
 void AddUses(const Cairn::CompositionPlaylist& composition, std::map<Cairn::UUID, AssetUse>& uses) {
   AssetUse use;
+  use.CompositionID = composition.ID;
   use.Composition = composition.ContentTitle.empty() ? composition.ID.EncodeString() : composition.ContentTitle;
   const auto add = [&](AssetKind kind, const Cairn::GenericAsset& asset) {
     use.Kind = kind;
@@ -31,9 +32,11 @@ void AddUses(const Cairn::CompositionPlaylist& composition, std::map<Cairn::UUID
 void AddUses(const Strata::ShowPlaylist& show, std::map<Cairn::UUID, AssetUse>& uses) {
   for (const auto& item : show.ShowSequence)
     if (const auto* composition = dynamic_cast<const Strata::ShowPlaylist::CompositionItem*>(item.get()))
-      uses.try_emplace(
-          composition->ID,
-          AssetUse{composition->Annotation.empty() ? composition->ID.EncodeString() : composition->Annotation, 0, {}});
+      uses.try_emplace(composition->ID, AssetUse{composition->ID,
+                                                 composition->Annotation.empty() ? composition->ID.EncodeString()
+                                                                                 : composition->Annotation,
+                                                 0,
+                                                 {}});
 }
 
 template <class Document>

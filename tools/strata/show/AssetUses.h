@@ -11,6 +11,7 @@ namespace Tool {
 
 /// Where a composition uses an asset, or a show playlist a composition.
 struct AssetUse {
+  Cairn::UUID CompositionID;
   std::string Composition;        ///< its title, or its identifier
   Ferro::ui32_t Reel = 0;         ///< from 1; 0 for the composition itself
   std::optional<AssetKind> Kind;  ///< no value: it is the composition itself

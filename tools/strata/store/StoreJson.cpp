@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StoreReports.h"
 #include "findings/FindingJson.h"
+#include "findings/FindingReport.h"
 #include "show/InfoKinds.h"
 
 namespace Tool {
@@ -21,9 +22,9 @@ const char* DigestStateName(DigestState state) {
   return "";
 }
 
-Json MessagesJson(const std::vector<Finding>& findings) {
+Json MessagesJson(const FindingList& findings) {
   Json messages = Json::Array();
-  for (const Finding& finding : findings) messages.push_back(finding.Message);
+  for (const Finding& finding : findings) messages.push_back(SentenceOf(finding));
   return messages;
 }
 

@@ -30,7 +30,7 @@ struct ListedFolder {
 
 struct ListedPackage {
   Cairn::PackageRecord Package;
-  std::vector<Finding> Findings;
+  FindingList Findings;
 };
 
 struct ListedAsset {
@@ -38,7 +38,7 @@ struct ListedAsset {
   std::string Title;        ///< of a missing file: what it is of, "Feature, reel 2, sound"
   std::string Description;  ///< "Flat 2K 1998×1080, 24 fps, 0:10"; empty where there is none
   std::string File;         ///< the one that should be there, where it is missing
-  std::vector<Finding> Findings;
+  FindingList Findings;
 };
 
 struct StoreList {
@@ -65,7 +65,7 @@ struct StoreVerification {
   size_t Assets = 0;
   Ferro::ui64_t Bytes = 0;
   DigestCounts Digests;
-  std::vector<Finding> Findings;
+  FindingList Findings;
 };
 
 [[nodiscard]] std::string StoreListText(const StoreList& list);

@@ -31,7 +31,7 @@ std::string AssetText(const ListedAsset& asset) {
   if (!asset.Title.empty()) line += "  \"" + DisplayText(asset.Title) + '"';
   if (!asset.Description.empty()) line += "  " + asset.Description;
   line += '\n';
-  for (const Finding& finding : asset.Findings) line += "      " + DisplayText(finding.Message) + '\n';
+  for (const Finding& finding : asset.Findings) line += "      " + DisplayText(SentenceOf(finding)) + '\n';
   return line;
 }
 
@@ -39,7 +39,7 @@ std::string PackageText(const StoreList& list, const std::string& folder) {
   std::string text = '\n' + DisplayText(folder) + '\n';
   for (const ListedPackage& package : list.Packages)
     if (package.Package.Folder == folder)
-      for (const Finding& finding : package.Findings) text += "  " + DisplayText(finding.Message) + '\n';
+      for (const Finding& finding : package.Findings) text += "  " + DisplayText(SentenceOf(finding)) + '\n';
   return text;
 }
 
@@ -69,7 +69,7 @@ std::string StoreVerdict(const StoreVerification& verification) {
     return "Interrupted: what was verified is kept, and the next time it goes on from there.";
   if (verification.Code != ExitCode::Fine) {
     const auto bad = std::count_if(verification.Findings.begin(), verification.Findings.end(),
-                                   [](const Finding& finding) { return finding.Level > Severity::Warning; });
+                                   [](const Finding& finding) { return SeverityOf(finding) > Severity::Warning; });
     return std::to_string(bad) + (bad == 1 ? " thing is" : " things are") + " missing or broken.";
   }
   const std::string text =

@@ -20,9 +20,8 @@ class AssetCheck {
  public:
   explicit AssetCheck(const Cairn::AssetStore& store) : m_Uses(store) {}
 
-  void Find(const Cairn::AssetRecord& record, std::vector<Finding>& findings) {
+  void Find(const Cairn::AssetRecord& record, FindingList& findings) {
     for (Finding& finding : FindingsOfAsset(record, m_Paths)) {
-      finding.FileKind = record.Info.FileType;
       findings.push_back(std::move(finding));
       if (record.Info.RealFilename.empty()) TakeUse(findings.back());
     }
@@ -30,11 +29,12 @@ class AssetCheck {
 
  private:
   void TakeUse(Finding& finding) {
-    const AssetUse* use = m_Uses.Find(finding.AssetID);
+    const AssetUse* use = m_Uses.Find(finding.Place.Asset);
     if (use == nullptr) return;
-    finding.Composition = use->Composition;
-    finding.Reel = use->Reel;
-    finding.What = use->Kind ? SubjectOf(*use->Kind) : Subject::Composition;
+    finding.Place.Composition = use->CompositionID;
+    finding.Place.CompositionTitle = use->Composition;
+    finding.Place.Reel = use->Reel;
+    if (use->Kind) finding.Place.Use = UseOf(*use->Kind);
   }
 
   MappedPaths m_Paths;
@@ -48,14 +48,14 @@ std::vector<std::string> AbsentFolders(const Cairn::AssetStore& store) {
   return folders;
 }
 
-std::vector<Finding> FindInStore(const Cairn::AssetStore& store, const StoreSelection& selection) {
-  std::vector<Finding> findings;
+FindingList FindInStore(const Cairn::AssetStore& store, const StoreSelection& selection) {
+  FindingList findings;
   const std::vector<std::string> absent = AbsentFolders(store);
   const auto is_absent = [&](const std::string& path) {
     return std::any_of(absent.begin(), absent.end(), [&](const auto& folder) { return IsInside(path, folder); });
   };
   for (const std::string& folder : absent)
-    if (selection.HasFolder(folder)) findings.emplace_back(FindingID::StoreFolderMissing).File = folder;
+    if (selection.HasFolder(folder)) findings.emplace_back(FindingID::StoreFolderMissing).Place = PlaceOf(folder);
   for (const Cairn::PackageRecord& package : store.Packages()) {
     if (!selection.HasFolder(package.Folder) || is_absent(package.Folder)) continue;
     for (const Finding& finding : FindingsOfPackage(package)) findings.push_back(finding);
@@ -64,7 +64,7 @@ std::vector<Finding> FindInStore(const Cairn::AssetStore& store, const StoreSele
   for (const Cairn::AssetRecord& record : selection.Assets(store))
     if (!is_absent(record.Package) || !selection.HasFolder(record.Package)) check.Find(record, findings);
   for (const Cairn::UnreadableEntry& entry : store.Unreadable()) {
-    const auto tells = [&](const Finding& finding) { return finding.File == entry.Path; };
+    const auto tells = [&](const Finding& finding) { return PathOf(finding.Place) == entry.Path; };
     if (selection.HasFolder(entry.Path) && std::none_of(findings.begin(), findings.end(), tells))
       findings.push_back(FindingOfUnreadable(entry));
   }

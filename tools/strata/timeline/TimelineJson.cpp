@@ -88,7 +88,9 @@ std::string TimelineJson(const TimelineModel& model, bool is_indented) {
     for (const TimelineTrack& track : lane.Tracks) added["tracks"].push_back(TrackJson(track));
   }
   for (const TimelineMarker& marker : model.Markers) json["markers"].push_back(MarkerJson(marker));
-  json["findings"] = FindingsJson(model.Findings);
+  std::vector<Cairn::UUID> ids;
+  for (const TimelineComposition& composition : model.Compositions) ids.push_back(composition.ID);
+  json["findings"] = FindingsJson(model.Findings, ids);
   return JsonText(json, is_indented);
 }
 

@@ -132,12 +132,12 @@
 
   function findings() {
     if (model.findings.length === 0) return '';
-    const grave = {error: 0, missing: 1, warning: 2, note: 3};
+    const grave = {error: 0, missing: 1, warning: 2, profile: 3, note: 4};
     const list = make('ul', {class: 'findings'});
     for (const finding of [...model.findings].sort((a, b) => grave[a.severity] - grave[b.severity])) {
       const place = [finding.composition, finding.reel && 'reel ' + finding.reel, finding.asset_type].filter(Boolean);
       const facts = finding.expected ? ` Expected ${finding.expected}, found ${finding.found}.` :
-          finding.found ? ` Found ${finding.found}.` : '';
+          finding.found ? ` Found: ${finding.found}.` : '';
       const text = `${finding.severity}: ${place.length ? place.join(', ') + ': ' : ''}${finding.message}${facts}`;
       const composition = model.compositions[finding.composition_number - 1];
       const act = () => {

@@ -343,11 +343,12 @@ class TextTimeline {
   void ListFindings() {
     if (!m_Model.Findings.empty()) m_Text += '\n';
     for (const Finding& finding : WorstFirst(m_Model.Findings)) {
-      AddWrapped(std::string(SeverityName(finding.Level)) + ": " + FindingLine(finding));
-      if (finding.Level == Severity::Warning && finding.ID != FindingID::FileUnreadable) continue;
+      AddWrapped(std::string(SeverityName(SeverityOf(finding))) + ": " + FindingLine(finding));
+      if (SeverityOf(finding) <= Severity::Warning && finding.ID != FindingID::FileUnreadable) continue;
       // Whole, however narrow the terminal: they are there to be copied.
-      if (finding.AssetID.HasValue()) m_Text += "    asset " + finding.AssetID.EncodeString() + '\n';
-      if (!finding.File.empty()) m_Text += "    file  " + Plain(DisplayText(finding.File)) + '\n';
+      if (finding.Place.Asset.HasValue()) m_Text += "    asset " + finding.Place.Asset.EncodeString() + '\n';
+      const std::string file = PathOf(finding.Place);
+      if (!file.empty()) m_Text += "    file  " + Plain(DisplayText(file)) + '\n';
     }
   }
 

@@ -12,6 +12,12 @@
 
 namespace Assay {
 
+/// What a reel has an asset for.
+enum class ReelUse : ui8_t { None, Picture, Sound, Subtitle, Caption, AuxData };
+
+/// "picture", "sound", "subtitle", "closed caption", "auxiliary data"; empty for None. Never null.
+[[nodiscard]] ASSAY_API const char* ReelUseName(ReelUse use);
+
 /// Where something was found. What does not apply is empty, without value, or 0.
 struct FindingPlace {
   std::string Package;   ///< its folder
@@ -21,6 +27,7 @@ struct FindingPlace {
   std::string CompositionTitle;
   ui32_t Reel = 0;  ///< within the composition, from 1
   UUID Asset;
+  ReelUse Use = ReelUse::None;     ///< of the asset, in that reel
   std::optional<ui64_t> EditUnit;  ///< from the start of the asset's use in its reel
   QUIRE::Rational EditRate;        ///< of EditUnit; 0/0 without
   ui32_t Channel = 0;              ///< of sound, from 1

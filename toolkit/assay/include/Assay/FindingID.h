@@ -39,6 +39,7 @@ enum class FindingID : ui8_t {
   FileIncomplete,
   FileID,
   StoreFolderMissing,
+  StoreUnverified,
   PklMissing,
   PklSchema,
   PklID,

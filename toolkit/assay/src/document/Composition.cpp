@@ -30,6 +30,26 @@ AssetRole RoleOf(const Node& element) {
   return AssetRole::Other;
 }
 
+ReelUse UseOf(AssetRole role) {
+  switch (role) {
+    case AssetRole::Picture:
+      return ReelUse::Picture;
+    case AssetRole::Sound:
+      return ReelUse::Sound;
+    case AssetRole::Subtitle:
+      return ReelUse::Subtitle;
+    case AssetRole::Caption:
+      return ReelUse::Caption;
+    case AssetRole::AuxData:
+      return ReelUse::AuxData;
+    case AssetRole::Markers:
+    case AssetRole::Metadata:
+    case AssetRole::Other:
+      break;
+  }
+  return ReelUse::None;
+}
+
 ReelAsset ReadAsset(const Node& element) {
   ReelAsset asset;
   asset.Element = &element;
@@ -80,6 +100,7 @@ FindingPlace Composition::At(const Node* node, const Assay::Reel* reel, const Re
   place.CompositionTitle = Title;
   if (reel != nullptr) place.Reel = reel->Number;
   if (asset != nullptr && asset->ID) place.Asset = *asset->ID;
+  if (asset != nullptr) place.Use = UseOf(asset->Role);
   return place;
 }
 

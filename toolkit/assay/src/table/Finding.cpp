@@ -9,6 +9,24 @@ Finding::Finding(FindingID id, FindingClass value) : ID(id), Class(value) {
   FERRO_ASSERT(RuleOf(id).Classes.Has(value));
 }
 
+const char* ReelUseName(ReelUse use) {
+  switch (use) {
+    case ReelUse::None:
+      return "";
+    case ReelUse::Picture:
+      return "picture";
+    case ReelUse::Sound:
+      return "sound";
+    case ReelUse::Subtitle:
+      return "subtitle";
+    case ReelUse::Caption:
+      return "closed caption";
+    case ReelUse::AuxData:
+      return "auxiliary data";
+  }
+  return "";
+}
+
 const char* ProfileName(Profile profile) {
   switch (profile) {
     case Profile::Plays:
