@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/AtmosReader.h>
+#include <QUIRE/ChannelRole.h>
 #include <QUIRE/Crypto.h>
 #include <QUIRE/DCDataReader.h>
 #include <QUIRE/JP2KReader.h>
@@ -64,6 +65,17 @@ void ReadFrames(const std::string& name) {
   }
 }
 
+void ReadSound(const std::string& name) {
+  PCM::MXFReader reader;
+  if (reader.OpenRead(name).Failure()) return;
+  PCM::AudioDescriptor sound;
+  PCM::MCALabelList labels;
+  if (reader.FillAudioDescriptor(sound).Failure() || reader.FillMCALabels(labels).Failure()) return;
+  FERRO_ASSERT(PCM::ChannelRolesOf(sound, labels).Roles.size() <= PCM::MaxChannelRoles);
+  for (const PCM::MCALabel& label : labels)
+    for (const size_t group : label.Groups) FERRO_ASSERT(group < labels.size());
+}
+
 void ReadText(const std::string& name) {
   TimedText::MXFReader reader;
   if (reader.OpenRead(name).Failure()) return;
@@ -88,6 +100,7 @@ void ReadAll(const std::string& name) {
     case ESS_MPEG2_VES:
       return ReadFrames<MPEG2::MXFReader, MPEG2::FrameBuffer>(name);
     case ESS_PCM:
+      ReadSound(name);
       return ReadFrames<PCM::MXFReader, PCM::FrameBuffer>(name);
     case ESS_DCDATA:
       return ReadFrames<DCData::MXFReader, DCData::FrameBuffer>(name);

@@ -21,6 +21,10 @@ std::vector<SoundTrack> SoundTracksOf(const CompositionFiles& composition) {
   return tracks;
 }
 
+FindingPlace PlaceOf(const CompositionFiles& composition, const AssetFile& use) {
+  return composition.Composition->At(use.Asset->Element, use.Reel, use.Asset);
+}
+
 std::string TextOf(const std::vector<ChannelRole_t>& roles) {
   constexpr size_t MostShown = 32;
   std::string text;

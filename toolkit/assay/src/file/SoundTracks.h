@@ -23,6 +23,9 @@ struct SoundTrack {
 /// The sounds of a composition in the order of its reels. They point to `composition`.
 [[nodiscard]] std::vector<SoundTrack> SoundTracksOf(const CompositionFiles& composition);
 
+/// The place of an asset's use.
+[[nodiscard]] FindingPlace PlaceOf(const CompositionFiles& composition, const AssetFile& use);
+
 /// "L,R,C,-" of the first 32 channels, for a report.
 [[nodiscard]] std::string TextOf(const std::vector<QUIRE::PCM::ChannelRole_t>& roles);
 /// "48000", or "48000/1001" for a rate that is not whole.
