@@ -132,7 +132,7 @@ void Digest(const std::string& path) {
   Require(file.OpenRead(path).Success(), "a file");
   const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
   Require(EVP_DigestInit_ex(context.get(), EVP_sha1(), nullptr) == 1, "a digest");
-  std::vector<ui8_t> piece(1 << 20);
+  std::vector<ui8_t> piece(1 << 18);
   size_t count = 1;
   for (ui64_t at = 0; count > 0; at += count) {
     Require(file.ReadUpTo(at, piece, count).Success(), "reading");

@@ -95,6 +95,14 @@ class ContentsPass {
   void LookAt(PassFile& file) {
     const DepthSet wanted = file.Applicable(m_Request.Depths);
     if (m_Meter->IsCancelled()) return file.LeaveOut(wanted, LeftOutReason::Cancelled);
+    try {
+      LookAtAndKeep(file);
+    } catch (const std::bad_alloc&) {
+      file.LeaveOut(wanted, LeftOutReason::NoMemory);
+    }
+  }
+
+  void LookAtAndKeep(PassFile& file) {
     const std::optional<FileState> before = StateOf(file.Path);
     ui64_t reported = 0;
     const auto progress = [&](ui64_t passed) {
@@ -102,11 +110,7 @@ class ContentsPass {
       reported += bytes;
       return m_Meter->Add(file.Path, bytes);
     };
-    try {
-      FilePass(file, m_Request.Depths, m_Request.Keys, *m_Queue, progress).Run();
-    } catch (const std::bad_alloc&) {
-      file.LeaveOut(wanted, LeftOutReason::NoMemory);
-    }
+    FilePass(file, m_Request.Depths, m_Request.Keys, *m_Queue, progress).Run();
     if (file.Missing.IsEmpty() || file.Reason != LeftOutReason::Cancelled) {
       m_Meter->Add(file.Path, file.Size - reported);
       m_Meter->AddFile(file.Path);
