@@ -42,6 +42,7 @@ TEST(TextUse, TextSaysItsReel) {
   EXPECT_EQ(NamesIn(SampleText(Interop).Edit("<ReelNumber>1", "<ReelNumber>2"), Assay::Depth::Documents),
             Names{"text-reel"});
   EXPECT_EQ(NamesIn(SampleText(Interop).Edit("<ReelNumber>1", "<ReelNumber>1 of 5")), Names{"text-reel"});
+  EXPECT_EQ(NamesIn(SampleText(Interop).Edit("<ReelNumber>1", "<ReelNumber>")), Names{"text-reel"});
   EXPECT_EQ(NamesIn(SampleText().Edit("<ReelNumber>1</ReelNumber>\n", "")), Names{});
   EXPECT_EQ(InReels({SampleText(), InSecondReel()}), Names{});
 }

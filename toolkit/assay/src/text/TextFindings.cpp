@@ -32,6 +32,10 @@ bool IsOfForm(const TextProblem& problem) {
   }
 }
 
+std::string Written(const std::string& value) {
+  return value.empty() ? "an empty one" : Quoted(value);
+}
+
 void FindFontLoad(const Cairn::TimedText& document, TextFile& file) {
   const auto say = [&](ui64_t line, std::string expected, std::string found) {
     Add(file.Findings, Finding(FindingID::TextFontLoad), file.At(line), std::move(expected), std::move(found));
@@ -51,7 +55,7 @@ void FindFontLoad(const Cairn::TimedText& document, TextFile& file) {
   if (unknown == document.ProblemList.end()) return;
   const auto more = std::ranges::count_if(unknown + 1, document.ProblemList.end(), is_unknown);
   say(unknown->Line, fonts.empty() ? "a font that is loaded" : Quoted(fonts.front().ID),
-      Quoted(unknown->Found) + (more > 0 ? ", " + std::to_string(more) + " more" : ""));
+      Written(unknown->Found) + (more > 0 ? ", " + std::to_string(more) + " more" : ""));
 }
 
 void FindStartTime(const Cairn::TimedText& document, TextFile& file) {
@@ -82,7 +86,8 @@ void FindReelNumber(const Cairn::TimedText& document, TextFile& file) {
   for (const TextProblem& problem : document.ProblemList)
     if (problem.Name == "ReelNumber" && problem.Kind != TextProblem_t::Missing &&
         problem.Kind != TextProblem_t::Repeated)
-      return Add(file.Findings, Finding(FindingID::TextReel), file.At(problem.Line), "a number", Quoted(problem.Found));
+      return Add(file.Findings, Finding(FindingID::TextReel), file.At(problem.Line), "a number",
+                 Written(problem.Found));
 }
 
 /// Whether a time code counts whole units of that rate.
