@@ -207,6 +207,8 @@ TEST(KeyFindings, AnArchiveThatIsRefusedIsTold) {
   package.Messages.emplace();
   EXPECT_TRUE(package.Messages->AddFile(folder.Write("kdm.zip", "PK\3\4 and no more")).Failure());
   EXPECT_EQ(package.Findings(), (Names{"kdm-archive", "kdm-none"}));
+  EXPECT_TRUE(package.Messages->AddMessage("kdm.xml", SoundMessage()).Success());
+  EXPECT_EQ(package.Findings(), Names{"kdm-archive warning"});
 }
 
 TEST(KeyFindings, EachOfSigilsFindingsIsOneOfAssays) {

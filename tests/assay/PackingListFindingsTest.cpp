@@ -2,6 +2,9 @@
 #include "FindingCases.h"
 #include "SampleDocuments.h"
 
+#include <Ferro/SHA1Digest.h>
+#include <Ferro/TextEncoding.h>
+
 #include <filesystem>
 
 namespace {
@@ -109,6 +112,41 @@ TEST(PackingListFindings, AGroupIsToldWithItsOtherLists) {
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-group-id"});
   EXPECT_EQ(testsupport::TheOne(report.Findings, Assay::FindingID::PklGroupID).Found, folder.Path("a") + "/PKL.xml");
+}
+
+/// The sample with a second composition of another title, in the map and the list, and that annotation of the list.
+Names OfTwoCompositions(const std::string& title, const std::string& annotation) {
+  std::string second = testsupport::SMPTEComposition();
+  for (const auto& [from, to] : {std::pair<std::string, std::string>("000000000003</Id>", "0000000000e3</Id>"),
+                                 std::pair<std::string, std::string>("SoundFilm_FTR", title + "_FTR")})
+    for (size_t at = second.find(from); at != std::string::npos; at = second.find(from, at + to.size()))
+      second.replace(at, from.size(), to);
+  const std::string id = "<Asset>\n<Id>urn:uuid:0f0f0f0f-1111-4222-8333-0000000000e3</Id>\n";
+  const std::string hash = Ferro::base64encode({Ferro::DigestText(second).Value(), 20});
+  return SamplePackage()
+      .Put("CPL2.xml", second)
+      .Edit("ASSETMAP.xml", "<AssetList>\n",
+            "<AssetList>\n" + id + "<ChunkList><Chunk><Path>CPL2.xml</Path></Chunk></ChunkList>\n</Asset>\n")
+      .Edit(List, "<AssetList>\n",
+            "<AssetList>\n" + id + "<Hash>" + hash + "</Hash>\n<Size>" + std::to_string(second.size()) +
+                "</Size>\n<Type>text/xml</Type>\n</Asset>\n")
+      .Edit(List, "<AnnotationText>SoundFilm_FTR-1_F_EN-FR-CCAP_US-13_51-HI-VI-IAB_2K_ST_20240301_FAC_SMPTE_OV",
+            "<AnnotationText>" + annotation)
+      .Findings();
+}
+
+TEST(PackingListFindings, OfSeveralCompositionsTheAnnotationIsHowTheirTitlesBegin) {
+  EXPECT_EQ(OfTwoCompositions("SoundFile", "SoundFil"), Names{});
+  EXPECT_EQ(OfTwoCompositions("SoundFile", "SoundFilm"), Names{"pkl-annotation note"});
+}
+
+TEST(PackingListFindings, ADocumentThatIsTooLargeIsToldAsUnreadable) {
+  const std::string large = testsupport::SMPTEComposition() + std::string(8 * 1024 * 1024, '\n');
+  EXPECT_EQ(SamplePackage().Put("CPL.xml", large).Findings(), Names{"file-unreadable"});
+  const std::string list = testsupport::SMPTEPackingList() + std::string(8 * 1024 * 1024, '\n');
+  const auto report = SamplePackage().Put(List, list).Report();
+  EXPECT_EQ(testsupport::NamesOf(report.Findings), (Names{"file-unreadable", "pkl-missing"}));
+  EXPECT_TRUE(testsupport::TheOne(report.Findings, Assay::FindingID::PklMissing).Cause.has_value());
 }
 
 }  // namespace

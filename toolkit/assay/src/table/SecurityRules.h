@@ -113,7 +113,7 @@ inline constexpr FindingRule SecurityRules[] = {
      After::NoSigner},
     {FindingID::CertAlgorithm,
      "cert-algorithm",
-     {FindingClass::Warning, FindingClass::Error},
+     {FindingClass::Warning},
      Flavour::Any,
      Depth::Documents,
      "A certificate is signed in an unusual way.",
