@@ -38,6 +38,7 @@ const WritingCommand Commands[] = {
     {"ExportShowPlaylist", {"export", "spl", "SHOW", "--out", "OUT"}, "out.xml"},
     {"ExportIdentifiers", {"export", "ids", "SHOW", "--out", "OUT"}, "out.txt"},
     {"TimelinePicture", {"timeline", "SHOW", "--svg", "OUT"}, "out.svg"},
+    {"CheckPage", {"check", "SHOW", "--html", "OUT"}, "out.html"},
     {"TimelinePage", {"timeline", "SHOW", "--html", "OUT"}, "out.html"},
     {"FramePicture", {"frame", "SHOW", "--at", "60", "--out", "OUT"}, "out.png"},
     {"FrameSound", {"frame", "SHOW", "--at", "60", "--count", "24", "--out", "OUT"}, "out.wav"},

@@ -43,6 +43,7 @@ TEST_F(WriteFailure, FullDiskIsSaidOnceWithTheReason) {
             "strata: " + Out("a.bin") + reason);
   EXPECT_EQ(ErrorsOf({"export", "spl", m_Show.Path(), "--out", Out("a.xml")}, 1000),
             "strata: " + Out("a.xml") + reason);
+  EXPECT_EQ(ErrorsOf({"check", m_Show.Path(), "--html", Out("a.html")}, 1000), "strata: " + Out("a.html") + reason);
   EXPECT_EQ(ErrorsOf({"timeline", m_Show.Path(), "--svg", Out("a.svg")}, 1000), "strata: " + Out("a.svg") + reason);
 }
 

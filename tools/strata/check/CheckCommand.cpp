@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckCommand.h"
 
+#include "CheckPage.h"
 #include "CheckReport.h"
 #include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
@@ -10,6 +11,7 @@
 #include "show/ShowOutline.h"
 #include "show/StoreProgress.h"
 #include "terminal/Command.h"
+#include "terminal/CommandError.h"
 #include "terminal/Interrupt.h"
 #include "terminal/LogView.h"
 #include "terminal/Messages.h"
@@ -30,6 +32,7 @@ struct CheckOptions {
   InputOptions Inputs;
   KeyOptions Keys;
   ShowTimeOptions Times;
+  std::string HtmlFile;
   bool Hash = false;
   bool AsJson = false;
 };
@@ -100,6 +103,7 @@ struct CheckMeans {
   ShowKeys& Keys;
   const Sigil::KeyRing& Ring;
   bool Hash = false;
+  bool Draws = false;
 };
 
 /// FindInFrames, while a progress bar tells how far it is.
@@ -132,6 +136,7 @@ CheckReport MakeReport(const Inputs& inputs, const CheckMeans& means, const std:
   if (ExitCodeFor(report.Findings) == ExitCode::Fine)
     report.Findings.insert(report.Findings.end(), answer.Findings.begin(), answer.Findings.end());
   report.Code = ExitCodeFor(report.Findings);
+  if (means.Draws) report.Timelines.push_back(MakeTimelineModel(outline, &security, report.Findings));
   return report;
 }
 
@@ -146,6 +151,7 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
     all.Compositions.push_back(std::move(composition));
   }
   all.Findings.insert(all.Findings.end(), report.Findings.begin(), report.Findings.end());
+  all.Timelines.insert(all.Timelines.end(), report.Timelines.begin(), report.Timelines.end());
   all.Duration += report.Duration;
   all.DurationSeconds += report.DurationSeconds;
   all.Verified.Files += report.Verified.Files;
@@ -184,11 +190,18 @@ ExitCode Check(const CheckOptions& options) {
   }
   ShowKeys keys(options.Keys, options.Times, FoldersOf(options.Inputs));
   const Sigil::KeyRing ring = OpenKeys(options.Keys, keys.Messages());
-  const CheckMeans means{keys, ring, options.Hash};
+  const CheckMeans means{keys, ring, options.Hash, !options.HtmlFile.empty()};
   const CheckReport report = is_one ? CheckOne(inputs, means) : CheckEach(inputs, means);
   if (Interrupt::Requested()) {
     TellRemark("interrupted");
     return ExitCode::Interrupted;
+  }
+  if (!options.HtmlFile.empty()) {
+    const std::string page = CheckPage(PageContentOf(report, options.Inputs.Names));
+    if (const std::string problem = WriteWholeFile(options.HtmlFile, page); !problem.empty()) {
+      TellError(problem);
+      return ExitCode::NotPlayable;
+    }
   }
   std::fputs((options.AsJson ? CheckJson(report) : CheckText(report)).c_str(), stdout);
   return report.Code;
@@ -203,6 +216,8 @@ void AddCheckCommand(Command& program) {
   options->Keys.AddTo(command);
   options->Times.AddTo(command);
   command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
+  command.Add("--html", options->HtmlFile, "Write a page into this file, to send on; it needs no other file")
+      .Called("FILE");
   command.Add("--json", options->AsJson, "Print the report as JSON");
   command.SetFooter(
       "A folder without a show playlist may have several compositions: each is judged by itself, in one line.\n"
@@ -211,8 +226,9 @@ void AddCheckCommand(Command& program) {
       "needs one that is valid from its start to its end in the show that begins now, or at the time named.\n"
       "With keys, every frame of the encrypted files is verified.\n"
       "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted.\n"
+      "Where the page cannot be written it is 2.\n"
       "Examples:\n"
-      "  strata check show --hash\n"
+      "  strata check show --hash --html check.html\n"
       "  strata check secret --kdm kdm.xml --at '2026-03-05 20:00'\n"
       "  strata check show/Feature --store show --json");
   command.Does([options] { return Check(*options); });

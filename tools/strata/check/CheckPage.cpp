@@ -98,26 +98,32 @@ class PageWriter {
 
   void WriteCompositions() {
     if (m_Report.Compositions.empty()) return;
-    // By package, then by composition, or document where it is not said to be of one.
-    std::map<std::pair<std::string, std::string>, FindingCounts> counts;
+    std::map<Cairn::UUID, FindingCounts> of_composition;
+    std::map<std::pair<std::string, std::string>, FindingCounts> of_document;  // by package
     for (const Assay::Finding& finding : m_Report.Findings) {
       const Assay::FindingPlace& place = finding.Place;
-      counts[{place.Package, place.Composition.HasValue() ? place.Composition.EncodeString() : place.Document}].Add(
-          finding, m_Content.Profile);
+      FindingCounts& counts = place.Composition.HasValue() ? of_composition[place.Composition]
+                                                           : of_document[{place.Package, place.Document}];
+      counts.Add(finding, m_Content.Profile);
     }
     m_Html += Heading("Compositions", "compositions") + "<ul class=\"cards\">\n";
     for (const Assay::CheckedComposition& composition : m_Report.Compositions) {
-      FindingCounts found = counts[{composition.Package, composition.ID.EncodeString()}];
-      found.Add(counts[{composition.Package, composition.Document}]);
+      FindingCounts found = of_composition[composition.ID];
+      found.Add(of_document[{composition.Package, composition.Document}]);
       m_Html += "<li>\n<h3>" + HtmlText(composition.Title.empty() ? composition.ID.EncodeString() : composition.Title) +
                 "</h3>\n";
       WriteDescription(composition.ID);
       m_Html += "<p>" + Standing(composition.Worst, found) + "</p>\n<p class=\"name\">" +
-                HtmlText(Ferro::PathBasename(composition.Package) + '/' + composition.Document + ", " +
-                         composition.ID.EncodeString()) +
-                "</p>\n</li>\n";
+                HtmlText(FileText(composition)) + composition.ID.EncodeString() + "</p>\n</li>\n";
     }
     m_Html += "</ul>\n</section>\n";
+  }
+
+  /// "Feature/CPL.xml, "; empty where there is none.
+  [[nodiscard]] static std::string FileText(const Assay::CheckedComposition& composition) {
+    if (composition.Document.empty()) return "";
+    const std::string folder = Ferro::PathBasename(composition.Package);
+    return (folder.empty() ? "" : folder + '/') + composition.Document + ", ";
   }
 
   /// What was found, and beside it what does not count.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "drawing/TimelineModel.h"
 #include "findings/SecurityFindings.h"
 #include "keys/KeyAnswer.h"
 #include "terminal/ExitCode.h"
@@ -40,8 +41,9 @@ struct CheckedShow {
 struct CheckReport {
   std::vector<CheckedShow> Shows;  ///< where each was judged by itself; empty for one show
   std::vector<CheckedComposition> Compositions;
-  Ferro::ui32_t Duration = 0;         ///< edit units
-  Ferro::ui32_t DurationSeconds = 0;  ///< whole seconds
+  std::vector<TimelineModel> Timelines;  ///< of each show, where they are to be drawn
+  Ferro::ui32_t Duration = 0;            ///< edit units
+  Ferro::ui32_t DurationSeconds = 0;     ///< whole seconds
   FindingList Findings;
   VerifiedFiles Verified;          ///< with keys: encrypted files whose frames were verified
   bool Hash = false;               ///< digests were verified, and so all files read to their ends

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "CheckReport.h"
 #include "drawing/TimelineModel.h"
 
 #include <Assay/Check.h>
@@ -20,5 +21,8 @@ struct PageContent {
   Assay::CheckReport Report;
   std::vector<TimelineModel> Shows;  ///< what plays as one timeline each; compositions are described from them
 };
+
+/// What was found out now of the shows that `names` name.
+[[nodiscard]] PageContent PageContentOf(const CheckReport& report, const std::vector<std::string>& names);
 
 }  // namespace Tool

@@ -253,8 +253,12 @@ const char* TimelineStateName(TimelineState state) {
 }
 
 TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security) {
+  return MakeTimelineModel(outline, security, CheckShow(outline, security));
+}
+
+TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security, FindingList findings) {
   TimelineModel model;
-  model.Findings = CheckShow(outline, security);
+  model.Findings = std::move(findings);
   model.Code = ExitCodeFor(model.Findings);
   ModelMaker(outline, model).Make();
   for (size_t index = 0; security != nullptr && index < model.Compositions.size(); ++index)

@@ -120,6 +120,9 @@ struct TimelineModel : TimelineSpan {
 
 /// @param security  what is known of signatures and keys; null: they are not looked at.
 [[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security = nullptr);
+/// The same where it is known already what is wrong with the show.
+[[nodiscard]] TimelineModel MakeTimelineModel(const ShowOutline& outline, const ShowSecurity* security,
+                                              FindingList findings);
 
 /// Errors, then what is missing, then warnings; otherwise in the order in which they are.
 [[nodiscard]] FindingList WorstFirst(FindingList findings);
