@@ -118,3 +118,4 @@ TEST(SampleFindings, SmallPicturesHaveThatOfTheirSizeAlone) {
         << "rate " << options.Rate << ", channels " << options.Channels << ", unsigned " << options.Unsigned
         << ", flavour " << options.Flavour;
   }
+}
