@@ -37,6 +37,7 @@ Assay::TrackFile TrackFileOf(EssenceT essence, QUIRE::LabelSet_t flavour = QUIRE
   Assay::TrackFile file;
   file.Package = "folder";
   file.Path = "track.mxf";
+  file.ID = *Ferro::UUID::FromHex("0f0f0f0f-1111-4222-8333-000000000013");
   file.Opened = Ferro::RESULT_OK;
   file.Info.LabelSetType = flavour;
   file.EditRate = QUIRE::EditRate_24;

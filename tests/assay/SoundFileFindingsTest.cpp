@@ -3,6 +3,7 @@
 #include "SampleSound.h"
 
 #include "file/SoundFindings.h"
+#include "run/Causes.h"
 
 namespace {
 
@@ -104,7 +105,8 @@ TEST(SoundFileFindings, ConfigurationsLimitTheNumberOfChannels) {
 }
 
 TEST(SoundFileFindings, AConfigurationFollowsFromTheNumberOfChannels) {
-  const FindingList findings = FindingsOf(SoundHeaderOf(18, CF_CFG_1));
+  FindingList findings = FindingsOf(SoundHeaderOf(18, CF_CFG_1));
+  LinkCauses(findings);
   ASSERT_EQ(NamesOf(findings), (Names{"sound-channels", "sound-configuration", "sound-labels profile"}));
   EXPECT_EQ(findings[1].Cause, 0U);
   EXPECT_EQ(findings[1].Expected, "6 to 8 channels in configuration 1");

@@ -4,6 +4,7 @@
 #include "SampleSound.h"
 
 #include "file/SoundFindings.h"
+#include "run/Causes.h"
 
 #include <map>
 
@@ -66,6 +67,7 @@ class SoundComposition {
         files.Assets.push_back({&reel, &asset, file == m_Files.end() ? nullptr : &file->second, nullptr});
       }
     FindInSounds(files, before);
+    LinkCauses(before);
     return before;
   }
   Names Find() { return NamesOf(Findings()); }
@@ -131,6 +133,18 @@ TEST(SoundReelFindings, TheFormatStaysFromReelToReel) {
   EXPECT_EQ(findings[0].Place.Reel, 2U);
   EXPECT_EQ(findings[0].Expected, "8 channels with labels by name: L,R,C,LFE,Ls,Rs,HI,VIN, 48000 Hz");
   EXPECT_EQ(findings[0].Found, "6 channels in configuration 1, 48000 Hz");
+}
+
+TEST(SoundReelFindings, WhatFollowsFromAFaultOfTheFileIsNotCountedAgain) {
+  SoundHeader odd = LabelledSound();
+  odd.Descriptor.AudioSamplingRate = {44100, 1};
+  SoundComposition sample = Plain().Sound(2, odd);
+  sample.FileOf(2, AssetRole::Sound).ID = *Ferro::UUID::FromHex("0f0f0f0f-1111-4222-8333-000000000023");
+  FindingList before;
+  FindInSoundFile(sample.FileOf(2, AssetRole::Sound), before);
+  const FindingList findings = sample.Findings(before);
+  ASSERT_EQ(NamesOf(findings), (Names{"sound-changes", "sound-rate"}));
+  EXPECT_EQ(findings[1].Cause, 0U);
 }
 
 TEST(SoundReelFindings, LanguagesOfCompositionLabelsAndTitleAgree) {
@@ -263,9 +277,10 @@ TEST(SoundReelFindings, AClaimOfSoundFollowsFromThatItIsMissing) {
   std::string text = testsupport::SMPTEComposition();
   for (size_t at = text.find("<MainSound>"); at != std::string::npos; at = text.find("<MainSound>"))
     text.erase(at, text.find("</MainSound>", at) + 12 - at);
-  const FindingList findings = SoundComposition(text)
-                                   .Edit("51/L,R,C,LFE,Ls,Rs,HI,VIN", "-")
-                                   .Findings({Assay::Finding(Assay::FindingID::CplSoundMissing)});
+  Assay::Finding missing(Assay::FindingID::CplSoundMissing);
+  missing.Place.Package = "folder";
+  missing.Place.Composition = *Ferro::UUID::FromHex("0f0f0f0f-1111-4222-8333-000000000003");
+  const FindingList findings = SoundComposition(text).Edit("51/L,R,C,LFE,Ls,Rs,HI,VIN", "-").Findings({missing});
   ASSERT_EQ(NamesOf(findings), (Names{"cpl-sound-missing", "title-audio"}));
   EXPECT_EQ(findings[1].Cause, 0U);
   EXPECT_EQ(SoundComposition(text).Edit("51/L,R,C,LFE,Ls,Rs,HI,VIN", "-").EditAll("_51-HI-VI-IAB_", "_MOS_").Find(),
@@ -290,13 +305,13 @@ TEST(SoundReelFindings, ARateThatIsToldOfTheFileIsNotCountedAgain) {
   SoundComposition sample = WithSync();
   sample.FileOf(1, AssetRole::AuxData).EditRate = QUIRE::EditRate_25;
   Assay::Finding told(Assay::FindingID::ReelRateFile);
-  told.Place.Reel = 1;
+  told.Place.Package = "folder";
   told.Place.Asset = *Ferro::UUID::FromHex("0f0f0f0f-1111-4222-8333-000000000016");
   const FindingList findings = sample.Findings({told});
   ASSERT_EQ(NamesOf(findings), (Names{"aux-atmos-rate", "reel-rate-file"}));
   EXPECT_EQ(findings[1].Cause, 0U);
-  told.Place.Reel = 2;
-  EXPECT_EQ(sample.Findings({told})[1].Cause, std::nullopt);
+  told.Place.Asset = *Ferro::UUID::FromHex("0f0f0f0f-1111-4222-8333-000000000026");
+  EXPECT_EQ(sample.Findings({told})[1].Cause, std::nullopt) << "another file";
 }
 
 TEST(SoundReelFindings, OutboardRenderersWantASignal) {

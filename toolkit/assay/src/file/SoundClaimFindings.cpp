@@ -169,8 +169,10 @@ class TitleAudioCheck {
 
   void Run(const std::vector<SoundTrack>& tracks) {
     if (m_Claims.Audio.empty()) return;
-    if (!m_Composition.Composition->Has(AssetRole::Sound)) return FindNone();
-    if (m_Claims.Audio == "MOS") return Say("MOS", "sound");
+    const bool has_sound = m_Composition.Composition->Has(AssetRole::Sound);
+    const bool claims_sound = m_Claims.Audio != "MOS";
+    if (has_sound != claims_sound) Say(m_Claims.Audio, has_sound ? "sound" : "no sound");
+    if (has_sound != claims_sound) return;
     if (tracks.empty()) return;
     FindChannels(tracks.front());
     FindRole(tracks.front(), m_Claims.HasHI, CR_HI, "HI");
@@ -182,15 +184,6 @@ class TitleAudioCheck {
     const Composition& composition = *m_Composition.Composition;
     Add(m_Findings, Finding(FindingID::TitleAudio), composition.At(composition.Root().Child("ContentTitleText")),
         expected, found);
-  }
-
-  /// Told already of the composition, where sound is missing.
-  void FindNone() {
-    if (m_Claims.Audio == "MOS") return;
-    Say(m_Claims.Audio, "no sound");
-    const auto missing = std::ranges::find_if(
-        m_Findings, [&](const Finding& finding) { return finding.ID == FindingID::CplSoundMissing; });
-    if (missing != m_Findings.end()) m_Findings.back().Cause = static_cast<size_t>(missing - m_Findings.begin());
   }
 
   /// Labels name the channels in use. A configuration may leave some unused, so that a title may claim mono or stereo;

@@ -71,12 +71,9 @@ class SoundFileCheck {
   void FindChannels() {
     const ui32_t count = m_Sound.ChannelCount;
     const ChannelCounts counts = ChannelCountsOf(m_Sound.ChannelFormat);
-    std::optional<size_t> cause;
     if (count == 0 || count > MaxChannels) {
-      cause = m_Findings.size();
       Say(Finding(FindingID::SoundChannels), "1 to 16 channels", std::to_string(count));
     } else if (count % 2 != 0 && !HasCenterSurround()) {
-      cause = m_Findings.size();
       Say(Finding(FindingID::SoundChannels, FindingClass::Warning), "an even number of channels",
           std::to_string(count));
     }
@@ -87,7 +84,6 @@ class SoundFileCheck {
         std::to_string(counts.Least) + " to " + std::to_string(counts.Most) + " channels in configuration " +
             std::to_string(m_Sound.ChannelFormat),
         std::to_string(count));
-    m_Findings.back().Cause = cause;
   }
 
   /// 6.1 alone has an odd number of channels.

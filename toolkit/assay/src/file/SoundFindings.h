@@ -11,7 +11,6 @@ void FindInSoundFile(const TrackFile& file, FindingList& findings);
 
 /// What of a composition its sound tells to be wrong: sound-channels, sound-changes, sound-language, meta-sound-*,
 /// title-audio, aux-sync, aux-atmos-rate.
-/// @param findings  what was found about the composition so far, followed by what is found here.
 void FindInSounds(const CompositionFiles& composition, FindingList& findings);
 
 }  // namespace Assay

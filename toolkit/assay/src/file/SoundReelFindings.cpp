@@ -64,24 +64,14 @@ std::optional<QUIRE::Rational> PictureRate(const CompositionFiles& composition, 
   return std::nullopt;
 }
 
-/// What is wrong with the rate of a file, and is told already of its use.
-std::optional<size_t> FindRateFinding(const AssetFile& use, const FindingList& findings) {
-  for (size_t i = 0; i < findings.size(); ++i)
-    if (findings[i].ID == FindingID::ReelRateFile && findings[i].Place.Reel == use.Reel->Number &&
-        use.Asset->ID == findings[i].Place.Asset)
-      return i;
-  return std::nullopt;
-}
-
 void FindImmersiveRates(const CompositionFiles& composition, FindingList& findings) {
   for (const AssetFile& use : composition.Assets) {
     const auto* immersive = ImmersiveOf(use);
     if (immersive == nullptr) continue;
     const auto picture = PictureRate(composition, *use.Reel);
     if (!picture || AreEqual(*picture, use.File->EditRate)) continue;
-    Finding finding(FindingID::AuxAtmosRate);
-    finding.Cause = FindRateFinding(use, findings);
-    Add(findings, finding, PlaceOf(composition, use), RateText(*picture), RateText(use.File->EditRate));
+    Add(findings, Finding(FindingID::AuxAtmosRate), PlaceOf(composition, use), RateText(*picture),
+        RateText(use.File->EditRate));
   }
 }
 

@@ -154,10 +154,37 @@ inline constexpr Consequence ReelAspect[] = {
     {FindingID::TitleAspect, Scope::Composition},
     {FindingID::TitleResolution, Scope::Composition},
 };
+inline constexpr Consequence CplSoundMissing[] = {
+    {FindingID::TitleAudio, Scope::Composition},
+};
+inline constexpr Consequence ReelRateFile[] = {
+    {FindingID::AuxAtmosRate, Scope::Asset},
+};
 inline constexpr Consequence MarkerUnknown[] = {
     {FindingID::MarkerFFOC, Scope::Composition},
     {FindingID::MarkerLFOC, Scope::Composition},
     {FindingID::MarkerCredits, Scope::Composition},
+};
+
+// What metadata and title say of sound that is not as it should be. They name no file.
+inline constexpr Consequence SoundRate[] = {
+    {FindingID::SoundChanges, Scope::Asset},
+    {FindingID::MetaSoundRate, Scope::Package},
+};
+inline constexpr Consequence SoundChannels[] = {
+    {FindingID::SoundConfiguration, Scope::Asset},
+    {FindingID::SoundChanges, Scope::Asset},
+    {FindingID::MetaSoundConfiguration, Scope::Package},
+    {FindingID::TitleAudio, Scope::Package},
+};
+inline constexpr Consequence SoundConfiguration[] = {
+    {FindingID::SoundChanges, Scope::Asset},
+};
+inline constexpr Consequence SoundLabels[] = {
+    {FindingID::SoundChanges, Scope::Asset},
+};
+inline constexpr Consequence SoundMCA[] = {
+    {FindingID::SoundChanges, Scope::Asset},
 };
 
 // A message names who signed; where that is not known, it is not for what stands there.

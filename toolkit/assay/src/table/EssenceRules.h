@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Consequences.h"
+
 #include <Assay/FindingRule.h>
 
 namespace Assay {
@@ -173,7 +175,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "The sound has a sampling rate that cinemas do not play.",
      "48,000 samples a second are played everywhere; 96,000 are allowed, but RDD 52 leaves them out.",
      "Ask for a corrected package.",
-     "ST 428-2, 3.2; RDD 52, 7.3"},
+     "ST 428-2, 3.2; RDD 52, 7.3",
+     After::SoundRate},
     {FindingID::SoundBits,
      "sound-bits",
      {FindingClass::Error},
@@ -192,7 +195,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "1 to 16 are possible, in pairs. An odd number plays on most equipment only where the sound is labelled so. A "
      "feature with fewer than six has no 5.1 sound.",
      "Ask for a corrected package, or test it before the show.",
-     "ST 428-2, 3.3"},
+     "ST 428-2, 3.3",
+     After::SoundChannels},
     {FindingID::SoundLabels,
      "sound-labels",
      {FindingClass::Warning, FindingClass::Profile},
@@ -202,7 +206,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "A label in the track file says which loudspeaker each channel is for. Without any, equipment takes the usual "
      "order. RDD 52 wants each used channel labelled by name (MCA); hardly any package has that yet.",
      "Listen to it before the show.",
-     "ST 429-2, A.1.2; RDD 52, 10.3.1"},
+     "ST 429-2, A.1.2; RDD 52, 10.3.1",
+     After::SoundLabels},
     {FindingID::SoundConfiguration,
      "sound-configuration",
      {FindingClass::Warning},
@@ -212,7 +217,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "Configuration 1 (5.1) has 6 to 8, 2 (6.1) 7 to 10, 3 and 5 (7.1) 8 to 10. More channels than that are met, and "
      "sound processors may not route them.",
      "Listen to it before the show.",
-     "ST 429-2, A.1.2"},
+     "ST 429-2, A.1.2",
+     After::SoundConfiguration},
     {FindingID::SoundMCA,
      "sound-mca",
      {FindingClass::Warning},
@@ -222,7 +228,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "Two labels for one channel, a label for a channel that is not there, a group without its channels, or a language "
      "that is no tag. Sound processors that go by labels route the sound wrongly.",
      "Listen to it before the show, and ask for a corrected package.",
-     "ST 377-4; ST 428-12"},
+     "ST 377-4; ST 428-12",
+     After::SoundMCA},
     {FindingID::SoundLanguage,
      "sound-language",
      {FindingClass::Warning},
