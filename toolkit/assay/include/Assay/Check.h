@@ -117,7 +117,9 @@ struct CheckedPackage {
 struct CheckReport {
   std::vector<CheckedPackage> Packages;
   std::vector<CheckedComposition> Compositions;
-  FindingList Findings;              ///< by package; within it the package's own first, then each composition's
+  /// By package; within it the package's own first, then each composition's; then those of no package. What follows from
+  /// another stands directly behind it.
+  FindingList Findings;
   std::vector<FileFigures> Figures;  ///< of the files whose frames were read
   DepthSet LookedAt;                 ///< what was looked at to the end
   /// Files that were not looked at as far as Depths asked. Where this is empty, LookedAt has all of Depths.

@@ -41,8 +41,14 @@ class Verdicts {
     std::vector<std::pair<Owner, size_t>> order;
     for (size_t i = 0; i < m_Report.Findings.size(); ++i) order.emplace_back(OwnerOf(m_Report.Findings[i].Place), i);
     std::ranges::stable_sort(order, {}, [](const auto& entry) { return entry.first.Order(); });
+    std::vector<size_t> places(order.size());  // where each stands afterwards
     FindingList arranged;
-    for (const auto& [owner, index] : order) arranged.push_back(std::move(m_Report.Findings[index]));
+    for (const auto& [owner, index] : order) {
+      places[index] = arranged.size();
+      arranged.push_back(std::move(m_Report.Findings[index]));
+    }
+    for (Finding& finding : arranged)
+      if (finding.Cause) finding.Cause = places[*finding.Cause];
     m_Report.Findings = std::move(arranged);
   }
 
