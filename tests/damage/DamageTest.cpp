@@ -170,6 +170,11 @@ TEST(PackageFacts, PicturesAreComparedDecoded) {
   picture[comment + 8] ^= 1;
   RecomputeDigests(other, Package("Trailer"));
   EXPECT_THAT(DifferencesBetween(Package("Trailer"), other), ElementsAre(Difference::PictureBytes));
+  const size_t data = picture.find("\xff\x93", start);  // SOD
+  ASSERT_NE(data, picture.npos);
+  picture[data + 20] ^= 0x10;
+  RecomputeDigests(other, Package("Trailer"));
+  EXPECT_THAT(DifferencesBetween(Package("Trailer"), other), ElementsAre(Difference::Picture));
 }
 
 TEST(PackageFacts, InteropTextHasItsFilesBesideIt) {
