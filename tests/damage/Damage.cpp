@@ -7,6 +7,11 @@
 namespace testsupport {
 namespace {
 
+/// Another byte, that way from it.
+char Changed(char byte, size_t difference) {
+  return static_cast<char>(static_cast<unsigned char>(byte) ^ difference);
+}
+
 size_t Shorter(size_t size, Dice& dice) {
   return size == 0 ? 0 : dice.Below(size);
 }
@@ -14,13 +19,13 @@ size_t Shorter(size_t size, Dice& dice) {
 std::string ChangeBytes(std::string& bytes, Dice& dice) {
   const size_t at = Shorter(bytes.size(), dice);
   const size_t count = std::min(1 + dice.Below(8), bytes.size() - at);
-  for (size_t i = 0; i < count; ++i) bytes[at + i] = static_cast<char>(bytes[at + i] ^ (1 + dice.Below(255)));
+  for (size_t i = 0; i < count; ++i) bytes[at + i] = Changed(bytes[at + i], 1 + dice.Below(255));
   return std::to_string(count) + " bytes changed from " + std::to_string(at) + " on";
 }
 
 std::string ChangeBit(std::string& bytes, Dice& dice) {
   const size_t at = Shorter(bytes.size(), dice);
-  bytes[at] = static_cast<char>(bytes[at] ^ (1 << dice.Below(8)));
+  bytes[at] = Changed(bytes[at], size_t{1} << dice.Below(8));
   return "1 bit changed at " + std::to_string(at);
 }
 

@@ -96,7 +96,7 @@ std::string ChangeItem(std::string& bytes, Dice& dice, bool is_index) {
   const Item& item = dice.Of(items);
   if (item.Size == 0) return "";
   const size_t at = item.At + dice.Below(item.Size);
-  bytes[at] = static_cast<char>(bytes[at] ^ (1 + dice.Below(255)));
+  bytes[at] = static_cast<char>(ByteAt(bytes, at) ^ (1 + dice.Below(255)));
   char tag[8];
   std::snprintf(tag, sizeof tag, "%04x", item.Tag);
   return std::string(is_index ? "index" : "header metadata") + ": 1 byte of item " + tag + " changed at " +
