@@ -6,6 +6,8 @@
 #include <QUIRE/PCMReader.h>
 #include <QUIRE/PCMWriter.h>
 
+#include <Ferro/FileText.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -164,6 +166,28 @@ TEST(ChannelRole, LabelsAreReadFromAFileAsTheyWereWritten) {
   ASSERT_EQ(reader.OpenRead(filename), Ferro::RESULT_OK);
   ASSERT_EQ(reader.FillMCALabels(labels), Ferro::RESULT_OK);
   EXPECT_EQ(labels, testsupport::MakeLabels(spec));
+}
+
+TEST(ChannelRole, ALabelThatIsNamedTwiceIsReadOnce) {
+  const testsupport::TemporaryFolder folder;
+  const std::string filename = folder.Path("sound.mxf");
+  testsupport::TrackFileSpec spec;
+  spec.MCAConfiguration = "51(L,R,C,LFE,Ls,Rs)";
+  ASSERT_EQ(MakeTrackFile(testsupport::TrackKind::Sound, filename, spec), Ferro::RESULT_OK);
+  std::string bytes;
+  ASSERT_EQ(Ferro::ReadFileIntoString(filename, bytes, 64 * 1024 * 1024), Ferro::RESULT_OK);
+  // The list of the sound's seven labels, 16 bytes each.
+  const size_t list = bytes.find(std::string("\0\0\0\x07\0\0\0\x10", 8));
+  ASSERT_NE(list, std::string::npos);
+  bytes.replace(list + 8 + 2 * 16, 16, bytes, list + 8 + 16, 16);  // the third as the second
+  const std::string damaged = folder.Write("damaged.mxf", bytes);
+  MXFReader reader;
+  MCALabelList labels;
+  ASSERT_EQ(reader.OpenRead(damaged), Ferro::RESULT_OK);
+  ASSERT_EQ(reader.FillMCALabels(labels), Ferro::RESULT_OK);
+  MCALabelList expected = testsupport::MakeLabels(spec);
+  expected.erase(expected.begin() + 2);
+  EXPECT_EQ(labels, expected);
 }
 
 TEST(ChannelRole, GroupsOfGroupsAreReadWithTheirLinks) {

@@ -36,9 +36,6 @@ struct MCALabel {
 /// Labels in the order in which they are stored.
 using MCALabelList = std::vector<MCALabel>;
 
-/// Tracks with more labels are malformed.
-inline constexpr size_t MaxMCALabels = 4096;
-
 /// The labels for channels in order, from symbols without their prefixes: one soundfield group with its channels, then
 /// those outside any: "51(L,R,C,LFE,Ls,Rs),HI,VIN". A channel "-" stays without label. (ST 428-12)
 /// @param language  an RFC 5646 tag for the group and the channels; empty: none.

@@ -18,7 +18,7 @@ class QUIRE_API MXFReader : public TrackFileReader {
   /// The labels of channels and groups, in stored order; none in most files. A link to a group that is not there is left
   /// out.
   /// @param labels  unchanged on failure.
-  /// @return RESULT_OK; RESULT_INIT when no file is open; RESULT_FORMAT beyond MaxMCALabels.
+  /// @return RESULT_OK, or RESULT_INIT when no file is open.
   [[nodiscard]] Result_t FillMCALabels(MCALabelList& labels) const;
 
   /// Reads one edit unit, with one positioned read, into `frame`.

@@ -8,6 +8,7 @@
 #include <QUIRE/MXF/SubDescriptors.h>
 
 #include <map>
+#include <set>
 #include <utility>
 
 namespace QUIRE::PCM {
@@ -60,11 +61,13 @@ Result_t MXFReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
 Result_t MXFReader::FillMCALabels(MCALabelList& labels) const {
   if (!m_Reader) return Ferro::RESULT_INIT;
   MCALabelList filled;
+  std::set<Ferro::UUID> seen;
   std::vector<std::vector<Ferro::UUID>> links;
   std::multimap<std::pair<Ferro::UUID, MCALabelKind_t>, size_t> places;
   for (const Ferro::UUID& id : m_Reader->Facts().Descriptor->SubDescriptors) {
+    // Each once: a hostile list may name a long one over and over.
+    if (!seen.insert(id).second) continue;
     const auto* sub = m_Reader->Header().Resolve<MXF::MCALabelSubDescriptor>(id);
-    if (filled.size() >= MaxMCALabels) return RESULT_FORMAT;
     MCALabel label;
     std::vector<Ferro::UUID> of_label;
     if (!ReadLabel(sub, label, of_label)) continue;
