@@ -114,6 +114,14 @@ Result_t Identify(const std::string& filename, bool with_essence, TrackFileIdent
 
 }  // namespace
 
+TrackFileIdentity IdentityOf(const MXF::OP1aHeader& header, const TrackFacts& facts) {
+  TrackFileIdentity identity;
+  identity.Type = facts.Type;
+  identity.Fault = TrackFileFault::None;
+  TakeFacts(header, facts, identity);
+  return identity;
+}
+
 Result_t EssenceType(const std::string& filename, EssenceType_t& type) {
   TrackFileIdentity identity;
   const Result_t result = Identify(filename, false, identity);

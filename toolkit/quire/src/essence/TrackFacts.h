@@ -32,6 +32,9 @@ struct TrackFacts {
 /// Gathers the facts of a header. `facts` holds what was found up to the fault.
 [[nodiscard]] TrackFileFault GatherTrackFacts(const MXF::OP1aHeader& header, TrackFacts& facts);
 
+/// What a file is whose header has no fault. System items are not looked for.
+[[nodiscard]] TrackFileIdentity IdentityOf(const MXF::OP1aHeader& header, const TrackFacts& facts);
+
 /// A fault in words.
 struct FaultWords {
   TrackFileFault Fault;

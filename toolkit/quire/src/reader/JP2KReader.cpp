@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/JP2KReader.h>
 
+#include "DescriptorFilling.h"
 #include "base/ResultOf.h"
-#include "h__Reader.h"
 
 #include <QUIRE/MXF/SubDescriptors.h>
 
-namespace QUIRE::JP2K {
+namespace QUIRE {
 
 namespace {
 
-void FillCodestream(const MXF::JPEG2000PictureSubDescriptor& sub, PictureDescriptor& descriptor) {
-  static_cast<ImageAndTileSize&>(descriptor) = sub;
+void FillCodestream(const MXF::JPEG2000PictureSubDescriptor& sub, JP2K::PictureDescriptor& descriptor) {
+  static_cast<JP2K::ImageAndTileSize&>(descriptor) = sub;
   if (sub.CodingStyleDefault) descriptor.CodingStyleDefault = *sub.CodingStyleDefault;
   if (sub.QuantizationDefault) descriptor.QuantizationDefault = *sub.QuantizationDefault;
 }
 
-Result_t Fill(h__Reader* reader, PictureDescriptor& descriptor) {
-  if (reader == nullptr) return Ferro::RESULT_INIT;
-  const TrackFacts& facts = reader->Facts();
+}  // namespace
+
+Result_t FillFrom(h__Reader& reader, JP2K::PictureDescriptor& descriptor) {
+  const TrackFacts& facts = reader.Facts();
   const auto* picture = dynamic_cast<const MXF::GenericPictureEssenceDescriptor*>(facts.Descriptor);
   if (picture == nullptr) return RESULT_FORMAT;
   descriptor = {};
   descriptor.EditRate = facts.EditRate;
   descriptor.SampleRate = picture->SampleRate;
-  descriptor.ContainerDuration = reader->ContainerDuration();
+  descriptor.ContainerDuration = reader.ContainerDuration();
   descriptor.StoredWidth = picture->StoredWidth;
   descriptor.StoredHeight = picture->StoredHeight;
   descriptor.AspectRatio = picture->AspectRatio;
@@ -34,11 +35,21 @@ Result_t Fill(h__Reader* reader, PictureDescriptor& descriptor) {
     descriptor.PictureEssenceCoding = *picture->Codec;
   descriptor.Stereoscopic = facts.IsStereoscopic();
   for (const Ferro::UUID& id : picture->SubDescriptors)
-    if (const auto* sub = reader->Header().Resolve<MXF::JPEG2000PictureSubDescriptor>(id)) {
+    if (const auto* sub = reader.Header().Resolve<MXF::JPEG2000PictureSubDescriptor>(id)) {
       FillCodestream(*sub, descriptor);
       break;
     }
   return Ferro::RESULT_OK;
+}
+
+}  // namespace QUIRE
+
+namespace QUIRE::JP2K {
+
+namespace {
+
+Result_t Fill(h__Reader* reader, PictureDescriptor& descriptor) {
+  return reader == nullptr ? Ferro::RESULT_INIT : ResultOf([&] { return FillFrom(*reader, descriptor); });
 }
 
 }  // namespace
@@ -46,7 +57,7 @@ Result_t Fill(h__Reader* reader, PictureDescriptor& descriptor) {
 MXFReader::MXFReader() : TrackFileReader(ESS_JPEG_2000) {}
 
 Result_t MXFReader::FillPictureDescriptor(PictureDescriptor& descriptor) const {
-  return ResultOf([&] { return Fill(m_Reader.get(), descriptor); });
+  return Fill(m_Reader.get(), descriptor);
 }
 
 Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecContext* decryption,
@@ -58,7 +69,7 @@ Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecCon
 MXFSReader::MXFSReader() : TrackFileReader(ESS_JPEG_2000_S) {}
 
 Result_t MXFSReader::FillPictureDescriptor(PictureDescriptor& descriptor) const {
-  return ResultOf([&] { return Fill(m_Reader.get(), descriptor); });
+  return Fill(m_Reader.get(), descriptor);
 }
 
 Result_t MXFSReader::ReadFrame(ui32_t frame_number, SFrameBuffer& frame, AESDecContext* decryption,

@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/MPEG2Reader.h>
 
-#include "h__Reader.h"
+#include "DescriptorFilling.h"
 
-namespace QUIRE::MPEG2 {
+namespace QUIRE {
 
-MXFReader::MXFReader() : TrackFileReader(ESS_MPEG2_VES) {}
-
-Result_t MXFReader::FillVideoDescriptor(VideoDescriptor& descriptor) const {
-  if (!m_Reader) return Ferro::RESULT_INIT;
-  const TrackFacts& facts = m_Reader->Facts();
+Result_t FillFrom(h__Reader& reader, MPEG2::VideoDescriptor& descriptor) {
+  const TrackFacts& facts = reader.Facts();
   const auto* picture = dynamic_cast<const MXF::GenericPictureEssenceDescriptor*>(facts.Descriptor);
   if (picture == nullptr) return RESULT_FORMAT;
   descriptor = {};
   descriptor.EditRate = facts.EditRate;
   descriptor.SampleRate = picture->SampleRate;
-  descriptor.ContainerDuration = m_Reader->ContainerDuration();
+  descriptor.ContainerDuration = reader.ContainerDuration();
   descriptor.StoredWidth = picture->StoredWidth;
   descriptor.StoredHeight = picture->StoredHeight;
   descriptor.AspectRatio = picture->AspectRatio;
@@ -34,6 +31,16 @@ Result_t MXFReader::FillVideoDescriptor(VideoDescriptor& descriptor) const {
     descriptor.ProfileAndLevel = mpeg->ProfileAndLevel.value_or(0);
   }
   return Ferro::RESULT_OK;
+}
+
+}  // namespace QUIRE
+
+namespace QUIRE::MPEG2 {
+
+MXFReader::MXFReader() : TrackFileReader(ESS_MPEG2_VES) {}
+
+Result_t MXFReader::FillVideoDescriptor(VideoDescriptor& descriptor) const {
+  return m_Reader ? FillFrom(*m_Reader, descriptor) : Ferro::RESULT_INIT;
 }
 
 Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecContext* decryption,

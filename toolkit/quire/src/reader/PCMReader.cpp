@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/PCMReader.h>
 
-#include "h__Reader.h"
-
+#include "DescriptorFilling.h"
+#include "base/ResultOf.h"
 #include "essence/SoundLabels.h"
 
 #include <QUIRE/MXF/SubDescriptors.h>
@@ -38,14 +38,15 @@ bool ReadLabel(const MXF::InterchangeObject* object, MCALabel& label, std::vecto
 
 }  // namespace
 
-MXFReader::MXFReader() : TrackFileReader(ESS_PCM) {}
+}  // namespace QUIRE::PCM
 
-Result_t MXFReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
-  if (!m_Reader) return Ferro::RESULT_INIT;
-  const auto* sound = dynamic_cast<const MXF::WaveAudioDescriptor*>(m_Reader->Facts().Descriptor);
+namespace QUIRE {
+
+Result_t FillFrom(h__Reader& reader, PCM::AudioDescriptor& descriptor) {
+  const auto* sound = dynamic_cast<const MXF::WaveAudioDescriptor*>(reader.Facts().Descriptor);
   if (sound == nullptr) return RESULT_FORMAT;
   descriptor = {};
-  descriptor.EditRate = m_Reader->Facts().EditRate;
+  descriptor.EditRate = reader.Facts().EditRate;
   descriptor.AudioSamplingRate = sound->AudioSamplingRate;
   descriptor.Locked = sound->Locked.value_or(false);
   descriptor.ChannelCount = sound->ChannelCount;
@@ -53,21 +54,21 @@ Result_t MXFReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
   descriptor.BlockAlign = sound->BlockAlign;
   descriptor.AvgBps = sound->AvgBps;
   descriptor.LinkedTrackID = sound->LinkedTrackID.value_or(0);
-  descriptor.ContainerDuration = m_Reader->ContainerDuration();
-  if (sound->ChannelAssignment) descriptor.ChannelFormat = ChannelFormatOf(*sound->ChannelAssignment);
+  descriptor.ContainerDuration = reader.ContainerDuration();
+  if (sound->ChannelAssignment) descriptor.ChannelFormat = PCM::ChannelFormatOf(*sound->ChannelAssignment);
   return Ferro::RESULT_OK;
 }
 
-Result_t MXFReader::FillMCALabels(MCALabelList& labels) const {
-  if (!m_Reader) return Ferro::RESULT_INIT;
+Result_t FillFrom(h__Reader& reader, PCM::MCALabelList& labels) {
+  using namespace PCM;
   MCALabelList filled;
   std::set<Ferro::UUID> seen;
   std::vector<std::vector<Ferro::UUID>> links;
   std::multimap<std::pair<Ferro::UUID, MCALabelKind_t>, size_t> places;
-  for (const Ferro::UUID& id : m_Reader->Facts().Descriptor->SubDescriptors) {
+  for (const Ferro::UUID& id : reader.Facts().Descriptor->SubDescriptors) {
     // Each once: a hostile list may name a long one over and over.
     if (!seen.insert(id).second) continue;
-    const auto* sub = m_Reader->Header().Resolve<MXF::MCALabelSubDescriptor>(id);
+    const auto* sub = reader.Header().Resolve<MXF::MCALabelSubDescriptor>(id);
     MCALabel label;
     std::vector<Ferro::UUID> of_label;
     if (!ReadLabel(sub, label, of_label)) continue;
@@ -82,6 +83,21 @@ Result_t MXFReader::FillMCALabels(MCALabelList& labels) const {
     }
   labels = std::move(filled);
   return Ferro::RESULT_OK;
+}
+
+}  // namespace QUIRE
+
+namespace QUIRE::PCM {
+
+MXFReader::MXFReader() : TrackFileReader(ESS_PCM) {}
+
+Result_t MXFReader::FillAudioDescriptor(AudioDescriptor& descriptor) const {
+  return m_Reader ? FillFrom(*m_Reader, descriptor) : Ferro::RESULT_INIT;
+}
+
+Result_t MXFReader::FillMCALabels(MCALabelList& labels) const {
+  if (!m_Reader) return Ferro::RESULT_INIT;
+  return ResultOf([&] { return FillFrom(*m_Reader, labels); });
 }
 
 Result_t MXFReader::ReadFrame(ui32_t frame_number, FrameBuffer& frame, AESDecContext* decryption,

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QUIRE/TimedTextReader.h>
 
+#include "DescriptorFilling.h"
 #include "base/ResultOf.h"
-#include "h__Reader.h"
 
 #include <QUIRE/MXF/SubDescriptors.h>
 
@@ -50,25 +50,36 @@ const MXF::TimedTextDescriptor& Descriptor(const h__Reader& reader) {
 
 }  // namespace
 
+}  // namespace QUIRE::TimedText
+
+namespace QUIRE {
+
+Result_t FillFrom(h__Reader& reader, TimedText::TimedTextDescriptor& descriptor) {
+  const auto* text = dynamic_cast<const MXF::TimedTextDescriptor*>(reader.Facts().Descriptor);
+  if (text == nullptr) return RESULT_FORMAT;
+  descriptor = {};
+  descriptor.EditRate = reader.Facts().EditRate;
+  descriptor.ContainerDuration = reader.ContainerDuration();
+  descriptor.AssetID = text->ResourceID;
+  descriptor.NamespaceName = text->NamespaceURI;
+  descriptor.EncodingName = text->UCSEncoding;
+  for (const auto* resource : TimedText::Resources(reader))
+    descriptor.ResourceList.push_back({resource->AncillaryResourceID, TimedText::TypeOf(resource->MIMEMediaType)});
+  descriptor.RFC5646LanguageTagList = text->RFC5646LanguageTagList.value_or("");
+  descriptor.DisplayType = text->DisplayType.value_or("");
+  descriptor.IntrinsicPictureResolution = text->IntrinsicPictureResolution.value_or("");
+  return Ferro::RESULT_OK;
+}
+
+}  // namespace QUIRE
+
+namespace QUIRE::TimedText {
+
 MXFReader::MXFReader() : TrackFileReader(ESS_TIMED_TEXT) {}
 
 Result_t MXFReader::FillTimedTextDescriptor(TimedTextDescriptor& descriptor) const {
   if (!m_Reader) return Ferro::RESULT_INIT;
-  return ResultOf([&]() -> Result_t {
-    const MXF::TimedTextDescriptor& text = Descriptor(*m_Reader);
-    descriptor = {};
-    descriptor.EditRate = m_Reader->Facts().EditRate;
-    descriptor.ContainerDuration = m_Reader->ContainerDuration();
-    descriptor.AssetID = text.ResourceID;
-    descriptor.NamespaceName = text.NamespaceURI;
-    descriptor.EncodingName = text.UCSEncoding;
-    for (const auto* resource : Resources(*m_Reader))
-      descriptor.ResourceList.push_back({resource->AncillaryResourceID, TypeOf(resource->MIMEMediaType)});
-    descriptor.RFC5646LanguageTagList = text.RFC5646LanguageTagList.value_or("");
-    descriptor.DisplayType = text.DisplayType.value_or("");
-    descriptor.IntrinsicPictureResolution = text.IntrinsicPictureResolution.value_or("");
-    return Ferro::RESULT_OK;
-  });
+  return ResultOf([&] { return FillFrom(*m_Reader, descriptor); });
 }
 
 Result_t MXFReader::ReadTimedTextResource(FrameBuffer& frame, AESDecContext* decryption, HMACContext* integrity) {

@@ -70,11 +70,14 @@ Result_t h__Reader::Open(const std::string& filename, EssenceType_t kind, Ferro:
   if (result.Failure()) return result;
 
   TrackFacts& facts = opened->m_Facts;
-  if (const TrackFileFault fault = GatherTrackFacts(opened->Header(), facts); fault != TrackFileFault::None) {
+  TrackFileFault fault = GatherTrackFacts(opened->Header(), facts);
+  if (fault == TrackFileFault::None && kind == ESS_UNKNOWN && facts.Type == ESS_MXF_OTHER)
+    fault = TrackFileFault::UnknownEssence;
+  if (fault != TrackFileFault::None) {
     Ferro::DefaultLogSink().Error("%s: cannot be read, %s\n", filename.c_str(), WordsOf(fault).Clause);
     return RESULT_FORMAT;
   }
-  if (!KindOf(kind).Reads(facts.Type)) {
+  if (kind != ESS_UNKNOWN && !KindOf(kind).Reads(facts.Type)) {
     Ferro::DefaultLogSink().Error("%s: holds %s, not %s\n", filename.c_str(), EssenceTypeName(facts.Type),
                                   EssenceTypeName(kind));
     return RESULT_FORMAT;
@@ -227,6 +230,23 @@ Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
     if (next && *next > range.Position && *next < range.Limit) range.Limit = *next;
   }
   return RESULT_OK;
+}
+
+Result_t h__Reader::LocateEditUnit(ui32_t frame_number) {
+  return ResultOf([&]() -> Result_t {
+    const LogSubject subject(m_File.Filename());
+    if (m_Facts.Type == ESS_TIMED_TEXT) {
+      std::vector<ElementPlace> elements;
+      return FindElements(m_Facts.BodySID, elements);
+    }
+    Range range;
+    ElementPlace place;
+    Result_t result = FindEditUnit(frame_number, range);
+    if (result.Success()) result = m_Elements->Locate(range.Position, range.Limit, ElementKeys::Essence, place);
+    if (result.Failure() || !m_Facts.IsStereoscopic()) return result;
+    result = m_Elements->Locate(place.End, range.Limit, ElementKeys::Essence, place);
+    return result == Ferro::RESULT_NOT_FOUND ? RESULT_OK : result;  // one codestream alone serves both eyes
+  });
 }
 
 Result_t h__Reader::CheckAlgorithms(const CryptoContexts& contexts) const {

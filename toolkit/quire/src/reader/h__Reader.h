@@ -20,7 +20,8 @@ struct EyeNumbers;
 /// An open track file: what the readers of all kinds share. Partitions and index are read when they are first needed.
 class h__Reader {
  public:
-  /// Opens the file and reads its header; checks that it is of a kind which readers of `kind` read.
+  /// Opens the file and reads its header; checks that it is of a kind which readers of `kind` read, or, for ESS_UNKNOWN,
+  /// of any kind that is known.
   [[nodiscard]] static Result_t Open(const std::string& filename, EssenceType_t kind,
                                      Ferro::mem_ptr<h__Reader>& reader);
 
@@ -35,6 +36,8 @@ class h__Reader {
   [[nodiscard]] Result_t ReadPair(ui32_t frame_number, const CryptoContexts& contexts, JP2K::SFrameBuffer& frame);
   /// Finds the element of one eye; RESULT_NOT_FOUND where there is no right one.
   [[nodiscard]] Result_t LocateFrame(ui32_t frame_number, Eye eye, ElementPlace& place);
+  /// Finds the elements of an edit unit in the file, of timed text those of its document.
+  [[nodiscard]] Result_t LocateEditUnit(ui32_t frame_number);
   /// What there is to be known to decrypt the file's frames. Finds out by what rule a stereoscopic file is numbered.
   [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& encryption);
   /// The index entry of a frame that was read; all zero where the index was of constant size.
