@@ -43,6 +43,7 @@ Names With(const Change& change, const char* now = "2026-03-03T12:00:00Z") {
   package.Sign(sign, sign).Write(folder.Folder().string());
   Assay::CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Assay::Depth::Documents};
   request.Now = SigilTest::Time(now).UnixMilliseconds() / 1000;
   Assay::CheckReport report;
   EXPECT_TRUE(Check(request, report).Success());

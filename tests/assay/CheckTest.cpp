@@ -32,7 +32,7 @@ TEST(Check, OtherDepthsAreRefused) {
   const testsupport::TemporaryFolder folder;
   CheckRequest request;
   request.Folders = {folder.Folder().string()};
-  request.Depths = DepthSet::UpTo(Depth::Files);
+  request.Depths = DepthSet();
   CheckReport report;
   EXPECT_EQ(Check(request, report), Assay::RESULT_AY_DEPTH);
 }
@@ -100,6 +100,7 @@ TEST(Check, AVersionFileFindsItsOriginalAmongTheFolders) {
   SamplePackage().EditAll("CPL.xml", "000000000003</Id>", "0000000000e3</Id>").Write(folder.Path("original"));
   CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Depth::Documents};
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(report.Packages.size(), 2U);
@@ -115,6 +116,7 @@ TEST(Check, AVersionFileFindsItsOriginalInAStore) {
   ASSERT_TRUE(store.AddFolder(folder.Path("original")).Success());
   CheckRequest request;
   request.Folders = {folder.Path("version")};
+  request.Depths = {Depth::Documents};
   request.Store = &store;
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
@@ -127,6 +129,7 @@ TEST(Check, ItIsCancelledBetweenPackagesAndKeepsWhatWasFound) {
   SamplePackage().Remove("VOLINDEX.xml").Write(folder.Path("b"));
   CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Depth::Documents};
   std::vector<size_t> done;
   request.OnProgress = [&](const Assay::CheckProgress& progress) {
     EXPECT_EQ(progress.PackageCount, 2U);
@@ -145,6 +148,7 @@ TEST(Check, AnEmptyFolderIsAPackageWithoutAssetMap) {
   const testsupport::TemporaryFolder folder;
   CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Depth::Documents};
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(testsupport::NamesOf(report.Findings), (Names{"am-missing", "pkl-missing"}));
@@ -198,6 +202,7 @@ TEST(Check, ADamagedDocumentOfTheOriginalIsItsOwnAlone) {
   }
   CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Depth::Documents};
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(report.Compositions[0].Worst, std::nullopt);

@@ -108,6 +108,7 @@ TEST(PackingListFindings, AGroupIsToldWithItsOtherLists) {
   }
   Assay::CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Assay::Depth::Documents};
   Assay::CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-group-id"});

@@ -18,19 +18,22 @@ constexpr Assay::i64_t Now = 1'717'200'000;  // 2024-06-01
 
 const char* const TrackFiles[] = {"12", "13", "14", "15", "16", "22", "23", "24", "25", "26"};
 
-/// Puts the true digest and size of a document behind its identifier, which ends so, in a packing list or composition.
-void Fit(std::string& list, const std::string& id, const std::string& document) {
-  const size_t entry = list.find("0000000000" + id + "</Id>");
+/// Puts a value between two tags behind an identifier that ends so; where there are none, nothing.
+void Set(std::string& document, const std::string& id, const std::string& open, const std::string& close,
+         const std::string& value) {
+  const size_t entry = document.find("0000000000" + id + "</Id>");
   if (entry == std::string::npos) return;
-  const auto set = [&](const std::string& open, const std::string& close, const std::string& value) {
-    const size_t begin = list.find(open, entry);
-    const size_t end = list.find(close, entry);
-    if (begin < end && end != std::string::npos && end - entry < 400)
-      list.replace(begin + open.size(), end - begin - open.size(), value);
-  };
+  const size_t begin = document.find(open, entry);
+  const size_t end = document.find(close, entry);
+  if (begin < end && end != std::string::npos && end - entry < 400)
+    document.replace(begin + open.size(), end - begin - open.size(), value);
+}
+
+/// Puts the true digest and size of a document behind its identifier in a packing list or composition.
+void Fit(std::string& list, const std::string& id, const std::string& document) {
   const Ferro::SHA1 digest = Ferro::DigestText(document);
-  set("<Hash>", "</Hash>", Ferro::base64encode({digest.Value(), 20}));
-  set("<Size>", "</Size>", std::to_string(document.size()));
+  Set(list, id, "<Hash>", "</Hash>", Ferro::base64encode({digest.Value(), 20}));
+  Set(list, id, "<Size>", "</Size>", std::to_string(document.size()));
 }
 
 }  // namespace
@@ -82,6 +85,18 @@ SamplePackage& SamplePackage::Damage(const std::string& document, const std::str
   return *this;
 }
 
+SamplePackage& SamplePackage::Move(const std::string& document, const std::string& begin, const std::string& end,
+                                   const std::string& before) {
+  std::string& text = m_Files[document];
+  for (size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at + 1)) {
+    const std::string part = text.substr(at, text.find(end, at) + end.size() - at);
+    text.erase(at, part.size());
+    at = text.find(before, at);
+    text.insert(at, part);
+  }
+  return *this;
+}
+
 SamplePackage& SamplePackage::Put(const std::string& path, const std::string& content) {
   m_Files[path] = content;
   return *this;
@@ -105,6 +120,7 @@ SamplePackage& SamplePackage::Rename(const std::string& from, const std::string&
 
 void SamplePackage::Write(const std::string& folder) const {
   FileMap files = m_Files;
+  Prepare(folder, files);
   if (const auto list = files.find("PKL.xml"); list != files.end()) {
     if (files.contains("text/text.xml")) {
       Fit(list->second, "14", files["text/text.xml"]);
@@ -122,12 +138,21 @@ void SamplePackage::Write(const std::string& folder) const {
   }
 }
 
+void SamplePackage::FitSize(const std::string& id, Assay::ui64_t size, FileMap& files) {
+  for (auto& [path, text] : files) {
+    const bool is_map = path.starts_with("ASSETMAP");
+    if (is_map || path == "PKL.xml")
+      Set(text, id, is_map ? "<Length>" : "<Size>", is_map ? "</Length>" : "</Size>", std::to_string(size));
+  }
+}
+
 Assay::CheckReport SamplePackage::Report(Assay::Profile profile) const {
   const TemporaryFolder folder;
   Write(folder.Folder().string());
   Assay::CheckRequest request;
   request.Folders = {folder.Folder().string()};
   request.Profile = profile;
+  request.Depths = Depths();
   request.Now = Now;
   Assay::CheckReport report;
   if (Check(request, report).Failure()) std::abort();

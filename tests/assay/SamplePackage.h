@@ -19,12 +19,16 @@ class SamplePackage {
   enum class Kind { SMPTE, Interop };
 
   explicit SamplePackage(Kind kind = Kind::SMPTE);
+  virtual ~SamplePackage() = default;
 
   /// Replaces the first `from` of a document, or all; sizes and digests fit again afterwards.
   SamplePackage& Edit(const std::string& document, const std::string& from, const std::string& to);
   SamplePackage& EditAll(const std::string& document, const std::string& from, const std::string& to);
   /// The same without sizes and digests being made to fit.
   SamplePackage& Damage(const std::string& document, const std::string& from, const std::string& to);
+  /// Moves each part of a document that begins and ends so before the next `before`.
+  SamplePackage& Move(const std::string& document, const std::string& begin, const std::string& end,
+                      const std::string& before);
   SamplePackage& Put(const std::string& path, const std::string& content);
   SamplePackage& Remove(const std::string& path);
   SamplePackage& Rename(const std::string& from, const std::string& to);
@@ -41,13 +45,21 @@ class SamplePackage {
   /// Writes the package into a folder.
   void Write(const std::string& folder) const;
 
+ protected:
+  using FileMap = std::map<std::string, std::string>;
+
+  /// Called before the package is written into a folder, with its documents, whose sizes and digests are made to fit later.
+  virtual void Prepare(const std::string& /*folder*/, FileMap& /*files*/) const {}
+  /// How far Report looks.
+  [[nodiscard]] virtual Assay::DepthSet Depths() const { return {Assay::Depth::Documents}; }
+  /// Has asset map and packing list give that size to the track file whose identifier ends so.
+  static void FitSize(const std::string& id, Assay::ui64_t size, FileMap& files);
+
  private:
   struct Change {
     std::string Document, From, To;
     bool IsForAll = false;
   };
-
-  using FileMap = std::map<std::string, std::string>;
 
   static void Apply(const Change& change, FileMap& files);
 

@@ -130,6 +130,7 @@ TEST(SignatureFindings, ACertificateIsToldOnceAndCountsForEachDocument) {
   }
   Assay::CheckRequest request;
   request.Folders = {folder.Folder().string()};
+  request.Depths = {Assay::Depth::Documents};
   CheckReport report;
   ASSERT_TRUE(Check(request, report).Success());
   EXPECT_EQ(testsupport::NamesOf(report.Findings), (Names{"cert-extensions warning", "cpl-duplicate-id"}));

@@ -53,6 +53,7 @@ Assay::CheckReport SignedPackage::Report() {
   const TemporaryFolder folder;
   Package.Write(folder.Folder().string());
   Request.Folders = {folder.Folder().string()};
+  Request.Depths = {Assay::Depth::Documents};
   Request.Messages = &*Messages;
   Request.MessageProblems = Messages->Problems();
   Assay::CheckReport report;

@@ -32,6 +32,7 @@ namespace Assay {
 /// What a check is at.
 enum class CheckPhase : ui8_t {
   Documents,  ///< packages are read; between packages
+  Files,      ///< headers of track files are read; now and then between files
   Contents,   ///< files are read: frames, digests, decoding
 };
 
@@ -41,11 +42,11 @@ struct CheckProgress {
   size_t PackagesDone = 0;
   size_t PackageCount = 0;
   CheckPhase Phase = CheckPhase::Documents;
+  size_t FilesDone = 0;  ///< of the phases Files and Contents: to the end
+  size_t FileCount = 0;
   // Of the phase Contents; of several files that are read at once, one. From the time that the first call of the phase and
   // a later one lie apart follow rate and time left.
   std::string File;      ///< path
-  size_t FilesDone = 0;  ///< to the end
-  size_t FileCount = 0;
   ui64_t BytesDone = 0;  ///< of all files; what was kept from an earlier check counts in neither
   ui64_t BytesTotal = 0;
 };
@@ -63,7 +64,7 @@ struct CheckRequest {
   /// Where else files of compositions may be; not owned, may be null.
   const Cairn::IAssetLookup* Store = nullptr;
   Assay::Profile Profile = Profile::Plays;
-  DepthSet Depths = {Depth::Documents};
+  DepthSet Depths = DepthSet::UpTo(Depth::Files);
   /// Called before each package, and at most ten times a second while files are read, then by any thread, but by one at a
   /// time. False ends the check, which keeps what was found. It must not throw.
   std::function<bool(const CheckProgress&)> OnProgress;
@@ -129,9 +130,9 @@ struct CheckReport {
 };
 
 /// Checks packages. A damaged or hostile package is a finding, never a failure. Reads files only, and opens no
-/// connection. Of the depths only Documents is there yet.
+/// connection. Of the depths only Documents and Files are there yet.
 /// @return RESULT_OK, also when cancelled; RESULT_AY_NOTHING without folders; RESULT_AY_DEPTH for another depth than
-/// Documents; RESULT_NOT_FOUND for a folder that is not there, `report` then being empty. Any thread may call it.
+/// those; RESULT_NOT_FOUND for a folder that is not there, `report` then being empty. Any thread may call it.
 [[nodiscard]] ASSAY_API Result_t Check(const CheckRequest& request, CheckReport& report);
 
 }  // namespace Assay

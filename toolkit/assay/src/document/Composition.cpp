@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Composition.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
-#include <limits>
 
 namespace Assay {
 namespace {
@@ -69,6 +70,16 @@ ReelAsset ReadAsset(const Node& element) {
   return asset;
 }
 
+/// A whole number up to a million; 0 for anything else.
+Ferro::i32_t DigitsOf(std::string_view text) {
+  Ferro::i32_t number = 0;
+  for (const char c : text) {
+    if (!IsDigit(c) || number > 100'000) return 0;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
 }  // namespace
 
 const ReelAsset* Reel::Find(AssetRole role) const {
@@ -123,6 +134,27 @@ Composition ReadComposition(const DocumentFile& document) {
     for (const Node& asset : assets->Children) reel.Assets.push_back(ReadAsset(asset));
   }
   return composition;
+}
+
+std::optional<QUIRE::Rational> AspectOf(const Node* node) {
+  const std::vector<std::string_view> words = Words(TextOf(node));
+  QUIRE::Rational ratio(0, 1);
+  if (words.size() == 2) {
+    ratio = {DigitsOf(words[0]), DigitsOf(words[1])};
+  } else if (words.size() == 1) {
+    const size_t point = std::min(words[0].find('.'), words[0].size());
+    std::string digits(words[0].substr(0, point));
+    for (const char c : words[0].substr(std::min(point + 1, words[0].size())).substr(0, 4)) {  // more says nothing
+      digits += c;
+      ratio.Denominator *= 10;
+    }
+    ratio.Numerator = DigitsOf(digits);
+  }
+  return ratio.Numerator > 0 && ratio.Denominator > 0 ? std::optional(ratio) : std::nullopt;
+}
+
+std::string EditRateText(const QUIRE::Rational& rate) {
+  return std::to_string(rate.Numerator) + ' ' + std::to_string(rate.Denominator);
 }
 
 bool AreEqual(const QUIRE::Rational& first, const QUIRE::Rational& second) {

@@ -59,14 +59,32 @@ struct Composition {
 /// Reads a composition from its document, which has a root.
 [[nodiscard]] Composition ReadComposition(const DocumentFile& document);
 
+/// The ratio in a ScreenAspectRatio: of two whole numbers, or a decimal. No value for another form, for 0 and for numbers
+/// beyond a million.
+[[nodiscard]] std::optional<QUIRE::Rational> AspectOf(const Node* node);
+/// "24 1"
+[[nodiscard]] std::string EditRateText(const QUIRE::Rational& rate);
 /// Whether two rates are the same, reduced or not.
 [[nodiscard]] bool AreEqual(const QUIRE::Rational& first, const QUIRE::Rational& second);
+
+/// What a picture's file tells of it.
+struct PictureFormat {
+  ui32_t Width = 0;   ///< pixels, as stored
+  ui32_t Height = 0;  ///< the same
+  QUIRE::Rational EditRate;
+  bool IsStereoscopic = false;
+
+  [[nodiscard]] bool Is4K() const { return Width > 2048 || Height > 1080; }
+  friend bool operator==(const PictureFormat&, const PictureFormat&) = default;
+};
 
 /// What a composition is looked at with.
 struct CompositionContext {
   const Assay::Package* Package = nullptr;
-  i64_t Now = 0;                                 ///< seconds since 1970-01-01T00:00:00Z
-  const std::set<std::string>* Known = nullptr;  ///< identifiers of all files that are at hand
+  i64_t Now = 0;                          ///< seconds since 1970-01-01T00:00:00Z
+  const std::set<UUID>* Known = nullptr;  ///< all files that are at hand; null: that cannot be told
+  std::optional<PictureFormat> Picture;   ///< of the first picture whose file was opened
+  std::optional<bool> HasImmersiveSound;  ///< as files tell; no value where none was opened
 };
 
 /// cpl-*, reel-*, marker-*, meta-*, title-*, as far as documents tell.

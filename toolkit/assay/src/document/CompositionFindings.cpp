@@ -106,14 +106,14 @@ bool AreSameAsset(const ReelAsset& first, const ReelAsset& second) {
 
 /// Reels that share an identifier, and assets that share one with different content.
 void FindDuplicates(const Composition& composition, FindingList& findings) {
-  std::map<std::string, const ReelAsset*> assets;
-  std::set<std::string> reels;
+  std::map<UUID, const ReelAsset*> assets;
+  std::set<UUID> reels;
   for (const Reel& reel : composition.Reels) {
-    if (reel.ID && !reels.insert(reel.ID->EncodeString()).second)
+    if (reel.ID && !reels.insert(*reel.ID).second)
       Add(findings, Finding(FindingID::CplDuplicateID), composition.At(reel.Element, &reel), "", "the reel's");
     for (const ReelAsset& asset : reel.Assets) {
       if (!asset.ID || !asset.IsFile()) continue;
-      const auto [known, is_new] = assets.try_emplace(asset.ID->EncodeString(), &asset);
+      const auto [known, is_new] = assets.try_emplace(*asset.ID, &asset);
       if (!is_new && !AreSameAsset(*known->second, asset))
         Add(findings, Finding(FindingID::CplDuplicateID), composition.At(asset.Element, &reel, &asset), "",
             "the asset's");
@@ -123,11 +123,10 @@ void FindDuplicates(const Composition& composition, FindingList& findings) {
 
 void FindExternal(const Composition& composition, const CompositionContext& context, FindingList& findings) {
   if (context.Known == nullptr) return;
-  std::set<std::string> told;
+  std::set<UUID> told;
   for (const Reel& reel : composition.Reels)
     for (const ReelAsset& asset : reel.Assets)
-      if (asset.IsFile() && asset.ID && !context.Known->contains(asset.ID->EncodeString()) &&
-          told.insert(asset.ID->EncodeString()).second)
+      if (asset.IsFile() && asset.ID && !context.Known->contains(*asset.ID) && told.insert(*asset.ID).second)
         Add(findings, Finding(FindingID::CplAssetExternal), composition.At(asset.Element, &reel, &asset));
 }
 

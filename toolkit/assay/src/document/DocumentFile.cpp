@@ -3,6 +3,11 @@
 
 #include "base/Text.h"
 
+#include <Cairn/Namespace.h>
+
+#include <Ferro/SHA1Digest.h>
+
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <utility>
@@ -21,10 +26,18 @@ DocumentFile DocumentFile::FromText(const std::string& package, const std::strin
   DocumentFile document;
   document.Package = package;
   document.Path = path;
-  document.Text = std::move(text);
-  document.Parsed = ParseDocument(document.Text);
-  if (document.Parsed.Root) document.Grammar = FindGrammar(document.Parsed.Root->Namespace, document.Parsed.Root->Name);
+  document.Parsed = ParseDocument(text);
+  if (!document.Parsed.Root) return document;
+  document.Grammar = FindGrammar(document.Parsed.Root->Namespace, document.Parsed.Root->Name);
+  if (document.Kind() == DocumentKind::Composition) document.Digest = Ferro::DigestText(text);
+  if (!document.IsInterop()) document.CharactersFault = FindCharactersFault(text);
+  if (HasSignature(*document.Parsed.Root)) document.Text = std::move(text);
   return document;
+}
+
+bool HasSignature(const Node& node) {
+  return (node.Name == "Signature" && node.Namespace == Cairn::NS_XMLDSig) ||
+         std::ranges::any_of(node.Children, HasSignature);
 }
 
 std::optional<UUID> IDOf(const Node* node) {

@@ -14,11 +14,14 @@
 
 namespace Assay {
 
-/// A document of a package: its bytes, what it is, and what came of parsing it.
+/// A document of a package: what it is, and what came of parsing it.
 struct DocumentFile {
   std::string Package;  ///< its folder
   std::string Path;     ///< from the package's folder on
-  std::string Text;     ///< as stored
+  std::string Text;     ///< as stored, of a signed document: a signature covers bytes; else empty
+  SHA1 Digest;          ///< of the bytes of a composition
+  std::string
+      CharactersFault;  ///< what is not plain about its characters; empty where all is, and of Interop documents
   ParsedDocument Parsed;
   const Assay::Grammar* Grammar = nullptr;  ///< null: of no known kind
 
@@ -29,9 +32,12 @@ struct DocumentFile {
   /// A place in it.
   [[nodiscard]] FindingPlace At(const Node* node) const;
 
-  /// Takes the document apart. The text stays.
+  /// Takes the document apart.
   [[nodiscard]] static DocumentFile FromText(const std::string& package, const std::string& path, std::string text);
 };
+
+/// Whether a signature stands anywhere in an element.
+[[nodiscard]] bool HasSignature(const Node& node);
 
 // Values of documents; no value where the element is null or has not the form.
 [[nodiscard]] std::optional<UUID> IDOf(const Node* node);
@@ -39,6 +45,9 @@ struct DocumentFile {
 [[nodiscard]] std::optional<QUIRE::Rational> RateOf(const Node* node);
 /// Base64 without the blanks in it.
 [[nodiscard]] std::string HashOf(const Node* node);
+
+/// What is not plain about a document's characters; empty where it is plain.
+[[nodiscard]] std::string FindCharactersFault(std::string_view text);
 
 /// What is wrong with a document by itself: xml-malformed, xml-constraints, its form, am-id-form.
 void FindInDocument(const DocumentFile& document, FindingList& findings);

@@ -137,8 +137,9 @@ std::string_view DeclaredValue(std::string_view declaration, std::string_view na
   return close == std::string_view::npos ? std::string_view() : declaration.substr(open + 1, close - open - 1);
 }
 
-/// What is not plain about a document's characters; empty where it is plain.
-std::string CharactersFault(std::string_view text) {
+}  // namespace
+
+std::string FindCharactersFault(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) return "a byte order mark";
   if (!text.starts_with("<?xml")) return "no XML declaration in UTF-8";
   const std::string_view declaration = text.substr(0, text.find("?>"));
@@ -150,8 +151,6 @@ std::string CharactersFault(std::string_view text) {
     if (at + 1 == text.size() || text[at + 1] != '\n') return "a carriage return without line feed";
   return {};
 }
-
-}  // namespace
 
 void FindInDocument(const DocumentFile& document, FindingList& findings) {
   if (!document.Parsed.Root) {
@@ -167,13 +166,11 @@ void FindInDocument(const DocumentFile& document, FindingList& findings) {
           "a composition in a known namespace", Quoted(document.Parsed.Root->Namespace));
     return;
   }
-  if (!document.IsInterop()) {
-    if (const std::string fault = CharactersFault(document.Text); !fault.empty()) {
-      Finding& finding = findings.emplace_back(FindingID::XmlConstraints);
-      finding.Place = document.At(nullptr);
-      finding.Expected = "UTF-8 with a declaration of XML 1.0";
-      finding.Found = fault;
-    }
+  if (!document.CharactersFault.empty()) {
+    Finding& finding = findings.emplace_back(FindingID::XmlConstraints);
+    finding.Place = document.At(nullptr);
+    finding.Expected = "UTF-8 with a declaration of XML 1.0";
+    finding.Found = document.CharactersFault;
   }
   FindForm(document, findings);
 }

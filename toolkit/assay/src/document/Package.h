@@ -3,6 +3,8 @@
 
 #include "DocumentFile.h"
 
+#include <QUIRE/EssenceType.h>
+
 #include <deque>
 #include <map>
 #include <set>
@@ -26,6 +28,8 @@ struct MapAsset {
   bool IsPackingList = false;
   bool IsWhole = true;        ///< one chunk that begins at 0
   bool HasOtherCase = false;  ///< the file was found only by disregarding letter case
+  /// What the file holds; ESS_UNKNOWN where it was not opened.
+  QUIRE::EssenceType_t Essence = QUIRE::ESS_UNKNOWN;
 };
 
 /// An asset of a packing list.

@@ -4,9 +4,6 @@
 #include "base/Text.h"
 #include "form/DateTime.h"
 
-#include <Ferro/SHA1Digest.h>
-#include <Ferro/TextEncoding.h>
-
 #include <algorithm>
 
 namespace Assay {
@@ -44,7 +41,21 @@ const char* InteropKindOf(const Package& package, const UUID& id) {
   return nullptr;
 }
 
-/// The type that fits a file, as far as its name and the documents tell; empty where they do not.
+/// The same, of a file that was opened; null where Interop has no name for it.
+const char* InteropKindOf(QUIRE::EssenceType_t essence) {
+  switch (essence) {
+    case QUIRE::ESS_PCM:
+      return "application/x-smpte-mxf;asdcpkind=sound";
+    case QUIRE::ESS_JPEG_2000:
+    case QUIRE::ESS_JPEG_2000_S:
+    case QUIRE::ESS_MPEG2_VES:
+      return "application/x-smpte-mxf;asdcpkind=picture";
+    default:
+      return nullptr;
+  }
+}
+
+/// The type that fits a file, as far as it, its name and the documents tell; empty where they do not.
 std::string FittingType(const Package& package, bool is_interop, const MapAsset& mapped) {
   const std::string name = ToLower(mapped.File);
   if (const DocumentFile* document = DocumentAt(package, mapped.File); document != nullptr && document->Root()) {
@@ -52,9 +63,12 @@ std::string FittingType(const Package& package, bool is_interop, const MapAsset&
     if (document->Kind() == DocumentKind::Composition) return "text/xml;asdcpkind=cpl";
     return document->Kind() == DocumentKind::InteropText ? "text/xml;asdcpkind=subtitle" : "";
   }
-  if (name.ends_with(".mxf")) {
+  const bool is_open = mapped.Essence != QUIRE::ESS_UNKNOWN;
+  if (is_open || name.ends_with(".mxf")) {
     if (!is_interop) return "application/mxf";
-    const char* kind = mapped.ID ? InteropKindOf(package, *mapped.ID) : nullptr;
+    const char* kind = is_open     ? InteropKindOf(mapped.Essence)
+                       : mapped.ID ? InteropKindOf(package, *mapped.ID)
+                                   : nullptr;
     return kind == nullptr ? "" : kind;
   }
   if (name.ends_with(".png")) return "image/png";
@@ -87,8 +101,7 @@ void FindFile(const Package& package, const ListFile& list, const ListAsset& ass
   const bool is_composition = document != nullptr && document->Kind() == DocumentKind::Composition;
   const FindingPlace place = AssetPlace(*list.Document, asset.Element, asset.ID);
   if (is_composition && !asset.Hash.empty()) {
-    const SHA1 digest = Ferro::DigestText(document->Text);
-    const std::string text = Ferro::base64encode({digest.Value(), 20});
+    const std::string text = document->Digest.EncodeBase64();
     if (text != asset.Hash) {
       Add(findings, Finding(FindingID::CplHash), place, Quoted(asset.Hash), text);
       return;

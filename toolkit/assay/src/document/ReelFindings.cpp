@@ -13,10 +13,6 @@ namespace {
 // Counts of edit units beyond this cannot be played; products with rates of 32 bits then fit 64.
 constexpr ui64_t MaxEditUnits = 0xFFFF'FFFF;
 
-std::string RateText(const QUIRE::Rational& rate) {
-  return std::to_string(rate.Numerator) + ' ' + std::to_string(rate.Denominator);
-}
-
 bool IsShorterThanASecond(ui64_t units, const QUIRE::Rational& rate) {
   return units <= MaxEditUnits && units * static_cast<ui64_t>(rate.Denominator) < static_cast<ui64_t>(rate.Numerator);
 }
@@ -87,7 +83,7 @@ class ReelCheck {
       const ui64_t least = std::min(*asset.Duration, *asset.Intrinsic);
       if (!IsShorterThanASecond(least, *asset.EditRate)) continue;
       return Say(FindingID::ReelShort, asset.Element, &asset, "a second at least",
-                 std::to_string(least) + " edit units at " + RateText(*asset.EditRate));
+                 std::to_string(least) + " edit units at " + EditRateText(*asset.EditRate));
     }
   }
 
@@ -114,8 +110,8 @@ class ReelCheck {
   void FindAgainst(const ReelAsset& picture, const ReelAsset& asset) {
     if (!CanBeCompared(picture) || !CanBeCompared(asset)) return;
     if (asset.Role == AssetRole::Sound && !AreEqual(*picture.EditRate, *asset.EditRate))
-      return Say(FindingID::ReelEditRate, asset.Element->Child("EditRate"), &asset, RateText(*picture.EditRate),
-                 RateText(*asset.EditRate));
+      return Say(FindingID::ReelEditRate, asset.Element->Child("EditRate"), &asset, EditRateText(*picture.EditRate),
+                 EditRateText(*asset.EditRate));
     const int difference = CompareLengths(asset, picture);
     if (difference == 0) return;
     const bool may_end_early = asset.IsText() && !m_Composition.IsInterop() && difference < 0;
@@ -133,7 +129,7 @@ class ReelCheck {
         eyes * picture.EditRate->Numerator * rate->Denominator)
       return;
     Say(FindingID::ReelFrameRate, element, &picture,
-        (picture.IsStereoscopic ? "twice " : "") + RateText(*picture.EditRate), RateText(*rate));
+        (picture.IsStereoscopic ? "twice " : "") + EditRateText(*picture.EditRate), EditRateText(*rate));
   }
 
   const Composition& m_Composition;

@@ -13,7 +13,7 @@ namespace Assay {
 namespace {
 
 constexpr double AspectTolerance = 0.02;  // ratios are written with two decimals, often cut
-constexpr ui32_t Widest2K = 2048;
+constexpr Ferro::i32_t Widest2K = 2048;
 
 struct KindName {
   const char* Title;
@@ -55,58 +55,57 @@ class TitleCheck {
   void FindPicture() {
     const ReelAsset* picture = m_Composition.Picture();
     if (picture == nullptr) return;
-    FindAspect(TextOf(picture->Element->Child("ScreenAspectRatio")));
-    const bool is_3d = m_Composition.IsStereoscopic();
+    const std::optional<PictureFormat>& format = m_Context.Picture;
+    if (format)
+      FindSize(*format);
+    else
+      FindAspect(picture->Element->Child("ScreenAspectRatio"));
+    const bool is_3d = format ? format->IsStereoscopic : m_Composition.IsStereoscopic();
     if (m_Claims.Is3D && *m_Claims.Is3D != is_3d)
       Say(FindingID::Title3D, *m_Claims.Is3D ? "3D" : "2D", is_3d ? "3D" : "2D");
-    if (m_Claims.Rate && picture->EditRate &&
-        i64_t{*m_Claims.Rate} * picture->EditRate->Denominator != picture->EditRate->Numerator)
+    const auto rate = format ? std::optional(format->EditRate) : picture->EditRate;
+    if (m_Claims.Rate && rate && i64_t{*m_Claims.Rate} * rate->Denominator != rate->Numerator)
       Say(FindingID::TitleRate, std::to_string(*m_Claims.Rate),
-          std::to_string(picture->EditRate->Numerator) + ' ' + std::to_string(picture->EditRate->Denominator));
+          std::to_string(rate->Numerator) + ' ' + std::to_string(rate->Denominator));
   }
 
-  void FindAspect(std::string_view written) {
-    const std::vector<std::string_view> words = Words(written);
-    double numbers[2] = {0, 1};
-    for (size_t i = 0; i < std::min<size_t>(words.size(), 2); ++i) numbers[i] = NumberOf(words[i]);
-    if (words.empty() || !(numbers[0] > 0) || !(numbers[1] > 0)) return;
+  /// Aspect and resolution against the file.
+  void FindSize(const PictureFormat& format) {
+    const std::string found = std::to_string(format.Width) + 'x' + std::to_string(format.Height);
+    if (format.Height != 0) FindRatio(double(format.Width) / format.Height, found);
+    if (!m_Claims.Resolution.empty() && format.Is4K() != (m_Claims.Resolution == "4K"))
+      Say(FindingID::TitleResolution, m_Claims.Resolution, found);
+  }
+
+  void FindRatio(double ratio, const std::string& found) {
     const double claimed = m_Claims.Aspect == 'F' ? 1.85 : m_Claims.Aspect == 'S' ? 2.39 : 1.90;
-    if (m_Claims.Aspect != '\0' && std::abs(numbers[0] / numbers[1] - claimed) > AspectTolerance)
-      Say(FindingID::TitleAspect, std::string(1, m_Claims.Aspect), Quoted(written));
-    const bool has_pixels = words.size() == 2 && numbers[1] > 100;
-    const bool is_4k = numbers[0] > Widest2K;
-    if (has_pixels && !m_Claims.Resolution.empty() && is_4k != (m_Claims.Resolution == "4K"))
-      Say(FindingID::TitleResolution, m_Claims.Resolution, Quoted(written));
+    if (m_Claims.Aspect != '\0' && std::abs(ratio - claimed) > AspectTolerance)
+      Say(FindingID::TitleAspect, std::string(1, m_Claims.Aspect), found);
   }
 
-  /// A decimal of at most nine digits; 0 for anything else.
-  static double NumberOf(std::string_view text) {
-    double number = 0;
-    double scale = 0;
-    if (text.size() > 10) return 0;
-    for (const char c : text) {
-      if (c == '.' && scale == 0)
-        scale = 1;
-      else if (IsDigit(c)) {
-        number = number * 10 + (c - '0');
-        scale *= 10;
-      } else
-        return 0;
-    }
-    return scale == 0 ? number : number / scale;
+  /// The same against what the composition says.
+  void FindAspect(const Node* element) {
+    const auto ratio = AspectOf(element);
+    if (!ratio) return;
+    const std::string written = Quoted(TextOf(element));
+    FindRatio(ratio->Quotient(), written);
+    const bool has_pixels = ratio->Denominator > 100 && Words(TextOf(element)).size() == 2;
+    const bool is_4k = ratio->Numerator > Widest2K;
+    if (has_pixels && !m_Claims.Resolution.empty() && is_4k != (m_Claims.Resolution == "4K"))
+      Say(FindingID::TitleResolution, m_Claims.Resolution, written);
   }
 
   void FindParts() {
     if (m_Claims.IsInterop && *m_Claims.IsInterop != m_Composition.IsInterop())
       Say(FindingID::TitleStandard, *m_Claims.IsInterop ? "IOP" : "SMPTE",
           m_Composition.IsInterop() ? "Interop" : "SMPTE");
-    Compare(FindingID::TitleSubtitle, m_Claims.HasSubtitles, AssetRole::Subtitle, "subtitles");
-    Compare(FindingID::TitleCaption, m_Claims.HasCaptions, AssetRole::Caption, "closed captions");
-    Compare(FindingID::TitleImmersive, m_Claims.HasImmersive, AssetRole::AuxData, "immersive sound");
+    Compare(FindingID::TitleSubtitle, m_Claims.HasSubtitles, m_Composition.Has(AssetRole::Subtitle), "subtitles");
+    Compare(FindingID::TitleCaption, m_Claims.HasCaptions, m_Composition.Has(AssetRole::Caption), "closed captions");
+    Compare(FindingID::TitleImmersive, m_Claims.HasImmersive,
+            m_Context.HasImmersiveSound.value_or(m_Composition.Has(AssetRole::AuxData)), "immersive sound");
   }
 
-  void Compare(FindingID id, const std::optional<bool>& claimed, AssetRole role, const std::string& what) {
-    const bool has = m_Composition.Has(role);
+  void Compare(FindingID id, const std::optional<bool>& claimed, bool has, const std::string& what) {
     if (claimed && *claimed != has) Say(id, (*claimed ? "" : "no ") + what, (has ? "" : "no ") + what);
   }
 

@@ -10,7 +10,12 @@ void FindInFile(const TrackFile& file, FindingList& findings);
 
 /// What of a composition its files tell to be wrong: reel-*, picture-changes, aux-data-type, meta-stored-area,
 /// meta-active-area.
-/// @param findings  what the composition's documents told already, followed by what is found here.
-void FindInFiles(const CompositionFiles& composition, FindingList& findings);
+void FindInFiles(const CompositionFiles& files, FindingList& findings);
+
+/// What a composition's files tell that other findings are judged by.
+void TakeFormats(const CompositionFiles& files, CompositionContext& context);
+
+/// What a picture file's header tells of its pictures; no value for another kind, or where it was not opened.
+[[nodiscard]] std::optional<PictureFormat> PictureFormatOf(const TrackFile* file);
 
 }  // namespace Assay

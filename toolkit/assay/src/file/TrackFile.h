@@ -37,9 +37,9 @@ struct TrackFile {
   SHA1 Listed;  ///< digest by its packing list; no value where none lists it
 
   QUIRE::TrackFileIdentity Identity;  ///< what it is, also where no reader opens it
-  QUIRE::Result_t Opened =
-      Ferro::RESULT_NOT_FOUND;  ///< why no reader opens it, or RESULT_OK; only then there is what follows
-  QUIRE::WriterInfo Info;       ///< flavour, asset identifier, encryption and key
+  /// Why no reader opens it; RESULT_INIT before it was read. With RESULT_OK there is what follows.
+  QUIRE::Result_t Opened = Ferro::RESULT_INIT;
+  QUIRE::WriterInfo Info;  ///< flavour, asset identifier, encryption and key
   QUIRE::Rational EditRate;
   ui32_t Duration = 0;  ///< edit units, as the header says; 0 where it does not say and the index cannot be read
   std::variant<std::monostate, QUIRE::JP2K::PictureDescriptor, QUIRE::MPEG2::VideoDescriptor, SoundHeader,

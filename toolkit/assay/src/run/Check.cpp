@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Assay/Check.h>
 
+#include "PackageSearch.h"
 #include "Verdicts.h"
-
 #include "document/Composition.h"
 #include "document/Package.h"
 #include "document/PackageFindings.h"
+#include "file/FileFindings.h"
+#include "file/SoundFindings.h"
 #include "security/SecurityFindings.h"
 
 #include <Cairn/IAssetLookup.h>
@@ -13,37 +15,21 @@
 #include <algorithm>
 #include <chrono>
 #include <deque>
-#include <filesystem>
+#include <memory>
 
 namespace Assay {
 namespace {
 
-namespace fs = std::filesystem;
+/// A composition with what belongs to it.
+struct MetComposition {
+  const Assay::Package* Package = nullptr;
+  Assay::Composition Composition;
+  CompositionFiles Files;  // of the depth of files and beyond
+};
 
-constexpr int MaxDepth = 8;             // folders inside each other that are searched for packages
-constexpr size_t MaxPackages = 10'000;  // of one check
-
-/// Adds the packages of a folder: itself where it has an asset map, else those below it.
-bool AddPackages(const fs::path& folder, int depth, std::vector<std::string>& packages) {
-  std::error_code error;
-  std::vector<fs::path> below;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-    if (IsMapName(entry.path().filename().string())) {
-      packages.push_back(folder.string());
-      return true;
-    }
-    if (entry.is_directory(error) && !entry.is_symlink(error)) below.push_back(entry.path());
-  }
-  std::ranges::sort(below);
-  bool has = false;
-  for (const fs::path& path : below)
-    if (depth < MaxDepth && packages.size() < MaxPackages) has |= AddPackages(path, depth + 1, packages);
-  return has;
-}
-
-class PackageCheck {
+class CheckRun {
  public:
-  PackageCheck(const CheckRequest& request, CheckReport& report)
+  CheckRun(const CheckRequest& request, CheckReport& report)
       : m_Request(request),
         m_Report(report),
         m_Now(request.Now.value_or(SystemSeconds())),
@@ -54,37 +40,41 @@ class PackageCheck {
                    request.Devices} {}
 
   void Run(const std::vector<std::string>& folders) {
-    for (const std::string& folder : folders) {
-      if (!GoesOn(folder, folders.size())) {
-        m_Report.IsCancelled = true;
-        break;
-      }
-      ReadPackage(folder, m_Packages.emplace_back());
-    }
-    for (const Package& package : m_Packages) NoteFiles(package);
+    m_Progress.PackageCount = folders.size();
+    ReadPackages(folders);
+    if (m_Request.Depths.Has(Depth::Files)) ReadFiles();
     for (const Package& package : m_Packages) Find(package);
     FindInMessageProblems(m_Request.MessageProblems, m_IsWithoutMessage, m_Report.Findings);
     Conclude(m_Request.Profile, m_Parts, m_Report);
-    if (!m_Report.IsCancelled) m_Report.LookedAt = m_Request.Depths;
   }
 
  private:
-  [[nodiscard]] bool GoesOn(const std::string& folder, size_t count) const {
-    CheckProgress progress;
-    progress.Package = folder;
-    progress.PackagesDone = m_Packages.size();
-    progress.PackageCount = count;
-    return !m_Request.OnProgress || m_Request.OnProgress(progress);
-  }
-
   static i64_t SystemSeconds() {
     return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
         .count();
   }
 
-  void NoteFiles(const Package& package) {
-    for (const MapAsset& asset : package.MapAssets)
-      if (asset.ID) m_Known.insert(asset.ID->EncodeString());
+  /// Whether to go on, after telling how far the check is.
+  bool GoOn() {
+    if (!m_Report.IsCancelled && m_Request.OnProgress && !m_Request.OnProgress(m_Progress)) m_Report.IsCancelled = true;
+    return !m_Report.IsCancelled;
+  }
+
+  void ReadPackages(const std::vector<std::string>& folders) {
+    for (const std::string& folder : folders) {
+      m_Progress.Package = folder;
+      if (!GoOn()) break;
+      ReadPackage(folder, m_Packages.emplace_back());
+      ++m_Progress.PackagesDone;
+    }
+    if (!m_Report.IsCancelled) m_Report.LookedAt = DepthSet{Depth::Documents};
+    for (const Package& package : m_Packages) {
+      for (const MapAsset& asset : package.MapAssets)
+        if (asset.ID) m_Known.insert(*asset.ID);
+      for (const DocumentFile* document : package.Compositions)
+        m_Compositions.push_back({&package, ReadComposition(*document), {}});
+    }
+    for (const MetComposition& met : m_Compositions) AskStore(met.Composition);
   }
 
   /// Files that the store has are known, too.
@@ -93,36 +83,75 @@ class PackageCheck {
     for (const Reel& reel : composition.Reels)
       for (const ReelAsset& asset : reel.Assets) {
         Cairn::AssetInfo info;
-        if (asset.ID && asset.IsFile() &&
+        if (asset.ID && asset.IsFile() && !m_Known.contains(*asset.ID) &&
             m_Request.Store->GetInfoForAssetID(*asset.ID, info, false) == Ferro::RESULT_OK)
-          m_Known.insert(asset.ID->EncodeString());
+          m_Known.insert(*asset.ID);
       }
+  }
+
+  void ReadFiles() {
+    PlayedUnits played;
+    for (const MetComposition& met : m_Compositions) NotePlayed(met.Composition, played);
+    m_Files = std::make_unique<TrackFiles>(m_Packages, played, m_Request.Store);
+    m_Progress.Phase = CheckPhase::Files;
+    m_Progress.FileCount = m_Files->All().size();
+    const bool is_done = m_Files->Read([&](size_t done) {
+      m_Progress.FilesDone = done;
+      return GoOn();
+    });
+    if (is_done && !m_Report.IsCancelled) m_Report.LookedAt = DepthSet::UpTo(Depth::Files);
+    for (Package& package : m_Packages)
+      for (MapAsset& asset : package.MapAssets) {
+        const TrackFile* file = asset.ID ? m_Files->Find(*asset.ID, package.Folder) : nullptr;
+        if (file != nullptr && file->Package == package.Folder && file->IsOpen()) asset.Essence = file->Identity.Type;
+      }
+    for (MetComposition& met : m_Compositions) met.Files = CompositionFiles(met.Composition, *m_Files);
   }
 
   void Find(const Package& package) {
     FindInPackage(package, m_Now, m_Report.Findings);
     FindInListSignatures(package, m_Trust, m_Report.Findings);
     FindGroups(package);
-    for (const DocumentFile* document : package.Compositions) FindComposition(package, *document);
+    if (m_Files)
+      for (; m_NextFile < m_Files->All().size() && m_Files->All()[m_NextFile].Package == package.Folder; ++m_NextFile)
+        FindFile(m_Files->All()[m_NextFile]);
+    for (MetComposition& met : m_Compositions)
+      if (met.Package == &package) FindComposition(met);
     m_Report.Packages.push_back({package.Folder, {}});
   }
 
-  void FindComposition(const Package& package, const DocumentFile& document) {
-    const Composition composition = ReadComposition(document);
-    AskStore(composition);
-    FindingList& findings = m_Report.Findings;
-    // Without an asset map nothing tells what is external.
-    FindInComposition(composition, {&package, m_Now, package.MapAssets.empty() ? nullptr : &m_Known}, findings);
-    FindTwin(composition, findings);
-    const auto signer =
-        FindInSignature(document, composition.At(&composition.Root()), IsEncrypted(composition), m_Trust, findings);
+  /// What a file tells by itself: once, whatever plays it.
+  void FindFile(const TrackFile& file) {
+    FindInFile(file, m_Report.Findings);
+    FindInSoundFile(file, m_Report.Findings);
+  }
+
+  void FindComposition(MetComposition& met) {
+    const Composition& composition = met.Composition;
+    CompositionContext context;
+    context.Package = met.Package;
+    context.Now = m_Now;
+    context.Known = met.Package->MapAssets.empty() ? nullptr : &m_Known;  // without an asset map all would be external
+    if (m_Files) TakeFormats(met.Files, context);
+    FindInComposition(composition, context, m_Report.Findings);
+    FindTwin(composition);
+    if (m_Files) FindWithFiles(met.Files);
     CheckedComposition& checked = m_Report.Compositions.emplace_back();
-    checked = {composition.ID.value_or(UUID()), composition.Title, document.Package, document.Path, {}, {}};
-    checked.Keys = FindInKeys(composition, signer, m_Question, StartsOf(checked.ID), findings);
+    checked.ID = composition.ID.value_or(UUID());
+    checked.Title = composition.Title;
+    checked.Package = composition.Document->Package;
+    checked.Document = composition.Document->Path;
+    FindKeys(composition, checked);
+    m_Parts.push_back(PartsOf(*met.Package, composition));
+  }
+
+  void FindKeys(const Composition& composition, CheckedComposition& checked) {
+    const auto signer = FindInSignature(*composition.Document, composition.At(&composition.Root()),
+                                        IsEncrypted(composition), m_Trust, m_Report.Findings);
+    checked.Keys = FindInKeys(composition, signer, m_Question, StartsOf(checked.ID), m_Report.Findings);
     m_IsWithoutMessage |= std::ranges::any_of(checked.Keys, [&](const KeyAnswer& answer) {
       return answer.IsNow != m_Request.At.has_value() && !answer.Serves();
     });
-    m_Parts.push_back(PartsOf(package, composition));
   }
 
   /// Where a composition stands in the show: at its beginning unless the host says so.
@@ -144,12 +173,21 @@ class PackageCheck {
     return parts;
   }
 
+  /// What a composition and its files tell together.
+  void FindWithFiles(const CompositionFiles& files) {
+    for (const AssetFile& use : files.Assets)
+      if (use.File != nullptr && use.File->Package.empty() && m_ToldOfStore.insert(use.File).second)
+        FindFile(*use.File);
+    FindInFiles(files, m_Report.Findings);
+    FindInSounds(files, m_Report.Findings);
+  }
+
   /// A composition with the same identifier and another content, in this package or another.
-  void FindTwin(const Composition& composition, FindingList& findings) {
+  void FindTwin(const Composition& composition) {
     if (!composition.ID) return;
-    const auto [known, is_new] = m_Compositions.try_emplace(composition.ID->EncodeString(), composition.Document);
-    if (!is_new && known->second->Text != composition.Document->Text)
-      Add(findings, Finding(FindingID::CplDuplicateID), composition.At(composition.Root().Child("Id")), "",
+    const auto [known, is_new] = m_ByID.try_emplace(*composition.ID, composition.Document);
+    if (!is_new && !(known->second->Digest == composition.Document->Digest))
+      Add(m_Report.Findings, Finding(FindingID::CplDuplicateID), composition.At(composition.Root().Child("Id")), "",
           known->second->Path);
   }
 
@@ -158,7 +196,7 @@ class PackageCheck {
       const Node* element = list.Document->Root()->Child("GroupId");
       const auto group = IDOf(element);
       if (!group) continue;
-      const auto [known, is_new] = m_Groups.try_emplace(group->EncodeString(), list.Document);
+      const auto [known, is_new] = m_Groups.try_emplace(*group, list.Document);
       if (!is_new)
         Add(m_Report.Findings, Finding(FindingID::PklGroupID), list.Document->At(element), "",
             known->second->Package + '/' + known->second->Path);
@@ -172,10 +210,15 @@ class PackageCheck {
   KeyQuestion m_Question;
   bool m_IsWithoutMessage = false;        // some encrypted composition
   std::vector<CompositionParts> m_Parts;  // of each composition of the report
+  CheckProgress m_Progress;
   std::deque<Package> m_Packages;
-  std::set<std::string> m_Known;  // identifiers of files that the asset maps have
-  std::map<std::string, const DocumentFile*> m_Compositions;
-  std::map<std::string, const DocumentFile*> m_Groups;
+  std::deque<MetComposition> m_Compositions;  // of all packages, in their order
+  std::set<UUID> m_Known;                     // files that the asset maps and the store have
+  std::unique_ptr<TrackFiles> m_Files;        // null at the depth of documents
+  size_t m_NextFile = 0;                      // of those, which lie there in the order of packages
+  std::set<const TrackFile*> m_ToldOfStore;
+  std::map<UUID, const DocumentFile*> m_ByID;
+  std::map<UUID, const DocumentFile*> m_Groups;
 };
 
 }  // namespace
@@ -183,14 +226,12 @@ class PackageCheck {
 Result_t Check(const CheckRequest& request, CheckReport& report) {
   report = {};
   if (request.Folders.empty()) return RESULT_AY_NOTHING;
-  if (!(request.Depths == DepthSet{Depth::Documents})) return RESULT_AY_DEPTH;
+  const bool is_known = request.Depths == DepthSet{Depth::Documents} || request.Depths == DepthSet{Depth::Files} ||
+                        request.Depths == DepthSet::UpTo(Depth::Files);
+  if (!is_known) return RESULT_AY_DEPTH;
   std::vector<std::string> packages;
-  for (const std::string& folder : request.Folders) {
-    std::error_code error;
-    if (!fs::is_directory(folder, error)) return Ferro::RESULT_NOT_FOUND;
-    if (!AddPackages(folder, 0, packages)) packages.push_back(folder);
-  }
-  PackageCheck(request, report).Run(packages);
+  if (const Result_t result = FindPackages(request.Folders, packages); result.Failure()) return result;
+  CheckRun(request, report).Run(packages);
   return Ferro::RESULT_OK;
 }
 

@@ -11,11 +11,6 @@
 namespace Assay {
 namespace {
 
-bool HasSignature(const Node& node) {
-  return (node.Name == "Signature" && node.Namespace == Cairn::NS_XMLDSig) ||
-         std::ranges::any_of(node.Children, HasSignature);
-}
-
 bool IsOfCertificate(FindingID id) {
   return id >= FindingID::CertVersion && id <= FindingID::CertSignerCA;
 }

@@ -23,6 +23,11 @@ inline constexpr Consequence AmPath[] = {
     {FindingID::CplAssetExternal, Scope::Asset},
     {FindingID::PackageForeignFile, Scope::Package},
 };
+inline constexpr Consequence AmChunkLength[] = {
+    {FindingID::PklAssetHash, Scope::Asset},
+    {FindingID::FileDamaged, Scope::Asset},
+    {FindingID::FileIncomplete, Scope::Asset},
+};
 inline constexpr Consequence AmDuplicateID[] = {
     {FindingID::PklID, Scope::Asset},        {FindingID::PklAssetSize, Scope::Asset},
     {FindingID::PklAssetHash, Scope::Asset}, {FindingID::PklAssetType, Scope::Asset},
@@ -84,6 +89,28 @@ inline constexpr Consequence ReelEditRate[] = {
     {FindingID::ReelShort, Scope::Reel},
     {FindingID::ReelDurations, Scope::Reel},
     {FindingID::ReelFrameRate, Scope::Reel},
+};
+inline constexpr Consequence ReelAssetKind[] = {
+    {FindingID::PklAssetType, Scope::Asset},
+    {FindingID::Title3D, Scope::Composition},
+};
+inline constexpr Consequence ReelIntrinsic[] = {
+    {FindingID::ReelEntryBeyond, Scope::Asset},
+};
+inline constexpr Consequence ReelRateFile[] = {
+    {FindingID::AuxAtmosRate, Scope::Asset},
+    {FindingID::AuxAtmosRate, Scope::Reel},  // the picture's
+    {FindingID::TitleRate, Scope::Composition},
+};
+// What the composition says of keys decides whether a reel looks encrypted.
+inline constexpr Consequence WrongKey[] = {
+    {FindingID::ReelEncryptionSome, Scope::Composition},
+};
+inline constexpr Consequence MetaStoredArea[] = {
+    {FindingID::MetaActiveArea, Scope::Composition},
+};
+inline constexpr Consequence AuxDataType[] = {
+    {FindingID::TitleImmersive, Scope::Composition},
 };
 inline constexpr Consequence CplDuplicateID[] = {
     {FindingID::ReelHash, Scope::Asset},
@@ -156,9 +183,6 @@ inline constexpr Consequence ReelAspect[] = {
 };
 inline constexpr Consequence CplSoundMissing[] = {
     {FindingID::TitleAudio, Scope::Composition},
-};
-inline constexpr Consequence ReelRateFile[] = {
-    {FindingID::AuxAtmosRate, Scope::Asset},
 };
 inline constexpr Consequence MarkerUnknown[] = {
     {FindingID::MarkerFFOC, Scope::Composition},

@@ -277,7 +277,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "The data's label in the composition decides to which equipment it is sent, such as a renderer for immersive "
      "sound. That one cannot use it.",
      "Ask for a corrected package.",
-     "ST 429-14; ST 429-18, 11 and 14.4"},
+     "ST 429-14; ST 429-18, 11 and 14.4",
+     After::AuxDataType},
     {FindingID::AuxAtmosChannels,
      "aux-atmos-channels",
      {FindingClass::Warning},

@@ -91,7 +91,8 @@ inline constexpr FindingRule PackageRules[] = {
      "The length is optional; where it is given and wrong, the file was cut short or replaced after the package was "
      "made. Servers that compare it stop the ingest there.",
      "Copy the file again; if its size stays the same, ask for a corrected package.",
-     "ST 429-9, 7.4"},
+     "ST 429-9, 7.4",
+     After::AmChunkLength},
     {FindingID::AmPath,
      "am-path",
      {FindingClass::Error, FindingClass::Warning},
