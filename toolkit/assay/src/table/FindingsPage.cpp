@@ -53,8 +53,9 @@ std::string ClassesOf(const FindingRule& rule) {
 std::string ConsequencesOf(const FindingRule& rule) {
   std::string text;
   for (const Consequence& consequence : rule.Consequences) {
-    if (!text.empty()) text += ", ";
     const std::string name = RuleOf(consequence.ID).Name;
+    if (text.find('[' + name + ']') != std::string::npos) continue;  // in several scopes
+    if (!text.empty()) text += ", ";
     text += '[' + name + "](#" + name + ')';
   }
   return text;
