@@ -31,8 +31,9 @@ struct DamageCase {
   std::string Package;  ///< "smpte Feature"
   Damage Done;
   std::set<Difference> Differences;
-  std::set<std::string> Told;  ///< "error pkl-asset-hash": findings that the sound package does not have
-  std::string Failure;         ///< "crashed", "hung"; empty: none
+  std::set<std::string> Told;    ///< "error pkl-asset-hash": findings that the sound package does not have
+  std::string Failure;           ///< "crashed", "hung"; empty: none
+  bool AreTextsLookedAt = true;  ///< checks look into texts, fonts and images
 
   /// True where errors or warnings are among what is told.
   [[nodiscard]] bool IsSpokenAgainst() const;
@@ -61,6 +62,8 @@ class DamageLab {
   };
 
   void AddShow(bool is_interop);
+  /// Whether a text without its font is told of.
+  [[nodiscard]] bool LooksAtTexts() const;
   /// The kind of file that is damaged with that seed, all kinds being as frequent, and a package that has it.
   [[nodiscard]] std::pair<FileKind, const Sound*> ChoiceOf(uint32_t seed) const;
   [[nodiscard]] std::set<std::string> FindingsIn(DamageMode mode) const;
@@ -70,6 +73,7 @@ class DamageLab {
   std::string m_Case;  // the folder of the package that is looked at
   std::vector<Sound> m_Sound;
   Sigil::KeyRing m_Keys;
+  bool m_AreTextsLookedAt = false;
 };
 
 }  // namespace testsupport

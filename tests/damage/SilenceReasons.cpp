@@ -25,7 +25,8 @@ constexpr SilenceReason Reasons[] = {
        const bool has_all = damage.Mode == DamageMode::AsDamaged
                                 ? depths.Has(Assay::Depth::Hash)
                                 : depths.Has(Assay::Depth::Frames) && depths.Has(Assay::Depth::Decode);
-       return !has_all && (!IsDocument(damage.Done.Kind) || damage.Done.Kind == FileKind::InteropText);
+       const bool is_text = damage.Done.Kind == FileKind::Text || damage.Done.Kind >= FileKind::InteropText;
+       return (!has_all && !IsDocument(damage.Done.Kind)) || (is_text && !damage.AreTextsLookedAt);
      }},
     {"another picture",
      "A codestream in clear has no check value. Where its headers hold and the decoder takes it, what it shows is a "
@@ -35,6 +36,11 @@ constexpr SilenceReason Reasons[] = {
      }},
     {"another sound", "Every sample is one that sound can have. Digests and integrity codes are what tells.",
      [](const DamageCase& damage) { return IsPlain(damage, FileKind::Sound) && HasOnly(damage, {Difference::Sound}); }},
+    {"another immersive sound",
+     "What is within a frame of immersive sound is for its renderer alone. Digests and integrity codes are what tells.",
+     [](const DamageCase& damage) {
+       return IsPlain(damage, FileKind::Immersive) && HasOnly(damage, {Difference::Data});
+     }},
     {"another identifier of a reel", "Nothing refers to a reel by its identifier: it is passed on as it stands.",
      [](const DamageCase& damage) {
        return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == FileKind::Composition &&
