@@ -95,10 +95,11 @@ const Case Cases[] = {
        show.Write("Trailer/PKL.xml",
                   text.substr(0, begin) + text.substr(text.find("</Asset>", begin) + std::string("</Asset>").size()));
      },
-     "2\n" + Told("warning", FindingID::PklUnlisted, "SampleTrailer, reel 1, sound", "", "SHOW/Trailer/sound-1.mxf") +
+     "2\n" +
          Told("error", FindingID::ShowRefused, "",
               " Found: MainSound digest does not match reel 1 of 58ce4e14-c900-51d0-9c92-8e0aeba732ae, asset "
               "9c695350-78df-57e0-9878-c68f4732696d.") +
+         Told("warning", FindingID::PklUnlisted, "SampleTrailer, reel 1, sound", "", "SHOW/Trailer/sound-1.mxf") +
          WillNot,
      "Trailer/CPL.xml"},
     {"SoundShorterThanThePicture",
@@ -395,8 +396,8 @@ const Case Cases[] = {
                     SamplingRateTag + Bytes({0, 1, 0x77, 0x00}));
      },
      "0\n" +
-         Told("warning", FindingID::SoundChanges, "SampleFeature, reel 2, sound",
-              " Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.", "SHOW/Feature/sound-2.mxf") +
+         ToldBare("warning", FindingID::SoundChanges, "SampleFeature, reel 2, sound",
+                  " Expected 6 channels at 48000 Hz, found 6 channels at 96000 Hz.", "SHOW/Feature/sound-2.mxf") +
          Told("warning", FindingID::SoundChanges, "SampleFeature, reel 3, sound",
               " Expected 6 channels at 96000 Hz, found 6 channels at 48000 Hz.", "SHOW/Feature/sound-3.mxf") +
          WillPlay},
@@ -468,8 +469,8 @@ TEST(SupplementalPackage, FindsItsOriginalInAnotherStore) {
     show.Unlist(name);
     show.Remove(name);
   }
-  EXPECT_EQ(show.Check(), "3\n" + Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 1, sound") +
-                              Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 2, picture") +
+  EXPECT_EQ(show.Check(), "3\n" + ToldBare("missing", FindingID::CplAssetExternal, "SampleFeature, reel 1, sound") +
+                              ToldBare("missing", FindingID::CplAssetExternal, "SampleFeature, reel 2, picture") +
                               Told("missing", FindingID::CplAssetExternal, "SampleFeature, reel 3, picture") +
                               "This show will not play: missing 2 pictures, 1 sound.\n");
   fs::create_directory(show.Beside("empty"));

@@ -230,8 +230,8 @@ TEST(CheckSignatures, ADocumentThatWasChangedIsRefused) {
   const EncryptedShow show(form);
   const std::string changed = " Found: The digest is not the document's: it was changed after it was signed.";
   const std::string answer = show.Check();
-  EXPECT_THAT(answer, HasSubstr(Told("error", FindingID::SignInvalid, "Public", changed, "SHOW/CPL.xml")));
-  EXPECT_THAT(answer, HasSubstr(Told("error", FindingID::SignInvalid, "", changed, "SHOW/PKL.xml")));
+  EXPECT_THAT(answer, HasSubstr(ToldBare("error", FindingID::SignInvalid, "Public", changed, "SHOW/CPL.xml") +
+                                Told("error", FindingID::SignInvalid, "", changed, "SHOW/PKL.xml")));
   EXPECT_EQ(answer.substr(0, 1), "2");
 }
 

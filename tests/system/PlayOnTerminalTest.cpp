@@ -203,6 +203,7 @@ TEST_F(PlayOnTerminal, LeavesTheTerminalAsItWasWhateverEndsIt) {
 TEST_F(PlayOnTerminal, VerifyingDigestsShowsProgressAndCanBeInterrupted) {
   fs::resize_file(m_Show.Path("Feature/sound-1.mxf"), std::uintmax_t{1} << 40);
   m_Show.ListSize("Feature/sound-1.mxf");
+  m_Show.Remove("Feature/sound-2.mxf");
   TerminalProgram check({"check", m_Show.Path(), "--hash"});
   EXPECT_TRUE(check.WaitFor("Verifying [........................] ")) << check.Screen();
   EXPECT_TRUE(check.WaitFor(" of 1.10 TB, "));
@@ -211,6 +212,8 @@ TEST_F(PlayOnTerminal, VerifyingDigestsShowsProgressAndCanBeInterrupted) {
   check.Type("\x03");
   EXPECT_EQ(check.Wait(), 4);
   EXPECT_TRUE(check.WaitFor("strata: interrupted\r\n"));
+  EXPECT_TRUE(check.WaitFor(" SampleFeature, reel 2, sound: A file of the package is missing.")) << check.Screen();
+  EXPECT_TRUE(check.WaitFor("Interrupted: this is what was found until then.\r\n"));
 }
 
 TEST_F(PlayOnTerminal, MakingASampleShowsProgressAndCanBeInterrupted) {

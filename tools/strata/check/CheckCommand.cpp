@@ -5,6 +5,7 @@
 #include "CheckReport.h"
 #include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
+#include "findings/ShowFindings.h"
 #include "keys/KeyOpening.h"
 #include "show/Description.h"
 #include "show/Inputs.h"
@@ -115,6 +116,14 @@ VerifiedFiles VerifyEncrypted(const ShowOutline& outline, const Sigil::KeyRing& 
   });
 }
 
+/// The report on a show that was not looked at to its end.
+CheckReport Interrupted(const ShowOutline& outline, CheckReport report) {
+  report.Code = ExitCode::Interrupted;
+  report.Hash = false;
+  report.DurationSeconds = SecondsOf(outline);
+  return report;
+}
+
 CheckReport MakeReport(const Inputs& inputs, const CheckMeans& means, const std::optional<Finding>& unverified) {
   const ShowOutline outline(inputs);
   const ShowSecurity security(means.Keys, outline);
@@ -126,10 +135,11 @@ CheckReport MakeReport(const Inputs& inputs, const CheckMeans& means, const std:
                                    composition.Stereoscopic, Describe(TraitsOf(composition)),
                                    security.Answers[report.Compositions.size()]});
   report.Hash = means.Hash;
-  report.Findings = CheckShow(outline, &security);
+  // After a verification that was broken off, what it found is told all the same.
+  report.Findings = Interrupt::Requested() ? FindingsOf(outline, {}, &security) : CheckShow(outline, &security);
   if (unverified) report.Findings.push_back(*unverified);
   if (!Interrupt::Requested()) report.Verified = VerifyEncrypted(outline, means.Ring, report.Findings);
-  if (Interrupt::Requested()) return report;
+  if (Interrupt::Requested()) return Interrupted(outline, std::move(report));
   const EngineAnswer answer = LoadShow(inputs);
   report.DurationSeconds = answer.Loads ? answer.DurationSeconds : SecondsOf(outline);
   // Where it is known already why the show does not play, the engine has nothing to add.
@@ -156,14 +166,14 @@ void Append(const Candidate& show, const CheckReport& report, CheckReport& all) 
   all.DurationSeconds += report.DurationSeconds;
   all.Verified.Files += report.Verified.Files;
   all.Verified.Frames += report.Verified.Frames;
-  all.Code = ExitCodeFor(all.Findings);
+  all.Hash = all.Hash && report.Hash;
+  all.Code = report.Code == ExitCode::Interrupted ? report.Code : ExitCodeFor(all.Findings);
 }
 
 /// Verifies and checks the show that `inputs` mean.
 CheckReport CheckOne(Inputs& inputs, const CheckMeans& means) {
   Cairn::Result_t verified = Ferro::RESULT_OK;
   if (means.Hash) verified = VerifyDigests(inputs.Store(), AssetsOf(ShowOutline(inputs)));
-  if (Interrupt::Requested()) return CheckReport();
   return MakeReport(inputs, means, FindInVerification(inputs.Store(), verified));
 }
 
@@ -172,7 +182,8 @@ CheckReport CheckEach(Inputs& inputs, const CheckMeans& means) {
   CheckReport all;
   all.Hash = means.Hash;
   for (const Candidate& show : inputs.Choices()) {
-    if (Interrupt::Requested()) break;
+    if (Interrupt::Requested()) all.Code = ExitCode::Interrupted;
+    if (all.Code == ExitCode::Interrupted) break;
     inputs.Choose(show);
     Append(show, CheckOne(inputs, means), all);
   }
@@ -192,11 +203,8 @@ ExitCode Check(const CheckOptions& options) {
   const Sigil::KeyRing ring = OpenKeys(options.Keys, keys.Messages());
   const CheckMeans means{keys, ring, options.Hash, !options.HtmlFile.empty()};
   const CheckReport report = is_one ? CheckOne(inputs, means) : CheckEach(inputs, means);
-  if (Interrupt::Requested()) {
-    TellRemark("interrupted");
-    return ExitCode::Interrupted;
-  }
-  if (!options.HtmlFile.empty()) {
+  if (report.Code == ExitCode::Interrupted) TellRemark("interrupted");
+  if (!options.HtmlFile.empty() && report.Code != ExitCode::Interrupted) {
     const std::string page = CheckPage(PageContentOf(report, options.Inputs.Names));
     if (const std::string problem = WriteWholeFile(options.HtmlFile, page); !problem.empty()) {
       TellError(problem);
@@ -225,7 +233,8 @@ void AddCheckCommand(Command& program) {
       "composition\n"
       "needs one that is valid from its start to its end in the show that begins now, or at the time named.\n"
       "With keys, every frame of the encrypted files is verified.\n"
-      "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted.\n"
+      "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted: it tells what it found\n"
+      "until then.\n"
       "Where the page cannot be written it is 2.\n"
       "Examples:\n"
       "  strata check show --hash --html check.html\n"

@@ -81,6 +81,7 @@ size_t KeylessCount(const CheckReport& report) {
 }
 
 std::string CheckVerdict(const CheckReport& report) {
+  if (report.Code == ExitCode::Interrupted) return "Interrupted: this is what was found until then.";
   if (!report.Shows.empty()) return VerdictOfAll(report.Shows);
   switch (report.Code) {
     case ExitCode::Fine:
@@ -101,7 +102,7 @@ std::string CheckText(const CheckReport& report) {
   for (const CheckedComposition& composition : report.Compositions)
     if (composition.Reels > 0)
       text += CompositionLine(composition) + KeyLines(composition);  // of others a finding says what is wrong
-  for (const Finding& finding : report.Findings) text += FindingText(finding, stdout);
+  text += FindingsText(report.Findings, stdout);
   return text + CheckVerdict(report) + '\n';
 }
 

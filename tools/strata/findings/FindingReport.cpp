@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <map>
+#include <tuple>
 
 namespace Tool {
 
@@ -34,6 +35,70 @@ std::string Counted(size_t count, const std::string& thing) {
   const bool has_plural = thing != Assay::ReelUseName(Assay::ReelUse::AuxData);
   return std::to_string(count) + ' ' + thing + (count != 1 && has_plural ? "s" : "");
 }
+
+/// FindingText without what to do.
+std::string BareText(const Finding& finding, std::FILE* stream) {
+  const Severity severity = SeverityOf(finding);
+  const std::string name = std::string(SeverityName(severity)) + ':';
+  const Tone tone = severity == Severity::Warning ? Tone::Warning : Tone::Error;
+  std::string text = severity < Severity::Warning ? name : InTone(name, tone, stream);
+  text += ' ' + FindingLine(finding);
+  if (finding.Place.Asset.HasValue()) text += "\n    asset " + finding.Place.Asset.EncodeString();
+  const std::string path = PathOf(finding.Place);
+  const std::string line = finding.Place.Line == 0 ? "" : ", line " + std::to_string(finding.Place.Line);
+  if (!path.empty()) text += "\n    file  " + DisplayText(path) + line;
+  return text + '\n';
+}
+
+std::string AdviceText(FindingID id) {
+  return std::string("    ") + Assay::RuleOf(id).Advice + '\n';
+}
+
+/// Findings in the order in which they are shown.
+class FindingOrder {
+ public:
+  explicit FindingOrder(const FindingList& findings) : m_Findings(findings) {
+    std::map<FindingID, size_t> first;  // of each kind
+    for (size_t i = 0; i < findings.size(); ++i) {
+      if (IsConsequence(i)) {
+        m_Consequences[*findings[i].Cause].push_back(i);
+        continue;
+      }
+      m_Roots.push_back(i);
+      first.try_emplace(findings[i].ID, i);
+    }
+    const auto rank = [&](size_t i) {
+      return std::tuple(-static_cast<int>(SeverityOf(findings[i])), first.at(findings[i].ID), i);
+    };
+    std::sort(m_Roots.begin(), m_Roots.end(), [&](size_t a, size_t b) { return rank(a) < rank(b); });
+  }
+
+  [[nodiscard]] std::string Text(std::FILE* stream) const {
+    std::string text;
+    for (size_t i = 0; i < m_Roots.size(); ++i) {
+      const Finding& finding = m_Findings[m_Roots[i]];
+      text += BareText(finding, stream) + ConsequencesOf(m_Roots[i]);
+      if (i + 1 == m_Roots.size() || m_Findings[m_Roots[i + 1]].ID != finding.ID) text += AdviceText(finding.ID);
+    }
+    return text;
+  }
+
+ private:
+  /// A cause stands before what follows from it, so that no two are each other's.
+  [[nodiscard]] bool IsConsequence(size_t i) const { return m_Findings[i].Cause && *m_Findings[i].Cause < i; }
+
+  [[nodiscard]] std::string ConsequencesOf(size_t cause) const {
+    std::string text;
+    const auto found = m_Consequences.find(cause);
+    if (found == m_Consequences.end()) return text;
+    for (const size_t i : found->second) text += "    so: " + FindingLine(m_Findings[i]) + '\n' + ConsequencesOf(i);
+    return text;
+  }
+
+  const FindingList& m_Findings;
+  std::vector<size_t> m_Roots;
+  std::map<size_t, std::vector<size_t>> m_Consequences;
+};
 
 }  // namespace
 
@@ -75,16 +140,11 @@ std::string FindingLine(const Finding& finding) {
 }
 
 std::string FindingText(const Finding& finding, std::FILE* stream) {
-  const Severity severity = SeverityOf(finding);
-  const std::string name = std::string(SeverityName(severity)) + ':';
-  const Tone tone = severity == Severity::Warning ? Tone::Warning : Tone::Error;
-  std::string text = severity < Severity::Warning ? name : InTone(name, tone, stream);
-  text += ' ' + FindingLine(finding);
-  if (finding.Place.Asset.HasValue()) text += "\n    asset " + finding.Place.Asset.EncodeString();
-  const std::string path = PathOf(finding.Place);
-  const std::string line = finding.Place.Line == 0 ? "" : ", line " + std::to_string(finding.Place.Line);
-  if (!path.empty()) text += "\n    file  " + DisplayText(path) + line;
-  return text + "\n    " + finding.Advice() + '\n';
+  return BareText(finding, stream) + AdviceText(finding.ID);
+}
+
+std::string FindingsText(const FindingList& findings, std::FILE* stream) {
+  return FindingOrder(findings).Text(stream);
 }
 
 std::string MissingText(const FindingList& findings) {

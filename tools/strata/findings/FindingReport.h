@@ -28,6 +28,9 @@ namespace Tool {
 /// The severity and FindingLine, then lines for identifier, file and advice, where it has them.
 /// @param stream  where it is printed, which may show colours.
 [[nodiscard]] std::string FindingText(const Finding& finding, std::FILE* stream);
+/// All findings as FindingText, worst first, those of one kind together with what to do told once, and below each what
+/// follows from it.
+[[nodiscard]] std::string FindingsText(const FindingList& findings, std::FILE* stream);
 /// "1 picture, 2 sounds": what is missing.
 [[nodiscard]] std::string MissingText(const FindingList& findings);
 
