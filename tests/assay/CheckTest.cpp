@@ -28,7 +28,7 @@ TEST(Check, AFolderThatIsNotThereIsAFailure) {
   EXPECT_EQ(Check(request, report), Ferro::RESULT_NOT_FOUND);
 }
 
-TEST(Check, OtherDepthsAreRefused) {
+TEST(Check, ItNeedsADepth) {
   const testsupport::TemporaryFolder folder;
   CheckRequest request;
   request.Folders = {folder.Folder().string()};

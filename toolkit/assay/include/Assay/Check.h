@@ -130,9 +130,9 @@ struct CheckReport {
 };
 
 /// Checks packages. A damaged or hostile package is a finding, never a failure. Reads files only, and opens no
-/// connection. Of the depths only Documents and Files are there yet.
-/// @return RESULT_OK, also when cancelled; RESULT_AY_NOTHING without folders; RESULT_AY_DEPTH for another depth than
-/// those; RESULT_NOT_FOUND for a folder that is not there, `report` then being empty. Any thread may call it.
+/// connection; writes nothing but CheckRequest::KeptResults.
+/// @return RESULT_OK, also when cancelled; RESULT_AY_NOTHING without folders; RESULT_AY_DEPTH without depths;
+/// RESULT_NOT_FOUND for a folder that is not there, `report` then being empty. Any thread may call it.
 [[nodiscard]] ASSAY_API Result_t Check(const CheckRequest& request, CheckReport& report);
 
 }  // namespace Assay

@@ -9,6 +9,6 @@ using Ferro::Result_t;
 
 // The checking library's own results, -400 to -499. The general ones are Ferro's.
 inline constexpr Result_t RESULT_AY_NOTHING{-400, "AY_NOTHING", "There is nothing to check: no folder was named."};
-inline constexpr Result_t RESULT_AY_DEPTH{-401, "AY_DEPTH", "This depth of checking is not supported."};
+inline constexpr Result_t RESULT_AY_DEPTH{-401, "AY_DEPTH", "There is nothing to look at: no depth was named."};
 
 }  // namespace Assay

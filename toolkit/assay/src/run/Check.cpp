@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <Assay/Check.h>
 
+#include "ContentsCheck.h"
 #include "PackageSearch.h"
 #include "Verdicts.h"
 #include "document/Composition.h"
@@ -27,6 +28,14 @@ struct MetComposition {
   CompositionFiles Files;  // of the depth of files and beyond
 };
 
+/// With the depths that each includes.
+DepthSet WithLesser(const DepthSet& depths) {
+  DepthSet all = depths;
+  const bool reads_files = !depths.Without({Depth::Documents}).IsEmpty();
+  all.Add(DepthSet::UpTo(reads_files ? Depth::Files : Depth::Documents));
+  return all;
+}
+
 class CheckRun {
  public:
   CheckRun(const CheckRequest& request, CheckReport& report)
@@ -42,8 +51,12 @@ class CheckRun {
   void Run(const std::vector<std::string>& folders) {
     m_Progress.PackageCount = folders.size();
     ReadPackages(folders);
-    if (m_Request.Depths.Has(Depth::Files)) ReadFiles();
+    if (m_Request.Depths.Has(Depth::Files)) {
+      ReadFiles();
+      m_Contents.emplace(m_Request, m_Packages, *m_Files).Run(m_Report);
+    }
     for (const Package& package : m_Packages) Find(package);
+    if (m_Contents) m_Contents->FindInPackage(nullptr, m_Report.Findings);
     FindInMessageProblems(m_Request.MessageProblems, m_IsWithoutMessage, m_Report.Findings);
     Conclude(m_Request.Profile, m_Parts, m_Report);
   }
@@ -115,6 +128,7 @@ class CheckRun {
     if (m_Files)
       for (; m_NextFile < m_Files->All().size() && m_Files->All()[m_NextFile].Package == package.Folder; ++m_NextFile)
         FindFile(m_Files->All()[m_NextFile]);
+    if (m_Contents) m_Contents->FindInPackage(&package, m_Report.Findings);
     for (MetComposition& met : m_Compositions)
       if (met.Package == &package) FindComposition(met);
     m_Report.Packages.push_back({package.Folder, {}});
@@ -136,6 +150,7 @@ class CheckRun {
     FindInComposition(composition, context, m_Report.Findings);
     FindTwin(composition);
     if (m_Files) FindWithFiles(met.Files);
+    if (m_Contents) m_Contents->FindInComposition(composition, met.Package, m_Report.Findings);
     CheckedComposition& checked = m_Report.Compositions.emplace_back();
     checked.ID = composition.ID.value_or(UUID());
     checked.Title = composition.Title;
@@ -215,6 +230,7 @@ class CheckRun {
   std::deque<MetComposition> m_Compositions;  // of all packages, in their order
   std::set<UUID> m_Known;                     // files that the asset maps and the store have
   std::unique_ptr<TrackFiles> m_Files;        // null at the depth of documents
+  std::optional<ContentsCheck> m_Contents;    // none at the depth of documents
   size_t m_NextFile = 0;                      // of those, which lie there in the order of packages
   std::set<const TrackFile*> m_ToldOfStore;
   std::map<UUID, const DocumentFile*> m_ByID;
@@ -226,12 +242,12 @@ class CheckRun {
 Result_t Check(const CheckRequest& request, CheckReport& report) {
   report = {};
   if (request.Folders.empty()) return RESULT_AY_NOTHING;
-  const bool is_known = request.Depths == DepthSet{Depth::Documents} || request.Depths == DepthSet{Depth::Files} ||
-                        request.Depths == DepthSet::UpTo(Depth::Files);
-  if (!is_known) return RESULT_AY_DEPTH;
+  if (request.Depths.IsEmpty()) return RESULT_AY_DEPTH;
   std::vector<std::string> packages;
   if (const Result_t result = FindPackages(request.Folders, packages); result.Failure()) return result;
-  CheckRun(request, report).Run(packages);
+  CheckRequest whole = request;
+  whole.Depths = WithLesser(request.Depths);
+  CheckRun(whole, report).Run(packages);
   return Ferro::RESULT_OK;
 }
 
