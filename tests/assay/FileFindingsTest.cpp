@@ -58,7 +58,7 @@ TEST(FileFindings, AFileThatWasCutShortBehindWhatIsPlayedIsIncomplete) {
                        "<EntryPoint>0</EntryPoint>\n<Duration>" +
                        duration);
     package.Edit("CPL.xml", "<Offset>239", "<Offset>100").Edit("CPL.xml", "<Label>LFOC", "<Label>FFTC");
-    return package.Findings();
+    return testsupport::Without(package.Findings(), "text-overrun");
   };
   // 1,000,000 bytes are 27 edit units of six channels and more.
   EXPECT_EQ(cut("200"), (Names{"file-incomplete", "package-interop"}));
@@ -106,8 +106,9 @@ Names OfPictures(unsigned width, unsigned height, int rate = 24, TrackKind kind 
   std::snprintf(ratio, sizeof ratio, "%.2f", double(width) / height);
   package.Edit("CPL.xml", "<ScreenAspectRatio>1.85", std::string("<ScreenAspectRatio>") + ratio);
   Names names;
-  for (const std::string& name : package.Findings())  // the sample's title is of a flat picture in 2K
-    if (!name.starts_with("title-") && name != "package-interop") names.push_back(name);
+  // The sample's title is of a flat picture in 2K, and its text lasts as long as 240 edit units at 24 a second.
+  for (const std::string& name : package.Findings())
+    if (!name.starts_with("title-") && name != "text-overrun" && name != "package-interop") names.push_back(name);
   return names;
 }
 

@@ -72,6 +72,19 @@ std::string Made(TrackKind kind, const TrackFileSpec& spec) {
   return filename;
 }
 
+/// A sound text of the asset whose identifier ends so.
+std::string SoundText(const TrackFileSpec& spec, const std::string& id) {
+  std::string text = MakeText(spec);
+  const auto replace = [&](const std::string& from, const std::string& to) {
+    text.replace(text.find(from), from.size(), to);
+  };
+  replace("<ReelNumber>1", "<ReelNumber>" + id.substr(0, 1));
+  replace("<Language>en", std::string("<Language>") + (id[1] == '4' ? "fr" : "en"));
+  replace("</TimeCodeRate>", "</TimeCodeRate>\n  <StartTime>00:00:00:00</StartTime>");
+  replace("TimeIn=\"00:00:00:01\" TimeOut=\"00:00:01:00\"", "TimeIn=\"00:00:05:00\" TimeOut=\"00:00:07:00\"");
+  return text;
+}
+
 }  // namespace
 
 Ferro::UUID SampleID(const std::string& end) {
@@ -101,7 +114,10 @@ FilePackage::FilePackage(Kind kind) : SamplePackage(kind), m_IsInterop(kind == K
         spec.ChannelCount = 14;
         spec.MCAConfiguration = "51(L,R,C,LFE,Ls,Rs),HI,VIN,-,-,-,-,-,FSKSync";
       }
-      if (track == TrackKind::Text) spec.FontSizes = {1000};
+      if (track == TrackKind::Text) {
+        spec.FontSizes = {1000};
+        spec.DocumentID = SampleID((*reel == '1' ? "e" : "f") + std::string(1, number));
+      }
       Remove("file_" + id + ".mxf");
     }
   if (is_smpte) Edit("CPL.xml", ",HI,VIN</meta", ",HI,VIN,-,-,-,-,-,FSKSync</meta");
@@ -129,7 +145,9 @@ FilePackage& FilePackage::MakePairs() {
 void FilePackage::Prepare(const std::string& folder, FileMap& files) const {
   fs::create_directories(folder);
   for (const auto& [id, track] : m_Tracks) {
-    const std::string made = Made(track.Kind, track.Spec);
+    TrackFileSpec spec = track.Spec;
+    if (track.Kind == TrackKind::Text) spec.Document = SoundText(spec, id);
+    const std::string made = Made(track.Kind, spec);
     const fs::path place = fs::path(folder) / ("file_" + id + ".mxf");
     const auto whole = fs::file_size(made);
     if (track.Cut == 0) {

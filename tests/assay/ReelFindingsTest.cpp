@@ -82,7 +82,7 @@ TEST(ReelFindings, AllOfAReelIsAsLongAsItsPicture) {
   EXPECT_EQ(SamplePackage(SamplePackage::Kind::Interop)
                 .Edit(Cpl, Lengths("14", "24 1", "240", "0", "240"), Lengths("14", "24 1", "240", "0", "100"))
                 .Findings(),
-            (Names{"package-interop", "reel-durations"}));
+            (Names{"package-interop", "reel-durations", "text-overrun"}));
 }
 
 TEST(ReelFindings, NothingIsPlayedBeyondAFile) {

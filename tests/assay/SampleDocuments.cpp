@@ -169,7 +169,7 @@ std::string InteropAssetMap() {
          "<Issuer>Issuer</Issuer>\n<Creator>Creator 1.0</Creator>\n<AssetList>\n" +
          MapAsset("02", "PKL.xml", "<PackingList/>\n") + MapAsset("03", "CPL.xml") + MapAsset("12", "file_12.mxf") +
          MapAsset("13", "file_13.mxf") + MapAsset("14", "text/text.xml") + MapAsset("17", "text/font.ttf") +
-         "</AssetList>\n</AssetMap>\n";
+         MapAsset("18", "text/spot.png") + "</AssetList>\n</AssetMap>\n";
 }
 
 std::string InteropVolumeIndex() {
@@ -187,7 +187,7 @@ std::string InteropPackingList() {
          ListAsset("12", "application/x-smpte-mxf;asdcpKind=Picture", "file_12.mxf") +
          ListAsset("13", "application/x-smpte-mxf;asdcpKind=Sound", "file_13.mxf") +
          ListAsset("14", "text/xml;asdcpKind=Subtitle", "text.xml") + ListAsset("17", "application/ttf", "font.ttf") +
-         "</AssetList>\n</PackingList>\n";
+         ListAsset("18", "image/png", "spot.png") + "</AssetList>\n</PackingList>\n";
 }
 
 std::string InteropComposition() {

@@ -52,6 +52,7 @@ SamplePackage::SamplePackage(Kind kind) {
                {"CPL.xml", InteropComposition()},
                {"text/text.xml", InteropText()},
                {"text/font.ttf", "x"},
+               {"text/spot.png", "x"},
                {"file_12.mxf", "x"},
                {"file_13.mxf", "x"}};
   }

@@ -161,6 +161,7 @@ Bytes MakeFrame(TrackKind kind, const TrackFileSpec& spec, ui32_t number, bool r
 }
 
 std::string MakeText(const TrackFileSpec& spec) {
+  if (!spec.Document.empty()) return spec.Document;
   std::vector<std::string> fonts;
   std::vector<std::string> images;
   for (size_t i = 0; i < spec.FontSizes.size(); ++i) fonts.push_back(FontID(i).EncodeString());
@@ -275,7 +276,7 @@ TimedText::TimedTextDescriptor MakeTextDescriptor(const TrackFileSpec& spec) {
   TimedText::TimedTextDescriptor descriptor;
   descriptor.EditRate = spec.EditRate;
   descriptor.ContainerDuration = spec.Duration;
-  descriptor.AssetID = spec.AssetID;
+  descriptor.AssetID = spec.DocumentID.HasValue() ? spec.DocumentID : spec.AssetID;
   descriptor.NamespaceName = "http://www.smpte-ra.org/schemas/428-7/2010/DCST";
   descriptor.EncodingName = "UTF-8";
   for (size_t i = 0; i < spec.FontSizes.size(); ++i) {

@@ -58,6 +58,8 @@ struct TrackFileSpec {
   // Text: the document has these resources, the fonts first.
   std::vector<size_t> FontSizes;
   std::vector<size_t> ImageSizes;
+  std::string Document;    ///< not empty: the document instead of the made one
+  Ferro::UUID DocumentID;  ///< no value: that of the track file
 
   // Immersive audio
   QUIRE::ui32_t FirstFrame = 0;

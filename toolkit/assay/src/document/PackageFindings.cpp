@@ -8,8 +8,6 @@
 namespace Assay {
 namespace {
 
-constexpr ui64_t MaxInteropFont = 655'360;  // bytes
-
 /// Whether the documents agree about the kind of package; the first that does not is told.
 void FindFlavour(const Package& package, FindingList& findings) {
   const DocumentFile* first = nullptr;
@@ -32,9 +30,6 @@ void FindFiles(const Package& package, FindingList& findings) {
       Add(findings, Finding(FindingID::PackageHiddenFile), place);
       continue;
     }
-    if (package.IsInterop() && ToLower(path).ends_with(".ttf") && file.Size > MaxInteropFont)
-      Add(findings, Finding(FindingID::TextFontSize), place, std::to_string(MaxInteropFont) + " bytes at most",
-          std::to_string(file.Size) + " bytes");
     const bool is_known =
         package.MapAssets.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
         std::ranges::any_of(package.MapAssets, [&name = path](const MapAsset& asset) { return asset.File == name; });

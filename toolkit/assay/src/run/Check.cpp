@@ -10,6 +10,7 @@
 #include "file/FileFindings.h"
 #include "file/SoundFindings.h"
 #include "security/SecurityFindings.h"
+#include "text/TextUse.h"
 
 #include <Cairn/IAssetLookup.h>
 
@@ -25,7 +26,7 @@ namespace {
 struct MetComposition {
   const Assay::Package* Package = nullptr;
   Assay::Composition Composition;
-  CompositionFiles Files;  // of the depth of files and beyond
+  CompositionFiles Files;  // at the depth of documents these alone
 };
 
 /// With the depths that each includes.
@@ -54,7 +55,10 @@ class CheckRun {
     if (m_Request.Depths.Has(Depth::Files)) {
       ReadFiles();
       m_Contents.emplace(m_Request, m_Packages, *m_Files).Run(m_Report);
+    } else {
+      FindDocuments();
     }
+    m_Texts = std::make_unique<TextFiles>(m_Packages, TextLook{TextDepth(), m_Request.Keys});
     for (const Package& package : m_Packages) Find(package);
     if (m_Contents) m_Contents->FindInPackage(nullptr, m_Report.Findings);
     FindInMessageProblems(m_Request.MessageProblems, m_IsWithoutMessage, m_Report.Findings);
@@ -121,6 +125,17 @@ class CheckRun {
     for (MetComposition& met : m_Compositions) met.Files = CompositionFiles(met.Composition, *m_Files);
   }
 
+  /// Without files, texts that are documents are looked at all the same.
+  void FindDocuments() {
+    m_Places = std::make_unique<TrackFiles>(m_Packages, PlayedUnits(), nullptr);
+    for (MetComposition& met : m_Compositions) met.Files = CompositionFiles(met.Composition, *m_Places);
+  }
+
+  [[nodiscard]] Depth TextDepth() const {
+    if (m_Request.Depths.Has(Depth::Frames)) return Depth::Frames;
+    return m_Request.Depths.Has(Depth::Files) ? Depth::Files : Depth::Documents;
+  }
+
   void Find(const Package& package) {
     FindInPackage(package, m_Now, m_Report.Findings);
     FindInListSignatures(package, m_Trust, m_Report.Findings);
@@ -151,6 +166,7 @@ class CheckRun {
     FindTwin(composition);
     if (m_Files) FindWithFiles(met.Files);
     if (m_Contents) m_Contents->FindInComposition(composition, met.Package, m_Report.Findings);
+    FindInTexts(met.Files, *m_Texts, m_Report.Findings);
     CheckedComposition& checked = m_Report.Compositions.emplace_back();
     checked.ID = composition.ID.value_or(UUID());
     checked.Title = composition.Title;
@@ -231,7 +247,9 @@ class CheckRun {
   std::set<UUID> m_Known;                     // files that the asset maps and the store have
   std::unique_ptr<TrackFiles> m_Files;        // null at the depth of documents
   std::optional<ContentsCheck> m_Contents;    // none at the depth of documents
-  size_t m_NextFile = 0;                      // of those, which lie there in the order of packages
+  std::unique_ptr<TrackFiles> m_Places;       // at the depth of documents: where these lie
+  std::unique_ptr<TextFiles> m_Texts;
+  size_t m_NextFile = 0;  // of those, which lie there in the order of packages
   std::set<const TrackFile*> m_ToldOfStore;
   std::map<UUID, const DocumentFile*> m_ByID;
   std::map<UUID, const DocumentFile*> m_Groups;
