@@ -132,6 +132,18 @@ TEST(ReelFindings, DigestsAreThereAndThoseOfTheList) {
             (Names{"kdm-none", "reel-hash-missing warning", "sign-missing", "sign-missing"}));
 }
 
+// Interop's packing list may leave digests out, but then nothing confirms what the composition states.
+TEST(ReelFindings, DigestsThatThePackingListLacks) {
+  const std::string begin = "12</Id>\n", hash = "<Hash>AAAAAAAAAAAAAAAAAAAAAAAAAAA=</Hash>\n";
+  const auto without = [&](SamplePackage::Kind kind) {
+    return SamplePackage(kind).Edit("PKL.xml", begin + hash, begin);
+  };
+  EXPECT_EQ(without(SamplePackage::Kind::Interop).Findings(), (Names{"package-interop", "reel-hash"}));
+  const auto report = without(SamplePackage::Kind::SMPTE).Report();
+  EXPECT_FALSE(testsupport::TheOne(report.Findings, Assay::FindingID::PklSchema).Cause.has_value());
+  EXPECT_TRUE(testsupport::TheOne(report.Findings, Assay::FindingID::ReelHash).Cause.has_value());
+}
+
 TEST(ReelFindings, TextOfSMPTEBeginsAtItsStart) {
   EXPECT_EQ(WithLengths("14", "24 1", "250", "10", "240"), Names{"reel-text-entry"});
   const std::string lengths = Lengths("14", "24 1", "240", "0", "240");

@@ -41,6 +41,25 @@ constexpr SilenceReason Reasons[] = {
      [](const DamageCase& damage) {
        return IsPlain(damage, FileKind::Immersive) && HasOnly(damage, {Difference::Data});
      }},
+    {"another text",
+     "Which words a text has, where they stand and in which looks is for people to judge: its form holds.",
+     [](const DamageCase& damage) {
+       return damage.Mode == DamageMode::Recomputed &&
+              (damage.Done.Kind == FileKind::Text || damage.Done.Kind == FileKind::InteropText) &&
+              HasOnly(damage, {Difference::Text, Difference::TextBytes});
+     }},
+    {"another shape of letters",
+     "A font opens and has all the glyphs that its text needs. How they look is for people to judge.",
+     [](const DamageCase& damage) {
+       return damage.Mode == DamageMode::Recomputed && HasOnly(damage, {Difference::Resource}) &&
+              (damage.Done.Kind == FileKind::Text || damage.Done.Kind == FileKind::Font);
+     }},
+    {"another symbol of a label",
+     "A label of sound is told by its identifier. The symbol beside it is for people, and shown as it stands.",
+     [](const DamageCase& damage) {
+       return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == FileKind::Sound &&
+              HasOnly(damage, {Difference::Timeline});
+     }},
     {"another identifier of a reel", "Nothing refers to a reel by its identifier: it is passed on as it stands.",
      [](const DamageCase& damage) {
        return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == FileKind::Composition &&

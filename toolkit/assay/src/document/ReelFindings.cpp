@@ -103,8 +103,10 @@ class ReelCheck {
     }
     const ListAsset* listed =
         m_Context.Package == nullptr || !asset.ID ? nullptr : m_Context.Package->FindListed(*asset.ID);
-    if (listed != nullptr && !listed->Hash.empty() && listed->Hash != asset.Hash)
-      Say(FindingID::ReelHash, asset.Element->Child("Hash"), &asset, Quoted(listed->Hash), Quoted(asset.Hash));
+    // An entry without digest is as bad as another one: servers that compare them refuse both.
+    if (listed != nullptr && listed->Hash != asset.Hash)
+      Say(FindingID::ReelHash, asset.Element->Child("Hash"), &asset,
+          listed->Hash.empty() ? "none in the packing list" : Quoted(listed->Hash), Quoted(asset.Hash));
   }
 
   void FindAgainst(const ReelAsset& picture, const ReelAsset& asset) {
