@@ -76,23 +76,6 @@ std::string DamageCase::Line() const {
 DamageLab::DamageLab() : m_Case(m_Folder.Path("case")) {
   AddShow(false);
   AddShow(true);
-  m_AreTextsLookedAt = LooksAtTexts();
-}
-
-bool DamageLab::LooksAtTexts() const {
-  const Tool::QuietLog quiet;
-  for (const Sound& sound : m_Sound) {
-    PackageFiles files = sound.Files;
-    const auto text =
-        std::ranges::find_if(files, [](const auto& file) { return KindOfFile(file.first) == FileKind::InteropText; });
-    if (text == files.end()) continue;
-    const size_t at = text->second.find("<LoadFont");
-    text->second.erase(at, text->second.find('>', at) + 1 - at);
-    RecomputeDigests(files, sound.Files);
-    WritePackage(files, m_Case);
-    return FindingsIn(DamageMode::Recomputed) != sound.Findings[static_cast<size_t>(DamageMode::Recomputed)];
-  }
-  return false;
 }
 
 void DamageLab::AddShow(bool is_interop) {
@@ -129,9 +112,8 @@ void DamageLab::AddShow(bool is_interop) {
 
 Assay::DepthSet DamageLab::DepthsOf(DamageMode mode) {
   using Assay::Depth;
-  static const Assay::DepthSet damaged = DepthsThereAre({Depth::Files, Depth::Hash});
-  static const Assay::DepthSet recomputed = DepthsThereAre({Depth::Files, Depth::Frames, Depth::Decode});
-  return mode == DamageMode::AsDamaged ? damaged : recomputed;
+  if (mode == DamageMode::AsDamaged) return {Depth::Files, Depth::Hash};
+  return {Depth::Files, Depth::Frames, Depth::Decode};
 }
 
 std::set<std::string> DamageLab::FindingsIn(DamageMode mode) const {
@@ -169,7 +151,6 @@ DamageCase DamageLab::Make(uint32_t seed, DamageMode mode, PackageFiles& files) 
   DamageCase result;
   result.Seed = seed;
   result.Mode = mode;
-  result.AreTextsLookedAt = m_AreTextsLookedAt;
   result.Package = sound->Name;
   files = sound->Files;
   result.Done = DamagePackage(files, kind, seed);

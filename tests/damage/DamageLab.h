@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "CheckDepths.h"
 #include "Damage.h"
 #include "PackageFacts.h"
 #include "TemporaryFolder.h"
@@ -31,9 +30,8 @@ struct DamageCase {
   std::string Package;  ///< "smpte Feature"
   Damage Done;
   std::set<Difference> Differences;
-  std::set<std::string> Told;    ///< "error pkl-asset-hash": findings that the sound package does not have
-  std::string Failure;           ///< "crashed", "hung"; empty: none
-  bool AreTextsLookedAt = true;  ///< checks look into texts, fonts and images
+  std::set<std::string> Told;  ///< "error pkl-asset-hash": findings that the sound package does not have
+  std::string Failure;         ///< "crashed", "hung"; empty: none
 
   /// True where errors or warnings are among what is told.
   [[nodiscard]] bool IsSpokenAgainst() const;
@@ -46,7 +44,7 @@ class DamageLab {
  public:
   DamageLab();
 
-  /// What checks look at in that mode, of the depths that there are.
+  /// What checks look at in that mode.
   [[nodiscard]] static Assay::DepthSet DepthsOf(DamageMode mode);
   /// The package and its damage, without looking at it.
   [[nodiscard]] DamageCase Make(uint32_t seed, DamageMode mode, PackageFiles& files) const;
@@ -62,8 +60,6 @@ class DamageLab {
   };
 
   void AddShow(bool is_interop);
-  /// Whether a text without its font is told of.
-  [[nodiscard]] bool LooksAtTexts() const;
   /// The kind of file that is damaged with that seed, all kinds being as frequent, and a package that has it.
   [[nodiscard]] std::pair<FileKind, const Sound*> ChoiceOf(uint32_t seed) const;
   [[nodiscard]] std::set<std::string> FindingsIn(DamageMode mode) const;
@@ -73,7 +69,6 @@ class DamageLab {
   std::string m_Case;  // the folder of the package that is looked at
   std::vector<Sound> m_Sound;
   Sigil::KeyRing m_Keys;
-  bool m_AreTextsLookedAt = false;
 };
 
 }  // namespace testsupport

@@ -19,15 +19,6 @@ bool IsPlain(const DamageCase& damage, FileKind kind) {
 }
 
 constexpr SilenceReason Reasons[] = {
-    {"a depth to come", "What this mode looks at is not all there yet.",
-     [](const DamageCase& damage) {
-       const Assay::DepthSet depths = DamageLab::DepthsOf(damage.Mode);
-       const bool has_all = damage.Mode == DamageMode::AsDamaged
-                                ? depths.Has(Assay::Depth::Hash)
-                                : depths.Has(Assay::Depth::Frames) && depths.Has(Assay::Depth::Decode);
-       const bool is_text = damage.Done.Kind == FileKind::Text || damage.Done.Kind >= FileKind::InteropText;
-       return (!has_all && !IsDocument(damage.Done.Kind)) || (is_text && !damage.AreTextsLookedAt);
-     }},
     {"another picture",
      "A codestream in clear has no check value. Where its headers hold and the decoder takes it, what it shows is a "
      "picture, whichever it is; digests and integrity codes are what tells.",
