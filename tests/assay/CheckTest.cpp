@@ -4,6 +4,9 @@
 
 #include <Cairn/AssetStore.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
 
 namespace {
@@ -214,6 +217,48 @@ TEST(Check, WhatIsWrongWithAFileIsWrongWithTheCompositionThatPlaysIt) {
   const CheckReport report = SamplePackage().Remove("file_12.mxf").Report();
   EXPECT_EQ(testsupport::NamesOf(report.Findings), Names{"pkl-asset-missing"});
   EXPECT_EQ(report.Compositions[0].Worst, FindingClass::Error);
+}
+
+/// An identifier with a number of its own.
+std::string NumberedID(int number) {
+  char text[64];
+  std::snprintf(text, sizeof(text), "<Id>urn:uuid:0f0f0f0f-1111-4222-8333-1%011d</Id>", number);
+  return text;
+}
+
+/// As many assets as a document of 8 MB has room for: half of them lead to one file, the others to none.
+SamplePackage WithManyAssets() {
+  constexpr int Count = 45'000;
+  std::string map;
+  std::string list;
+  std::string reels;
+  for (int i = 0; i < Count; ++i) {
+    const std::string path = i % 2 == 0 ? "FILE_12.mxf" : "none" + std::to_string(i) + ".mxf";
+    map.append("<Asset>").append(NumberedID(i));
+    map.append("<ChunkList><Chunk><Path>").append(path).append("</Path></Chunk></ChunkList></Asset>");
+    list.append("<Asset>").append(NumberedID(i)).append("<Size>1</Size><Type>x</Type></Asset>");
+    reels.append("<Reel><AssetList><MainSound>")
+        .append(NumberedID(Count + i))
+        .append("</MainSound></AssetList></Reel>");
+  }
+  SamplePackage package(SamplePackage::Kind::Interop);
+  package.Edit("ASSETMAP", "</AssetList>", map + "</AssetList>");
+  package.Edit("PKL.xml", "</AssetList>", list + list.substr(0, list.size() / 8) + "</AssetList>");
+  package.Edit("CPL.xml", "</ReelList>", reels + "</ReelList>");
+  for (int i = 0; i < 2'000; ++i) package.Put("file" + std::to_string(10'000 + i) + ".mxf", "");
+  return package;
+}
+
+// Each with each would take minutes.
+TEST(Check, ManyAssetsAreNoneTooMany) {
+  const std::clock_t start = std::clock();
+  const CheckReport report = WithManyAssets().Report();
+  EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, 60.0);  // of the processor's time
+  const auto count = [&](Assay::FindingID id) { return std::ranges::count(report.Findings, id, &Assay::Finding::ID); };
+  EXPECT_EQ(count(Assay::FindingID::AmPathCase), 22'500);
+  EXPECT_EQ(count(Assay::FindingID::AmDuplicatePath), 22'500);
+  EXPECT_EQ(count(Assay::FindingID::PklAssetMissing), 22'500);
+  EXPECT_EQ(count(Assay::FindingID::PackageForeignFile), 2'000);
 }
 
 }  // namespace

@@ -68,14 +68,12 @@ void FindChunks(const Package& package, const MapAsset& asset, FindingList& find
 }
 
 void FindDuplicates(const Package& package, FindingList& findings) {
-  for (auto asset = package.MapAssets.begin(); asset != package.MapAssets.end(); ++asset) {
-    const auto is_same_id = [&](const MapAsset& other) { return asset->ID && other.ID == asset->ID; };
-    const auto is_same_file = [&](const MapAsset& other) { return !asset->File.empty() && other.File == asset->File; };
-    if (std::any_of(package.MapAssets.begin(), asset, is_same_id))
-      Add(findings, Finding(FindingID::AmDuplicateID), AssetPlace(*package.Map, asset->Element, asset->ID));
-    else if (std::any_of(package.MapAssets.begin(), asset, is_same_file))
-      Add(findings, Finding(FindingID::AmDuplicatePath), AssetPlace(*package.Map, asset->Element, asset->ID), "",
-          asset->File);
+  for (const MapAsset& asset : package.MapAssets) {
+    if (asset.ID && package.FindMapped(*asset.ID) != &asset)
+      Add(findings, Finding(FindingID::AmDuplicateID), AssetPlace(*package.Map, asset.Element, asset.ID));
+    else if (!asset.File.empty() && package.FindMappedFile(asset.File) != &asset)
+      Add(findings, Finding(FindingID::AmDuplicatePath), AssetPlace(*package.Map, asset.Element, asset.ID), "",
+          asset.File);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Assay {
@@ -66,11 +67,21 @@ struct Package {
   std::vector<ListFile> Lists;
   std::vector<const DocumentFile*> Compositions;
 
+  // Filled by ReadPackage; of several under one key the first.
+  std::map<std::string_view, const DocumentFile*> DocumentsByPath;
+  std::map<UUID, const MapAsset*> MappedByID;
+  std::map<std::string_view, const MapAsset*> MappedByFile;
+  std::map<UUID, const ListAsset*> ListedByID;
+
   [[nodiscard]] bool IsInterop() const { return Map != nullptr && Map->IsInterop(); }
   /// The asset map's entry for an identifier; null where there is none.
   [[nodiscard]] const MapAsset* FindMapped(const UUID& id) const;
   /// The first entry of the packing lists for an identifier; null where there is none.
   [[nodiscard]] const ListAsset* FindListed(const UUID& id) const;
+  /// The asset map's first entry that leads to a file; null where there is none.
+  [[nodiscard]] const MapAsset* FindMappedFile(std::string_view path) const;
+  /// The document that was read from a file; null where there is none.
+  [[nodiscard]] const DocumentFile* FindDocument(std::string_view path) const;
 };
 
 /// Documents beyond this size are not read: no packing list is that long.

@@ -3,8 +3,6 @@
 
 #include "base/Text.h"
 
-#include <algorithm>
-
 namespace Assay {
 namespace {
 
@@ -30,9 +28,8 @@ void FindFiles(const Package& package, FindingList& findings) {
       Add(findings, Finding(FindingID::PackageHiddenFile), place);
       continue;
     }
-    const bool is_known =
-        package.MapAssets.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
-        std::ranges::any_of(package.MapAssets, [&name = path](const MapAsset& asset) { return asset.File == name; });
+    const bool is_known = package.MapAssets.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
+                          package.FindMappedFile(path) != nullptr;
     if (!is_known) Add(findings, Finding(FindingID::PackageForeignFile), place);
   }
   for (const std::string& folder : package.EmptyFolders) {
@@ -57,23 +54,23 @@ class IDCase {
 
  private:
   struct Written {
-    std::string Digits;
+    std::string_view Digits;  // as they stand in the document
     const DocumentFile* Document;
   };
 
   void Look(const DocumentFile& document, const Node& node, std::string_view text, FindingList& findings) {
     const auto id = IDOf(&node);
     if (!id) return;
-    const std::string digits(text.substr(text.find_last_of(':') + 1));
-    const auto [known, is_new] = m_Known.try_emplace(id->EncodeString(), Written{digits, &document});
+    const std::string_view digits = text.substr(text.find_last_of(':') + 1);
+    const auto [known, is_new] = m_Known.try_emplace(*id, Written{digits, &document});
     if (is_new || known->second.Document == &document || known->second.Digits == digits || m_IsTold) return;
     if (ToLower(known->second.Digits) != ToLower(digits)) return;  // another form, which is told by itself
     m_IsTold = true;                                               // one stands for all
     FindingPlace place = AssetPlace(document, &node, id);
-    Add(findings, Finding(FindingID::PackageIDCase), place, known->second.Digits, digits);
+    Add(findings, Finding(FindingID::PackageIDCase), place, std::string(known->second.Digits), std::string(digits));
   }
 
-  std::map<std::string, Written> m_Known;
+  std::map<UUID, Written> m_Known;
   bool m_IsTold = false;
 };
 
@@ -83,8 +80,8 @@ void FindInDocuments(const Package& package, FindingList& findings) {
     const size_t first = findings.size();
     FindInDocument(document, findings);
     if (document.Parsed.Root) continue;
-    for (const MapAsset& asset : package.MapAssets)
-      if (asset.File == document.Path && asset.ID && first < findings.size()) findings[first].Place.Asset = *asset.ID;
+    const MapAsset* mapped = package.FindMappedFile(document.Path);
+    if (mapped != nullptr && mapped->ID && first < findings.size()) findings[first].Place.Asset = *mapped->ID;
   }
 }
 

@@ -73,33 +73,47 @@ class FolderWalk {
 };
 
 const DocumentFile* Read(Package& package, const std::string& path) {
-  for (const DocumentFile& document : package.Documents)
-    if (document.Path == path) return &document;
+  if (const DocumentFile* document = package.FindDocument(path); document != nullptr) return document;
   std::string text;
   if (Ferro::ReadFileIntoString(Ferro::PathJoin(package.Folder, path), text, MaxPackageDocument).Failure()) {
     package.Unreadable.push_back(path);
     return nullptr;
   }
-  return &package.Documents.emplace_back(DocumentFile::FromText(package.Folder, path, std::move(text)));
+  const DocumentFile& document =
+      package.Documents.emplace_back(DocumentFile::FromText(package.Folder, path, std::move(text)));
+  package.DocumentsByPath[document.Path] = &document;
+  return &document;
 }
 
-/// The file that a path of the asset map leads to, as it stands in the folder.
-std::string FileOf(const Package& package, const std::string& written, bool& has_other_case) {
-  std::vector<std::string> candidates;
-  if (Cairn::AssetMapPathCandidates(written, candidates).Failure()) return {};
-  for (const std::string& candidate : candidates)
-    if (package.Files.contains(candidate)) return candidate;
-  for (const std::string& candidate : candidates)
-    for (const auto& [path, file] : package.Files)
-      if (path.size() == candidate.size() && ToLower(path) == ToLower(candidate)) {
+/// The files of a package, found by the paths of an asset map.
+class FileSearch {
+ public:
+  explicit FileSearch(const Package& package) : m_Package(package) {}
+
+  /// The file that a path leads to, as it stands in the folder; empty where there is none.
+  std::string Find(const std::string& written, bool& has_other_case) {
+    std::vector<std::string> candidates;
+    if (Cairn::AssetMapPathCandidates(written, candidates).Failure()) return {};
+    for (const std::string& candidate : candidates)
+      if (m_Package.Files.contains(candidate)) return candidate;
+    if (m_ByLowerCase.empty())
+      for (const auto& [path, file] : m_Package.Files) m_ByLowerCase.try_emplace(ToLower(path), path);
+    for (const std::string& candidate : candidates)
+      if (const auto found = m_ByLowerCase.find(ToLower(candidate)); found != m_ByLowerCase.end()) {
         has_other_case = true;
-        return path;
+        return std::string(found->second);
       }
-  return {};
-}
+    return {};
+  }
+
+ private:
+  const Package& m_Package;
+  std::map<std::string, std::string_view> m_ByLowerCase;  // made when it is first needed
+};
 
 std::vector<MapAsset> ReadMap(const Package& package, const DocumentFile& document) {
   std::vector<MapAsset> assets;
+  FileSearch files(package);
   const Node* list = document.Root() == nullptr ? nullptr : document.Root()->Child("AssetList");
   if (list == nullptr) return assets;
   for (const Node& element : list->Children) {
@@ -114,7 +128,7 @@ std::vector<MapAsset> ReadMap(const Package& package, const DocumentFile& docume
     if (chunk == nullptr) continue;
     asset.Written = TextOf(chunk->Child("Path"));
     asset.IsWhole = chunks->Children.size() == 1 && CountOf(chunk->Child("Offset")).value_or(0) == 0;
-    asset.File = FileOf(package, asset.Written, asset.HasOtherCase);
+    asset.File = files.Find(asset.Written, asset.HasOtherCase);
   }
   return assets;
 }
@@ -165,6 +179,23 @@ void Sort(Package& package) {
   }
 }
 
+void MakeIndexes(Package& package) {
+  for (const MapAsset& asset : package.MapAssets) {
+    if (asset.ID) package.MappedByID.try_emplace(*asset.ID, &asset);
+    if (!asset.File.empty()) package.MappedByFile.try_emplace(asset.File, &asset);
+  }
+  for (const ListFile& list : package.Lists)
+    for (const ListAsset& asset : list.Assets)
+      if (asset.ID) package.ListedByID.try_emplace(*asset.ID, &asset);
+}
+
+/// What a map of pointers has under a key; null where it has nothing.
+template <class MapT, class KeyT>
+typename MapT::mapped_type Look(const MapT& map, const KeyT& key) {
+  const auto found = map.find(key);
+  return found == map.end() ? nullptr : found->second;
+}
+
 }  // namespace
 
 bool IsMapName(std::string_view name) {
@@ -178,15 +209,19 @@ bool IsVolumeIndexName(std::string_view name) {
 }
 
 const MapAsset* Package::FindMapped(const UUID& id) const {
-  const auto found = std::ranges::find_if(MapAssets, [&](const MapAsset& asset) { return asset.ID == id; });
-  return found == MapAssets.end() ? nullptr : &*found;
+  return Look(MappedByID, id);
 }
 
 const ListAsset* Package::FindListed(const UUID& id) const {
-  for (const ListFile& list : Lists)
-    for (const ListAsset& asset : list.Assets)
-      if (asset.ID == id) return &asset;
-  return nullptr;
+  return Look(ListedByID, id);
+}
+
+const MapAsset* Package::FindMappedFile(std::string_view path) const {
+  return Look(MappedByFile, path);
+}
+
+const DocumentFile* Package::FindDocument(std::string_view path) const {
+  return Look(DocumentsByPath, path);
 }
 
 void ReadPackage(const std::string& folder, Package& package) {
@@ -200,6 +235,7 @@ void ReadPackage(const std::string& folder, Package& package) {
   ChooseMap(package);
   ReadDocuments(package);
   Sort(package);
+  MakeIndexes(package);
 }
 
 }  // namespace Assay

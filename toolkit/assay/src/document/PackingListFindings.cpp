@@ -5,6 +5,8 @@
 #include "form/DateTime.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 namespace Assay {
 namespace {
@@ -17,14 +19,11 @@ std::string Normal(std::string_view type) {
   return out;
 }
 
-const DocumentFile* DocumentAt(const Package& package, const std::string& path) {
-  const auto found =
-      std::ranges::find_if(package.Documents, [&](const DocumentFile& document) { return document.Path == path; });
-  return found == package.Documents.end() ? nullptr : &*found;
-}
+/// The types that an Interop packing list gives the assets of reels.
+using InteropTypes = std::map<UUID, const char*>;
 
-/// The kinds that an Interop packing list calls the assets of a reel.
-const char* InteropKindOf(const Package& package, const UUID& id) {
+InteropTypes InteropTypesOf(const Package& package) {
+  InteropTypes types;
   for (const DocumentFile* composition : package.Compositions) {
     const Node* reels = composition->Root()->Child("ReelList");
     if (reels == nullptr) continue;
@@ -32,17 +31,19 @@ const char* InteropKindOf(const Package& package, const UUID& id) {
       const Node* assets = reel.Child("AssetList");
       if (assets == nullptr) continue;
       for (const Node& asset : assets->Children) {
-        if (IDOf(asset.Child("Id")) != id) continue;
-        if (asset.Name == "MainSound") return "application/x-smpte-mxf;asdcpkind=sound";
-        if (asset.Name.ends_with("Picture")) return "application/x-smpte-mxf;asdcpkind=picture";
+        const bool is_sound = asset.Name == "MainSound";
+        const auto id = is_sound || asset.Name.ends_with("Picture") ? IDOf(asset.Child("Id")) : std::nullopt;
+        if (id)
+          types.try_emplace(
+              *id, is_sound ? "application/x-smpte-mxf;asdcpkind=sound" : "application/x-smpte-mxf;asdcpkind=picture");
       }
     }
   }
-  return nullptr;
+  return types;
 }
 
-/// The same, of a file that was opened; null where Interop has no name for it.
-const char* InteropKindOf(QUIRE::EssenceType_t essence) {
+/// The same, of a file that was opened; empty where Interop has no name for it.
+const char* InteropTypeOf(QUIRE::EssenceType_t essence) {
   switch (essence) {
     case QUIRE::ESS_PCM:
       return "application/x-smpte-mxf;asdcpkind=sound";
@@ -51,14 +52,16 @@ const char* InteropKindOf(QUIRE::EssenceType_t essence) {
     case QUIRE::ESS_MPEG2_VES:
       return "application/x-smpte-mxf;asdcpkind=picture";
     default:
-      return nullptr;
+      return "";
   }
 }
 
 /// The type that fits a file, as far as it, its name and the documents tell; empty where they do not.
-std::string FittingType(const Package& package, bool is_interop, const MapAsset& mapped) {
+/// @param types  null where the packing list is not of Interop.
+std::string FittingType(const Package& package, const InteropTypes* types, const MapAsset& mapped) {
+  const bool is_interop = types != nullptr;
   const std::string name = ToLower(mapped.File);
-  if (const DocumentFile* document = DocumentAt(package, mapped.File); document != nullptr && document->Root()) {
+  if (const DocumentFile* document = package.FindDocument(mapped.File); document != nullptr && document->Root()) {
     if (!is_interop) return "text/xml";
     if (document->Kind() == DocumentKind::Composition) return "text/xml;asdcpkind=cpl";
     return document->Kind() == DocumentKind::InteropText ? "text/xml;asdcpkind=subtitle" : "";
@@ -66,10 +69,9 @@ std::string FittingType(const Package& package, bool is_interop, const MapAsset&
   const bool is_open = mapped.Essence != QUIRE::ESS_UNKNOWN;
   if (is_open || name.ends_with(".mxf")) {
     if (!is_interop) return "application/mxf";
-    const char* kind = is_open     ? InteropKindOf(mapped.Essence)
-                       : mapped.ID ? InteropKindOf(package, *mapped.ID)
-                                   : nullptr;
-    return kind == nullptr ? "" : kind;
+    if (is_open) return InteropTypeOf(mapped.Essence);
+    const auto played = mapped.ID ? types->find(*mapped.ID) : types->end();
+    return played == types->end() ? "" : played->second;
   }
   if (name.ends_with(".png")) return "image/png";
   return is_interop && name.ends_with(".ttf") ? "application/ttf" : "";
@@ -93,11 +95,11 @@ std::string StrangeKind(const DocumentFile& document, std::string_view type) {
   }
 }
 
-void FindFile(const Package& package, const ListFile& list, const ListAsset& asset, const MapAsset& mapped,
-              FindingList& findings) {
+void FindFile(const Package& package, const InteropTypes* types, const ListFile& list, const ListAsset& asset,
+              const MapAsset& mapped, FindingList& findings) {
   const auto file = package.Files.find(mapped.File);
   if (file == package.Files.end()) return;
-  const DocumentFile* document = DocumentAt(package, mapped.File);
+  const DocumentFile* document = package.FindDocument(mapped.File);
   const bool is_composition = document != nullptr && document->Kind() == DocumentKind::Composition;
   const FindingPlace place = AssetPlace(*list.Document, asset.Element, asset.ID);
   if (is_composition && !asset.Hash.empty()) {
@@ -114,33 +116,35 @@ void FindFile(const Package& package, const ListFile& list, const ListAsset& ass
     Add(findings, Finding(FindingID::PklAssetType), place, Quoted(asset.Type), kind);
     return;
   }
-  const std::string fitting = FittingType(package, list.Document->IsInterop(), mapped);
+  const std::string fitting = FittingType(package, types, mapped);
   if (!fitting.empty() && Normal(asset.Type) != fitting)
     Add(findings, Finding(FindingID::PklAssetType), place, fitting, Quoted(asset.Type));
 }
 
 void FindAssets(const Package& package, const ListFile& list, FindingList& findings) {
-  for (auto asset = list.Assets.begin(); asset != list.Assets.end(); ++asset) {
-    if (!asset->ID) continue;
-    const auto is_same = [&](const ListAsset& other) { return other.ID == asset->ID; };
-    if (std::any_of(list.Assets.begin(), asset, is_same)) {
-      Add(findings, Finding(FindingID::PklDuplicateID), AssetPlace(*list.Document, asset->Element, asset->ID));
+  InteropTypes played;
+  if (list.Document->IsInterop()) played = InteropTypesOf(package);
+  const InteropTypes* types = list.Document->IsInterop() ? &played : nullptr;
+  std::set<UUID> seen;
+  for (const ListAsset& asset : list.Assets) {
+    if (!asset.ID) continue;
+    if (!seen.insert(*asset.ID).second) {
+      Add(findings, Finding(FindingID::PklDuplicateID), AssetPlace(*list.Document, asset.Element, asset.ID));
       continue;
     }
     if (package.MapAssets.empty()) continue;  // what is wrong with the map is told
-    const MapAsset* mapped = package.FindMapped(*asset->ID);
+    const MapAsset* mapped = package.FindMapped(*asset.ID);
     if (mapped == nullptr)
-      Add(findings, Finding(FindingID::PklAssetUnmapped), AssetPlace(*list.Document, asset->Element, asset->ID));
+      Add(findings, Finding(FindingID::PklAssetUnmapped), AssetPlace(*list.Document, asset.Element, asset.ID));
     else
-      FindFile(package, list, *asset, *mapped, findings);
+      FindFile(package, types, list, asset, *mapped, findings);
   }
 }
 
 void FindHead(const Package& package, const ListFile& list, i64_t now, FindingList& findings) {
   const Node& root = *list.Document->Root();
-  const auto mapped =
-      std::ranges::find_if(package.MapAssets, [&](const MapAsset& asset) { return asset.File == list.Document->Path; });
-  if (mapped != package.MapAssets.end() && mapped->ID && list.ID && *mapped->ID != *list.ID)
+  const MapAsset* mapped = package.FindMappedFile(list.Document->Path);
+  if (mapped != nullptr && mapped->ID && list.ID && *mapped->ID != *list.ID)
     Add(findings, Finding(FindingID::PklID), list.Document->At(root.Child("Id")), mapped->ID->EncodeString(),
         list.ID->EncodeString());
   const Node* date = root.Child("IssueDate");
@@ -179,23 +183,30 @@ void FindUnlisted(const Package& package, FindingList& findings) {
   if (package.Lists.empty()) return;
   for (const MapAsset& asset : package.MapAssets) {
     if (!asset.ID || asset.IsPackingList || asset.File.empty() || package.FindListed(*asset.ID) != nullptr) continue;
-    const DocumentFile* document = DocumentAt(package, asset.File);
+    const DocumentFile* document = package.FindDocument(asset.File);
     const bool is_composition = document != nullptr && document->Kind() == DocumentKind::Composition;
     if (is_composition || ToLower(asset.File).ends_with(".mxf"))
       Add(findings, Finding(FindingID::PklUnlisted), AssetPlace(*package.Map, asset.Element, asset.ID), "", asset.File);
   }
 }
 
+/// The assets whose paths were found to lead out of the package. The findings of the package are the last ones.
+std::set<UUID> WithBadPath(const Package& package, const FindingList& findings) {
+  std::set<UUID> assets;
+  for (auto finding = findings.rbegin(); finding != findings.rend(); ++finding) {
+    if (finding->Place.Package != package.Folder) break;
+    if (finding->ID == FindingID::AmPath && finding->Class == FindingClass::Error) assets.insert(finding->Place.Asset);
+  }
+  return assets;
+}
+
 void FindMissing(const Package& package, FindingList& findings) {
+  const std::set<UUID> with_bad_path = WithBadPath(package, findings);
   bool is_told = false;
   for (const MapAsset& asset : package.MapAssets) {
     if (!asset.File.empty() || asset.Written.empty()) continue;
     const bool is_list = asset.IsPackingList;
-    const bool is_bad_path = std::ranges::any_of(findings, [&](const Finding& finding) {
-      return finding.ID == FindingID::AmPath && finding.Class == FindingClass::Error && asset.ID &&
-             finding.Place.Asset == *asset.ID;
-    });
-    if (is_bad_path) continue;
+    if (asset.ID && with_bad_path.contains(*asset.ID)) continue;
     is_told |= is_list;
     Add(findings, Finding(is_list ? FindingID::PklMissing : FindingID::PklAssetMissing),
         AssetPlace(*package.Map, asset.Element, asset.ID), "", Quoted(asset.Written));

@@ -49,8 +49,8 @@ std::optional<SHA1> FindInSignature(const DocumentFile& document, const FindingP
     findings.push_back(std::move(finding));
   };
   Sigil::SignatureReport report;
-  if (HasSignature(*document.Root())) {
-    Ferro::MemoryLogSink log;  // the result says it all
+  if (!document.Text.empty()) {  // of a signed document
+    Ferro::MemoryLogSink log;    // the result says it all
     const Result_t result = Sigil::VerifySignature(document.Text, context, report, log);
     if (result.Failure()) {
       Finding& finding = findings.emplace_back(FindingID::SignForm);
