@@ -115,6 +115,62 @@ TEST_F(TrackFileProbeTest, WhatWasCutOffIsNotFound) {
   }
 }
 
+TEST_F(TrackFileProbeTest, ResourcesOfTextsAreFound) {
+  const LogCapture log;
+  TrackFileSpec spec;
+  spec.FontSizes = {1000, 2000};
+  const std::string filename = Make(TrackKind::Text, spec);
+  TrackFileProbe probe;
+  Ferro::UUID missing;
+  EXPECT_EQ(probe.FindResources(missing), Ferro::RESULT_INIT);
+  ASSERT_EQ(probe.OpenRead(filename), RESULT_OK);
+  EXPECT_EQ(probe.FindResources(missing), RESULT_OK);
+  EXPECT_FALSE(missing.HasValue());
+  TimedText::TimedTextDescriptor text;
+  ASSERT_EQ(probe.FillDescriptor(text), RESULT_OK);
+  ASSERT_EQ(text.ResourceList.size(), 2U);
+  const auto partitions = probe.RIP().PairArray;  // header, document, two fonts, footer
+  ASSERT_EQ(partitions.size(), 5U);
+  const auto cut_at = [&](ui64_t size) {
+    std::filesystem::resize_file(filename, size);
+    EXPECT_EQ(probe.OpenRead(filename), RESULT_OK);
+    EXPECT_EQ(probe.FindEditUnit(0), RESULT_OK);
+    missing = Ferro::UUID();
+    return probe.FindResources(missing);
+  };
+  EXPECT_EQ(cut_at(partitions[4].ByteOffset), RESULT_OK);
+  EXPECT_EQ(cut_at(partitions[4].ByteOffset - 1), RESULT_FORMAT);
+  EXPECT_EQ(missing, text.ResourceList.back().ResourceID);
+  EXPECT_EQ(cut_at(partitions[3].ByteOffset), Ferro::RESULT_NOT_FOUND);
+  EXPECT_EQ(missing, text.ResourceList.back().ResourceID);
+  EXPECT_EQ(cut_at(partitions[2].ByteOffset), Ferro::RESULT_NOT_FOUND);
+  EXPECT_EQ(missing, text.ResourceList.front().ResourceID);
+}
+
+TEST_F(TrackFileProbeTest, AFileThatBreaksOffHasNoFooter) {
+  const LogCapture log;
+  for (const TrackKind kind : {TrackKind::Picture, TrackKind::Sound, TrackKind::Text}) {
+    const std::string filename = Make(kind);
+    TrackFileProbe probe;
+    EXPECT_EQ(probe.FindFooter(), Ferro::RESULT_INIT);
+    ASSERT_EQ(probe.OpenRead(filename), RESULT_OK);
+    const ui64_t index_pack = std::filesystem::file_size(filename) - probe.RIP().PackLength;
+    const ui64_t footer = probe.RIP().PairArray.back().ByteOffset;
+    EXPECT_EQ(probe.FindFooter(), RESULT_OK);
+    const auto cut_at = [&](ui64_t size) {
+      std::filesystem::resize_file(filename, size);
+      EXPECT_EQ(probe.OpenRead(filename), RESULT_OK);
+      Ferro::UUID missing;
+      EXPECT_EQ(probe.FindResources(missing), RESULT_OK);
+      return probe.FindFooter();
+    };
+    EXPECT_EQ(cut_at(index_pack), RESULT_OK) << "the random index pack is optional";
+    EXPECT_EQ(cut_at(index_pack - 1), RESULT_CUT);
+    EXPECT_EQ(cut_at(footer + 16), RESULT_CUT);
+    EXPECT_EQ(cut_at(footer), RESULT_CUT);
+  }
+}
+
 TEST_F(TrackFileProbeTest, AFileOfAnotherKindIsRefusedWithItsReason) {
   const LogCapture log;
   TrackFileProbe probe;

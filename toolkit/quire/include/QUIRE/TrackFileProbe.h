@@ -38,6 +38,13 @@ class QUIRE_API TrackFileProbe : public TrackFileReader {
   /// @return RESULT_OK where its bytes are there, whatever they are; else what ReadFrame returns: RESULT_RANGE, RESULT_CUT,
   /// RESULT_FORMAT, RESULT_READFAIL, RESULT_INIT.
   [[nodiscard]] Result_t FindEditUnit(ui32_t number);
+  /// Looks the keys and lengths of all resources of timed text up; in files of other kinds there is nothing to find.
+  /// @param missing  receives the identifier of the first that is not there.
+  /// @return RESULT_OK where the bytes of all are there; else RESULT_NOT_FOUND, RESULT_FORMAT, RESULT_READFAIL, RESULT_INIT.
+  [[nodiscard]] Result_t FindResources(Ferro::UUID& missing);
+  /// Looks for the partition that ends the file, with the index that it announces.
+  /// @return RESULT_OK; RESULT_CUT where it is not there as a whole; RESULT_FORMAT, RESULT_READFAIL, RESULT_INIT.
+  [[nodiscard]] Result_t FindFooter();
 };
 
 }  // namespace QUIRE

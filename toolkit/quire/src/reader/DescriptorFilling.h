@@ -19,6 +19,10 @@ namespace QUIRE {
 [[nodiscard]] Result_t FillFrom(h__Reader& reader, PCM::AudioDescriptor& descriptor);
 [[nodiscard]] Result_t FillFrom(h__Reader& reader, PCM::MCALabelList& labels);
 [[nodiscard]] Result_t FillFrom(h__Reader& reader, TimedText::TimedTextDescriptor& descriptor);
+/// Looks the resources of timed text up in the file.
+/// @param missing  receives the first that is not there.
+/// @return RESULT_OK, or what looking that one up returns.
+[[nodiscard]] Result_t FindResources(h__Reader& reader, Ferro::UUID& missing);
 [[nodiscard]] Result_t FillFrom(h__Reader& reader, DCData::DCDataDescriptor& descriptor);
 [[nodiscard]] Result_t FillFrom(h__Reader& reader, ATMOS::AtmosDescriptor& descriptor);
 

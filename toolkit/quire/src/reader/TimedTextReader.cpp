@@ -71,6 +71,17 @@ Result_t FillFrom(h__Reader& reader, TimedText::TimedTextDescriptor& descriptor)
   return Ferro::RESULT_OK;
 }
 
+Result_t FindResources(h__Reader& reader, Ferro::UUID& missing) {
+  if (dynamic_cast<const MXF::TimedTextDescriptor*>(reader.Facts().Descriptor) == nullptr) return Ferro::RESULT_OK;
+  for (const auto* resource : TimedText::Resources(reader)) {
+    const Result_t result = reader.LocateStream(resource->EssenceStreamID);
+    if (result.Success()) continue;
+    missing = resource->AncillaryResourceID;
+    return result;
+  }
+  return Ferro::RESULT_OK;
+}
+
 }  // namespace QUIRE
 
 namespace QUIRE::TimedText {

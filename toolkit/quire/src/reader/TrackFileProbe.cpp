@@ -60,4 +60,12 @@ Result_t TrackFileProbe::FindEditUnit(ui32_t number) {
   return m_Reader ? m_Reader->LocateEditUnit(number) : Ferro::RESULT_INIT;
 }
 
+Result_t TrackFileProbe::FindResources(Ferro::UUID& missing) {
+  return m_Reader ? ResultOf([&] { return QUIRE::FindResources(*m_Reader, missing); }) : Ferro::RESULT_INIT;
+}
+
+Result_t TrackFileProbe::FindFooter() {
+  return m_Reader ? m_Reader->LocateFooter() : Ferro::RESULT_INIT;
+}
+
 }  // namespace QUIRE

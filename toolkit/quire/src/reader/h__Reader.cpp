@@ -8,6 +8,7 @@
 
 #include <QUIRE/Crypto.h>
 
+#include <Ferro/CheckedMath.h>
 #include <Ferro/ILogSink.h>
 
 #include <algorithm>
@@ -232,13 +233,28 @@ Result_t h__Reader::FindEditUnit(ui32_t frame_number, Range& range) {
   return RESULT_OK;
 }
 
+Result_t h__Reader::LocateStream(ui32_t body_sid) {
+  return ResultOf([&] {
+    const LogSubject subject(m_File.Filename());
+    std::vector<ElementPlace> elements;
+    return FindElements(body_sid, elements);
+  });
+}
+
+// All of it: what is cut off may be the index that the footer announces. A random index pack behind it is optional.
+Result_t h__Reader::LocateFooter() {
+  const Result_t result = ReadPartitions();
+  if (result.Failure()) return result;
+  const MXF::Partition& last = m_Structure.Partitions.back();
+  const auto length = Ferro::CheckedAdd<ui64_t>(last.HeaderByteCount, last.IndexByteCount);
+  const ui64_t left = m_File.Size() - (last.FileOffset + last.PackLength);
+  return last.Kind == MXF::PartitionKind::Footer && length && *length <= left ? RESULT_OK : RESULT_CUT;
+}
+
 Result_t h__Reader::LocateEditUnit(ui32_t frame_number) {
+  if (m_Facts.Type == ESS_TIMED_TEXT) return LocateStream(m_Facts.BodySID);
   return ResultOf([&]() -> Result_t {
     const LogSubject subject(m_File.Filename());
-    if (m_Facts.Type == ESS_TIMED_TEXT) {
-      std::vector<ElementPlace> elements;
-      return FindElements(m_Facts.BodySID, elements);
-    }
     Range range;
     ElementPlace place;
     Result_t result = FindEditUnit(frame_number, range);

@@ -38,6 +38,10 @@ class h__Reader {
   [[nodiscard]] Result_t LocateFrame(ui32_t frame_number, Eye eye, ElementPlace& place);
   /// Finds the elements of an edit unit in the file, of timed text those of its document.
   [[nodiscard]] Result_t LocateEditUnit(ui32_t frame_number);
+  /// Finds the elements of a stream of timed text in the file: the document or a resource.
+  [[nodiscard]] Result_t LocateStream(ui32_t body_sid);
+  /// Finds the file's footer; RESULT_CUT where there is none, or not all of it.
+  [[nodiscard]] Result_t LocateFooter();
   /// What there is to be known to decrypt the file's frames. Finds out by what rule a stereoscopic file is numbered.
   [[nodiscard]] Result_t FillTrackEncryption(TrackEncryption& encryption);
   /// The index entry of a frame that was read; all zero where the index was of constant size.
