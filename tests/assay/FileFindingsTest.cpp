@@ -65,6 +65,27 @@ TEST(FileFindings, AFileThatWasCutShortBehindWhatIsPlayedIsIncomplete) {
   EXPECT_EQ(cut("230"), (Names{"file-damaged", "package-interop"}));
 }
 
+TEST(FileFindings, AFontThatWasCutOffIsDamage) {
+  FilePackage package;
+  package.Cut("14", 1000);  // the footer and a part of the font
+  const Assay::CheckReport report = package.Report();
+  ASSERT_EQ(testsupport::NamesOf(report.Findings), Names{"file-damaged"});
+  const Finding finding = FindingOf(report, FindingID::FileDamaged);
+  EXPECT_EQ(finding.Expected, "1 resource");
+  EXPECT_THAT(finding.Found, testing::EndsWith(" is not there"));
+}
+
+TEST(FileFindings, AFileWithoutItsFooterIsIncomplete) {
+  for (const char* id : {"12", "13", "14", "16"}) {
+    FilePackage package;
+    package.Cut(id, 200);
+    EXPECT_EQ(package.Findings(), Names{"file-incomplete"}) << id;
+    EXPECT_EQ(FindingOf(package.Report(), FindingID::FileIncomplete).Expected, "a footer");
+    FilePackage whole;
+    EXPECT_EQ(whole.Cut(id, 1).Findings(), Names{}) << "the random index pack is optional, " << id;
+  }
+}
+
 TEST(FileFindings, WhatACutFileIsToldForFollowsFromItsSize) {
   FilePackage package;
   package.Cut("12", 50'000).KeepSizes();

@@ -20,16 +20,24 @@ void FindDamage(const TrackFile& file, FindingList& findings) {
         is_damaged ? "a track file" : "", is_damaged ? file.Identity.EncodeString() : file.Opened.Label());
     return;
   }
+  const FindingID damage =
+      file.BadReason == Ferro::RESULT_READFAIL ? FindingID::FileUnreadable : FindingID::FileDamaged;
   const std::string length = std::to_string(file.Duration) + " edit units";
   if (file.BadUnit) {
-    const bool is_damaged = file.BadReason != Ferro::RESULT_READFAIL;
     const std::string found = file.Duration == 0 ? "none"
                               : file.BadReason == QUIRE::RESULT_CUT
                                   ? "edit unit " + std::to_string(*file.BadUnit) + " is cut off"
                                   : "edit unit " + std::to_string(*file.BadUnit) + " is not there";
-    Add(findings, Finding(is_damaged ? FindingID::FileDamaged : FindingID::FileUnreadable), file.At(), length, found);
+    Add(findings, Finding(damage), file.At(), length, found);
+  } else if (file.BadResource) {
+    const auto* text = file.As<QUIRE::TimedText::TimedTextDescriptor>();
+    const size_t count = text == nullptr ? 0 : text->ResourceList.size();
+    Add(findings, Finding(damage), file.At(), std::to_string(count) + (count == 1 ? " resource" : " resources"),
+        file.BadResource->EncodeString() + " is not there");
   } else if (file.IsIncomplete) {
     Add(findings, Finding(FindingID::FileIncomplete), file.At(), length, "the last one is cut off");
+  } else if (file.HasNoFooter) {
+    Add(findings, Finding(FindingID::FileIncomplete), file.At(), "a footer", "none, or a part of it");
   }
 }
 

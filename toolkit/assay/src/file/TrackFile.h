@@ -50,7 +50,9 @@ struct TrackFile {
   /// played. Of text the document is tried. No frame is read.
   std::optional<ui32_t> BadUnit;
   QUIRE::Result_t BadReason = Ferro::RESULT_OK;
-  bool IsIncomplete = false;  ///< what is played is there, the file's end is not
+  std::optional<UUID> BadResource;  ///< of text, the first font or image that was tried and is not there
+  bool IsIncomplete = false;        ///< what is played is there, the last edit unit is not
+  bool HasNoFooter = false;         ///< all edit units are there, the file's end is not
 
   [[nodiscard]] bool IsOpen() const { return Opened.Success() && Essence.index() != 0; }
   /// What to open.

@@ -55,7 +55,8 @@ Result_t TakeDescriptor(const TrackFileProbe& probe, TrackFile& file) {
   return QUIRE::RESULT_FORMAT;
 }
 
-/// Tries the first edit unit and the last one that is played, then the file's last.
+/// Tries the first edit unit and the last one that is played, the resources of text, then the file's last edit unit and its
+/// end.
 void TryEditUnits(TrackFileProbe& probe, std::optional<ui64_t> last_played, TrackFile& file) {
   const ui32_t end = std::max<ui32_t>(file.Duration, 1) - 1;
   const auto last = static_cast<ui32_t>(std::min<ui64_t>(last_played.value_or(0), end));
@@ -65,7 +66,14 @@ void TryEditUnits(TrackFileProbe& probe, std::optional<ui64_t> last_played, Trac
       file.BadReason = result;
       return;
     }
+  UUID missing;
+  if (const Result_t result = probe.FindResources(missing); result.Failure()) {
+    file.BadResource = missing;
+    file.BadReason = result;
+    return;
+  }
   if (last != end) file.IsIncomplete = probe.FindEditUnit(end).Failure();
+  file.HasNoFooter = !file.IsIncomplete && probe.FindFooter() == QUIRE::RESULT_CUT;
 }
 
 }  // namespace

@@ -286,8 +286,10 @@ inline constexpr FindingRule PackageRules[] = {
      Flavour::Any,
      Depth::Documents,
      "The file or folder cannot be read.",
-     "The system refuses it to this user, or a link leads nowhere. What is inside is not known. Where nothing of the "
-     "package is concerned it is a warning.",
+     "The system refuses it to this user, a link leads nowhere or out of the package, or there is a folder, a pipe or "
+     "a "
+     "device where a file belongs. What is inside is not known. Where nothing of the package is concerned it is a "
+     "warning.",
      "Allow this user to read it, or copy it again.",
      "",
      After::FileUnreadable},
@@ -297,7 +299,8 @@ inline constexpr FindingRule PackageRules[] = {
      Flavour::Any,
      Depth::Files,
      "The file is damaged.",
-     "Its header, its index or its labels cannot be understood, so neither can its frames.",
+     "Its header, its index or its labels cannot be understood, so neither can its frames; or a part that it announces "
+     "is not there: an edit unit that is played, or a font or image of a text.",
      "Copy the package again from its source.",
      "ST 377-1",
      After::FileDamaged},
