@@ -24,8 +24,9 @@ struct PackagedFile {
 struct MapAsset {
   const Node* Element = nullptr;
   std::optional<UUID> ID;
-  std::string Written;  ///< the path as it stands
-  std::string File;     ///< the path of the file that it leads to, from the folder on; empty where there is none
+  std::string Written;   ///< the path as it stands
+  std::string File;      ///< the path of the file that it leads to, from the folder on; empty where there is none
+  std::string Obstacle;  ///< of what cannot be read, the path of what stands in the way; empty where nothing does
   bool IsPackingList = false;
   bool IsWhole = true;        ///< one chunk that begins at 0
   bool HasOtherCase = false;  ///< the file was found only by disregarding letter case
@@ -58,7 +59,9 @@ struct Package {
   std::string Folder;
   std::map<std::string, PackagedFile> Files;  ///< by their path from the folder on
   std::set<std::string> EmptyFolders;
-  std::vector<std::string> Unreadable;  ///< paths that could not be looked at
+  /// Paths of what cannot be read, and what stands there; that of a folder ends with a slash. None is ever opened: not a
+  /// pipe, which would wait for its writer, and not a device, for which that can be an order.
+  std::map<std::string, std::string> Unreadable;
 
   std::deque<DocumentFile> Documents;  ///< all that were read
   std::vector<const DocumentFile*> Maps, VolumeIndexes;

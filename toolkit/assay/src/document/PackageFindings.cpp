@@ -20,6 +20,24 @@ void FindFlavour(const Package& package, FindingList& findings) {
   if (first != nullptr && first->IsInterop()) Add(findings, Finding(FindingID::PackageInterop), FolderPlace(package));
 }
 
+/// What cannot be read: where the package needs it an error.
+void FindUnreadable(const Package& package, FindingList& findings) {
+  std::map<std::string_view, const MapAsset*> behind;  // what stands in an asset's way
+  for (const MapAsset& asset : package.MapAssets)
+    if (!asset.Obstacle.empty()) behind.try_emplace(asset.Obstacle, &asset);
+  for (const auto& [path, found] : package.Unreadable) {
+    const auto obstacle = behind.find(path);
+    const MapAsset* asset = obstacle == behind.end() ? package.FindMappedFile(path) : obstacle->second;
+    const bool is_needed = asset != nullptr || path.empty() || IsMapName(path) || IsVolumeIndexName(path) ||
+                           package.Files.contains(path);  // a document that was to be read
+    FindingPlace place = FolderPlace(package);
+    place.Document = path;
+    if (asset != nullptr && asset->ID) place.Asset = *asset->ID;
+    Add(findings, Finding(FindingID::FileUnreadable, is_needed ? FindingClass::Error : FindingClass::Warning), place,
+        "", found);
+  }
+}
+
 void FindFiles(const Package& package, FindingList& findings) {
   for (const auto& [path, file] : package.Files) {
     FindingPlace place = FolderPlace(package);
@@ -36,11 +54,6 @@ void FindFiles(const Package& package, FindingList& findings) {
     FindingPlace place = FolderPlace(package);
     place.Document = folder;
     Add(findings, Finding(FindingID::PackageEmptyFolder), place);
-  }
-  for (const std::string& path : package.Unreadable) {
-    FindingPlace place = FolderPlace(package);
-    place.Document = path;
-    Add(findings, Finding(FindingID::FileUnreadable), place);
   }
 }
 
@@ -93,6 +106,7 @@ void FindInPackage(const Package& package, i64_t now, FindingList& findings) {
   FindInPackingLists(package, now, findings);
   FindFlavour(package, findings);
   FindFiles(package, findings);
+  FindUnreadable(package, findings);
   IDCase cases;
   for (const DocumentFile& document : package.Documents)
     if (document.Root() != nullptr) cases.Look(document, *document.Root(), findings);

@@ -23,6 +23,11 @@ bool IsSystemFile(std::string_view name) {
   return name.starts_with('.') || ToLower(name) == "thumbs.db" || ToLower(name) == "desktop.ini";
 }
 
+/// A drive's own folder, which is its administrator's alone.
+bool IsLostAndFound(std::string_view path) {
+  return path == "lost+found";
+}
+
 /// The name behind the last slash.
 std::string_view NameOf(std::string_view path) {
   return path.substr(path.find_last_of('/') + 1);
@@ -35,16 +40,47 @@ bool HasMap(const fs::path& folder) {
   return false;
 }
 
+/// What an entry is that is neither a file nor a folder of the package; empty where it is one. Nothing is opened.
+const char* OddityOf(const fs::directory_entry& entry, const fs::path& root) {
+  std::error_code error;
+  if (entry.is_regular_file(error) && !entry.is_symlink(error)) return "";
+  fs::file_type type = entry.symlink_status(error).type();
+  if (type == fs::file_type::symlink) {
+    const fs::path target = fs::canonical(entry.path(), error);
+    if (error) return "a link that leads nowhere";
+    if (std::ranges::mismatch(root, target).in1 != root.end()) return "a link out of the package";
+    type = fs::status(target, error).type();
+    if (type == fs::file_type::directory) return "a link to a folder";
+  }
+  switch (type) {
+    case fs::file_type::regular:
+    case fs::file_type::directory:
+      return "";
+    case fs::file_type::fifo:
+      return "a pipe";
+    case fs::file_type::socket:
+      return "a socket";
+    case fs::file_type::block:
+    case fs::file_type::character:
+      return "a device";
+    default:
+      return "an entry that cannot be looked at";
+  }
+}
+
 /// Notes the files of a folder and of those in it, but of no other package's.
 class FolderWalk {
  public:
-  explicit FolderWalk(Package& package) : m_Package(package) {}
+  explicit FolderWalk(Package& package) : m_Package(package) {
+    std::error_code error;
+    m_Root = fs::canonical(package.Folder, error);
+  }
 
   void Walk(const fs::path& folder, const std::string& prefix, int depth) {
     std::error_code error;
     fs::directory_iterator entries(folder, error);
     if (error) {
-      m_Package.Unreadable.push_back(prefix);
+      m_Package.Unreadable.emplace(prefix, "a folder that cannot be opened");
       return;
     }
     bool is_empty = true;
@@ -58,25 +94,31 @@ class FolderWalk {
  private:
   void Note(const fs::directory_entry& entry, const std::string& path, int depth) {
     std::error_code error;
+    if (const std::string_view oddity = OddityOf(entry, m_Root); !oddity.empty()) {
+      if (m_Package.Unreadable.size() < MaxFiles) m_Package.Unreadable.emplace(path, oddity);
+      return;
+    }
     if (entry.is_directory(error)) {
-      if (entry.is_symlink(error) || depth == MaxFolderDepth || HasMap(entry.path())) return;
+      if (depth == MaxFolderDepth || IsLostAndFound(path) || HasMap(entry.path())) return;
       Walk(entry.path(), path + '/', depth + 1);
       return;
     }
-    if (!entry.is_regular_file(error) || m_Package.Files.size() == MaxFiles) return;
+    if (m_Package.Files.size() == MaxFiles) return;
     PackagedFile& file = m_Package.Files[path];
     file.Size = entry.file_size(error);
     file.IsHidden = IsSystemFile(NameOf(path));
   }
 
   Package& m_Package;
+  fs::path m_Root;  // without links in it
 };
 
 const DocumentFile* Read(Package& package, const std::string& path) {
   if (const DocumentFile* document = package.FindDocument(path); document != nullptr) return document;
   std::string text;
-  if (Ferro::ReadFileIntoString(Ferro::PathJoin(package.Folder, path), text, MaxPackageDocument).Failure()) {
-    package.Unreadable.push_back(path);
+  const auto result = Ferro::ReadFileIntoString(Ferro::PathJoin(package.Folder, path), text, MaxPackageDocument);
+  if (result.Failure()) {
+    package.Unreadable.emplace(path, result.Label());
     return nullptr;
   }
   const DocumentFile& document =
@@ -110,6 +152,26 @@ class FileSearch {
   const Package& m_Package;
   std::map<std::string, std::string_view> m_ByLowerCase;  // made when it is first needed
 };
+
+/// What stands in the way of a path that leads to no file: in its place, or as a folder above it. A folder in its place is
+/// noted as unreadable.
+std::string ObstacleOf(Package& package, const std::string& written) {
+  std::vector<std::string> candidates;
+  if (Cairn::AssetMapPathCandidates(written, candidates).Failure()) return {};
+  for (const std::string& candidate : candidates) {
+    for (size_t end = candidate.find('/'); end != std::string::npos; end = candidate.find('/', end + 1))
+      for (const std::string& above : {candidate.substr(0, end), candidate.substr(0, end + 1)})
+        if (package.Unreadable.contains(above)) return above;
+    if (package.Unreadable.contains(candidate)) return candidate;
+    std::error_code error;
+    if (candidate.empty() || !fs::is_directory(fs::symlink_status(Ferro::PathJoin(package.Folder, candidate), error)))
+      continue;
+    package.EmptyFolders.erase(candidate);
+    package.Unreadable.emplace(candidate, "a folder");
+    return candidate;
+  }
+  return {};
+}
 
 std::vector<MapAsset> ReadMap(const Package& package, const DocumentFile& document) {
   std::vector<MapAsset> assets;
@@ -163,6 +225,8 @@ ListFile ReadList(const DocumentFile& document) {
 
 /// Reads what the asset map has of documents, or, without one, the documents of the top folder.
 void ReadDocuments(Package& package) {
+  for (MapAsset& asset : package.MapAssets)
+    if (asset.File.empty()) asset.Obstacle = ObstacleOf(package, asset.Written);
   for (const MapAsset& asset : package.MapAssets)
     if (ToLower(asset.File).ends_with(".xml") || (asset.IsPackingList && !asset.File.empty()))
       Read(package, asset.File);

@@ -206,6 +206,10 @@ void FindMissing(const Package& package, FindingList& findings) {
   for (const MapAsset& asset : package.MapAssets) {
     if (!asset.File.empty() || asset.Written.empty()) continue;
     const bool is_list = asset.IsPackingList;
+    if (!asset.Obstacle.empty()) {  // told as unreadable
+      is_told |= is_list;
+      continue;
+    }
     if (asset.ID && with_bad_path.contains(*asset.ID)) continue;
     is_told |= is_list;
     Add(findings, Finding(is_list ? FindingID::PklMissing : FindingID::PklAssetMissing),
