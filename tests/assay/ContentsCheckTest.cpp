@@ -115,7 +115,8 @@ TEST_F(ContentsCheck, FramesWithoutAKeyAreToldOnce) {
   for (const char* id : {"12", "22"}) package.SpecOf(id).Key.emplace();
   Write(package);
   const Names more = Beyond(Find(Files), Frames);
-  EXPECT_EQ(std::ranges::count(more, "picture-file-key"), 1);
+  // What the sample's sound and fonts, which are made up, are told for is another matter.
+  EXPECT_EQ(testsupport::Without(testsupport::Without(more, "sound-"), "text-"), Names{"picture-file-key"});
   EXPECT_EQ(m_Report.LeftOuts.size(), 2U);
   for (const LeftOut& file : m_Report.LeftOuts) {
     EXPECT_EQ(file.Depths, DepthSet{Depth::Frames});
