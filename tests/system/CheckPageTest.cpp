@@ -102,6 +102,16 @@ TEST_P(CheckPageInABrowser, OfASoundShow) {
   EXPECT_EQ(report["drawings"], 1);
 }
 
+TEST_P(CheckPageInABrowser, OfPackagesWhoseFramesWereRead) {
+  const BrokenShow show;
+  const Json report = ProbePage(PageOf(show, {"--frames", "--profile", "all"}), Probe, GetParam(), show.Beside(""));
+  ASSERT_TRUE(report.is_object());
+  ExpectLegible(report, GetParam());
+  EXPECT_THAT(report["headline"].get<std::string>(), StartsWith("It is not as the profile all asks: 7 warnings, "));
+  EXPECT_THAT(report["headings"].get<std::vector<std::string>>(), testing::Contains("Packages"));
+  EXPECT_GT(report["drawings"], 1);
+}
+
 TEST_P(CheckPageInABrowser, OfABrokenShow) {
   const BrokenShow show;
   show.Remove("Feature/sound-2.mxf");

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CheckCommand.h"
 
+#include "CheckOptions.h"
 #include "CheckPage.h"
 #include "CheckReport.h"
+#include "EngineAnswer.h"
+#include "PackageCheck.h"
 #include "findings/AssetFindings.h"
 #include "findings/FindingReport.h"
 #include "findings/ShowFindings.h"
@@ -18,8 +21,6 @@
 #include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
 
-#include <Strata/IPlaylist.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -28,44 +29,6 @@
 namespace Tool {
 
 namespace {
-
-struct CheckOptions {
-  InputOptions Inputs;
-  KeyOptions Keys;
-  ShowTimeOptions Times;
-  std::string HtmlFile;
-  bool Hash = false;
-  bool AsJson = false;
-};
-
-/// What the engine says of the show when it loads it.
-struct EngineAnswer {
-  bool Loads = false;
-  FindingList Findings;
-  Ferro::ui32_t DurationSeconds = 0;
-};
-
-/// What the engine logs, and why it refuses the show.
-EngineAnswer LoadShow(const Inputs& inputs) {
-  QuietLog log;
-  EngineAnswer answer;
-  Ferro::mem_ptr<Strata::IPlaylist> playlist;
-  Strata::Result_t result = Strata::NewPlaylist(playlist);
-  if (result.Success()) {
-    result = inputs.Load(*playlist);
-    answer.DurationSeconds = playlist->GetDurationSeconds();
-  }
-  answer.Loads = result.Success();
-  std::string reason = result.Label();
-  for (const Ferro::LogEntry& entry : log.Take()) {
-    if (entry.Level == Ferro::LogLevel::Error && !answer.Loads)
-      reason = entry.Message;
-    else
-      answer.Findings.emplace_back(FindingID::ShowRemark).Found = WithoutFullStop(entry.Message);
-  }
-  if (!answer.Loads) answer.Findings.emplace_back(FindingID::ShowRefused).Found = WithoutFullStop(reason);
-  return answer;
-}
 
 /// Every asset of the show and the compositions themselves.
 Cairn::UUIDList AssetsOf(const ShowOutline& outline) {
@@ -192,6 +155,7 @@ CheckReport CheckEach(Inputs& inputs, const CheckMeans& means) {
 
 ExitCode Check(const CheckOptions& options) {
   const QuietLog log;  // what is wrong is told in other words
+  if (options.IsOfPackages()) return CheckPackages(options);
   Inputs inputs;
   const bool is_one = inputs.Open(options.Inputs);
   const bool is_folder = options.Inputs.Names.size() == 1 && !inputs.Choices().empty();
@@ -217,13 +181,42 @@ ExitCode Check(const CheckOptions& options) {
 
 }  // namespace
 
+namespace {
+
+using ProfileChoice = std::optional<Assay::Profile>;
+using DepthChoice = std::optional<Assay::Depth>;
+
+void AddDepths(Command& command, CheckOptions& options) {
+  using Assay::Depth;
+  using Assay::Profile;
+  command.Add("--hash", options.Hash, "Verify the digests of all files: reads the whole show");
+  command.Add("--frames", options.Frames, "Look at every frame, sample and text of the packages");
+  command.Add("--decode", options.Decode, "Decode every picture of the packages");
+  command.AddChoice("--depth", options.Depth,
+                    std::vector<std::pair<const char*, DepthChoice>>{{"documents", Depth::Documents},
+                                                                     {"files", Depth::Files},
+                                                                     {"frames", Depth::Frames},
+                                                                     {"hash", Depth::Hash},
+                                                                     {"decode", Depth::Decode}},
+                    "Look at the packages as far as that: at documents alone, at headers of files, at every frame, at "
+                    "digests, at decoded pictures; each with those before it");
+  command.AddChoice(
+      "--profile", options.Profile,
+      std::vector<std::pair<const char*, ProfileChoice>>{
+          {"plays", Profile::Plays}, {"smpte", Profile::SMPTE}, {"interop", Profile::Interop}, {"all", Profile::All}},
+      "What counts of what is found in the packages: what keeps them from playing well, RDD 52 as well, of "
+      "that what Interop packages can follow, or notes, too");
+}
+
+}  // namespace
+
 void AddCheckCommand(Command& program) {
   const auto options = std::make_shared<CheckOptions>();
   Command& command = program.AddCommand("check", "Say whether a show will play, and what is wrong with it");
   options->Inputs.AddTo(command, "show", "A folder, an asset map, a playlist file or an identifier");
   options->Keys.AddTo(command);
   options->Times.AddTo(command);
-  command.Add("--hash", options->Hash, "Verify the digests of all files: reads the whole show");
+  AddDepths(command, *options);
   command.Add("--html", options->HtmlFile, "Write a page into this file, to send on; it needs no other file")
       .Called("FILE");
   command.Add("--json", options->AsJson, "Print the report as JSON");
@@ -233,11 +226,18 @@ void AddCheckCommand(Command& program) {
       "composition\n"
       "needs one that is valid from its start to its end in the show that begins now, or at the time named.\n"
       "With keys, every frame of the encrypted files is verified.\n"
+      "With --depth, --frames, --decode or --profile, the packages that lie in the folders named are looked at, each "
+      "with\n"
+      "its verdict; --frames, --hash and --decode combine, and read each file once. With --index FILE what was found "
+      "in\n"
+      "contents is kept in FILE.checked: such a check goes on where it stopped.\n"
       "Exit codes: 0 it plays, keys apart, 2 it does not, 3 assets are missing, 4 interrupted: it tells what it found\n"
-      "until then.\n"
+      "until then. With --profile smpte, interop or all, it is 2 for warnings and departures, too, that the profile "
+      "counts.\n"
       "Where the page cannot be written it is 2.\n"
       "Examples:\n"
       "  strata check show --hash --html check.html\n"
+      "  strata check show --frames --hash --index checked.index\n"
       "  strata check secret --kdm kdm.xml --at '2026-03-05 20:00'\n"
       "  strata check show/Feature --store show --json");
   command.Does([options] { return Check(*options); });

@@ -39,6 +39,16 @@ ShowKeys::ShowKeys(const KeyOptions& keys, const ShowTimeOptions& times, const s
   for (const std::string& folder : folders) static_cast<void>(m_Messages.AddFolder(folder));
 }
 
+void ShowKeys::SetUp(Assay::CheckRequest& request) const {
+  request.Messages = &m_Messages;
+  request.MessageProblems = m_Problems;
+  request.At = m_At;
+  request.Tolerance = m_Tolerance;
+  request.Recipient = m_Recipient;
+  request.Devices = m_Devices;
+  request.TrustedRoots = m_Context.TrustedRoots;
+}
+
 KeyAnswer ShowKeys::AnswerFor(const OutlineComposition& composition, double start, const Ferro::Timestamp& begin) {
   // Both ends are moved towards each other: what is valid so much too late, or not so much long enough, serves.
   const double tolerance = m_Tolerance;

@@ -6,6 +6,8 @@
 #include "KeyOptions.h"
 #include "show/ShowOutline.h"
 
+#include <Assay/Check.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +27,8 @@ class ShowKeys {
   [[nodiscard]] const Sigil::KeyMessageStore& Messages() const { return m_Messages; }
   /// What could not be read of what the user named. Files that merely lie beside the show may be another's.
   [[nodiscard]] const std::vector<Sigil::KeyMessageStore::Problem>& Problems() const { return m_Problems; }
+  /// Has a check of packages judge keys and signatures by the same: it refers to the messages.
+  void SetUp(Assay::CheckRequest& request) const;
   [[nodiscard]] DocumentSignatures& Signatures() { return m_Signatures; }
 
   /// For each composition of a show its answers: now, and at the time that the user named, which comes last and is the one

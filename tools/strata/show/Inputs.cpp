@@ -142,13 +142,19 @@ void InputOptions::AddTo(Command& command, const std::string& names, const std::
 }
 
 bool Inputs::Open(const InputOptions& options) {
-  const QuietLog log;  // what is wrong is told in Problem()
-  const auto add_store = [&](const std::string& folder) { return AddFolder("store", folder); };
-  const auto resolve = [&](const std::string& name) { return Resolve(name); };
+  return OpenStores(options) && FindShow(options);
+}
+
+bool Inputs::OpenStores(const InputOptions& options) {
+  const QuietLog log;  // what is wrong is told in Problem(); so below
   std::string problem;
   if (!OpenIndexFile(options.Index, m_Store, problem)) return Fail(problem, ExitCode::NotPlayable);
-  return std::all_of(options.Stores.begin(), options.Stores.end(), add_store) &&
-         std::all_of(options.Names.begin(), options.Names.end(), resolve);
+  return std::ranges::all_of(options.Stores, [&](const std::string& folder) { return AddFolder("store", folder); });
+}
+
+bool Inputs::FindShow(const InputOptions& options) {
+  const QuietLog log;
+  return std::ranges::all_of(options.Names, [&](const std::string& name) { return Resolve(name); });
 }
 
 bool Inputs::Fail(const std::string& problem, ExitCode code) {

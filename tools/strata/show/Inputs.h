@@ -42,6 +42,10 @@ class Inputs {
   /// playlist in it that no other one there contains, or else its one composition.
   /// @return false, with the reason in Problem(), when nothing or several things could be meant.
   [[nodiscard]] bool Open(const InputOptions& options);
+  /// The first half of Open: the index, and the folders that are there to find assets in.
+  [[nodiscard]] bool OpenStores(const InputOptions& options);
+  /// The other half: what the names mean.
+  [[nodiscard]] bool FindShow(const InputOptions& options);
 
   /// Why Open failed, for the user; may have several lines.
   [[nodiscard]] const std::string& Problem() const { return m_Problem; }

@@ -35,6 +35,8 @@ std::string Name(ProgressUnit unit) {
       return " frames";
     case ProgressUnit::Compositions:
       return " compositions";
+    case ProgressUnit::Packages:
+      return " packages";
   }
   return "";
 }

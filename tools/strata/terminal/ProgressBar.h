@@ -8,7 +8,7 @@
 namespace Tool {
 
 /// What progress is counted in.
-enum class ProgressUnit { Bytes, Files, Pictures, Frames, Compositions };
+enum class ProgressUnit { Bytes, Files, Pictures, Frames, Compositions, Packages };
 
 /// A line on standard error that says how far long work is: a bar, what is done, rate and time left. Shown from one second on,
 /// and only on a terminal.
