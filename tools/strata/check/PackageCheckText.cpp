@@ -41,8 +41,11 @@ FindingList CountedFindings(const FindingList& findings, Assay::Profile profile)
     places[i] = counted.size();
     counted.push_back(findings[i]);
   }
-  for (Finding& finding : counted)
-    if (finding.Cause) finding.Cause = places.at(*finding.Cause);
+  for (Finding& finding : counted) {
+    if (!finding.Cause) continue;
+    const auto cause = places.find(*finding.Cause);
+    finding.Cause = cause == places.end() ? std::nullopt : std::optional(cause->second);
+  }
   return counted;
 }
 
