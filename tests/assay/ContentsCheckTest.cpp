@@ -145,6 +145,23 @@ TEST_F(ContentsCheck, WhatIsEndedSaysWhatWasNotLookedAt) {
   EXPECT_EQ(m_Report.LookedAt, Files);
 }
 
+TEST_F(ContentsCheck, WhatIsEndedBeforeItsContentsLookedAtNone) {
+  constexpr DepthSet all = {Depth::Frames, Depth::Hash, Depth::Decode};
+  const testsupport::TemporaryFolder second;
+  FilePackage().Write(second.Folder().string());
+  Write(FilePackage());
+  m_Request.Folders.push_back(second.Folder().string());
+  m_Request.OnProgress = [](const CheckProgress& progress) { return progress.PackagesDone == 0; };
+  Find(all);
+  EXPECT_TRUE(m_Report.IsCancelled);
+  EXPECT_EQ(m_Report.LookedAt, DepthSet());
+  m_Request.OnProgress = [](const CheckProgress& progress) { return progress.Phase != CheckPhase::Files; };
+  Find(all);
+  EXPECT_TRUE(m_Report.IsCancelled);
+  EXPECT_EQ(m_Report.LookedAt, DepthSet{Depth::Documents});
+  EXPECT_TRUE(m_Report.Figures.empty());
+}
+
 TEST_F(ContentsCheck, ADepthBeyondFilesIncludesThem) {
   Write(FilePackage());
   const Names all = Find(Hash);

@@ -7,12 +7,18 @@
 #include "FoundNames.h"
 #include "OpenedTrackFile.h"
 #include "frames/ContentsPass.h"
+#include "run/Causes.h"
 
 #include <Ferro/LogSink.h>
 #include <Ferro/SHA1Digest.h>
 #include <Sigil/KeyRing.h>
 
 #include <fstream>
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <thread>
+#include <utility>
 
 namespace {
 
@@ -65,6 +71,15 @@ class ContentsPass : public ::testing::Test {
     SHA1 digest;
     EXPECT_EQ(Ferro::DigestFile(m_Folder.Path(name), digest), Ferro::RESULT_OK);
     return digest;
+  }
+  /// A report of progress that answers as `answer` does once some megabytes are done, and else that all goes on.
+  static std::function<bool(const PassProgress&)> OnceUnderWay(std::function<bool()> answer) {
+    return [answer, is_over = false](const PassProgress& progress) mutable {
+      if (is_over) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(110));  // the next report comes no sooner than that
+      is_over = progress.BytesDone > 3'000'000;
+      return is_over ? answer() : true;
+    };
   }
   void GiveKey() {
     const auto id = UUID(std::span<const ui8_t, 16>(MxfBuilder::KeyID().data(), 16));
@@ -158,6 +173,7 @@ TEST_F(ContentsPass, FramesOverEachOtherAreGivenUp) {
   EXPECT_EQ(FoundNames(file.Findings), Names{"file-damaged"});
   EXPECT_EQ(file.Missing, Frames);
   EXPECT_EQ(file.Reason, LeftOutReason::Damaged);
+  EXPECT_FALSE(file.Figures.has_value());
   EXPECT_EQ(file.Digest, DigestOf("picture.mxf"));
 }
 
@@ -261,12 +277,68 @@ TEST_F(ContentsPass, WhatWasFoundBeforeItWasEndedIsKept) {
   other.HasTLM = false;
   other.DataLengths = {300'000, 300'000, 300'000};
   builder.Frames.assign(60, other.Make());
-  m_Request.OnProgress = [](const PassProgress&) { return false; };
+  m_Request.OnProgress = OnceUnderWay([] { return false; });
   const PassFile& file = PassPictures(builder.Build(), {Depth::Frames, Depth::Hash});
+  EXPECT_EQ(FoundNames(file.Findings), Names{"j2k-tile-parts"});
+  EXPECT_FALSE(file.Figures.has_value()) << "they would be those of a part";
   EXPECT_EQ(file.Reason, LeftOutReason::Cancelled);
   EXPECT_EQ(file.Missing, (DepthSet{Depth::Frames, Depth::Hash}));
   EXPECT_TRUE(file.LookedAt.IsEmpty());
   EXPECT_FALSE(file.Digest.HasValue());
+}
+
+TEST_F(ContentsPass, WhatWasFoundBeforeMemoryRanOutIsKept) {
+  MxfBuilder builder = SoundPictures();
+  CinemaCodestream other;
+  other.HasTLM = false;
+  other.DataLengths = {300'000, 300'000, 300'000};
+  builder.Frames.assign(60, other.Make());
+  m_Request.OnProgress = OnceUnderWay([]() -> bool { throw std::bad_alloc(); });
+  const PassFile& file = PassPictures(builder.Build(), Frames);
+  EXPECT_EQ(FoundNames(file.Findings), Names{"j2k-tile-parts"});
+  EXPECT_EQ(file.Reason, LeftOutReason::NoMemory);
+  EXPECT_EQ(file.Missing, Frames);
+}
+
+TEST_F(ContentsPass, WhateverIsThrownEndsOneFileAlone) {
+  MxfBuilder builder(MxfBuilder::JP2K);
+  for (ui32_t i = 0; i < 12; ++i) builder.Frames.push_back(MakeCodestream(64, 36, i));
+  for (const ui32_t threads : {1U, 3U}) {
+    m_Request.Threads = threads;
+    bool is_thrown = false;
+    m_Request.OnProgress = [&](const PassProgress&) {
+      if (!std::exchange(is_thrown, true)) throw std::length_error("too long");
+      return true;
+    };
+    const PassFile& file = PassPictures(builder.Build(), All);
+    EXPECT_EQ(file.Reason, LeftOutReason::Unreadable);
+    EXPECT_EQ(file.Missing, All);
+  }
+}
+
+TEST_F(ContentsPass, AFileThatIsCutIsNotLookedAtToItsEnd) {
+  MxfBuilder builder = SoundPictures();
+  testsupport::Bytes bytes = builder.Build();
+  Write("picture.mxf", bytes);
+  const TrackFile track = OpenedPicture(m_Folder.Folder().string(), "picture.mxf");
+  bytes.resize(builder.ElementAt[5]);
+  Write("picture.mxf", bytes);
+  const PassFile& file = Pass(track, Frames);
+  EXPECT_EQ(file.Missing, Frames);
+  EXPECT_EQ(file.Reason, LeftOutReason::Damaged);
+  EXPECT_FALSE(file.Figures.has_value());
+}
+
+TEST_F(ContentsPass, WhatTheDecoderDoesNotTakeFollowsFromTheProfile) {
+  CinemaCodestream subsampled;
+  subsampled.Components[4] = subsampled.Components[5] = 2;
+  MxfBuilder builder(MxfBuilder::JP2K);
+  builder.Frames.assign(2, subsampled.Make());
+  FindingList findings = PassPictures(builder.Build(), {Depth::Frames, Depth::Decode}).Findings;
+  ASSERT_EQ(FoundNames(findings), (Names{"j2k-profile", "j2k-undecodable"}));
+  LinkCauses(findings);
+  EXPECT_FALSE(findings[0].Cause.has_value());
+  EXPECT_EQ(findings[1].Cause, 0U);
 }
 
 TEST_F(ContentsPass, ProgressEndsWithAllBytes) {

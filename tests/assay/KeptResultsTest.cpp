@@ -99,6 +99,60 @@ TEST(KeptResults, WhatIsNotWantedIsLeftOut) {
   EXPECT_FALSE(file.Findings[0].Cause.has_value()) << "its cause was not looked for";
 }
 
+TEST(KeptResults, OfSeveralPassesAddUp) {
+  const TrackFile track = Track();
+  PassFile frames = Looked(&track);
+  frames.LookedAt = {Depth::Frames, Depth::Decode};
+  frames.Digest = {};
+  PassFile digest = Unlooked(&track);
+  digest.LookedAt = {Depth::Hash};
+  digest.Digest = Ferro::DigestText("picture");
+  for (const bool is_digest_first : {true, false}) {
+    KeptResults kept;
+    kept.Put(is_digest_first ? digest : frames, State);
+    kept.Put(is_digest_first ? frames : digest, State);
+    PassFile file = Unlooked(&track);
+    ASSERT_TRUE(kept.Take(file, State, All));
+    EXPECT_EQ(file.Digest, digest.Digest);
+    EXPECT_TRUE(file.Figures.has_value());
+    ASSERT_EQ(file.Findings.size(), 2U);
+    EXPECT_EQ(file.Findings[1].Cause, 0U);
+
+    kept.Put(digest, {State.Size, State.Modified + 1});
+    file = Unlooked(&track);
+    EXPECT_FALSE(kept.Take(file, {State.Size, State.Modified + 1}, {Depth::Frames})) << "it was of another file";
+  }
+}
+
+TEST(KeptResults, ALesserPassDoesNotTakeDecodingAway) {
+  const TrackFile track = Track();
+  PassFile decoded = Looked(&track);
+  decoded.LookedAt = {Depth::Frames, Depth::Decode};
+  decoded.Digest = {};
+  PassFile lesser = Looked(&track);
+  lesser.LookedAt = {Depth::Frames, Depth::Hash};
+  lesser.Findings.pop_back();
+  KeptResults kept;
+  kept.Put(decoded, State);
+  kept.Put(lesser, State);
+  PassFile file = Unlooked(&track);
+  ASSERT_TRUE(kept.Take(file, State, All));
+  EXPECT_EQ(file.Findings.size(), 2U);
+}
+
+TEST(KeptResults, DamagedFramesAreMetByWhoDecodes) {
+  const TrackFile track = Track();
+  PassFile looked = Looked(&track);
+  looked.Findings.assign(1, Finding(FindingID::FileDamaged));
+  KeptResults kept;
+  kept.Put(looked, State);
+  for (const Depth depth : {Depth::Frames, Depth::Decode}) {
+    PassFile file = Unlooked(&track);
+    ASSERT_TRUE(kept.Take(file, State, {depth}));
+    EXPECT_EQ(file.Findings.size(), 1U);
+  }
+}
+
 TEST(KeptResults, CountForTheSameFileAlone) {
   const TrackFile track = Track();
   PassFile looked = Looked(&track);

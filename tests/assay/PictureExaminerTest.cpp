@@ -3,7 +3,7 @@
 #include "FoundNames.h"
 #include "frames/FrameExaminer.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -41,7 +41,7 @@ Examined Examine(const TrackFile& file, const std::vector<Bytes>& frames) {
     examiner->Examine({static_cast<ui32_t>(unit), has_eyes && i % 2 == 1, frames[i]});
   }
   Examined examined;
-  examiner->Finish(examined.Findings, examined.Figures);
+  examiner->Finish(examined.Findings, examined.Figures, true);
   return examined;
 }
 
@@ -89,6 +89,7 @@ const Breach Breaches[] = {
     {"no component transform", {"j2k-layers warning"}, [](auto& s) { s.Style[4] = 0; }},
     {"two layers", {"j2k-layers"}, [](auto& s) { s.Style[3] = 2; }},
     {"code-blocks 64 wide", {"j2k-blocks"}, [](auto& s) { s.Style[6] = 4; }},
+    {"code-blocks 64 high", {"j2k-blocks"}, [](auto& s) { s.Style[7] = 4; }},
     {"code-block style", {"j2k-blocks"}, [](auto& s) { s.Style[8] = 1; }},
     {"256 at the lowest resolution", {"j2k-blocks"}, [](auto& s) { s.Style[10] = 0x88; }},
     {"128 at the highest", {"j2k-blocks"}, [](auto& s) { s.Style[15] = 0x77; }},
@@ -122,6 +123,15 @@ TEST(PictureExaminer, EachBreachIsItsFindingAndNothingElse) {
   }
 }
 
+TEST(PictureExaminer, OfCodeBlocksBothSidesAreTold) {
+  CinemaCodestream stream;
+  stream.Style[7] = 4;
+  const FindingList findings = Examine(PictureFile(QUIRE::EditRate_24), {stream.Make()}).Findings;
+  ASSERT_EQ(FoundNames(findings), Names{"j2k-blocks"});
+  EXPECT_EQ(findings[0].Expected, "code blocks 32 x 32");
+  EXPECT_EQ(findings[0].Found, "code blocks 32 x 64, edit unit 0");
+}
+
 TEST(PictureExaminer, FourKHasRulesOfItsOwn) {
   CinemaCodestream stream = CinemaCodestream::FourK();
   stream.ProgressionChanges.clear();
@@ -140,7 +150,7 @@ TEST(PictureExaminer, FourKHasRulesOfItsOwn) {
   stream.Style[5] = 0;
   stream.Style.resize(11);
   stream.ProgressionChanges = {0, 0, 0, 1, 0, 3, 4, 0, 0, 0, 1, 1, 3, 4};
-  EXPECT_THAT(NamesOf(stream), testing::Contains("j2k-levels"));
+  EXPECT_EQ(NamesOf(stream), Names{"j2k-levels"});
 }
 
 TEST(PictureExaminer, WhatCannotBeReadIsDamage) {
@@ -186,7 +196,9 @@ TEST(PictureExaminer, TwoEyesShareTheLimitOfOnePicture) {
   EXPECT_EQ(NamesOfSizes({24, 1}, true, {651041, 651042}), Names{"j2k-size-max warning"});
   EXPECT_EQ(NamesOfSizes({24, 1}, true, {300000, 651042}), Names{"j2k-size-max warning"});
   EXPECT_EQ(NamesOfSizes({24, 1}, true, {651042, 651042}), Names{"j2k-size-max"});
-  EXPECT_EQ(NamesOfSizes({48, 1}, true, {325520, 325521}), (Names{"j2k-size-max warning"}));
+  for (const int rate : {48, 50, 60}) EXPECT_EQ(NamesOfSizes({rate, 1}, true, {100'000, 400'000}), Names()) << rate;
+  EXPECT_EQ(NamesOfSizes({48, 1}, true, {325520, 325521}), (Names{"j2k-size-near"}));
+  EXPECT_EQ(NamesOfSizes({48, 1}, true, {325521, 325521}), (Names{"j2k-size-max warning"}));
   EXPECT_EQ(NamesOfSizes({48, 1}, true, {651041, 651042}), (Names{"j2k-size-max warning"}));
   EXPECT_EQ(NamesOfSizes({48, 1}, true, {651042, 651042}), (Names{"j2k-size-max"}));
 }
@@ -258,7 +270,7 @@ TEST(PictureExaminer, FiguresOfHoursTakeNoMoreThanThoseOfSeconds) {
   const Bytes frame = CinemaCodestream().Make();
   for (ui32_t i = 0; i < duration; i += 50) examiner->Examine({i, false, frame});
   Examined examined;
-  examiner->Finish(examined.Findings, examined.Figures);
+  examiner->Finish(examined.Findings, examined.Figures, true);
   ASSERT_TRUE(examined.Figures.Picture.has_value());
   EXPECT_EQ(examined.Figures.Picture->UnitsOfSpan, 251U);
   EXPECT_LE(examined.Figures.Picture->Spans.size(), PictureFigures::MaxSpans);

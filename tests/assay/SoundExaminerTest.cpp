@@ -39,12 +39,12 @@ struct Outcome {
   FileFigures Figures;
 };
 
-Outcome Examine(const Assay::TrackFile& file, const std::vector<Frame>& frames) {
+Outcome Examine(const Assay::TrackFile& file, const std::vector<Frame>& frames, bool is_whole = true) {
   Outcome outcome;
   const auto examiner = file.As<SoundHeader>() != nullptr ? NewSoundExaminer(file) : NewImmersiveExaminer(file);
   Assay::ui32_t number = 0;
   for (const Frame& frame : frames) examiner->Examine({number++, false, frame});
-  examiner->Finish(outcome.Findings, outcome.Figures);
+  examiner->Finish(outcome.Findings, outcome.Figures, is_whole);
   return outcome;
 }
 
@@ -73,6 +73,12 @@ TEST(SoundExaminer, ALabelledChannelThatIsSilentIsTold) {
   Frame faint = FrameOf(8, {7});
   Set(faint, 8, 7, 7, -1);
   EXPECT_EQ(NamesIn(LabelledSound(), {faint}), Names{});
+}
+
+TEST(SoundExaminer, OfAPartOfAFileNoSilenceIsTold) {
+  Frame clipped = FrameOf(8, {7});
+  for (const size_t row : {0U, 1U, 2U}) Set(clipped, 8, 2, row, 8'388'607);
+  EXPECT_EQ(NamesOf(Examine(TrackFileOf(LabelledSound()), {clipped}, false).Findings), Names{"sound-clipping"});
 }
 
 TEST(SoundExaminer, AConfigurationPromisesSoundForTheHallAlone) {

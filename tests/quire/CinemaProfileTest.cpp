@@ -129,6 +129,12 @@ TEST(CinemaProfile, EveryBreachIsFoundAloneAndHasAText) {
   }
 }
 
+TEST(CinemaProfile, OfCodeBlocksBothSidesAreGiven) {
+  CinemaCodestream stream;
+  stream.Style[7] = 4;
+  EXPECT_THAT(Check(stream), ElementsAre(ProfileFinding{ProfileRule::CodeBlocks, 32 << 16 | 64, 32 << 16 | 32, 0}));
+}
+
 TEST(CinemaProfile, AnotherProfileIsMeasuredByItsSize) {
   CinemaCodestream stream;
   stream.Rsiz = 0;

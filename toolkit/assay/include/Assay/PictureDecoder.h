@@ -25,8 +25,9 @@ struct DecodedPicture {
 /// Decodes a JPEG 2000 codestream (ISO/IEC 15444-1) of three equal components, or of one, which then stands for all three.
 /// The bytes may be anything; what they claim is looked at before memory is taken for it. Any thread may call it.
 /// @param reason  on failure receives why, as the end of a sentence, in English: "it is cut short".
-/// @return RESULT_OK; QUIRE::RESULT_RAW_FORMAT where they are no such codestream, or it is cut short, of more than 1024 tiles
-/// or larger than 8192 x 8192 pixels; RESULT_ALLOC. On failure `picture` is unchanged.
+/// @return RESULT_OK; QUIRE::RESULT_RAW_FORMAT where they are no such codestream, or it is cut short, of more than 1024 tiles,
+/// of more pixels than 4096 x 2160, of more than a million packets and code blocks, or of tile-parts with coding styles of
+/// their own; RESULT_ALLOC. On failure `picture` is unchanged.
 [[nodiscard]] ASSAY_API Result_t DecodePicture(std::span<const ui8_t> codestream, DecodedPicture& picture,
                                                std::string& reason);
 /// The same, keeping nothing of the picture: whether it can be decoded.

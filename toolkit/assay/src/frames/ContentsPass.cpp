@@ -9,9 +9,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <filesystem>
 #include <new>
-#include <system_error>
 #include <thread>
 
 namespace Assay {
@@ -74,15 +74,15 @@ class ContentsPass {
 
   // Where the system refuses threads, fewer do all.
   void StartOthers(std::vector<std::jthread>& workers) {
-    try {
-      workers.reserve(m_Threads);
-      while (workers.size() + 1 < m_Threads) {
-        ++m_Reading;
+    while (workers.size() + 1 < m_Threads) {
+      ++m_Reading;
+      try {
         workers.emplace_back([this] { Work(); });
+      } catch (const std::exception& error) {  // of the system, or no memory
+        --m_Reading;
+        Ferro::DefaultLogSink().Warn("Files are read in %zu threads: %s\n", workers.size() + 1, error.what());
+        return;
       }
-    } catch (const std::system_error& error) {
-      --m_Reading;
-      Ferro::DefaultLogSink().Warn("Files are read in %zu threads: %s\n", workers.size() + 1, error.what());
     }
   }
 
@@ -99,6 +99,9 @@ class ContentsPass {
       LookAtAndKeep(file);
     } catch (const std::bad_alloc&) {
       file.LeaveOut(wanted, LeftOutReason::NoMemory);
+    } catch (const std::exception& error) {
+      Ferro::DefaultLogSink().Error("%s: %s\n", file.Path.c_str(), error.what());
+      file.LeaveOut(wanted, LeftOutReason::Unreadable);
     }
   }
 

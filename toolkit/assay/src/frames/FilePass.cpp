@@ -53,18 +53,26 @@ void FilePass::Run() {
     if (m_Wanted.Has(Depth::Hash) && !m_Ended) EndDigest();
   } catch (const std::bad_alloc&) {
     m_Ended = LeftOutReason::NoMemory;
+  } catch (...) {
+    m_Queue.Cancel(m_Decoding);
+    throw;
   }
   if (m_Ended) m_Queue.Cancel(m_Decoding);  // nothing that it holds on to may outlive it
   const auto reason = m_Ended ? m_Ended : m_FramesEnded;
   if (reason) m_File.LeaveOut(m_Wanted, *reason);
 }
 
+// What was found until memory ran out is told all the same.
 void FilePass::LookAtFrames() {
-  TrackReader reader;
-  if (reader.Open(*m_File.Track).Failure())
-    m_FramesEnded = LeftOutReason::Unreadable;
-  else if (TakeKey(reader) && !m_File.IsText())  // who reads texts verifies them
-    OpenFrames(reader);
+  try {
+    TrackReader reader;
+    if (reader.Open(*m_File.Track).Failure())
+      m_FramesEnded = LeftOutReason::Unreadable;
+    else if (TakeKey(reader) && !m_File.IsText())  // who reads texts verifies them
+      OpenFrames(reader);
+  } catch (const std::bad_alloc&) {
+    m_Ended = LeftOutReason::NoMemory;
+  }
   EndFrames();
 }
 
@@ -95,9 +103,12 @@ void FilePass::OpenFrames(TrackReader& reader) {
 FilePass::Step FilePass::LookAtFrame(TrackReader& reader, ui32_t edit_unit, Eye eye) {
   QUIRE::StoredFrame stored;
   Result_t result = reader.Reader().LocateFrame(edit_unit, eye, stored);
-  if (result == QUIRE::RESULT_CUT || result == QUIRE::RESULT_RANGE)
-    return Step::End;  // that it is cut, its header tells
+  if (result == QUIRE::RESULT_CUT || result == QUIRE::RESULT_RANGE) {  // that it is cut, its header tells
+    m_FramesEnded = LeftOutReason::Damaged;
+    return Step::End;
+  }
   if (result == Ferro::RESULT_NOT_FOUND) {
+    m_HasGaps = true;
     if (m_Opener.NumbersEyes()) m_Found.Note(FindingID::MicInvalid, edit_unit, "", "one eye alone");
     return Step::GoOn;
   }
@@ -134,11 +145,13 @@ void FilePass::Deliver(ui32_t edit_unit, Eye eye, std::span<const ui8_t> clear) 
 }
 
 void FilePass::NoteDenied(ui32_t edit_unit, Result_t result) {
+  m_HasGaps = true;
   m_Found.Note(FindingID::MicInvalid, edit_unit, "", DenialText(result));
 }
 
 // A frame that cannot be read.
 FilePass::Step FilePass::Lose(ui32_t edit_unit, const std::string& expected, const std::string& found) {
+  m_HasGaps = true;
   m_Found.Note(FindingID::FileDamaged, edit_unit, expected, found);
   if (++m_LostInRow < MaxLostInRow) return Step::GoOn;
   m_FramesEnded = LeftOutReason::Damaged;
@@ -161,9 +174,10 @@ void FilePass::EndFrames() {
                       m_File.Track->Duration,
                       std::nullopt,
                       {}};
+  const bool is_through = !m_Ended && !m_FramesEnded;
   if (m_Examiner) {
-    m_Examiner->Finish(m_File.Findings, figures);
-    m_File.Figures = std::move(figures);
+    m_Examiner->Finish(m_File.Findings, figures, is_through && !m_HasGaps);
+    if (is_through) m_File.Figures = std::move(figures);  // means and peaks of a part are not those of the file
   }
   m_Found.AddTo(m_File.Findings, m_File.Track->At(), m_File.Track->EditRate);
   AddUndecodable();

@@ -52,6 +52,7 @@ class FilePass {
   FileDecoding m_Decoding;
   Occurrences m_Found;  // of what keeps frames from being examined
   ui32_t m_LostInRow = 0;
+  bool m_HasGaps = false;                      // some frame was not examined
   std::optional<LeftOutReason> m_Ended;        // why there is no going on with the file
   std::optional<LeftOutReason> m_FramesEnded;  // why there is none with its frames
 };

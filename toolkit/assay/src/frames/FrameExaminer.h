@@ -28,7 +28,8 @@ class IFrameExaminer {
 
   virtual void Examine(const FrameView& frame) = 0;
   /// Called once after the last frame that could be read: says what was found, in places of the file (TrackFile::At).
-  virtual void Finish(FindingList& findings, FileFigures& figures) = 0;
+  /// @param is_whole  false: some frames were not examined, so that nothing may be said of all of them.
+  virtual void Finish(FindingList& findings, FileFigures& figures, bool is_whole) = 0;
 };
 
 // One examiner for each kind. The file must outlive it.

@@ -31,7 +31,7 @@ class FrameOpener {
   [[nodiscard]] Result_t Open(const QUIRE::StoredFrame& stored, std::span<const ui8_t> bytes, ui32_t edit_unit,
                               QUIRE::Eye eye, std::span<const ui8_t>& clear);
 
-  /// Whether a missing right eye was taken out.
+  /// Whether sequence numbers show that an eye is missing.
   [[nodiscard]] bool NumbersEyes() const {
     return m_Track.UsesHMAC &&
            m_Track.SequenceNumber(0, QUIRE::Eye::Left) != m_Track.SequenceNumber(0, QUIRE::Eye::Right);

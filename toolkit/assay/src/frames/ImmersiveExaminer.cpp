@@ -34,7 +34,7 @@ class ImmersiveExaminer : public IFrameExaminer {
     if (m_Broken++ == 0) m_First = frame.EditUnit;
   }
 
-  void Finish(FindingList& findings, FileFigures&) override {
+  void Finish(FindingList& findings, FileFigures&, bool) override {
     if (m_Broken == 0) return;
     FindingPlace place = m_File.At();
     place.EditUnit = m_First;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace Assay {
 
@@ -73,6 +74,17 @@ Ferro::Result_t KeptResults::Write(const std::string& path) {
   return result.Success() ? file.Commit() : result;
 }
 
+namespace {
+
+/// Whether something is found where it is looked so deep. Damaged frames are met by whoever reads them.
+bool IsOf(FindingID id, const DepthSet& depths) {
+  if (id == FindingID::J2KUndecodable) return depths.Has(Depth::Decode);
+  const bool is_of_both = id == FindingID::FileDamaged || id == FindingID::MicInvalid;
+  return depths.Has(Depth::Frames) || (is_of_both && depths.Has(Depth::Decode));
+}
+
+}  // namespace
+
 bool KeptResults::Take(PassFile& file, const FileState& state, const DepthSet& wanted) {
   const auto found = m_Files.find(file.Path);
   if (found == m_Files.end() || found->second.State != state) return false;
@@ -83,7 +95,7 @@ bool KeptResults::Take(PassFile& file, const FileState& state, const DepthSet& w
   if (wanted.Has(Depth::Hash)) file.Digest = kept.Digest;
   // What was found beyond what is wanted now is left out.
   for (const Finding& finding : kept.Findings) {
-    if (!wanted.Has(finding.ID == FindingID::J2KUndecodable ? Depth::Decode : Depth::Frames)) continue;
+    if (!IsOf(finding.ID, wanted)) continue;
     Finding& taken = file.Findings.emplace_back(finding);
     if (file.Track != nullptr) taken.Place = file.Track->At();
     taken.Place.EditUnit = finding.Place.EditUnit;
@@ -99,8 +111,20 @@ bool KeptResults::Take(PassFile& file, const FileState& state, const DepthSet& w
   return true;
 }
 
+// What the pass before found of frames stays where it went as deep: findings of one pass refer to each other.
 void KeptResults::Put(const PassFile& file, const FileState& state) {
-  m_Files[file.Path] = {state, file.LookedAt, file.Digest, file.Findings, file.Figures, true};
+  KeptFile& kept = m_Files[file.Path];
+  const KeptFile before = std::exchange(kept, {state, file.LookedAt, file.Digest, file.Findings, file.Figures, true});
+  if (before.State != state) return;
+  const DepthSet frames_before = before.LookedAt.Without({Depth::Hash});
+  if (frames_before.HasAll(file.LookedAt.Without({Depth::Hash}))) {
+    kept.Findings = before.Findings;
+    kept.Figures = before.Figures;
+    kept.LookedAt.Add(frames_before);
+  }
+  if (!before.Digest.HasValue() || file.LookedAt.Has(Depth::Hash)) return;
+  kept.Digest = before.Digest;
+  kept.LookedAt.Add(Depth::Hash);
 }
 
 }  // namespace Assay

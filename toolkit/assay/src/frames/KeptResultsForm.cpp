@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<ui8_t, 8> Magic = {'A', 'S', 'S', 'A', 'Y', 'K', 'P', 'T'};
 /// To be raised with each change of this form, and of what examiners find in the same frames.
-constexpr ui32_t Version = 1;
+constexpr ui32_t Version = 2;
 constexpr size_t DigestSize = SHA1::Size;
 constexpr Depth KeptDepths[] = {Depth::Frames, Depth::Hash, Depth::Decode};
 

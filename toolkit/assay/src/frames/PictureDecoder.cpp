@@ -6,15 +6,24 @@
 #include <openjpeg.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <new>
 
 namespace Assay {
+
+using QUIRE::JP2K::CodestreamEnd;
+using QUIRE::JP2K::CodingStyle;
+using QUIRE::JP2K::Marker;
+
 namespace {
 
-constexpr ui32_t LargestSide = 8192;  // pixels
+constexpr ui32_t LargestSide = 8192;                // pixels
+constexpr ui64_t MostPixels = ui64_t{4096} * 2160;  // the largest container of D-Cinema
 constexpr ui64_t MaxTiles = 1024;
+// Packets and code blocks, for each of which the decoder takes up to some hundred bytes. Cinema pictures have 40,000.
+constexpr ui64_t MaxParts = 1'000'000;
 
 // The decoder reads from memory through these.
 struct MemoryReader {
@@ -72,6 +81,52 @@ bool HasEnd(std::span<const ui8_t> codestream) {
   return size >= 2 && codestream[size - 2] == 0xff && codestream[size - 1] == 0xd9;
 }
 
+/// How many pieces of 2^exponent samples a length touches at most, wherever among them it begins.
+ui64_t Pieces(ui64_t length, ui32_t exponent) {
+  return ((length + (ui64_t{1} << exponent) - 1) >> exponent) + 1;
+}
+
+/// Packets and code blocks of one component of a tile (ISO/IEC 15444-1, B.5 to B.9).
+ui64_t PartsOf(const CodingStyle& style, ui64_t width, ui64_t height, ui64_t layers) {
+  const auto halved = [](ui64_t length, ui32_t times) { return (length + (ui64_t{1} << times) - 1) >> times; };
+  const auto exponent = [](ui32_t side) { return static_cast<ui32_t>(std::bit_width(side) - 1); };
+  constexpr ui8_t largest = 0xff;
+  ui64_t parts = 0;
+  for (ui32_t resolution = 0; resolution <= style.Levels; ++resolution) {
+    const ui8_t precinct = resolution < style.Precincts.size() ? style.Precincts[resolution] : largest;
+    const ui32_t precinct_width = precinct & 15U;
+    const ui32_t precinct_height = precinct >> 4U;
+    const ui64_t across = halved(width, style.Levels - resolution);
+    const ui64_t down = halved(height, style.Levels - resolution);
+    parts += Pieces(across, precinct_width) * Pieces(down, precinct_height) * layers;
+    // Above the lowest resolution there are three bands of half its size.
+    const ui32_t half = resolution == 0 ? 0 : 1;
+    const auto block = [&](ui32_t side, ui32_t of_precinct) {
+      return std::min(exponent(side), of_precinct - std::min(half, of_precinct));
+    };
+    parts += (half == 0 ? 1 : 3) * Pieces(halved(across, half), block(style.CodeBlockWidth, precinct_width)) *
+             Pieces(halved(down, half), block(style.CodeBlockHeight, precinct_height));
+  }
+  return parts;
+}
+
+/// The same of a whole picture, each component being taken for the one with the most.
+ui64_t PartsOf(const QUIRE::JP2K::CodestreamHeaders& headers, ui64_t tiles) {
+  const QUIRE::JP2K::ImageAndTileSize& size = headers.Size;
+  const ui64_t width = std::min(size.XTsiz, size.Xsiz - size.XOsiz);
+  const ui64_t height = std::min(size.YTsiz, size.Ysiz - size.YOsiz);
+  ui64_t most = PartsOf(headers.Coding, width, height, headers.Coding.Layers);
+  for (const auto& of_component : headers.CodingOf)
+    most = std::max(most, PartsOf(of_component.Value, width, height, headers.Coding.Layers));
+  return tiles * size.Csiz * most;
+}
+
+/// Tile-parts that put another coding style in the place of the main header's could have any number of parts.
+bool HasOtherStyles(const QUIRE::JP2K::CodestreamHeaders& headers) {
+  return std::ranges::any_of(headers.TilePartMarkers,
+                             [](Marker marker) { return marker == Marker::COD || marker == Marker::COC; });
+}
+
 /// Before the decoder sees it, which takes memory for each tile: the header of a broken file may claim anything.
 Refusal RefuseHeaders(std::span<const ui8_t> codestream) {
   QUIRE::JP2K::CodestreamHeaders headers;
@@ -79,12 +134,16 @@ Refusal RefuseHeaders(std::span<const ui8_t> codestream) {
   const QUIRE::JP2K::ImageAndTileSize& size = headers.Size;
   const ui32_t width = size.Xsiz - size.XOsiz;
   const ui32_t height = size.Ysiz - size.YOsiz;
-  if (width > LargestSide || height > LargestSide)
+  if (width > LargestSide || height > LargestSide || ui64_t{width} * height > MostPixels)
     return "it claims to have " + std::to_string(width) + " x " + std::to_string(height) + " pixels";
   const auto tiles = [](ui32_t end, ui32_t start, ui32_t step) { return (ui64_t{end} - start + step - 1) / step; };
   const ui64_t count = tiles(size.Xsiz, size.XTOsiz, size.XTsiz) * tiles(size.Ysiz, size.YTOsiz, size.YTsiz);
   if (count > MaxTiles) return "it has " + std::to_string(count) + " tiles";
   if (size.Csiz != 1 && size.Csiz != 3) return "it has " + std::to_string(size.Csiz) + " components, not three";
+  if (headers.End == CodestreamEnd::Cut) return "it is cut short";
+  if (headers.End == CodestreamEnd::MalformedTilePart) return "a tile-part is malformed";
+  if (HasOtherStyles(headers)) return "its tile-parts have coding styles of their own";
+  if (PartsOf(headers, count) > MaxParts) return "it has too many precincts, layers or code blocks";
   return {};
 }
 

@@ -72,7 +72,7 @@ class CodestreamExaminer : public IFrameExaminer {
     FindLargeComponent(headers);
   }
 
-  void Finish(FindingList& findings, FileFigures& figures) override {
+  void Finish(FindingList& findings, FileFigures& figures, bool) override {
     EndUnit();
     m_Found.AddTo(findings, m_File.At(), m_File.EditRate);
     figures.Picture = m_Meter.Figures(m_Limits.Usual == 0 ? 0 : double(m_Limits.IsFast ? 2 * UsualRate : UsualRate));
@@ -111,14 +111,14 @@ class CodestreamExaminer : public IFrameExaminer {
     m_UnitBytes = m_LargerEye = 0;
   }
 
-  // Two eyes together have the limit of one flat picture; where they keep to it, each is held against its half.
+  // Two eyes together have the limit of one flat picture; below 48 edit units a second each has half of it.
   void FindSize() {
     const ui64_t bytes = m_UnitBytes;
     if (bytes > m_Limits.Largest)
       m_Found.Note(FindingID::J2KSizeMax, *m_Unit, Limit(m_Limits.Largest), Bytes(bytes));
     else if (bytes > m_Limits.Usual)
       m_Found.Note(FindingID::J2KSizeMax, FindingClass::Warning, *m_Unit, Limit(m_Limits.Usual), Bytes(bytes));
-    else if (m_IsStereoscopic && m_LargerEye > m_Limits.OneEye)
+    else if (m_IsStereoscopic && !m_Limits.IsFast && m_LargerEye > m_Limits.OneEye)
       m_Found.Note(FindingID::J2KSizeMax, FindingClass::Warning, *m_Unit, Limit(m_Limits.OneEye) + " of one eye",
                    Bytes(m_LargerEye));
     else if (bytes * 100 >= m_Limits.Usual * NearPercent)
@@ -136,13 +136,13 @@ class CodestreamExaminer : public IFrameExaminer {
 };
 
 /// MPEG-2 pictures, of which nothing is known but how large they are: their headers tell nothing that a file's index and
-/// descriptor do not, and what equipment takes of them is nowhere laid down.
+/// descriptor do not, and there is no common limit to their size.
 class VideoExaminer : public IFrameExaminer {
  public:
   explicit VideoExaminer(const TrackFile& file) : m_Meter(file.EditRate, file.Duration) {}
 
   void Examine(const FrameView& frame) override { m_Meter.Add(frame.EditUnit, frame.Bytes.size()); }
-  void Finish(FindingList&, FileFigures& figures) override { figures.Picture = m_Meter.Figures(0); }
+  void Finish(FindingList&, FileFigures& figures, bool) override { figures.Picture = m_Meter.Figures(0); }
 
  private:
   PictureMeter m_Meter;

@@ -40,7 +40,7 @@ constexpr Meaning Meanings[] = {
     {ProfileRule::Levels, FindingID::J2KLevels, Error, "up to %llu levels", "%llu levels"},
     {ProfileRule::Transform, FindingID::J2KLevels, Error, "transform 9-7", "transform 5-3"},
     {ProfileRule::ComponentTransform, FindingID::J2KLayers, Warning, "component transform", "none"},
-    {ProfileRule::CodeBlocks, FindingID::J2KBlocks, Error, "code blocks 32 x 32", "code blocks %llu wide"},
+    {ProfileRule::CodeBlocks, FindingID::J2KBlocks, Error, "code blocks 32 x 32", ""},
     {ProfileRule::CodeBlockStyle, FindingID::J2KBlocks, Error, "block style %llu", "block style %llu"},
     {ProfileRule::Precincts, FindingID::J2KBlocks, Error, "precincts 128 x 128, then 256 x 256", ""},
     {ProfileRule::Layers, FindingID::J2KLayers, Error, "%llu layer", "%llu layers"},
@@ -116,6 +116,8 @@ std::string FoundText(const ProfileFinding& finding, const char* format) {
     case ProfileRule::Depth:
       return finding.Found > signed_depth ? Formatted("%llu bits signed", finding.Found - signed_depth)
                                           : Formatted(format, finding.Found);
+    case ProfileRule::CodeBlocks:
+      return "code blocks " + std::to_string(finding.Found >> 16) + " x " + std::to_string(finding.Found & 0xffff);
     case ProfileRule::Precincts:
       return "precincts " + std::to_string(1U << (finding.Found & 15)) + " x " +
              std::to_string(1U << (finding.Found >> 4 & 15));

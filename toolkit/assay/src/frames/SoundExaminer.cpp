@@ -11,7 +11,7 @@ namespace {
 
 using namespace QUIRE::PCM;
 
-/// Of a file that no samples can be made out in nothing is said: its header is told of already.
+/// Says nothing of a file whose sample layout is unknown: its header finding does.
 class SoundExaminer : public IFrameExaminer {
  public:
   SoundExaminer(const TrackFile& file, const SoundHeader& header)
@@ -24,23 +24,24 @@ class SoundExaminer : public IFrameExaminer {
     m_HasFrames = true;
   }
 
-  void Finish(FindingList& findings, FileFigures& figures) override {
+  void Finish(FindingList& findings, FileFigures& figures, bool is_whole) override {
     if (!m_Meter || !m_HasFrames) return;
     const std::vector<SoundMeter::Level>& levels = m_Meter->Levels();
     for (size_t channel = 0; channel < levels.size(); ++channel) {
       const ChannelRole_t role = m_Roles.Roles[channel];
       figures.Channels.push_back({role == CR_NONE ? "" : ChannelRoleSymbol(role), levels[channel].Decibels()});
-      FindInChannel(channel, levels[channel], findings);
+      FindInChannel(channel, levels[channel], is_whole, findings);
     }
   }
 
  private:
-  void FindInChannel(size_t channel, const SoundMeter::Level& level, FindingList& findings) const {
+  void FindInChannel(size_t channel, const SoundMeter::Level& level, bool is_whole, FindingList& findings) const {
     const ChannelRole_t role = m_Roles.Roles[channel];
     FindingPlace place = m_File.At();
     place.Channel = static_cast<ui32_t>(channel + 1);
     if (level.IsSilent()) {
-      if (IsPromised(role)) Add(findings, Finding(FindingID::SoundSilent), place, ChannelRoleSymbol(role), "silence");
+      if (is_whole && IsPromised(role))
+        Add(findings, Finding(FindingID::SoundSilent), place, ChannelRoleSymbol(role), "silence");
       return;
     }
     if (IsUnlabelled(role))

@@ -80,11 +80,13 @@ void ContentsCheck::Run(CheckReport& report) {
       progress.BytesTotal = pass.BytesTotal;
       return m_Request.OnProgress(progress);
     };
-  if (report.IsCancelled)
-    for (PassFile& file : m_Files.All()) file.LeaveOut(file.Applicable(m_Request.Depths), LeftOutReason::Cancelled);
-  else
-    report.Kept = PassOver(request, m_Files.All());
   DepthSet missing;
+  if (report.IsCancelled) {
+    missing = Contents();  // of files that were not opened nobody knows what there is to look at
+    for (PassFile& file : m_Files.All()) file.LeaveOut(file.Applicable(m_Request.Depths), LeftOutReason::Cancelled);
+  } else {
+    report.Kept = PassOver(request, m_Files.All());
+  }
   for (const PassFile& file : m_Files.All()) {
     if (file.Figures) report.Figures.push_back(*file.Figures);
     if (file.Missing.IsEmpty()) continue;
@@ -92,7 +94,7 @@ void ContentsCheck::Run(CheckReport& report) {
     report.LeftOuts.push_back({file.Package, file.Document, file.Missing, file.Reason});
     if (file.Reason == LeftOutReason::Cancelled) report.IsCancelled = true;
   }
-  if (!report.IsCancelled || !m_Files.All().empty()) report.LookedAt.Add(Contents().Without(missing));
+  report.LookedAt.Add(Contents().Without(missing));
 }
 
 void ContentsCheck::FindInPackage(const Package* package, FindingList& findings) const {

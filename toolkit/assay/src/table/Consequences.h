@@ -85,6 +85,11 @@ inline constexpr Consequence FileDamaged[] = {
     {FindingID::J2KUndecodable, Scope::Asset}, {FindingID::MicInvalid, Scope::Asset},
 };
 
+// What the decoder does not take: components of different sizes, two or four of them, large pictures.
+inline constexpr Consequence J2KProfile[] = {
+    {FindingID::J2KUndecodable, Scope::Asset},
+};
+
 inline constexpr Consequence ReelEditRate[] = {
     {FindingID::ReelShort, Scope::Reel},
     {FindingID::ReelDurations, Scope::Reel},

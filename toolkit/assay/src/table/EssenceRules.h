@@ -50,7 +50,8 @@ inline constexpr FindingRule EssenceRules[] = {
      "Cinema pictures say profile 3 (2K) or 4 (4K) in each frame, have one tile and three components of 12 bits, none "
      "of them subsampled. The decoders in servers do nothing else.",
      "Ask for a corrected package.",
-     "ISO/IEC 15444-1, A.10"},
+     "ISO/IEC 15444-1, A.10",
+     After::J2KProfile},
     {FindingID::J2KLevels,
      "j2k-levels",
      {FindingClass::Error, FindingClass::Note},

@@ -28,7 +28,7 @@ enum class ProfileRule : ui8_t {
   Levels,              ///< at most 5 for 2K, 1 to 6 for 4K, the same for all components
   Transform,           ///< 9-7 irreversible
   ComponentTransform,  ///< on, as all cinema encoders have it
-  CodeBlocks,          ///< 32 x 32; Found: width
+  CodeBlocks,          ///< 32 x 32; Found: width in the high, height in the low 16 bits
   CodeBlockStyle,      ///< 0
   Precincts,           ///< 128 x 128 for the lowest resolution, 256 x 256 above
   Layers,              ///< one

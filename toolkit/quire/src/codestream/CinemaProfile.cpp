@@ -76,8 +76,9 @@ void CheckStyle(Findings& findings, const CodingStyle& style, const Profile& pro
     findings.push_back({ProfileRule::Levels, style.Levels, profile.MaxLevels, component});
   Equal(findings, ProfileRule::Transform, static_cast<ui8_t>(style.Transform),
         static_cast<ui8_t>(WaveletTransform::Irreversible97), component);
-  if (style.CodeBlockWidth != 32 || style.CodeBlockHeight != 32)
-    findings.push_back({ProfileRule::CodeBlocks, style.CodeBlockWidth, 32, component});
+  const auto both_sides = [](ui64_t width, ui64_t height) { return width << 16 | height; };
+  Equal(findings, ProfileRule::CodeBlocks, both_sides(style.CodeBlockWidth, style.CodeBlockHeight), both_sides(32, 32),
+        component);
   Equal(findings, ProfileRule::CodeBlockStyle, style.CodeBlockStyle, 0, component);
 
   constexpr ui8_t largest = 0xff;  // what holds where none are given
