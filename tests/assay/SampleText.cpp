@@ -153,6 +153,7 @@ Assay::TrackFile TextTrackFile(const SampleText& text, const std::string& folder
   file.Opened = Ferro::RESULT_OK;
   file.EditRate = descriptor.EditRate;
   file.Essence = descriptor;
+  if (text.Damage) text.Damage(folder + '/' + name);
   return file;
 }
 

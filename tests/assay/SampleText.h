@@ -5,6 +5,7 @@
 
 #include "text/TextUse.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,7 @@ class SampleText {
   Assay::UUID FileID;      ///< of the track file
   Assay::UUID ResourceID;  ///< of the document, by the track file's header
   QUIRE::Rational FileRate = {24, 1};
+  std::function<void(const std::string& path)> Damage;  ///< what happens to the track file after its header was read
 };
 
 /// How the samples are looked at.

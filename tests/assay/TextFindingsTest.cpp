@@ -115,6 +115,24 @@ TEST(TextFindings, SMPTETextsLoadOneFontWithAName) {
   EXPECT_EQ(NamesIn(SampleText().Subtitles(images).Edit(font, "")), Names{});  // pictures alone
 }
 
+TEST(TextFindings, ManyFaultsOfOneKindDoNotHideAnother) {
+  std::string many;
+  for (size_t i = 0; i <= Cairn::TimedText::MaxProblemCount; ++i) many += "<Text Vposition=\"low\">a</Text>\n";
+  SampleText text;
+  text.Subtitles(Subtitle("05:00", "06:00") + "<Font ID=\"Main\"><Subtitle TimeIn=\"00:00:07:00\" " +
+                 "TimeOut=\"00:00:09:00\">" + many + "<Text Vposition=\"8\"><Font ID=\"Other\">a</Font></Text>" +
+                 "</Subtitle></Font>");
+  const Names names = NamesIn(text);
+  EXPECT_TRUE(std::ranges::find(names, "text-font-load") != names.end());
+}
+
+TEST(TextFindings, SeveralFontsDoNotHideThatOneIsUnknown) {
+  const std::string font = "<LoadFont ID=\"Main\">urn:uuid:0f0f0f0f-1111-4222-8333-000000000031</LoadFont>\n";
+  SampleText text = SampleText().Edit("<Font ID=\"Main\"", "<Font ID=\"Unknown\"");
+  text.Edit(font, font + "<LoadFont ID=\"Other\">urn:uuid:0f0f0f0f-1111-4222-8333-000000000031</LoadFont>\n");
+  EXPECT_EQ(NamesIn(text), (Names{"text-font-load", "text-font-load"}));
+}
+
 TEST(TextFindings, InteropTextsUseFontsThatTheyLoad) {
   EXPECT_EQ(After("<Font Id=\"Main\"", "<Font Id=\"Other\"", Interop), Names{"text-font-load"});
   EXPECT_EQ(After("<LoadFont Id=\"Main\" URI=\"font.ttf\"/>\n", "", Interop), Names{"text-font-load"});

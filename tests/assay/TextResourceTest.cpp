@@ -7,12 +7,16 @@
 #include "text/Characters.h"
 #include "text/FontFile.h"
 #include "text/PNGFile.h"
+#include "text/TextFindings.h"
 
+#include <QUIRE/TimedTextReader.h>
 #include <Sigil/KeyRing.h>
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 
 namespace {
@@ -149,6 +153,123 @@ TEST(TextResources, EncryptedTextNeedsAKey) {
   ASSERT_TRUE(wrong.AddKey(text.Key->KeyID, std::array<QUIRE::ui8_t, 16>{7}, Ferro::DefaultLogSink()).Success());
   check.Keys = &wrong;
   EXPECT_EQ(NamesOf(FindIn({text}, check)), Names{"mic-invalid"});
+}
+
+void Overwrite(const std::string& path, QUIRE::ui64_t offset, size_t count) {
+  std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+  file.seekp(static_cast<std::streamoff>(offset));
+  file << std::string(count, '\xA5');
+}
+
+/// Overwrites bytes in the middle of a part of a track file: 0 for the document, then its resources.
+std::function<void(const std::string&)> DamageTo(size_t part) {
+  return [part](const std::string& path) {
+    QUIRE::TimedText::MXFReader reader;
+    ASSERT_TRUE(reader.OpenRead(path).Success());
+    std::vector<QUIRE::MXF::RIP::Pair> pairs = reader.RIP().PairArray;
+    size_t met = 0;
+    for (size_t i = 0; i + 1 < pairs.size(); ++i)
+      if (pairs[i].BodySID != 0 && met++ == part)
+        Overwrite(path, (pairs[i].ByteOffset + pairs[i + 1].ByteOffset) / 2, 8);
+  };
+}
+
+TEST(TextResources, WhatWasAlteredIsNotMissing) {
+  Sigil::KeyRing keys;
+  testsupport::LogCapture log;
+  const testsupport::TrackFileKey key;
+  ASSERT_TRUE(keys.AddKey(key.KeyID, key.Key, Ferro::DefaultLogSink()).Success());
+  TextCheck check;
+  check.Keys = &keys;
+  for (size_t part = 0; part < 3; ++part) {
+    SampleText text;
+    text.Key = key;
+    text.Damage = DamageTo(part);
+    EXPECT_EQ(NamesOf(FindIn({text}, check)), Names{"mic-invalid"}) << part;
+  }
+}
+
+TEST(TextResources, WhatCannotBeReadIsDamaged) {
+  testsupport::LogCapture log;
+  SampleText text;
+  text.Damage = [](const std::string& path) { std::filesystem::resize_file(path, 1000); };
+  EXPECT_EQ(NamesIn(text), Names{"file-damaged"});
+  text.Damage = [](const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    Overwrite(path, bytes.find("<?xml") - 30, 30);
+  };
+  EXPECT_EQ(NamesIn(text), Names{"file-damaged"});
+}
+
+TEST(TextResources, DocumentsHaveUpTo16MiB) {
+  constexpr size_t Most = 16 * 1024 * 1024;
+  SampleText text(Interop);
+  text.Xml.append(Most - text.Xml.size(), '\n');
+  EXPECT_EQ(NamesIn(text, Assay::Depth::Documents), Names{});
+  text.Xml += '\n';
+  EXPECT_EQ(NamesIn(text, Assay::Depth::Documents), Names{"text-size warning"});
+  SampleText inside;
+  inside.Xml.append(Most, '\n');
+  EXPECT_EQ(NamesIn(inside), Names{"text-size warning"});
+}
+
+TEST(TextResources, AllTogetherHaveUpTo115MiB) {
+  constexpr size_t MiB = 1024 * 1024;
+  EXPECT_EQ(NamesIn(WithImage(Bytes(114 * MiB)), Assay::Depth::Files), Names{});
+  EXPECT_EQ(NamesIn(WithImage(Bytes(116 * MiB)), Assay::Depth::Files), Names{"text-size"});
+}
+
+TEST(TextResources, ALargePartKeepsNoOtherFromBeingLookedAt) {
+  SampleText text = WithImage(Bytes(65 * 1024 * 1024));
+  text.Font = Bytes{'n', 'o'};
+  EXPECT_EQ(NamesIn(text), (Names{"text-font-missing", "text-size warning"}));
+}
+
+/// As many fonts as anybody asks for.
+class EndlessFonts final : public Assay::ITextResources {
+ public:
+  [[nodiscard]] std::string Find(const Cairn::TextResource& resource) const override { return resource.Path; }
+  [[nodiscard]] QUIRE::Result_t Read(const Cairn::TextResource& /*resource*/,
+                                     std::vector<QUIRE::ui8_t>& bytes) override {
+    ++ReadCount;
+    bytes = MakeTrueType(U"a");
+    return Ferro::RESULT_OK;
+  }
+  [[nodiscard]] QUIRE::ui64_t SizeBound(const Cairn::TextResource& /*resource*/) const override { return 1000; }
+
+  size_t ReadCount = 0;
+};
+
+TEST(TextResources, EachFontIsReadOnceAndAHundredOfThem) {
+  const auto read = [](size_t count, bool are_same, Assay::TextFile& file) {
+    Cairn::TimedText document;
+    for (size_t i = 0; i < count; ++i) {
+      Cairn::LoadedFont& font = document.LoadFontList.emplace_back();
+      font.ID = std::to_string(i);
+      font.Resource.Path = are_same ? "font" : font.ID;
+    }
+    EndlessFonts fonts;
+    FindInTextResources(document, fonts, Assay::Depth::Frames, file);
+    return fonts.ReadCount;
+  };
+  Assay::TextFile same, few, many;
+  EXPECT_EQ(read(1000, true, same), 1U);
+  EXPECT_EQ(read(100, false, few), 100U);
+  EXPECT_EQ(NamesOf(few.SubtitleFindings), Names{});
+  EXPECT_EQ(read(101, false, many), 100U);
+  EXPECT_EQ(NamesOf(many.SubtitleFindings), Names{"text-glyph-missing"});
+}
+
+TEST(TextResources, OneFontStandsForAllThatAreMissing) {
+  SampleText text(Interop);
+  text.Edit("<LoadFont Id=\"Main\"", "<LoadFont Id=\"Other\" URI=\"other.ttf\"/>\n<LoadFont Id=\"Main\"");
+  text.Font.reset();
+  TextCheck check;
+  check.IsInterop = true;
+  const Assay::FindingList findings = FindIn({text}, check);
+  ASSERT_EQ(NamesOf(findings), Names{"text-font-missing"});
+  EXPECT_EQ(findings[0].Found, "missing, 1 more");
 }
 
 TEST(FontFile, OpensFontsAlone) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "../support/TemporaryFolder.h"
 #include "SamplePackage.h"
 #include "SampleText.h"
 
@@ -6,6 +7,8 @@
 #include "run/Causes.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 namespace {
 
@@ -60,6 +63,69 @@ TEST(TextUse, FourSecondsAreWithoutText) {
       "MainSubtitle>\n<Id>urn:uuid:0f0f0f0f-1111-4222-8333-000000000014</Id>\n<EditRate>24 1</EditRate>"
       "<IntrinsicDuration>264</IntrinsicDuration><EntryPoint>24</EntryPoint>");
   EXPECT_EQ(NamesIn(later), first);
+}
+
+/// The same with the played part of the text's file changed.
+SampleText Played(SampleText text, const std::string& entry, const std::string& duration) {
+  const size_t at = text.Asset.find("<MainSubtitle>");
+  std::string subtitle = text.Asset.substr(at);
+  text.Asset.resize(at);
+  const std::string from = "<EntryPoint>0</EntryPoint><Duration>240";
+  subtitle.replace(subtitle.find(from), from.size(), "<EntryPoint>" + entry + "</EntryPoint><Duration>" + duration);
+  text.Asset += subtitle;
+  return text;
+}
+
+/// A reel without text.
+SampleText Silent(const std::string& role, const std::string& duration) {
+  SampleText text;
+  text.Asset.resize(text.Asset.find("<MainSubtitle>"));
+  text.EditAsset("<MainPicture>", '<' + role + '>').EditAsset("</MainPicture>", "</" + role + '>');
+  return text.EditAsset("<Duration>240", "<Duration>" + duration);
+}
+
+TEST(TextUse, WhatIsNotPlayedIsNotFirst) {
+  // The first of the two is over before the entry point, the second comes five seconds after it.
+  SampleText later = Played(SampleText(), "144", "240");
+  later.Edit("TimeIn=\"00:00:07:00\" TimeOut=\"00:00:09:00\"", "TimeIn=\"00:00:11:00\" TimeOut=\"00:00:12:00\"");
+  EXPECT_EQ(NamesIn(later), Names{});
+  EXPECT_EQ(NamesIn(Played(SampleText(), "143", "240")), Names{"text-first"});  // one unit of it is shown
+  SampleText beyond = Played(SampleText(), "0", "72");
+  beyond.Edit("TimeIn=\"00:00:04:00\"", "TimeIn=\"00:00:03:00\"");
+  EXPECT_EQ(NamesIn(beyond), Names{"text-overrun"});
+}
+
+TEST(TextUse, AllReelsBeforeCount) {
+  const SampleText at_once = SampleText().Edit("TimeIn=\"00:00:04:00\"", "TimeIn=\"00:00:00:00\"");
+  SampleText second = at_once;
+  second.Edit("<ReelNumber>1", "<ReelNumber>2");
+  EXPECT_EQ(InReels({Silent("MainPicture", "96"), second}), Names{});
+  EXPECT_EQ(InReels({Silent("MainPicture", "95"), second}), Names{"text-first"});
+  EXPECT_EQ(InReels({Silent("MainSound", "96"), second}), Names{});
+  SampleText seventh = at_once;  // six thirds of two seconds do not add up to four
+  seventh.Edit("<ReelNumber>1", "<ReelNumber>7");
+  std::vector<SampleText> reels(6, Silent("MainPicture", "16"));
+  reels.push_back(seventh);
+  EXPECT_EQ(InReels(reels), Names{});
+}
+
+TEST(TextUse, ADocumentIsReadForEachRateThatItIsPlayedAt) {
+  const testsupport::TemporaryFolder folder;
+  const Assay::DocumentPlace place{folder.Folder().string(), "text.xml"};
+  std::ofstream(folder.Folder() / place.Path) << SampleText(Interop).Xml;
+  Assay::ReelAsset assets[2];
+  assets[0].EditRate = QUIRE::Rational(24, 1);
+  assets[1].EditRate = QUIRE::Rational(48, 1);
+  const std::deque<Assay::Package> packages;
+  Assay::TextFiles texts(packages, {});
+  for (const Assay::ReelAsset& asset : assets) {
+    Assay::AssetFile use;
+    use.Asset = &asset;
+    use.Document = &place;
+    const Assay::TextFile* text = texts.Read(use);
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->EditRate, *asset.EditRate);
+  }
 }
 
 TEST(TextUse, TextEndsWithItsReel) {

@@ -157,6 +157,17 @@ std::string EditRateText(const QUIRE::Rational& rate) {
   return std::to_string(rate.Numerator) + ' ' + std::to_string(rate.Denominator);
 }
 
+double SecondsOf(const Reel& reel) {
+  const auto seconds = [](const ReelAsset& asset) {
+    return static_cast<double>(*asset.Duration) * asset.EditRate->Denominator / asset.EditRate->Numerator;
+  };
+  const auto has_length = [](const ReelAsset& asset) { return asset.IsFile() && asset.Duration && asset.EditRate; };
+  const ReelAsset* picture = reel.Find(AssetRole::Picture);
+  if (picture != nullptr && has_length(*picture)) return seconds(*picture);
+  const auto found = std::ranges::find_if(reel.Assets, has_length);
+  return found == reel.Assets.end() ? 0 : seconds(*found);
+}
+
 bool AreEqual(const QUIRE::Rational& first, const QUIRE::Rational& second) {
   return i64_t{first.Numerator} * second.Denominator == i64_t{second.Numerator} * first.Denominator;
 }

@@ -67,6 +67,9 @@ struct Composition {
 /// Whether two rates are the same, reduced or not.
 [[nodiscard]] bool AreEqual(const QUIRE::Rational& first, const QUIRE::Rational& second);
 
+/// A reel lasts as long as its picture, or what else of it has a length first. Seconds; 0 where nothing has one.
+[[nodiscard]] double SecondsOf(const Reel& reel);
+
 /// What a picture's file tells of it.
 struct PictureFormat {
   ui32_t Width = 0;   ///< pixels, as stored

@@ -19,18 +19,6 @@ std::vector<UUID> KeyIDsOf(const Composition& composition) {
   return ids;
 }
 
-/// A reel lasts as long as its picture, or what else of it has a length first.
-double SecondsOf(const Reel& reel) {
-  const auto seconds = [](const ReelAsset& asset) {
-    return double(*asset.Duration) * asset.EditRate->Denominator / asset.EditRate->Numerator;
-  };
-  const auto has_length = [](const ReelAsset& asset) { return asset.IsFile() && asset.Duration && asset.EditRate; };
-  const ReelAsset* picture = reel.Find(AssetRole::Picture);
-  if (picture != nullptr && has_length(*picture)) return seconds(*picture);
-  const auto found = std::ranges::find_if(reel.Assets, has_length);
-  return found == reel.Assets.end() ? 0 : seconds(*found);
-}
-
 double SecondsOf(const Composition& composition) {
   double seconds = 0;
   for (const Reel& reel : composition.Reels) seconds += SecondsOf(reel);

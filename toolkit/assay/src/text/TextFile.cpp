@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
+#include <set>
 #include <utility>
 
 namespace Assay {
@@ -31,12 +33,13 @@ std::string AtMost(ui64_t size) {
 }
 
 /// From when until when anything is shown.
-void NoteSpan(const Cairn::TimedText& document, TextFile& file) {
-  for (const Cairn::TextInstance& instance : document.InstanceList) {
-    if (instance.TimeOut.Value <= instance.TimeIn.Value) continue;
-    if (!file.First || instance.TimeIn.Value < file.First->Time) file.First = MomentOf(instance, instance.Line);
-    if (!file.Last || instance.TimeOut.Value > file.Last->Time) file.Last = {instance.TimeOut.Value, instance.Line};
-  }
+void NoteSpans(const Cairn::TimedText& document, TextFile& file) {
+  for (const Cairn::TextInstance& instance : document.InstanceList)
+    if (instance.TimeOut.Value > instance.TimeIn.Value)
+      file.Shown.push_back({MomentOf(instance, instance.Line), instance.TimeOut.Value});
+  std::ranges::stable_sort(file.Shown, {}, [](const TextSpan& span) { return span.Begin.Time; });
+  for (const TextSpan& span : file.Shown)
+    if (!file.Last || span.End > file.Last->Time) file.Last = {span.End, span.Begin.Line};
 }
 
 /// All but what makes a document long.
@@ -70,34 +73,40 @@ std::optional<Cairn::TimedText> Decode(const DocumentFile& source, const std::st
   return document;
 }
 
-/// text-size. What is in a smaller file is not too large.
+/// Bytes of a resource; its bound where it is too long to be read.
+ui64_t SizeOf(const Cairn::TextResource& resource, TrackFileText& source) {
+  std::vector<ui8_t> bytes;
+  const QUIRE::Result_t result = source.Read(resource, bytes);
+  if (result == Ferro::RESULT_TOOLARGE) return source.SizeBound(resource);
+  return result.Success() ? bytes.size() : 0;
+}
+
+/// text-size. What is in a smaller file is not too large. Streams are read once each, whatever names them.
 void FindSizes(const Cairn::TimedText& document, TrackFileText& source, ui64_t text_size, ui64_t file_size,
                TextFile& file) {
   if (text_size > MaxCaption)
     Add(file.CaptionFindings, Finding(FindingID::TextSize), file.File, AtMost(MaxCaption), InBytes(text_size));
   if (file_size <= MaxFonts) return;
-  ui64_t fonts = 0;
-  ui64_t all = 0;
+  std::set<UUID> loaded;
+  for (const Cairn::LoadedFont& font : document.LoadFontList) loaded.insert(font.Resource.ID);
+  std::map<std::string, ui64_t> fonts;
+  std::map<std::string, ui64_t> all;
   for (const auto& listed : source.Descriptor().ResourceList) {
-    const auto bytes = source.Read({listed.ResourceID, {}});
-    const ui64_t size = bytes ? bytes->size() : 0;
-    all += size;
-    if (std::ranges::any_of(document.LoadFontList,
-                            [&](const Cairn::LoadedFont& font) { return font.Resource.ID == listed.ResourceID; }))
-      fonts += size;
+    const Cairn::TextResource resource{listed.ResourceID, {}};
+    const auto [known, is_new] = all.try_emplace(source.Find(resource));
+    if (is_new) known->second = SizeOf(resource, source);
+    if (listed.Type == QUIRE::TimedText::MT_OPENTYPE || loaded.contains(listed.ResourceID)) fonts.insert(*known);
   }
-  if (fonts > MaxFonts)
-    Add(file.Findings, Finding(FindingID::TextSize), file.File, "fonts of " + AtMost(MaxFonts), InBytes(fonts));
-  if (all > MaxResources)
+  const auto sum_of = [](const std::map<std::string, ui64_t>& sizes) {
+    ui64_t sum = 0;
+    for (const auto& [stream, size] : sizes) sum += size;
+    return sum;
+  };
+  if (sum_of(fonts) > MaxFonts)
+    Add(file.Findings, Finding(FindingID::TextSize), file.File, "fonts of " + AtMost(MaxFonts), InBytes(sum_of(fonts)));
+  if (sum_of(all) > MaxResources)
     Add(file.Findings, Finding(FindingID::TextSize), file.File, "fonts and pictures of " + AtMost(MaxResources),
-        InBytes(all));
-}
-
-/// What a key opens and then is not what was encrypted.
-void FindUnreadable(QUIRE::Result_t result, TextFile& file) {
-  const bool is_altered =
-      result == QUIRE::RESULT_CHECKFAIL || result == QUIRE::RESULT_HMACFAIL || result == QUIRE::RESULT_SEQUENCE;
-  if (is_altered) Add(file.Findings, Finding(FindingID::MicInvalid), file.File, {}, result.Label());
+        InBytes(sum_of(all)));
 }
 
 /// text-id, as far as the track file tells.
@@ -113,18 +122,29 @@ void FindIDs(const Cairn::TimedText& document, const TextFile& text, FindingList
 }
 
 void FindFontSizes(const Cairn::TimedText& document, const FolderResources& resources, TextFile& file) {
+  std::set<std::string> told;
   for (const Cairn::LoadedFont& font : document.LoadFontList) {
-    const ui64_t size = resources.Size(font.Resource).value_or(0);
-    if (size > MaxInteropFont)
+    const ui64_t size = resources.SizeBound(font.Resource);
+    if (size > MaxInteropFont && told.insert(resources.Find(font.Resource)).second)
       Add(file.Findings, Finding(FindingID::TextFontSize), file.At(font.Line), AtMost(MaxInteropFont), InBytes(size));
   }
 }
 
 }  // namespace
 
+void FindUnreadable(QUIRE::Result_t result, const std::string& part, TextFile& file) {
+  Add(file.Findings, Finding(IsAltered(result) ? FindingID::MicInvalid : FindingID::FileDamaged), file.File, {},
+      part + ": " + result.Label());
+}
+
+void FindTooLarge(ui64_t limit, ui64_t size, const std::string& part, TextFile& file) {
+  Add(file.Findings, Finding(FindingID::TextSize, FindingClass::Warning), file.File, AtMost(limit),
+      part + " of " + InBytes(size) + ", which was not looked at");
+}
+
 void FindInText(Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file) {
   file.Head = HeadOf(document);
-  NoteSpan(document, file);
+  NoteSpans(document, file);
   FindInTextHead(document, file);
   FindInTextTimes(document, file);
   FindInTextLines(document, file);
@@ -156,13 +176,13 @@ TextFile ReadText(const TrackFile& track_file, const TextLook& look) {
   const TrackFileText::State state = source.Open(track_file, look.Keys);
   if (state == TrackFileText::State::Encrypted) Add(file.Findings, Finding(FindingID::TextKey), file.File);
   if (state == TrackFileText::State::TooLarge)
-    Add(file.Findings, Finding(FindingID::TextSize, FindingClass::Warning), file.File,
-        "parts of " + AtMost(MaxTextPart), InBytes(track_file.Size) + ", which were not looked at");
+    FindTooLarge(MaxTextDocument, track_file.Size, "document in a file", file);
+  if (state == TrackFileText::State::Unreadable) FindUnreadable(Ferro::RESULT_READFAIL, "document", file);
   if (state != TrackFileText::State::Open) return file;
 
   std::string text;
   if (const QUIRE::Result_t result = source.ReadDocument(text); result.Failure()) {
-    FindUnreadable(result, file);
+    FindUnreadable(result, "document", file);
     return file;
   }
   const DocumentFile parsed = DocumentFile::FromText(file.File.Package, file.File.Document, text);
@@ -177,6 +197,19 @@ TextFile ReadText(const TrackFile& track_file, const TextLook& look) {
   FindIDs(*document, file, file.Findings);
   FindSizes(*document, source, text.size(), track_file.Size, file);
   FindInText(*document, source, look.Depth, file);
+  return file;
+}
+
+TextFile UnreadText(const DocumentPlace& place, const UUID& id, QUIRE::Result_t result) {
+  TextFile file;
+  file.File.Package = place.Package;
+  file.File.Document = place.Path;
+  file.File.Asset = id;
+  if (result == Ferro::RESULT_TOOLARGE)
+    Add(file.Findings, Finding(FindingID::TextSize, FindingClass::Warning), file.File, AtMost(MaxTextDocument),
+        "more, which was not looked at");
+  else
+    FindUnreadable(result, "document", file);
   return file;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "document/DocumentFile.h"
+#include "file/CompositionFiles.h"
 #include "file/TrackFile.h"
 
 #include <Assay/FindingRule.h>
@@ -10,6 +11,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Sigil {
 class KeyRing;
@@ -23,6 +25,12 @@ struct TextMoment {
   ui64_t Line = 0;
 };
 
+/// When an instance is shown, from its beginning up to, not including, its end.
+struct TextSpan {
+  TextMoment Begin;
+  i64_t End = 0;  ///< as TextMoment::Time
+};
+
 /// A picture of a text.
 struct TextPicture {
   TextMoment At;     ///< when it is shown first
@@ -30,8 +38,8 @@ struct TextPicture {
   ui32_t Height = 0;
 };
 
-/// A document of timed text, as all compositions have it: what it says of itself, and what is wrong with it. A plain value,
-/// small, whatever the length of the document.
+/// A document of timed text, as all compositions have it: what it says of itself, and what is wrong with it. A plain value, much
+/// smaller than the document.
 struct TextFile {
   FindingPlace File;  ///< the track file, or the document of an Interop text
   bool IsInTrackFile = false;
@@ -41,8 +49,8 @@ struct TextFile {
   UUID FileID;                        ///< by which the track file knows itself
   QUIRE::Rational FileRate;           ///< by the track file's header
   QUIRE::Rational EditRate;           ///< that edit units are counted in
-  std::optional<TextMoment> First;    ///< when something is shown first; no value: nothing ever is
-  std::optional<TextMoment> Last;     ///< when the last thing is shown no longer
+  std::vector<TextSpan> Shown;        ///< all that is ever shown, by its beginning
+  std::optional<TextMoment> Last;     ///< when the last thing is shown no longer; no value: nothing ever is
   std::optional<TextPicture> Widest;  ///< of the pictures that were looked at
   std::optional<TextPicture> Tallest;
 
@@ -61,9 +69,11 @@ struct TextLook {
   const Sigil::KeyRing* Keys = nullptr;   ///< of encrypted texts; may be null
 };
 
-/// Reads the text of a track file, which its header tells to be one; elsewhere, of one that cannot be read, and of one
-/// without a key, it is not read. Looks at Files at least.
+/// Reads the text of a track file, which its header tells to be one; one that cannot be read, is
+/// too long or has no key is told of alone. Looks at Files at least.
 [[nodiscard]] TextFile ReadText(const TrackFile& file, const TextLook& look);
+/// What there is to be said of a document that cannot be read, or is too long.
+[[nodiscard]] TextFile UnreadText(const DocumentPlace& place, const UUID& id, QUIRE::Result_t result);
 /// Reads a text that lies beside its fonts and pictures. Of its form, FindInDocument tells.
 /// @param xml        of which `document` came
 /// @param id         by which compositions name it

@@ -16,6 +16,17 @@ void Append(const FindingList& from, FindingList& findings) {
   findings.insert(findings.end(), from.begin(), from.end());
 }
 
+/// What the header of a file told already of its damage explains that its text cannot be read.
+void FindSameDamage(FindingList& findings, size_t first) {
+  for (size_t i = first; i < findings.size(); ++i) {
+    if (findings[i].ID != FindingID::FileDamaged) continue;
+    for (size_t told = 0; told < first && !findings[i].Cause; ++told)
+      if (findings[told].ID == FindingID::FileDamaged && findings[told].Place.Package == findings[i].Place.Package &&
+          findings[told].Place.Document == findings[i].Place.Document)
+        findings[i].Cause = told;
+  }
+}
+
 std::string FullPath(const DocumentPlace& place) {
   return place.Package.empty() ? place.Path : Ferro::PathJoin(place.Package, place.Path);
 }
@@ -27,7 +38,8 @@ TextFile TextFiles::ReadDocument(const AssetFile& asset) const {
   const UUID id = asset.Asset->ID.value_or(UUID());
   const QUIRE::Rational edit_rate = asset.Asset->EditRate.value_or(QUIRE::Rational(0, 0));
   std::string xml;
-  if (Ferro::ReadFileIntoString(FullPath(place), xml, MaxTextPart).Failure()) return {};
+  const Ferro::Result_t result = Ferro::ReadFileIntoString(FullPath(place), xml, MaxTextDocument);
+  if (result.Failure()) return UnreadText(place, id, result);
   for (const Package& package : m_Packages)
     if (package.Folder == place.Package)
       for (const DocumentFile& document : package.Documents)
@@ -41,8 +53,14 @@ TextFile TextFiles::ReadDocument(const AssetFile& asset) const {
 
 TextFiles::Entry* TextFiles::Find(const AssetFile& asset) {
   if (asset.File == nullptr && asset.Document == nullptr) return nullptr;
-  const std::string path = asset.File != nullptr ? asset.File->FullPath() : FullPath(*asset.Document);
-  const auto [known, is_new] = m_Files.try_emplace(path);
+  Key key;
+  if (asset.File != nullptr) {
+    key.Path = asset.File->FullPath();
+  } else {
+    const QUIRE::Rational rate = asset.Asset->EditRate.value_or(QUIRE::Rational(0, 0));
+    key = {FullPath(*asset.Document), asset.Asset->ID.value_or(UUID()), rate.Numerator, rate.Denominator};
+  }
+  const auto [known, is_new] = m_Files.try_emplace(key);
   Entry& entry = known->second;
   if (is_new) entry.Text = asset.File != nullptr ? ReadText(*asset.File, m_Look) : ReadDocument(asset);
   return &entry;
@@ -56,7 +74,11 @@ const TextFile* TextFiles::Read(const AssetFile& asset) {
 void TextFiles::Tell(const AssetFile& asset, FindingList& findings) {
   Entry* entry = Find(asset);
   if (entry == nullptr) return;
-  if (!std::exchange(entry->IsTold, true)) Append(entry->Text.Findings, findings);
+  if (!std::exchange(entry->IsTold, true)) {
+    const size_t first = findings.size();
+    Append(entry->Text.Findings, findings);
+    FindSameDamage(findings, first);
+  }
   const bool is_caption = asset.Asset->Role == AssetRole::Caption;
   bool& is_told = is_caption ? entry->IsToldAsCaption : entry->IsToldAsSubtitle;
   if (!std::exchange(is_told, true))

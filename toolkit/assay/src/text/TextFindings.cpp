@@ -36,6 +36,12 @@ std::string Written(const std::string& value) {
   return value.empty() ? "an empty one" : Quoted(value);
 }
 
+/// What is to be said of others like the first. Of very many not all are listed.
+std::string More(const Cairn::TimedText& document, std::ptrdiff_t count) {
+  if (count == 0) return {};
+  return (document.ProblemCount > document.ProblemList.size() ? ", at least " : ", ") + std::to_string(count) + " more";
+}
+
 void FindFontLoad(const Cairn::TimedText& document, TextFile& file) {
   const auto say = [&](ui64_t line, std::string expected, std::string found) {
     Add(file.Findings, Finding(FindingID::TextFontLoad), file.At(line), std::move(expected), std::move(found));
@@ -48,14 +54,15 @@ void FindFontLoad(const Cairn::TimedText& document, TextFile& file) {
       document.InstanceList, [](const Cairn::TextInstance& instance) { return !instance.TextList.empty(); });
   // What has pictures alone needs no font.
   if (file.Head.DCPFormat == Cairn::DFT_DCI_SMPTE && (fonts.size() > 1 || (fonts.empty() && has_lines)))
-    return say(fonts.size() > 1 ? fonts[1].Line : 0, "one font", fonts.empty() ? "none" : std::to_string(fonts.size()));
+    say(fonts.size() > 1 ? fonts[1].Line : 0, "one font", fonts.empty() ? "none" : std::to_string(fonts.size()));
+  if (file.Head.DCPFormat == Cairn::DFT_DCI_SMPTE && fonts.empty() && has_lines) return;  // told
   if (file.Head.DCPFormat == Cairn::DFT_DCI_SMPTE && fonts.size() == 1 && fonts.front().ID.empty())
     return say(fonts.front().Line, "a font with an ID", "none");
   const auto unknown = std::ranges::find_if(document.ProblemList, is_unknown);
   if (unknown == document.ProblemList.end()) return;
   const auto more = std::ranges::count_if(unknown + 1, document.ProblemList.end(), is_unknown);
   say(unknown->Line, fonts.empty() ? "a font that is loaded" : Quoted(fonts.front().ID),
-      Written(unknown->Found) + (more > 0 ? ", " + std::to_string(more) + " more" : ""));
+      Written(unknown->Found) + More(document, more));
 }
 
 void FindStartTime(const Cairn::TimedText& document, TextFile& file) {
@@ -137,6 +144,9 @@ void TextTally::Tell(const TextFile& file, Finding finding, const std::string& e
 }
 
 bool HasProblem(const Cairn::TimedText& document, ui64_t line, std::string_view name) {
+  // Beyond the last that is listed any line may have one.
+  const bool is_cut = document.ProblemCount > document.ProblemList.size();
+  if (line != 0 && is_cut && line >= document.ProblemList.back().Line) return true;
   return std::ranges::any_of(document.ProblemList, [&](const TextProblem& problem) {
     return problem.Kind != TextProblem_t::BeforeStart && (line == 0 || problem.Line == line) && problem.Name == name;
   });
@@ -150,8 +160,7 @@ void FindTextProblems(const Cairn::TimedText& document, TextFile& file) {
                      : first->Kind == TextProblem_t::Repeated ? " is repeated"
                                                               : "";
   Add(file.Findings, Finding(FindingID::TextSchema), file.At(first->Line), first->Used,
-      first->Name + (*kind != '\0' ? ": \"" : " is \"") + Quoted(first->Found) + '"' + kind +
-          (more > 0 ? ", " + std::to_string(more) + " more" : ""));
+      first->Name + (*kind != '\0' ? ": \"" : " is \"") + Quoted(first->Found) + '"' + kind + More(document, more));
 }
 
 void FindInTextHead(const Cairn::TimedText& document, TextFile& file) {

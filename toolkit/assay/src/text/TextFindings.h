@@ -13,6 +13,16 @@ namespace Assay {
 /// @param file      with its EditRate; its Head, First and Last are filled in
 void FindInText(Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file);
 
+/// Whether what a key opens is not what was encrypted.
+[[nodiscard]] inline bool IsAltered(QUIRE::Result_t result) {
+  return result == QUIRE::RESULT_CHECKFAIL || result == QUIRE::RESULT_HMACFAIL || result == QUIRE::RESULT_SEQUENCE;
+}
+
+/// Tells of a document, font or picture that is there and cannot be read: altered, where a key opens it, or damaged.
+void FindUnreadable(QUIRE::Result_t result, const std::string& part, TextFile& file);
+/// text-size, as a warning: what is too long to be looked at.
+void FindTooLarge(ui64_t limit, ui64_t size, const std::string& part, TextFile& file);
+
 /// What is found of one kind in a text. The first place in time stands for all.
 class TextTally {
  public:

@@ -14,6 +14,8 @@ namespace {
 
 using Cairn::TextResource;
 
+constexpr size_t MaxFonts = 100;  // that are looked at
+
 std::string NameOf(const TextResource& resource) {
   return resource.Path.empty() ? resource.ID.EncodeString() : Quoted(resource.Path);
 }
@@ -40,6 +42,31 @@ std::string CharactersOf(const Cairn::TextRun& run) {
   return std::visit(Visitor(), run.Content);
 }
 
+std::string Counted(const std::string& first, size_t count) {
+  return count > 1 ? first + ", " + std::to_string(count - 1) + " more" : first;
+}
+
+/// text-font-missing. The first line stands for all.
+class LineTally {
+ public:
+  void Note(ui64_t line, const std::string& name, const char* fault) {
+    if (m_Count++ > 0 && m_Line <= line) return;
+    m_Line = line;
+    m_Name = name;
+    m_Fault = fault;
+  }
+  void Tell(TextFile& file) const {
+    if (m_Count > 0)
+      Add(file.Findings, Finding(FindingID::TextFontMissing), file.At(m_Line), m_Name, Counted(m_Fault, m_Count));
+  }
+
+ private:
+  ui64_t m_Line = 0;
+  std::string m_Name;
+  std::string m_Fault;
+  size_t m_Count = 0;
+};
+
 class ResourceCheck {
  public:
   ResourceCheck(const Cairn::TimedText& document, ITextResources& resources, Depth depth, TextFile& file)
@@ -47,12 +74,19 @@ class ResourceCheck {
 
   void Run() {
     if (m_IsWhole) NoteCharacters();
-    for (size_t i = 0; i < m_Document.LoadFontList.size(); ++i) LookAtFont(i);
-    m_Glyphs.Tell(m_File, Finding(FindingID::TextGlyphMissing), "a shape in the font", m_File.SubtitleFindings);
+    LookAtFonts();
     LookAtPictures();
+    if (m_Altered > 0) FindUnreadable(m_AlteredResult, Counted(m_FirstAltered, m_Altered), m_File);
+    if (m_TooLarge > 0) FindTooLarge(MaxTextPart, m_FirstSize, Counted(m_FirstTooLarge, m_TooLarge), m_File);
   }
 
  private:
+  /// What a font is needed for.
+  struct FontNeeds {
+    const Cairn::LoadedFont* Font = nullptr;  // the first that is stored as it
+    FirstNeeds<char32_t> Characters;
+  };
+
   void NoteCharacters() {
     for (const Cairn::TextInstance& instance : m_Document.InstanceList)
       for (const Cairn::TextLine& line : instance.TextList)
@@ -66,49 +100,108 @@ class ResourceCheck {
         }
   }
 
-  void LookAtFont(size_t index) {
-    const Cairn::LoadedFont& font = m_Document.LoadFontList[index];
-    if (!font.Resource.HasValue()) return;  // told with the form
-    const auto say = [&](std::string found) {
-      Add(m_File.Findings, Finding(FindingID::TextFontMissing), m_File.At(font.Line), NameOf(font.Resource),
-          std::move(found));
-    };
-    if (!m_Resources.Has(font.Resource)) return say("none there");
-    if (!m_IsWhole) return;
-    const auto bytes = m_Resources.Read(font.Resource);
-    if (!bytes) return say("one that cannot be read");
-    if (bytes->size() > FontFile::MaxSize)
-      return Add(m_File.SubtitleFindings, Finding(FindingID::TextGlyphMissing), m_File.At(font.Line),
-                 std::to_string(FontFile::MaxSize) + " bytes at most",
-                 std::to_string(bytes->size()) + " bytes, which were not looked at");
+  /// Each font once, however many elements load it.
+  void LookAtFonts() {
+    std::map<std::string, FontNeeds> fonts;
+    LineTally faulty;
+    for (size_t i = 0; i < m_Document.LoadFontList.size(); ++i) {
+      const Cairn::LoadedFont& font = m_Document.LoadFontList[i];
+      if (!font.Resource.HasValue()) continue;  // told with the form
+      const std::string stored = m_Resources.Find(font.Resource);
+      if (stored.empty()) {
+        faulty.Note(font.Line, NameOf(font.Resource), "missing");
+        continue;
+      }
+      FontNeeds& needs = fonts[stored];
+      if (needs.Font == nullptr) needs.Font = &font;
+      for (const auto& [character, moment] : m_Characters[static_cast<ui32_t>(i)])
+        NoteNeed(needs.Characters, character, moment);
+    }
+    size_t count = 0;
+    for (const auto& [stored, needs] : fonts) {
+      if (!m_IsWhole || ++count > MaxFonts) break;
+      if (const char* fault = LookAtFont(needs); *fault != '\0')
+        faulty.Note(needs.Font->Line, NameOf(needs.Font->Resource), fault);
+    }
+    faulty.Tell(m_File);
+    if (count > MaxFonts)
+      Add(m_File.SubtitleFindings, Finding(FindingID::TextGlyphMissing), m_File.File,
+          std::to_string(MaxFonts) + " fonts at most", std::to_string(fonts.size()) + ", the rest was not looked at");
+    m_Glyphs.Tell(m_File, Finding(FindingID::TextGlyphMissing), "a shape in the font", m_File.SubtitleFindings);
+  }
+
+  /// @return what is wrong with it; empty where nothing is.
+  const char* LookAtFont(const FontNeeds& needs) {
+    std::vector<ui8_t> bytes;
+    if (!Read(needs.Font->Resource, bytes)) return m_Fault;
+    if (bytes.size() > FontFile::MaxSize) {
+      Add(m_File.SubtitleFindings, Finding(FindingID::TextGlyphMissing), m_File.At(needs.Font->Line),
+          std::to_string(FontFile::MaxSize) + " bytes at most",
+          std::to_string(bytes.size()) + " bytes, which were not looked at");
+      return "";
+    }
     FontFile file;
-    if (!file.Open(*bytes)) return say("no font");
-    for (const auto& [character, moment] : m_Characters[static_cast<ui32_t>(index)])
+    if (!file.Open(bytes)) return "not a font";
+    for (const auto& [character, moment] : needs.Characters)
       if (!file.CanDraw(character)) m_Glyphs.Note(moment, DescribeCharacter(character));
+    return "";
+  }
+
+  /// @return false: m_Fault says why, empty where it is told otherwise.
+  bool Read(const TextResource& resource, std::vector<ui8_t>& bytes) {
+    const QUIRE::Result_t result = m_Resources.Read(resource, bytes);
+    if (result.Success()) return true;
+    m_Fault = "";
+    if (result == Ferro::RESULT_TOOLARGE) {
+      if (m_TooLarge++ == 0) {
+        m_FirstTooLarge = NameOf(resource);
+        m_FirstSize = m_Resources.SizeBound(resource);
+      }
+    } else if (IsAltered(result)) {
+      if (m_Altered++ == 0) {
+        m_FirstAltered = NameOf(resource);
+        m_AlteredResult = result;
+      }
+    } else {
+      m_Fault = "unreadable";
+    }
+    return false;
   }
 
   void LookAtPictures() {
-    std::map<std::pair<UUID, std::string>, TextMoment> pictures;
+    struct PictureNeed {
+      TextResource Resource;
+      TextMoment At;
+    };
+    std::map<std::pair<UUID, std::string>, TextMoment> named;
     for (const Cairn::TextInstance& instance : m_Document.InstanceList)
       for (const Cairn::TextImage& image : instance.ImageList)
         if (image.Resource.HasValue())
-          NoteNeed(pictures, {image.Resource.ID, image.Resource.Path}, MomentOf(instance, image.Line));
+          NoteNeed(named, {image.Resource.ID, image.Resource.Path}, MomentOf(instance, image.Line));
     TextTally faulty;
-    for (const auto& [picture, moment] : pictures) {
-      const TextResource resource{picture.first, picture.second};
-      if (const std::string fault = LookAtPicture(resource, moment); !fault.empty())
-        faulty.Note(moment, NameOf(resource) + ": " + fault);
+    std::map<std::string, PictureNeed> pictures;
+    for (const auto& [name, moment] : named) {
+      const TextResource resource{name.first, name.second};
+      const std::string stored = m_Resources.Find(resource);
+      if (stored.empty()) {
+        faulty.Note(moment, NameOf(resource) + ": missing");
+        continue;
+      }
+      const auto [known, is_new] = pictures.try_emplace(stored, PictureNeed{resource, moment});
+      if (!is_new && moment.Time < known->second.At.Time) known->second = {resource, moment};
     }
+    if (m_IsWhole)
+      for (const auto& [stored, need] : pictures)
+        if (const std::string fault = LookAtPicture(need.Resource, need.At); !fault.empty())
+          faulty.Note(need.At, NameOf(need.Resource) + ": " + fault);
     faulty.Tell(m_File, Finding(FindingID::TextImageMissing), "a PNG picture", m_File.Findings);
   }
 
   /// @return what is wrong with it; empty where nothing is.
   std::string LookAtPicture(const TextResource& resource, const TextMoment& moment) {
-    if (!m_Resources.Has(resource)) return "none there";
-    if (!m_IsWhole) return {};
-    const auto bytes = m_Resources.Read(resource);
-    if (!bytes) return "one that cannot be read";
-    const PNGPicture png = ReadPNG(*bytes);
+    std::vector<ui8_t> bytes;
+    if (!Read(resource, bytes)) return m_Fault;
+    const PNGPicture png = ReadPNG(bytes);
     if (!png.Fault.empty()) return png.Fault;
     const TextPicture picture{moment, png.Width, png.Height};
     if (!m_File.Widest || picture.Width > m_File.Widest->Width) m_File.Widest = picture;
@@ -122,6 +215,13 @@ class ResourceCheck {
   TextFile& m_File;
   std::map<ui32_t, FirstNeeds<char32_t>> m_Characters;  // by the index of the font
   TextTally m_Glyphs;
+  const char* m_Fault = "";  // of the last resource that could not be read
+  size_t m_Altered = 0;
+  std::string m_FirstAltered;
+  QUIRE::Result_t m_AlteredResult = Ferro::RESULT_OK;
+  size_t m_TooLarge = 0;
+  std::string m_FirstTooLarge;
+  ui64_t m_FirstSize = 0;  // bytes
 };
 
 }  // namespace

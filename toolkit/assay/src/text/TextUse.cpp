@@ -70,10 +70,7 @@ class TextUses {
     double start = 0;
     for (const Reel& earlier : m_Composition.Composition->Reels) {
       if (&earlier == &reel) break;
-      const ReelAsset* picture = earlier.Find(AssetRole::Picture);
-      if (picture != nullptr && picture->Duration && picture->EditRate)
-        start +=
-            static_cast<double>(*picture->Duration) * picture->EditRate->Denominator / picture->EditRate->Numerator;
+      start += SecondsOf(earlier);
     }
     return start;
   }
@@ -186,23 +183,40 @@ class TextUses {
         Quoted(language.Value) + " as in the text", Quoted(use.Asset->Asset->Language));
   }
 
-  /// When a text is seen first, in seconds of the composition.
-  static double FirstSecond(const TextUse& use) {
+  /// A text as it is seen first.
+  struct FirstText {
+    const TextUse* Use = nullptr;
+    const TextSpan* Span = nullptr;
+    double Seconds = 0;   // of the composition
+    double EditUnit = 0;  // seconds
+  };
+
+  /// What a text shows first of what is played of it; without a span where it shows nothing.
+  static FirstText FirstOf(const TextUse& use) {
     const ReelAsset& asset = *use.Asset->Asset;
     const QUIRE::Rational rate = asset.EditRate.value_or(use.Text->EditRate);
-    const i64_t first = use.Text->Head.EditUnits(use.Text->First->Time, rate);
-    const auto entry = static_cast<i64_t>(std::min<ui64_t>(asset.Entry.value_or(0), 0xFFFF'FFFF));
-    return use.ReelStart + Seconds(std::max<i64_t>(first - entry, 0), rate);
+    constexpr ui64_t Most = 0xFFFF'FFFF;
+    const auto entry = static_cast<i64_t>(std::min(asset.Entry.value_or(0), Most));
+    const i64_t end = entry + static_cast<i64_t>(std::min(asset.Duration.value_or(Most), Most));
+    for (const TextSpan& span : use.Text->Shown) {
+      const i64_t begin = std::max(use.Text->Head.EditUnits(span.Begin.Time, rate), entry);
+      if (begin >= end) break;
+      if (use.Text->Head.EditUnits(span.End, rate) > begin)
+        return {&use, &span, use.ReelStart + Seconds(begin - entry, rate), Seconds(1, rate)};
+    }
+    return {};
   }
 
   void FindFirst(AssetRole role) {
-    const TextUse* earliest = nullptr;
-    for (const TextUse& use : m_Uses)
-      if (use.Role() == role && use.Text->First && (earliest == nullptr || FirstSecond(use) < FirstSecond(*earliest)))
-        earliest = &use;
-    if (earliest == nullptr || FirstSecond(*earliest) >= LeastBefore) return;
-    Add(m_Findings, Finding(FindingID::TextFirst), At(*earliest, *earliest->Text->First), "4 seconds at least",
-        std::to_string(static_cast<i64_t>(FirstSecond(*earliest) * 1000)) + " ms");
+    FirstText earliest;
+    for (const TextUse& use : m_Uses) {
+      const FirstText first = use.Role() == role ? FirstOf(use) : FirstText();
+      if (first.Span != nullptr && (earliest.Span == nullptr || first.Seconds < earliest.Seconds)) earliest = first;
+    }
+    // Lengths of reels add up to within half an edit unit.
+    if (earliest.Span == nullptr || earliest.Seconds > LeastBefore - earliest.EditUnit / 2) return;
+    Add(m_Findings, Finding(FindingID::TextFirst), At(*earliest.Use, earliest.Span->Begin), "4 seconds at least",
+        std::to_string(static_cast<i64_t>(earliest.Seconds * 1000)) + " ms");
   }
 
   /// Texts of one place in all reels are of one language.

@@ -23,6 +23,16 @@ class TextFiles {
   void Tell(const AssetFile& asset, FindingList& findings);
 
  private:
+  /// What a text is read as. A document of its own goes by the name and the rate that it is played with.
+  struct Key {
+    std::string Path;  // whole
+    UUID ID;
+    i64_t Numerator = 0;
+    i64_t Denominator = 0;
+
+    friend auto operator<=>(const Key&, const Key&) = default;
+  };
+
   struct Entry {
     TextFile Text;
     bool IsTold = false;
@@ -35,7 +45,7 @@ class TextFiles {
 
   const std::deque<Package>& m_Packages;
   TextLook m_Look;
-  std::map<std::string, Entry> m_Files;  // by their whole path
+  std::map<Key, Entry> m_Files;
 };
 
 /// text-*, caption-*, and what of reel-text-language, title-subtitle and mic-invalid texts tell.

@@ -78,6 +78,7 @@ class CAIRN_API TimedText {
  public:
   static constexpr size_t MaxInstanceCount = 100'000;
   static constexpr size_t MaxProblemCount = 1'000;  ///< that are listed; all are counted
+  static constexpr size_t MaxProblemKinds = 100;    ///< of which the first of each is listed beyond that
   static constexpr ui32_t MaxTimeCodeRate = 1'000;
 
   Cairn::DCPFormat_t DCPFormat = DFT_NONE;  ///< DFT_DCI_SMPTE or DFT_Interop, by the document element
@@ -101,7 +102,7 @@ class CAIRN_API TimedText {
   std::vector<TextInstance> InstanceList;  ///< in document order, which need not be that of time
   /// What the instances' times count from: StartTime, but 0 where all of them lie before it.
   i64_t Origin = 0;
-  std::vector<TextProblem> ProblemList;  ///< the first MaxProblemCount
+  std::vector<TextProblem> ProblemList;  ///< the first MaxProblemCount, and the first of each kind and name
   size_t ProblemCount = 0;               ///< of all
 
   /// Units of time in a second: TimeCodeRate, or 1000 in an Interop document.

@@ -24,7 +24,9 @@ void TextReading::Note(TextProblem_t kind, const Element* element, std::string_v
 
 void TextReading::Note(TextProblem_t kind, ui64_t line, std::string name, std::string_view found,
                        std::string_view used) {
-  if (++m_Document.ProblemCount > TimedText::MaxProblemCount) return;
+  const bool is_new = kind != TextProblem_t::Unknown && m_Kinds.size() < TimedText::MaxProblemKinds &&
+                      m_Kinds.emplace(kind, name).second;
+  if (++m_Document.ProblemCount > TimedText::MaxProblemCount && !is_new) return;
   m_Document.ProblemList.push_back({kind, line, std::move(name), Shown(found), Shown(used)});
 }
 

@@ -5,9 +5,11 @@
 
 #include "xml/DocumentTree.h"
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace Cairn {
 
@@ -33,6 +35,7 @@ class TextReading {
  private:
   TimedText& m_Document;
   std::unordered_map<std::string, ui32_t> m_LoadFonts;
+  std::set<std::pair<TextProblem_t, std::string>> m_Kinds;  // of the problems met, by what they are with
 };
 
 /// The text of an element between `begin` and `end`, positions in the document's text.
