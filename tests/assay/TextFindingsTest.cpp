@@ -5,6 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+
 namespace {
 
 using testsupport::NamesIn;
@@ -235,6 +238,41 @@ TEST(TextFindings, ThreeLinesAreShownAtOnce) {
   EXPECT_EQ(NamesIn(with(7)), (Names{"text-elements", "text-lines"}));
   EXPECT_EQ(NamesIn(with(3).AsCaption()), Names{});
   EXPECT_EQ(NamesIn(with(4).AsCaption()), Names{"caption-lines"});
+}
+
+TEST(TextFindings, TextsSideBySideAreOneLine) {
+  const std::string lines =
+      "<Text Halign=\"left\" Valign=\"bottom\" Vposition=\"8\">a</Text>"
+      "<Text Halign=\"right\" Valign=\"bottom\" Vposition=\"8\">b</Text>"
+      "<Text Halign=\"right\" Valign=\"top\" Vposition=\"92\">b</Text>";
+  const auto with = [&](size_t count) {
+    return Of(
+        "<Font ID=\"Main\"><Subtitle TimeIn=\"00:00:05:00\" TimeOut=\"00:00:06:00\">" + lines +
+        std::string("<Text Valign=\"top\" Vposition=\"20\">c</Text><Text Valign=\"top\" Vposition=\"30\">d</Text>") +
+        (count > 3 ? "<Text Valign=\"top\" Vposition=\"40\">e</Text>" : "") + "</Subtitle></Font>");
+  };
+  EXPECT_EQ(with(3), Names{});
+  EXPECT_EQ(with(4), Names{"text-lines"});
+}
+
+std::string ClockAt(size_t unit) {
+  const auto two = [](size_t value) { return (value < 10 ? "0" : "") + std::to_string(value); };
+  return two(unit / 24 / 3600) + ':' + two(unit / 24 / 60 % 60) + ':' + two(unit / 24 % 60) + ':' + two(unit % 24);
+}
+
+TEST(TextFindings, ManyTextsAtOnceTakeNoTimeToFind) {
+  // Pictures that are all open while too many lines come and go: asking what is shown each time takes steps by the square.
+  constexpr size_t Count = 25'000;
+  const auto shown = [](size_t begin, size_t end, const std::string& what) {
+    return "<Subtitle TimeIn=\"" + ClockAt(begin) + "\" TimeOut=\"" + ClockAt(end) + "\">" + what + "</Subtitle>\n";
+  };
+  std::string many;
+  for (size_t i = 0; i < Count; ++i) many += shown(120, 120 + 2 * Count, Images(1));
+  for (size_t i = 0; i < Count; ++i) many += shown(120 + 2 * i, 121 + 2 * i, Lines(4));
+  const auto begin = std::chrono::steady_clock::now();
+  const Names names = NamesIn(SampleText().Subtitles(many), Assay::Depth::Files);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_TRUE(std::ranges::find(names, "text-lines") != names.end());
 }
 
 TEST(TextFindings, ThreePicturesAndTwoTextsAreShownAtOnce) {

@@ -109,6 +109,13 @@ TEST(TextResources, PicturesAreThere) {
   }
 }
 
+TEST(TextResources, BytesBehindAPictureAreTold) {
+  Bytes longer = MakePNGHeader(640, 120);
+  longer.push_back(0);
+  EXPECT_EQ(NamesIn(WithImage(longer)), Names{"text-image-missing warning"});
+  EXPECT_EQ(NamesIn(WithImage(longer, Interop)), Names{"text-image-missing warning"});
+}
+
 TEST(TextResources, PicturesFitOnThePicture) {
   EXPECT_EQ(NamesIn(WithImage(MakePNGHeader(1998, 1080))), Names{});
   EXPECT_EQ(NamesIn(WithImage(MakePNGHeader(1999, 1080))), Names{"text-image-missing warning"});
@@ -282,6 +289,19 @@ TEST(FontFile, OpensFontsAlone) {
   EXPECT_FALSE(font.CanDraw('c'));
   EXPECT_FALSE(font.Open(testsupport::MakeFont(5000)));
   EXPECT_FALSE(font.CanDraw('a'));
+}
+
+TEST(FontFile, ReadsAThousandShapesAndBelievesTheRest) {
+  std::u32string characters;
+  for (char32_t i = 0; i <= Assay::FontFile::MaxTried; ++i) characters += U'\x4E00' + i;
+  Bytes made = MakeTrueType(characters);
+  const std::string_view bytes(reinterpret_cast<const char*>(made.data()), made.size());
+  const size_t row = bytes.find("glyf");
+  made[size_t{made[row + 10]} << 8U | made[row + 11]] = 0x7F;  // far more contours than there are bytes
+  Assay::FontFile font;
+  ASSERT_TRUE(font.Open(made));
+  for (size_t i = 0; i < Assay::FontFile::MaxTried; ++i) EXPECT_FALSE(font.CanDraw(characters[i]));
+  EXPECT_TRUE(font.CanDraw(characters.back()));
 }
 
 TEST(FontFile, DamagedFontsDoNoHarm) {

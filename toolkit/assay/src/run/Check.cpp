@@ -131,9 +131,11 @@ class CheckRun {
     for (MetComposition& met : m_Compositions) met.Files = CompositionFiles(met.Composition, *m_Places);
   }
 
+  /// Texts are read last: of a check that was ended, only as far as it has come.
   [[nodiscard]] Depth TextDepth() const {
-    if (m_Request.Depths.Has(Depth::Frames)) return Depth::Frames;
-    return m_Request.Depths.Has(Depth::Files) ? Depth::Files : Depth::Documents;
+    const DepthSet& depths = m_Report.IsCancelled ? m_Report.LookedAt : m_Request.Depths;
+    if (depths.Has(Depth::Frames)) return Depth::Frames;
+    return depths.Has(Depth::Files) ? Depth::Files : Depth::Documents;
   }
 
   void Find(const Package& package) {

@@ -14,7 +14,7 @@ inline constexpr FindingRule TextRules[] = {
      {FindingClass::Error},
      Flavour::Any,
      Depth::Documents,
-     "The text does not have the form that texts have.",
+     "The timed text is malformed.",
      "An element is missing, unknown or out of place, or a value cannot be read. Equipment shows no text, or stops at "
      "the place. In SMPTE packages the text lies inside a track file and is looked at with the files.",
      "Ask for a corrected package; the line and the element tell its maker where to look.",
@@ -25,7 +25,7 @@ inline constexpr FindingRule TextRules[] = {
      {FindingClass::Error},
      Flavour::Any,
      Depth::Documents,
-     "The text is of the other kind of package than the composition.",
+     "The text is Interop and the composition SMPTE, or the other way round.",
      "Interop texts are XML documents with fonts beside them, SMPTE texts lie inside track files. Equipment does not "
      "look for the one where it expects the other.",
      "Ask for a corrected package.",
@@ -45,12 +45,14 @@ inline constexpr FindingRule TextRules[] = {
     {FindingID::TextSize,
      "text-size",
      {FindingClass::Profile, FindingClass::Warning},
-     Flavour::SMPTE,
-     Depth::Files,
+     Flavour::Any,
+     Depth::Documents,
      "The text with its fonts and pictures is larger than RDD 52 allows.",
-     "A caption document has up to 256 KiB, fonts up to 10 MiB together, all resources up to 115 MiB. Projectors with "
-     "little memory show nothing beyond that. A document, font or picture of more than 64 MiB is not looked at: that "
-     "is a warning.",
+     "In SMPTE packages a caption document has up to 256 KiB, fonts up to 10 MiB together, all resources up to 115 "
+     "MiB. "
+     "Projectors with little memory show nothing beyond that. A document of more than 16 MiB is not looked at, nor is "
+     "a "
+     "font or picture of more than 64 MiB: that is a warning.",
      "Test the subtitles before the show.",
      "RDD 52, 7.2.1"},
     {FindingID::TextFontSize,
@@ -89,8 +91,8 @@ inline constexpr FindingRule TextRules[] = {
      Depth::Frames,
      "The font has no shape for a character of the text.",
      "A box or nothing stands in its place. Mostly the font was reduced to the characters of another text. Captions "
-     "are "
-     "drawn with the device's own font and not looked at, nor is a font of more than 32 MiB.",
+     "are drawn with the device's own font and not looked at, nor is a font of more than 32 MiB, nor what a text has "
+     "beyond 100 fonts.",
      "Ask for a corrected package.",
      "ST 428-7"},
     {FindingID::TextImageMissing,
@@ -98,9 +100,10 @@ inline constexpr FindingRule TextRules[] = {
      {FindingClass::Error, FindingClass::Warning},
      Flavour::Any,
      Depth::Files,
-     "A picture of the text is not there, is no PNG, or is larger than the screen.",
+     "A picture of the text is not there, is not a sound PNG, or is larger than the screen.",
      "Where it is missing nothing is shown at that place. One that is too large is scaled or cropped, depending on the "
-     "equipment. Of a picture its header, the order of its parts and their check sums are looked at; it is not drawn.",
+     "equipment, and bytes behind its end are passed over: both are warnings. Of a picture its header, the order of "
+     "its parts and their check sums are looked at; it is not drawn.",
      "Copy the package again from its source; if it is the same there, ask for a corrected one.",
      "ST 428-7"},
     {FindingID::TextLanguage,
@@ -119,7 +122,7 @@ inline constexpr FindingRule TextRules[] = {
      Depth::Files,
      "The text has no start time, or one that is not 0.",
      "All times count from the start time. Equipment that passes over it shows every text too early or too late. It "
-     "is a warning where texts lie before the start time: they are never shown.",
+     "is a warning where texts lie before the start time: equipment that keeps to it never shows them.",
      "Test the subtitles before the show.",
      "RDD 52, 7.2.3",
      After::TextStartTime},
@@ -220,7 +223,8 @@ inline constexpr FindingRule TextRules[] = {
      Flavour::Any,
      Depth::Documents,
      "A text stands at the very edge of the screen.",
-     "A distance of 0 from top or bottom puts it half outside, under the masking.",
+     "A distance of 0 or less from top or bottom puts it half outside, under the masking; one that leads to the other "
+     "edge does the same.",
      "Look at the place.",
      "ST 428-7, 6.2.4"},
     {FindingID::TextElements,

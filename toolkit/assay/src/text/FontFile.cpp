@@ -81,11 +81,13 @@ struct FontFile::Impl {
   void Close() {
     if (Face != nullptr) FT_Done_Face(Face);
     Face = nullptr;
+    TriedCount = 0;
   }
 
   BoundedMemory Memory;
   FT_Library Library = nullptr;
   FT_Face Face = nullptr;
+  size_t TriedCount = 0;  // shapes of this face
 };
 
 FontFile::FontFile() : m_Impl(std::make_unique<Impl>()) {}
@@ -108,7 +110,8 @@ bool FontFile::CanDraw(char32_t character) {
   if (m_Impl->Face == nullptr || m_Impl->Face->charmap == nullptr) return false;
   const FT_UInt glyph = FT_Get_Char_Index(m_Impl->Face, character);
   // Outlines alone, as they are stored: no instructions are run.
-  return glyph != 0 && FT_Load_Glyph(m_Impl->Face, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_RECURSE) == 0;
+  if (glyph == 0 || m_Impl->TriedCount++ >= MaxTried) return glyph != 0;
+  return FT_Load_Glyph(m_Impl->Face, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_RECURSE) == 0;
 }
 
 }  // namespace Assay

@@ -14,6 +14,7 @@ namespace Assay {
 class FontFile {
  public:
   static constexpr size_t MaxSize = 32 * 1024 * 1024;    // bytes of a file
+  static constexpr size_t MaxTried = 1'000;              // shapes of a font that are read, each of which takes time
   static constexpr size_t MaxMemory = 64 * 1024 * 1024;  // bytes that reading one may take besides
 
   FontFile();
@@ -23,7 +24,7 @@ class FontFile {
 
   /// Takes a font of MaxSize at most; the bytes must stay. @return false for what is no font that can be drawn with.
   [[nodiscard]] bool Open(std::span<const ui8_t> bytes);
-  /// Whether a font is open that has a shape for the character, which can be read.
+  /// Whether a font is open that has a shape for the character, which can be read. After MaxTried the font is believed.
   [[nodiscard]] bool CanDraw(char32_t character);
 
  private:

@@ -51,7 +51,7 @@ bool IsDepth(ui8_t color, ui8_t depth) {
 }
 
 PNGPicture ReadHeader(Bytes header) {
-  PNGPicture picture{{}, NumberAt(header, 0), NumberAt(header, 4)};
+  PNGPicture picture{{}, NumberAt(header, 0), NumberAt(header, 4), 0};
   const bool has_size =
       picture.Width > 0 && picture.Width <= MaxNumber && picture.Height > 0 && picture.Height <= MaxNumber;
   // compression, filter, interlace
@@ -61,7 +61,7 @@ PNGPicture ReadHeader(Bytes header) {
 }
 
 PNGPicture Faulty(std::string fault) {
-  return {std::move(fault), 0, 0};
+  return {std::move(fault), 0, 0, 0};
 }
 
 }  // namespace
@@ -86,8 +86,10 @@ PNGPicture ReadPNG(Bytes file) {
     }
     has_header = true;
     has_pixels |= type == "IDAT";
-    if (type == "IEND") return has_pixels ? picture : Faulty("a PNG without pixels");
     rest = rest.subspan(size_t{12} + length);
+    if (type != "IEND") continue;
+    picture.Behind = rest.size();
+    return has_pixels ? picture : Faulty("a PNG without pixels");
   }
   return Faulty("a PNG that is cut");
 }

@@ -13,6 +13,7 @@ struct PNGPicture {
   std::string Fault;  ///< for people; empty: the file is sound, and there is what follows
   ui32_t Width = 0;   ///< pixels
   ui32_t Height = 0;
+  size_t Behind = 0;  ///< bytes that follow its end
 };
 
 /// Walks through a PNG file: signature, header, order, lengths and check sums of the chunks. The pixels stay compressed:

@@ -195,6 +195,8 @@ class ResourceCheck {
         if (const std::string fault = LookAtPicture(need.Resource, need.At); !fault.empty())
           faulty.Note(need.At, NameOf(need.Resource) + ": " + fault);
     faulty.Tell(m_File, Finding(FindingID::TextImageMissing), "a PNG picture", m_File.Findings);
+    m_Longer.Tell(m_File, Finding(FindingID::TextImageMissing, FindingClass::Warning), "a PNG picture alone",
+                  m_File.Findings);
   }
 
   /// @return what is wrong with it; empty where nothing is.
@@ -203,6 +205,8 @@ class ResourceCheck {
     if (!Read(resource, bytes)) return m_Fault;
     const PNGPicture png = ReadPNG(bytes);
     if (!png.Fault.empty()) return png.Fault;
+    if (png.Behind > 0)
+      m_Longer.Note(moment, NameOf(resource) + ": " + std::to_string(png.Behind) + " bytes behind it");
     const TextPicture picture{moment, png.Width, png.Height};
     if (!m_File.Widest || picture.Width > m_File.Widest->Width) m_File.Widest = picture;
     if (!m_File.Tallest || picture.Height > m_File.Tallest->Height) m_File.Tallest = picture;
@@ -215,6 +219,7 @@ class ResourceCheck {
   TextFile& m_File;
   std::map<ui32_t, FirstNeeds<char32_t>> m_Characters;  // by the index of the font
   TextTally m_Glyphs;
+  TextTally m_Longer;        // pictures with something behind them
   const char* m_Fault = "";  // of the last resource that could not be read
   size_t m_Altered = 0;
   std::string m_FirstAltered;

@@ -4,6 +4,10 @@
 #include <Cairn/TextSchedule.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace Assay {
@@ -21,6 +25,47 @@ constexpr size_t MaxInstances = 2;  // at once
 
 std::string Units(i64_t count) {
   return std::to_string(count) + (count == 1 ? " edit unit" : " edit units");
+}
+
+/// What begins to be shown, or ceases to be.
+struct Change {
+  i64_t At = 0;  // edit units
+  bool IsBegin = false;
+  size_t Instance = 0;
+};
+
+/// In order of time; at one time first what ends, then what begins, each in document order.
+std::vector<Change> ChangesOf(const std::vector<TextSchedule::Span>& spans) {
+  std::vector<Change> changes;
+  for (size_t i = 0; i < spans.size(); ++i) {
+    if (spans[i].IsEmpty()) continue;
+    changes.push_back({spans[i].Begin, true, i});
+    changes.push_back({spans[i].End, false, i});
+  }
+  std::ranges::sort(changes, {},
+                    [](const Change& change) { return std::tuple(change.At, change.IsBegin, change.Instance); });
+  return changes;
+}
+
+/// Where a line runs across the picture: texts of one place stand side by side. Vertical or not, and thousandths of a per
+/// cent from the left or top.
+using LinePlace = std::pair<bool, i64_t>;
+
+LinePlace PlaceOf(const Cairn::TextLine& line) {
+  const Cairn::TextPlace& place = line.Place;
+  const auto direction = line.Direction.Value;
+  if (direction == Cairn::TextDirection_t::TopToBottom || direction == Cairn::TextDirection_t::BottomToTop) {
+    const double x = place.Hposition.Value;
+    const auto align = place.Halign.Value;
+    return {true, std::llround(1000 * (align == Cairn::TextHalign_t::Left    ? x
+                                       : align == Cairn::TextHalign_t::Right ? 100 - x
+                                                                             : 50 + x))};
+  }
+  const double y = place.Vposition.Value;
+  const auto align = place.Valign.Value;
+  return {false, std::llround(1000 * (align == Cairn::TextValign_t::Top      ? y
+                                      : align == Cairn::TextValign_t::Bottom ? 100 - y
+                                                                             : 50 + y))};
 }
 
 class TimeCheck {
@@ -102,29 +147,42 @@ class TimeCheck {
     // Fades count: a text that fades away after its time is still shown.
     const TextSchedule schedule(m_Document, m_File.EditRate, TextSchedule::FadeDown::BeginsAtTimeOut);
     NoteCrowds(
-        schedule,
-        [&](const TextSchedule::Segment& segment) {
-          return segment.InstanceCount > MaxInstances ? std::to_string(segment.InstanceCount) + " at once"
-                                                      : std::string();
+        schedule.Spans(),
+        [](const Crowd& crowd) {
+          return crowd.Instances > MaxInstances ? std::to_string(crowd.Instances) + " at once" : std::string();
         },
-        schedule.Spans(), tally);
+        tally);
     tally.Tell(m_File, Finding(FindingID::TextElements), "6 texts or 3 pictures in one, 2 at once", m_File.Findings);
   }
 
+  struct Crowd {
+    size_t Instances = 0;  // shown at once
+    size_t Lines = 0;      // the same, those side by side as one
+  };
+
   /// Notes each stretch of time at which `describe` finds too much, adjoining ones as one, by what begins there.
   template <class FunctionT>
-  void NoteCrowds(const TextSchedule& schedule, FunctionT describe, const std::vector<TextSchedule::Span>& spans,
-                  TextTally& tally) {
+  void NoteCrowds(const std::vector<TextSchedule::Span>& spans, FunctionT describe, TextTally& tally) {
+    const std::vector<Change> changes = ChangesOf(spans);
+    std::map<LinePlace, size_t> lines;
+    size_t instances = 0;
     bool was_crowded = false;
-    for (const TextSchedule::Segment& segment : schedule.Segments()) {
-      std::string found = describe(segment);
-      const bool is_crowded = !found.empty();
-      if (is_crowded && !was_crowded) {
-        const std::vector<size_t> shown = schedule.ShownAt(segment.Time.Begin);
-        const size_t last = *std::ranges::max_element(shown, {}, [&](size_t i) { return spans[i].Begin; });
-        const TextInstance& instance = m_Document.InstanceList[last];
-        tally.Note(MomentOf(instance, instance.Line), std::move(found));
+    for (size_t i = 0; i < changes.size();) {
+      const i64_t at = changes[i].At;
+      const TextInstance* began = nullptr;
+      for (; i < changes.size() && changes[i].At == at; ++i) {
+        const TextInstance& instance = m_Document.InstanceList[changes[i].Instance];
+        if (changes[i].IsBegin && began == nullptr) began = &instance;
+        instances += changes[i].IsBegin ? 1 : size_t(0) - 1;
+        for (const Cairn::TextLine& line : instance.TextList) {
+          const auto place = lines.try_emplace(PlaceOf(line)).first;
+          place->second += changes[i].IsBegin ? 1 : size_t(0) - 1;
+          if (place->second == 0) lines.erase(place);
+        }
       }
+      std::string found = describe({instances, lines.size()});
+      const bool is_crowded = !found.empty();
+      if (is_crowded && !was_crowded && began != nullptr) tally.Note(MomentOf(*began, began->Line), std::move(found));
       was_crowded = is_crowded;
     }
   }
@@ -132,11 +190,11 @@ class TimeCheck {
   void FindLines() {
     TextTally tally;
     NoteCrowds(
-        m_Schedule,
-        [](const TextSchedule::Segment& segment) {
-          return segment.LineCount > MaxLines ? std::to_string(segment.LineCount) + " lines" : std::string();
+        m_Schedule.Spans(),
+        [](const Crowd& crowd) {
+          return crowd.Lines > MaxLines ? std::to_string(crowd.Lines) + " lines" : std::string();
         },
-        m_Schedule.Spans(), tally);
+        tally);
     const std::string expected = std::to_string(MaxLines) + " lines at most";
     tally.Tell(m_File, Finding(FindingID::TextLines), expected, m_File.SubtitleFindings);
     tally.Tell(m_File, Finding(FindingID::CaptionLines), expected, m_File.CaptionFindings);
