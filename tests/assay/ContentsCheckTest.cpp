@@ -148,8 +148,10 @@ TEST_F(ContentsCheck, WhatIsEndedSaysWhatWasNotLookedAt) {
 TEST_F(ContentsCheck, WhatIsEndedBeforeItsContentsLookedAtNone) {
   constexpr DepthSet all = {Depth::Frames, Depth::Hash, Depth::Decode};
   const testsupport::TemporaryFolder second;
-  FilePackage().Write(second.Folder().string());
-  Write(FilePackage());
+  FilePackage pictureless;  // no picture can be opened before it is noticed that the check was ended
+  pictureless.Drop("12").Drop("22");
+  pictureless.Write(second.Folder().string());
+  Write(pictureless);
   m_Request.Folders.push_back(second.Folder().string());
   m_Request.OnProgress = [](const CheckProgress& progress) { return progress.PackagesDone == 0; };
   Find(all);
