@@ -14,11 +14,12 @@ namespace {
 
 using QUIRE::JP2K::CodestreamHeaders;
 
-constexpr ui64_t FastRate = 48;     // edit units per second from which equipment takes twice the bit rate
-constexpr ui64_t UsualRate = 250;   // Mbit/s
-constexpr ui64_t UsualLevels = 5;   // of the wavelet transform
-constexpr ui64_t NearPercent = 98;  // of the limit
-constexpr ui64_t BytesPerMegabit = 125'000;
+constexpr ui64_t BitsPerMegabit = 1'000'000;
+constexpr ui64_t FastRate = 48;  // edit units per second from which equipment takes twice the bit rate
+constexpr ui64_t UsualRate = QUIRE::JP2K::CodestreamBitRate / BitsPerMegabit;  // Mbit/s
+constexpr ui64_t UsualLevels = 5;                                              // of the wavelet transform
+constexpr ui64_t NearPercent = 98;                                             // of the limit
+constexpr ui64_t BytesPerMegabit = BitsPerMegabit / 8;
 
 /// The largest sizes of a file's pictures, in bytes; all 0 without an edit rate.
 struct PictureLimits {
@@ -34,7 +35,7 @@ struct PictureLimits {
     Component = ComponentRate * BytesPerMegabit * rate_denominator / (images_per_unit * rate_numerator);
   }
 
-  static constexpr ui64_t ComponentRate = 200;  // Mbit/s
+  static constexpr ui64_t ComponentRate = QUIRE::JP2K::ComponentBitRate / BitsPerMegabit;  // Mbit/s
 
   bool IsFast = false;
   ui64_t Usual = 0;      ///< of an edit unit: 250 Mbit/s

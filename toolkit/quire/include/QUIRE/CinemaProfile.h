@@ -55,6 +55,9 @@ struct ProfileFinding {
   friend bool operator==(const ProfileFinding&, const ProfileFinding&) = default;
 };
 
+inline constexpr ui64_t CodestreamBitRate = 250'000'000;  ///< bits a second of all components
+inline constexpr ui64_t ComponentBitRate = 200'000'000;   ///< bits a second of one
+
 /// The largest sizes in bytes; 0 without a rate above 0.
 struct SizeLimits {
   ui64_t Codestream = 0;  ///< SOC to EOC

@@ -11,8 +11,6 @@ namespace QUIRE::JP2K {
 
 namespace {
 
-constexpr ui64_t CodestreamBitRate = 250'000'000;
-constexpr ui64_t ComponentBitRate = 200'000'000;
 constexpr ui64_t SignedDepth = 128;
 constexpr ui8_t SmallPrecinct = 0x77;  // 128 x 128
 constexpr ui8_t LargePrecinct = 0x88;  // 256 x 256
