@@ -21,6 +21,7 @@ const Words NoProvocations = {"CausesTest.cpp", "FindingRuleTest.cpp", "Provocat
 
 // What the command finds where it lays out a show or asks its store, and no list of its tests names yet.
 const Words OfTheCommand = {
+    "mic-invalid warning",
     "show-composition-missing",
     "show-length",
     "show-loop",

@@ -45,6 +45,11 @@ constexpr SilenceReason Reasons[] = {
        return damage.Mode == DamageMode::Recomputed && HasOnly(damage, {Difference::Resource}) &&
               (damage.Done.Kind == FileKind::Text || damage.Done.Kind == FileKind::Font);
      }},
+    {"another picture of a text", "A sound picture in the place of another is one that the text may have.",
+     [](const DamageCase& damage) {
+       return damage.Mode == DamageMode::Recomputed && damage.Done.Kind == FileKind::Image &&
+              HasOnly(damage, {Difference::Resource}) && damage.Done.Text.ends_with(" put in its place");
+     }},
     {"another symbol of a label",
      "A label of sound is told by its identifier. The symbol beside it is for people, and shown as it stands.",
      [](const DamageCase& damage) {

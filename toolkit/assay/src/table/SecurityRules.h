@@ -270,12 +270,13 @@ inline constexpr FindingRule SecurityRules[] = {
      After::NoSigner},
     {FindingID::MicInvalid,
      "mic-invalid",
-     {FindingClass::Error},
+     {FindingClass::Error, FindingClass::Warning},
      Flavour::Any,
      Depth::Frames,
      "An encrypted frame was altered.",
      "Each encrypted frame carries its number and a code over its bytes. They do not agree: the frame was damaged, "
-     "exchanged, or moved from elsewhere. Security modules stop the show there.",
+     "exchanged, or moved from elsewhere. Security modules stop the show there. Where only the numbers of the two "
+     "eyes of a stereoscopic file follow another rule than the standard's, it is a warning.",
      "Copy the package again from its source; if it is the same there, ask for a corrected one.",
      "ST 429-6"},
     {FindingID::KdmNone,
