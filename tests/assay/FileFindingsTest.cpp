@@ -134,11 +134,11 @@ Names OfPictures(unsigned width, unsigned height, int rate = 24, TrackKind kind 
 }
 
 TEST(FileFindings, PicturesHaveTheSizesOfTheCinema) {
-  for (const auto& [width, height] : {std::pair(1998, 1080), {2048, 858}, {3996, 2160}, {4096, 1716}})
+  for (const auto& [width, height] : {std::pair(1998U, 1080U), {2048, 858}, {3996, 2160}, {4096, 1716}})
     EXPECT_EQ(OfPictures(width, height), Names{}) << width << 'x' << height;
-  for (const auto& [width, height] : {std::pair(2048, 1080), {4096, 2160}})
+  for (const auto& [width, height] : {std::pair(2048U, 1080U), {4096, 2160}})
     EXPECT_EQ(OfPictures(width, height), Names{"picture-size profile"}) << width << 'x' << height;
-  for (const auto& [width, height] : {std::pair(1920, 1080), {3840, 2160}, {1998, 1079}, {2047, 858}, {64, 36}})
+  for (const auto& [width, height] : {std::pair(1920U, 1080U), {3840, 2160}, {1998, 1079}, {2047, 858}, {64, 36}})
     EXPECT_EQ(OfPictures(width, height), Names{"picture-size"}) << width << 'x' << height;
 }
 
