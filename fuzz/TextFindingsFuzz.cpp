@@ -15,9 +15,14 @@ class OneResource final : public Assay::ITextResources {
  public:
   explicit OneResource(std::vector<Assay::ui8_t> bytes) : m_Bytes(std::move(bytes)) {}
 
-  [[nodiscard]] bool Has(const Cairn::TextResource& /*resource*/) override { return true; }
-  [[nodiscard]] std::optional<std::vector<Assay::ui8_t>> Read(const Cairn::TextResource& /*resource*/) override {
-    return m_Bytes;
+  [[nodiscard]] std::string Find(const Cairn::TextResource& resource) const override { return resource.URI + '.'; }
+  [[nodiscard]] QUIRE::Result_t Read(const Cairn::TextResource& /*resource*/,
+                                     std::vector<Assay::ui8_t>& bytes) override {
+    bytes = m_Bytes;
+    return Ferro::RESULT_OK;
+  }
+  [[nodiscard]] Assay::ui64_t SizeBound(const Cairn::TextResource& /*resource*/) const override {
+    return m_Bytes.size();
   }
 
  private:
