@@ -15,7 +15,9 @@ class OneResource final : public Assay::ITextResources {
  public:
   explicit OneResource(std::vector<Assay::ui8_t> bytes) : m_Bytes(std::move(bytes)) {}
 
-  [[nodiscard]] std::string Find(const Cairn::TextResource& resource) const override { return resource.URI + '.'; }
+  [[nodiscard]] std::string Find(const Cairn::TextResource& resource) const override {
+    return resource.Path + resource.ID.EncodeString() + '.';
+  }
   [[nodiscard]] QUIRE::Result_t Read(const Cairn::TextResource& /*resource*/,
                                      std::vector<Assay::ui8_t>& bytes) override {
     bytes = m_Bytes;
